@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+/// The program's Info.json: branding and model lists. A value of the wrong type counts as absent.
+class BundleInformation
+{
+public:
+    /// The one given by @p file, else an installed postal-scale/Info.json of the configuration
+    /// folders, else the built-in one. A file that cannot be read or parsed is reported and the
+    /// built-in one is taken.
+    static BundleInformation load(const QString &file);
+
+    /// Nothing, with the reason in @p error, where @p json is no JSON object.
+    static std::optional<BundleInformation> parse(const QByteArray &json, QString *error);
+
+    QString appNameDisplay() const;
+    bool isUSPS() const;
+    /// The models of the branding.
+    QStringList modelNames() const;
+    /// The window's title for a model.
+    QString windowTitle(const QString &model) const;
+
+private:
+    explicit BundleInformation(const QJsonObject &object);
+
+    QJsonObject values;
+};

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// Connection status, the poll timer and the disconnect alert.
+
+#include "app/PostalScaleAppDelegate.h"
+
+#include "scale/HIDManager.h"
+#include "scale/Log.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto pollInterval = 400ms;
+
+/// Return code of an alert that its first button ended.
+constexpr int firstButtonReturn = 1000;
+
+} // namespace
+
+void PostalScaleAppDelegate::setStatusString(bool connected)
+{
+    isDeviceConnected = connected;
+    connectionStatuslbl->setText(connected ? QStringLiteral("Scale connected")
+                                           : QStringLiteral("Scale not connected"));
+    unitLBl->setHidden(true);
+    if (!connected)
+        return;
+    auto *timer = new QTimer(this);
+    timer->setTimerType(Qt::PreciseTimer);
+    connect(timer, &QTimer::timeout, this, [this, timer] { readData(timer); });
+    timer->start(pollInterval);
+}
+
+void PostalScaleAppDelegate::setConnectionTrouble(const QString &trouble)
+{
+    connectionStatuslbl->setToolTip(trouble);
+    setNotice(Notice::Connection, trouble);
+}
+
+void PostalScaleAppDelegate::readData(QTimer *timer)
+{
+    if (pausereadtimer)
+        return;
+    logLine(QStringLiteral("readData"));
+    if (!isDeviceConnected) {
+        timer->stop();
+        timer->deleteLater();
+        return;
+    }
+    hid_obj->get_device_rawdata();
+    if (SendtoUSPS == 1)
+        Autofill(0);
+    if (SendtoUPS == 1)
+        Autofill(1);
+    if (SendtoFedex == 1)
+        Autofill(2);
+}
+
+void PostalScaleAppDelegate::showAlert()
+{
+    auto *alert = new QMessageBox(QMessageBox::Warning, {}, QStringLiteral("Scale Alert"),
+                                  QMessageBox::NoButton, window.get());
+    alert->setInformativeText(QStringLiteral("Scale disconnected"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    const QPushButton *first = alert->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    connect(alert, &QMessageBox::buttonClicked, this, [this, first](QAbstractButton *button) {
+        someMethodDidEnd(button == first ? firstButtonReturn : 0);
+    });
+    alert->open();
+}
+
+void PostalScaleAppDelegate::someMethodDidEnd(int returnCode)
+{
+    if (returnCode == firstButtonReturn)
+        logLine(QStringLiteral("First Button"));
+}

@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// From the launch to the moment when the scale is watched for.
+
+#include "app/PostalScaleAppDelegate.h"
+#include "app/WindowProportion.h"
+#include "export/Settings.h"
+#include "scale/HIDManager.h"
+#include "scale/Log.h"
+
+#include <QSysInfo>
+
+namespace {
+
+struct SystemVersion
+{
+    int major = 0;
+    int minor = 0;
+    int bugFix = 0;
+};
+
+/// The distribution's release; numbers that it leaves out are 0.
+SystemVersion systemVersion()
+{
+    const QStringList parts = QSysInfo::productVersion().split(QLatin1Char('.'));
+    return {.major = parts.value(0).toInt(),
+            .minor = parts.value(1).toInt(),
+            .bugFix = parts.value(2).toInt()};
+}
+
+QString systemVersionText(const SystemVersion &version)
+{
+    return QStringLiteral("Mac OS X %1.%2.%3")
+        .arg(version.major)
+        .arg(version.minor)
+        .arg(version.bugFix);
+}
+
+/// As a dictionary is written, on one line.
+QString describeOptions(const QList<int> &tags)
+{
+    QStringList entries;
+    for (const int tag : tags)
+        entries.append(QStringLiteral("%1 = selected;").arg(tag));
+    return QStringLiteral("{ %1 }").arg(entries.join(QLatin1Char(' ')));
+}
+
+/// A disabled control's text stays halfway to the box's colour.
+constexpr int disabledOpacity = 128;
+
+void setTextColour(QWidget *widget, const QColor &colour)
+{
+    QPalette palette = widget->palette();
+    palette.setColor(QPalette::WindowText, colour);
+    QColor disabled = colour;
+    disabled.setAlpha(disabledOpacity);
+    palette.setColor(QPalette::Disabled, QPalette::WindowText, disabled);
+    widget->setPalette(palette);
+}
+
+void setFillColour(QWidget *box, const QColor &colour)
+{
+    QPalette palette = box->palette();
+    palette.setColor(QPalette::Window, colour);
+    box->setPalette(palette);
+    box->setAutoFillBackground(true);
+}
+
+} // namespace
+
+void PostalScaleAppDelegate::awakeFromNib()
+{
+    new WindowProportion(window.get(), window->size());
+}
+
+void PostalScaleAppDelegate::applicationDidFinishLaunching()
+{
+    setSelectedRadioButtonIndex(3);
+    const SystemVersion version = systemVersion();
+    logLine(QStringLiteral("OS version is %1").arg(systemVersionText(version)));
+    ozLBL->setText(systemVersionText(version));
+    logLine(QStringLiteral("Select %1").arg(information.appNameDisplay()));
+    if (information.isUSPS())
+        applyUSPSBranding();
+    else
+        applyPlainBranding();
+    restoreOptions();
+    hid_obj = std::make_unique<HIDManager>();
+    hid_obj->get_device_handle();
+    restoreModel();
+}
+
+void PostalScaleAppDelegate::applyUSPSBranding()
+{
+    setFillColour(boxContainer, QColor(1, 62, 145));
+    for (QLabel *label : {connectionStatuslbl, ozLBL, lbLBL, lblModel})
+        setTextColour(label, Qt::white);
+    for (QRadioButton *cell : {rg1, rg2, rg3, rg4, rg5, rg6, rg7})
+        setTextColour(cell, Qt::white);
+    if (information.modelNames().isEmpty())
+        return;
+    setWindowTitle(optionButton->currentText());
+    listModels(ItemLog::Silent);
+}
+
+void PostalScaleAppDelegate::applyPlainBranding()
+{
+    if (information.modelNames().isEmpty())
+        return;
+    setWindowTitle(optionButton->currentText());
+    setFillColour(boxContainer, QColor(128, 128, 128));
+    listModels(ItemLog::Named);
+}
+
+void PostalScaleAppDelegate::listModels(ItemLog log)
+{
+    optionButton->clear();
+    modelMenu->clear();
+    for (const QString &name : information.modelNames()) {
+        if (log == ItemLog::Named)
+            logLine(QStringLiteral("item:%1").arg(name));
+        optionButton->addItem(name);
+        QAction *item = modelMenu->addAction(name);
+        item->setCheckable(true);
+        connect(item, &QAction::triggered, this, [this, item] {
+            // The toolkit has switched the item already; a refused choice must leave no trace.
+            item->setChecked(!item->isChecked());
+            modelSelected(item);
+        });
+    }
+    modelMenu->actions().constFirst()->setChecked(true);
+    setWindowTitle(modelMenu->actions().constFirst()->text());
+}
+
+void PostalScaleAppDelegate::restoreOptions()
+{
+    const QList<int> tags = settings.selectedOptions();
+    if (tags.isEmpty())
+        return;
+    logLine(QStringLiteral("defaultDic Found"));
+    logLine(QStringLiteral("default_Check:%1").arg(describeOptions(tags)));
+    for (const int tag : tags) {
+        QCheckBox *box = optionWithTag(tag);
+        if (box != nullptr)
+            box->setChecked(true);
+        checkBoxAction(box);
+    }
+}
+
+void PostalScaleAppDelegate::restoreModel()
+{
+    const int index = settings.lastSelectedValue().value_or(0);
+    if (index >= 0 && index < optionButton->count())
+        optionButton->setCurrentIndex(index);
+    enableDisableWeight(index);
+}

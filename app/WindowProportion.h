@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+#include <QSize>
+#include <QTimer>
+
+class QWidget;
+
+/// Keeps a window's client area at a proportion while a person resizes it. Maximised and
+/// full-screen windows keep the size that the desktop gives them.
+///
+/// On X11 the window manager is told (WM_NORMAL_HINTS) and does the work. Elsewhere a size that is
+/// off is corrected once the resizing has come to rest. A desktop that answers with the same size
+/// again, such as a tiling one, gets its way.
+class WindowProportion : public QObject, private QAbstractNativeEventFilter
+{
+    Q_OBJECT
+
+public:
+    /// The object becomes a child of `window`, a top-level widget.
+    WindowProportion(QWidget *window, QSize proportion);
+    ~WindowProportion() override;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
+    void publishHints() const;
+    void keepMinimum();
+    void noticeResize();
+    void correctSize();
+    bool isOff(QSize size) const;
+    QSize proportioned(int width) const;
+
+    QWidget *m_window;
+    QSize m_proportion;
+    QTimer m_atRest;
+    QSize m_lastCorrected;
+};

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "controls/UnitRows.h"
+
+std::array<bool, unitRowCount> enabledRows(int modelIndex)
+{
+    //                                               oz   lb-oz A lb-oz B  lb     g     kg   lb-oz
+    static constexpr std::array<bool, unitRowCount> gramModel{true,  true,  true, false,
+                                                              true,  false, false};
+    static constexpr std::array<bool, unitRowCount> tenGramModel{false, true, true, true,
+                                                                 false, true, true};
+    static constexpr std::array<bool, unitRowCount> fractionModel{false, false, true, true,
+                                                                  false, true,  true};
+    static constexpr std::array<bool, unitRowCount> decimalModel{false, false, false, true,
+                                                                 false, true,  true};
+    switch (modelIndex) {
+    case 0:
+    case 2:
+    case 3:
+    case 4:
+    case 6: return gramModel;
+    case 1: return tenGramModel;
+    case 5: return fractionModel;
+    default: return decimalModel;
+    }
+}
+
+std::optional<int> rowOfUnit(int unitnumber)
+{
+    static constexpr std::array<int, unitRowCount> rows{4, 0, 1, 2, 3, 5, 6};
+    if (unitnumber < 0 || unitnumber >= unitRowCount)
+        return {};
+    return rows[static_cast<std::size_t>(unitnumber)];
+}
+
+int powerOnRow(int currentScale)
+{
+    return currentScale == 1 ? 5 : 2;
+}
+
+std::span<const BlinkView> blinkingViews(int currentScale, int unitnumber)
+{
+    using enum BlinkView;
+    static constexpr std::array grams{digThree};
+    static constexpr std::array ounces{digTwo, digThree};
+    static constexpr std::array poundsOuncesA{digOne, digThree, numeratorImg};
+    static constexpr std::array poundsOuncesB{digOne, digThree};
+    static constexpr std::array decimalPounds{digThree, digTwo};
+    static constexpr std::array kilograms{digOne, digThree, digTwo, digZero};
+    if (currentScale != 0)
+        return {};
+    switch (unitnumber) {
+    case 0: return grams;
+    case 1: return ounces;
+    case 2: return poundsOuncesA;
+    case 3: return poundsOuncesB;
+    case 4: return decimalPounds;
+    case 5: return kilograms;
+    default: return {};
+    }
+}

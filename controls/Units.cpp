@@ -1,0 +1,102 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// The column of weighing units.
+
+#include "app/PostalScaleAppDelegate.h"
+
+#include "controls/UnitRows.h"
+#include "export/Settings.h"
+#include "scale/HIDManager.h"
+#include "scale/Log.h"
+
+#include <QThread>
+
+namespace {
+
+/// The writes stand in the order in which the link gets them; the last one of each field counts.
+void setUnitFields(HIDManager &link, int tag)
+{
+    link.setUnitnumber(tag);
+    link.setDotunit(tag);
+    if (tag <= 3) {
+        link.setCurrentUnit(tag + 1);
+        link.setLbOZlast(false);
+    } else if (tag == 4) {
+        link.setCurrentUnit(4);
+        link.setLbOZlast(false);
+    } else if (tag == 5) {
+        link.setCurrentUnit(1);
+        link.setLbOZlast(false);
+    } else if (tag == 6) {
+        link.setUnitindex(3);
+        link.setUnitnumber(6);
+        link.setLbOZlast(true);
+    }
+}
+
+void setUnitIndex(HIDManager &link, int tag)
+{
+    if (tag <= 3) {
+        link.setUnitindex(tag + 1);
+    } else if (tag == 4) {
+        link.setUnitindex(4);
+        link.setLbOZlast(false);
+    } else if (tag == 5) {
+        link.setLbOZlast(false);
+        link.setUnitindex(1);
+    }
+    // Decimal pounds are worked out here: the scale is asked for pounds and ounces.
+    if (tag == 4 && link.unitindex() == 4)
+        link.setUnitindex(3);
+    if (link.currentScale() == 1) {
+        if (tag == 4)
+            link.setUnitindex(2);
+        if (tag == 6)
+            link.setUnitindex(3);
+    }
+}
+
+} // namespace
+
+void PostalScaleAppDelegate::connectUnits()
+{
+    connect(radiogroup, &QButtonGroup::buttonClicked, this,
+            &PostalScaleAppDelegate::radioSelection);
+}
+
+void PostalScaleAppDelegate::radioSelection()
+{
+    logLine(QStringLiteral("---------------------->Done radioSelection!!!!!"));
+    if (!isDeviceConnected)
+        return;
+    const int tag = radiogroup->checkedButton()->property("tag").toInt();
+    logLine(QStringLiteral("selectedTag: %1").arg(tag));
+    setSelectedRadioButtonIndex(tag);
+    pausereadtimer = true;
+    setUnitFields(*hid_obj, tag);
+    setUnitIndex(*hid_obj, tag);
+    hid_obj->set_Unit(hid_obj->unitindex());
+    QThread::yieldCurrentThread();
+    pausereadtimer = false;
+}
+
+void PostalScaleAppDelegate::enableDisableWeight(int modelIndex)
+{
+    const auto enabled = enabledRows(modelIndex);
+    const QList<QAbstractButton *> cells = unitCells();
+    for (int row = 0; row < unitRowCount; ++row)
+        cells.at(row)->setEnabled(enabled.at(static_cast<std::size_t>(row)));
+    settings.setLastSelectedValue(modelIndex);
+}
+
+void PostalScaleAppDelegate::setRadioButton()
+{
+    if (const auto row = rowOfUnit(hid_obj->unitnumber()))
+        unitCells().at(*row)->setChecked(true);
+}
+
+QList<QAbstractButton *> PostalScaleAppDelegate::unitCells() const
+{
+    return {rg1, rg2, rg3, rg4, rg5, rg6, rg7};
+}

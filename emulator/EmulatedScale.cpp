@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "emulator/EmulatedScale.h"
+
+#include "emulator/ScaleReportDescriptor.h"
+#include "scale/ScaleIdentity.h"
+
+EmulatedScale::EmulatedScale(Testbed &surroundings, std::string port)
+    : PluggableDevice(surroundings, {std::move(port), scaleVendorId, scaleProductId, "Kelvane",
+                                     "Postal Scale", scaleReportDescriptor})
+{
+}
+
+void EmulatedScale::plug()
+{
+    model.plugIn();
+    PluggableDevice::plug();
+}
+
+void EmulatedScale::unplug()
+{
+    unplugRequest = UnplugRequest::None;
+    PluggableDevice::unplug();
+}
+
+void EmulatedScale::setPolls(Polls wanted)
+{
+    polls = wanted;
+    random.seed();
+}
+
+void EmulatedScale::setInputTransfer(Transfer wanted)
+{
+    readTransfer = wanted;
+    if (isPlugged())
+        node().inputTransferChanged();
+}
+
+void EmulatedScale::sendReport(std::span<const std::uint8_t> report)
+{
+    node().deliver(report);
+}
+
+void EmulatedScale::sendReadings(int count)
+{
+    for (int sent = 0; sent < count; ++sent)
+        sendReport(model.reading());
+}
+
+void EmulatedScale::unplugInRead()
+{
+    if (node().isReadPending())
+        unplug();
+    else
+        unplugRequest = UnplugRequest::InRead;
+}
+
+HidrawDevice::Transfer EmulatedScale::receiveFeatureReport(std::span<const std::uint8_t> report)
+{
+    if (featureTransfer == Transfer::Failed)
+        return Transfer::Failed;
+    log.record(report);
+    if (polls == Polls::Answered || !ScaleModel::isPoll(report)) {
+        if (const auto answer = model.receive(report))
+            sendReport(*answer);
+    } else if (polls == Polls::Garbled) {
+        sendReport(garbage());
+    }
+    return Transfer::Done;
+}
+
+ScaleModel::InputReport EmulatedScale::garbage()
+{
+    ScaleModel::InputReport report = {};
+    for (std::uint8_t &byte : report)
+        byte = static_cast<std::uint8_t>(random() >> 8);
+    return report;
+}
+
+void EmulatedScale::readPending()
+{
+    if (unplugRequest == UnplugRequest::InRead)
+        unplug();
+}
+
+std::string stateText(const EmulatedScale &scale)
+{
+    const ScaleModel &model = scale.model;
+    const auto buttonText = [](ScaleModel::Button button) {
+        return button == ScaleModel::Button::Pressed ? "pressed" : "released";
+    };
+    std::string text = scale.isPlugged() ? "plugged=yes" : "plugged=no";
+    text += " node=" + scale.nodePath();
+    text += model.power() == ScaleModel::Power::On ? " power=on" : " power=off";
+    text += std::string(" tare=") + buttonText(model.tareButton());
+    text += std::string(" hold=") + buttonText(model.holdButton());
+    text += " unit=" + std::string(unitName(model.type(), model.unit()));
+    text += model.type() == ScaleModel::Type::PackedDecimal ? " type=0" : " type=1";
+    text +=
+        model.capacity() == ScaleModel::Capacity::High ? " capacity=high" : " capacity=ordinary";
+    text += " load=" + std::to_string(model.load());
+    text += " tare-weight=" + std::to_string(model.tare());
+    text += " net=" + std::to_string(model.net());
+    return text;
+}

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "emulator/FeatureLog.h"
+#include "emulator/PluggableDevice.h"
+#include "emulator/ScaleModel.h"
+
+#include <random>
+#include <string>
+
+/// The scale on its port, with whatever can go wrong between it and the host.
+class EmulatedScale : public PluggableDevice
+{
+public:
+    EmulatedScale(Testbed &surroundings, std::string port);
+
+    enum class Polls {
+        Answered,
+        Unanswered, ///< reads stay blocked
+        Garbled,    ///< answered with eight random bytes, the same ones in every run
+    };
+
+    void plug() override;
+    void unplug() override;
+
+    void setPolls(Polls wanted);
+    void setFeatureTransfer(Transfer wanted) { featureTransfer = wanted; }
+    void setInputTransfer(Transfer wanted);
+    void sendReport(std::span<const std::uint8_t> report);
+    /// What a poll would be answered now, unasked, @p count times.
+    void sendReadings(int count);
+    /// As soon as a program waits for a report; now, if one does.
+    void unplugInRead();
+
+    ScaleModel model;
+    FeatureLog log;
+
+private:
+    enum class UnplugRequest { None, InRead };
+
+    Transfer receiveFeatureReport(std::span<const std::uint8_t> report) override;
+    Transfer inputTransfer() const override { return readTransfer; }
+    void readPending() override;
+    ScaleModel::InputReport garbage();
+
+    Polls polls = Polls::Answered;
+    Transfer featureTransfer = Transfer::Done;
+    Transfer readTransfer = Transfer::Done;
+    UnplugRequest unplugRequest = UnplugRequest::None;
+    std::minstd_rand random;
+};
+
+/// One line of KEY=VALUE pairs.
+std::string stateText(const EmulatedScale &scale);

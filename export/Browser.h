@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <optional>
+#include <vector>
+
+/// A tab as its browser knows it; it may be closed at any time.
+class BrowserTab
+{
+public:
+    virtual ~BrowserTab() = default;
+};
+
+class BrowserWindow
+{
+public:
+    virtual ~BrowserWindow() = default;
+
+    /// Null where the window shows none.
+    virtual std::shared_ptr<const BrowserTab> currentTab() const = 0;
+};
+
+/// The user's browser, as far as the program knows it. Whatever reaches a browser in another way,
+/// or stands in for one in a test, replaces this object and nothing above it.
+class BrowserApplication
+{
+public:
+    virtual ~BrowserApplication() = default;
+
+    /// The one that had the focus last comes first; empty without a browser.
+    virtual std::vector<std::shared_ptr<const BrowserWindow>> windows() const = 0;
+
+    /// Runs @p text in @p tab. The value as text: a string as it stands, "1" for true, "0" for
+    /// false; nothing when the script fails, the page does not answer in time or @p tab is null.
+    /// An assignment may be sent without waiting, and then gives nothing.
+    virtual std::optional<QString> doJavaScript(const QString &text,
+                                                const std::shared_ptr<const BrowserTab> &tab) = 0;
+};
+
+/// Where the program gets its browser from. Constructing one makes it the bridge of the process.
+class BrowserBridge
+{
+public:
+    BrowserBridge();
+    virtual ~BrowserBridge();
+    BrowserBridge(const BrowserBridge &) = delete;
+    BrowserBridge &operator=(const BrowserBridge &) = delete;
+
+    /// A fresh application object. Without a bridge it has no windows and answers nothing.
+    static std::unique_ptr<BrowserApplication> application();
+
+private:
+    virtual std::unique_ptr<BrowserApplication> makeApplication() = 0;
+};

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QList>
+#include <QObject>
+#include <QString>
+#include <memory>
+#include <optional>
+
+class QSettings;
+
+/// What is kept between runs, in an INI file under the user's configuration folder. Every change
+/// is written at once, as a whole file that takes the old one's place: a crash leaves the old or
+/// the new one.
+///
+/// | key               | type              | default |
+/// |-------------------|-------------------|---------|
+/// | lastSelectedValue | whole number      | none    |
+/// | defaultValue/TAG  | text "selected"   | none    |
+class Settings : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// A file that cannot be parsed is set aside under another name first.
+    Settings();
+    ~Settings() override;
+
+    /// Index of the unit set that was applied last. A text that starts with no number counts as 0,
+    /// one beyond 32 bits as the nearest that fits.
+    std::optional<int> lastSelectedValue() const;
+    void setLastSelectedValue(int modelIndex);
+
+    /// Tags of the options that were on, ascending; what is stored under them does not matter.
+    QList<int> selectedOptions() const;
+    void setSelectedOptions(const QList<int> &tags);
+
+    /// What is wrong with the file or its folder, in words for the user; empty if nothing.
+    const QString &trouble() const { return currentTrouble; }
+
+signals:
+    void troubleChanged(const QString &trouble);
+
+private:
+    void setAsideIfDamaged();
+    void write();
+    void report(const QString &trouble);
+
+    std::unique_ptr<QSettings> file;
+    QString currentTrouble;
+};

@@ -1,0 +1,67 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QPixmap>
+#include <QWidget>
+
+#include <vector>
+
+class ImageView;
+
+/// The glass of the display. Its children stand where the window file puts them at `designSize`
+/// and are scaled together with the glass, in proportion and centred; a label's text is as tall as
+/// its place allows.
+///
+/// The place of the tenths is also that of the stacked fraction: while `lineImg` is not hidden,
+/// `numeratorImg` is the upper half, opposite of `denomImg`.
+class PanelWidget : public QWidget
+{
+    Q_OBJECT
+    Q_PROPERTY(QSize designSize READ designSize WRITE setDesignSize)
+
+public:
+    explicit PanelWidget(QWidget *parent = nullptr);
+
+    QSize designSize() const { return m_designSize; }
+    void setDesignSize(QSize size);
+
+    /// The reading in words, for screen readers; they are told only of changes.
+    void setReadingText(const QString &words);
+    QString readingText() const { return accessibleName(); }
+
+    QSize sizeHint() const override { return m_designSize; }
+    QSize minimumSizeHint() const override;
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    struct Place
+    {
+        QWidget *widget;
+        QRect designed;
+    };
+
+    void rememberDesign();
+    void arrange();
+    QRect designedPlace(const Place &place) const;
+    QRect scaled(const QRect &designed) const;
+    qreal scale() const;
+    bool showsFraction() const;
+    QPixmap backdrop() const;
+    QPixmap glass() const;
+    void paintUnlitSegments(QPainter &painter) const;
+
+    QSize m_designSize;
+    std::vector<Place> m_places;
+    QWidget *m_numerator = nullptr;
+    QWidget *m_line = nullptr;
+    QWidget *m_denominator = nullptr;
+    QPixmap m_backdrop;
+};

@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "scale/CommandByte.h"
+
+namespace {
+
+constexpr CommandByte cleared(CommandByte command, CommandByte bits)
+{
+    return static_cast<CommandByte>(command & ~bits);
+}
+
+constexpr CommandByte set(CommandByte command, CommandByte bits)
+{
+    return static_cast<CommandByte>(command | bits);
+}
+
+} // namespace
+
+CommandByte withUnitCode(CommandByte command, int unitindex)
+{
+    switch (unitindex) {
+    case 1: return set(command, unitCodeBits);
+    case 2: return set(cleared(command, 0x08), 0x30);
+    case 3: return set(cleared(command, 0x10), 0x28);
+    case 4: return set(cleared(command, 0x20), 0x18);
+    default: return command;
+    }
+}
+
+CommandByte switchedOn(CommandByte command, int currentScale)
+{
+    const CommandByte awake = set(cleared(command, powerOffBit), holdReleasedBit);
+    return set(withUnitCode(awake, currentScale == 1 ? 2 : 4), unitSettledBit);
+}
+
+CommandByte switchedOff(CommandByte command)
+{
+    return set(command, powerOffBit | unitSettledBit);
+}
+
+CommandByte holding(CommandByte command)
+{
+    return set(cleared(command, holdReleasedBit), unitSettledBit);
+}
+
+CommandByte holdReleased(CommandByte command)
+{
+    return set(command, holdReleasedBit | unitSettledBit);
+}
+
+CommandByte taring(CommandByte command)
+{
+    return set(cleared(command, tareReleasedBit), unitSettledBit);
+}
+
+CommandByte tareReleased(CommandByte command)
+{
+    return set(command, tareReleasedBit);
+}
+
+CommandByte unitChanged(CommandByte command, int unitindex)
+{
+    return cleared(withUnitCode(command, unitindex), unitSettledBit);
+}
+
+CommandByte afterPoll(CommandByte command, int unitindex)
+{
+    return cleared(set(withUnitCode(command, unitindex), unitSettledBit), powerOffBit);
+}
+
+FeatureReport commandReport(CommandByte command)
+{
+    return {0x00, 0xA0, command, 0xA0};
+}
+
+FeatureReport pollReport(CommandByte command)
+{
+    return {0x00, 0x90, command, 0x80};
+}

@@ -1,0 +1,196 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "scale/DeviceWatcher.h"
+
+#include "scale/Log.h"
+
+#include <QFileInfo>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <cerrno>
+#include <chrono>
+#include <functional>
+#include <libudev.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto subsystem = "hidraw";
+
+/// Longest time that udevd needs to set a node's permissions and announce the device.
+constexpr auto announcementGrace = 1000ms;
+
+struct DeviceDeleter
+{
+    void operator()(udev_device *device) const { udev_device_unref(device); }
+};
+using Device = std::unique_ptr<udev_device, DeviceDeleter>;
+
+/// "0003:000004D9:00008010" is bus, vendor and product, whatever carries the device.
+void readIdentity(udev_device *device, HidDeviceInfo &info)
+{
+    udev_device *hid = udev_device_get_parent_with_subsystem_devtype(device, "hid", nullptr);
+    if (hid == nullptr)
+        return;
+    const QByteArray identity = udev_device_get_property_value(hid, "HID_ID");
+    const QList<QByteArray> fields = identity.split(':');
+    if (fields.size() != 3)
+        return;
+    info.vendorId = static_cast<std::uint16_t>(fields[1].toUInt(nullptr, 16));
+    info.productId = static_cast<std::uint16_t>(fields[2].toUInt(nullptr, 16));
+}
+
+HidDeviceInfo describe(udev_device *device)
+{
+    HidDeviceInfo info;
+    info.systemPath = QString::fromUtf8(udev_device_get_syspath(device));
+    info.node = QString::fromUtf8(udev_device_get_devnode(device));
+    readIdentity(device, info);
+    return info;
+}
+
+void forEachPresent(udev *context, const std::function<void(udev_device *)> &visit)
+{
+    struct EnumerateDeleter
+    {
+        void operator()(udev_enumerate *list) const { udev_enumerate_unref(list); }
+    };
+    const std::unique_ptr<udev_enumerate, EnumerateDeleter> list(udev_enumerate_new(context));
+    if (!list || udev_enumerate_add_match_subsystem(list.get(), subsystem) < 0 ||
+        udev_enumerate_scan_devices(list.get()) < 0)
+        return;
+    udev_list_entry *entry = nullptr;
+    udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(list.get()))
+    {
+        const Device device(udev_device_new_from_syspath(context, udev_list_entry_get_name(entry)));
+        if (device)
+            visit(device.get());
+    }
+}
+
+bool udevdIsRunning()
+{
+    return QFileInfo::exists(QStringLiteral("/run/udev/control"));
+}
+
+} // namespace
+
+void DeviceWatcher::UdevDeleter::operator()(udev *context) const
+{
+    udev_unref(context);
+}
+
+void DeviceWatcher::UdevDeleter::operator()(udev_monitor *monitor) const
+{
+    udev_monitor_unref(monitor);
+}
+
+DeviceWatcher::DeviceWatcher(QObject *parent) : QObject(parent), context(udev_new()) {}
+
+DeviceWatcher::~DeviceWatcher() = default;
+
+void DeviceWatcher::start()
+{
+    arm();
+    QTimer::singleShot(0, this, &DeviceWatcher::reportPresent);
+}
+
+std::optional<HidDeviceInfo> DeviceWatcher::find(std::uint16_t vendorId,
+                                                 std::uint16_t productId) const
+{
+    std::optional<HidDeviceInfo> found;
+    forEachPresent(context.get(), [&](udev_device *device) {
+        const HidDeviceInfo info = describe(device);
+        if (!found && info.vendorId == vendorId && info.productId == productId)
+            found = info;
+    });
+    return found;
+}
+
+void DeviceWatcher::arm()
+{
+    // "udev", not "kernel": its events come after the rules have set the node's permissions.
+    monitor.reset(udev_monitor_new_from_netlink(context.get(), "udev"));
+    sinceArmed.start();
+    if (!monitor ||
+        udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), subsystem, nullptr) < 0 ||
+        udev_monitor_enable_receiving(monitor.get()) < 0) {
+        logLine(QStringLiteral("No device events: a scale plugged in from now on is not noticed"));
+        return;
+    }
+    auto *notifier =
+        new QSocketNotifier(udev_monitor_get_fd(monitor.get()), QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, &DeviceWatcher::receive);
+}
+
+void DeviceWatcher::receive()
+{
+    errno = 0;
+    while (const Device device{udev_monitor_receive_device(monitor.get())}) {
+        const QByteArray action = udev_device_get_action(device.get());
+        if (action == "add")
+            reportAdded(describe(device.get()));
+        else if (action == "remove")
+            reportRemoved(describe(device.get()));
+        errno = 0;
+    }
+    if (errno == ENOBUFS)
+        resynchronise();
+}
+
+void DeviceWatcher::reportPresent()
+{
+    const auto armedFor = static_cast<quint64>(sinceArmed.nsecsElapsed() / 1000);
+    forEachPresent(context.get(), [&](udev_device *device) {
+        const HidDeviceInfo info = describe(device);
+        if (udev_device_get_is_initialized(device) != 0) {
+            // One that became ready after the monitor was armed is announced by an event.
+            if (udev_device_get_usec_since_initialized(device) >= armedFor)
+                reportAddedUnlessKnown(info);
+            return;
+        }
+        const auto delay = udevdIsRunning() ? announcementGrace : 0ms;
+        QTimer::singleShot(delay, this, [this, info] {
+            if (QFileInfo::exists(info.systemPath))
+                reportAddedUnlessKnown(info);
+        });
+    });
+}
+
+void DeviceWatcher::resynchronise()
+{
+    QHash<QString, HidDeviceInfo> found;
+    forEachPresent(context.get(), [&](udev_device *device) {
+        const HidDeviceInfo info = describe(device);
+        found.insert(info.systemPath, info);
+    });
+    const QHash<QString, HidDeviceInfo> known = present;
+    for (const HidDeviceInfo &device : known) {
+        if (!found.contains(device.systemPath))
+            reportRemoved(device);
+    }
+    for (const HidDeviceInfo &device : std::as_const(found))
+        reportAddedUnlessKnown(device);
+}
+
+void DeviceWatcher::reportAdded(const HidDeviceInfo &device)
+{
+    present.insert(device.systemPath, device);
+    emit added(device);
+}
+
+void DeviceWatcher::reportAddedUnlessKnown(const HidDeviceInfo &device)
+{
+    if (!present.contains(device.systemPath))
+        reportAdded(device);
+}
+
+void DeviceWatcher::reportRemoved(const HidDeviceInfo &device)
+{
+    const auto known = present.constFind(device.systemPath);
+    const HidDeviceInfo remembered = known == present.constEnd() ? device : *known;
+    present.remove(device.systemPath);
+    emit removed(remembered);
+}

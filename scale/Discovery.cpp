@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// How the scale link finds, opens and loses the scale.
+
+#include "scale/HIDManager.h"
+
+#include "scale/Log.h"
+#include "scale/ScaleDelegate.h"
+#include "scale/ScaleIdentity.h"
+
+#include <unistd.h>
+
+namespace {
+
+QString troubleWith(const HidDeviceInfo &device, const QString &libraryError)
+{
+    if (access(device.node.toUtf8().constData(), R_OK | W_OK) == 0)
+        return QStringLiteral("The scale at %1 could not be opened: %2")
+            .arg(device.node, libraryError);
+    return QStringLiteral("No permission to open the scale at %1. Put this line into "
+                          "/etc/udev/rules.d/60-postal-scale.rules and plug the scale in again: "
+                          "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
+                          "ATTRS{idVendor}==\"%2\", ATTRS{idProduct}==\"%3\", TAG+=\"uaccess\"")
+        .arg(device.node)
+        .arg(scaleVendorId, 4, 16, QLatin1Char('0'))
+        .arg(scaleProductId, 4, 16, QLatin1Char('0'));
+}
+
+} // namespace
+
+HIDManager::HIDManager(QObject *parent)
+    : QObject(parent), library([this] { hid_device_removal_callback(); })
+{
+    connect(&watcher, &DeviceWatcher::added, this, &HIDManager::DeviceAdded);
+    connect(&watcher, &DeviceWatcher::removed, this, &HIDManager::DeviceRemoved);
+}
+
+ScaleDelegate *HIDManager::delegate()
+{
+    return ScaleApplication::sharedApplication()->delegate();
+}
+
+void HIDManager::get_device_handle()
+{
+    command = initialCommandByte;
+    state.unitnumber = 3;
+    state.currentUnit = 4;
+    watcher.start();
+}
+
+void HIDManager::DeviceAdded(const HidDeviceInfo &device)
+{
+    logLine(QStringLiteral("DeviceAdded"));
+    if (device.vendorId != scaleVendorId)
+        return;
+    logLine(QStringLiteral("go forward"));
+    handleMatchingDevice();
+    logLine(QStringLiteral("our device"));
+}
+
+void HIDManager::handleMatchingDevice()
+{
+    openHandle();
+    delegate()->setStatusString(true);
+    delegate()->setIsDeviceAlive(true);
+}
+
+void HIDManager::openHandle()
+{
+    const auto device = watcher.find(scaleVendorId, scaleProductId);
+    handle = device ? library.open(device->node, device->systemPath) : nullptr;
+    if (device && !handle)
+        reportOpenFailure(*device);
+    else
+        delegate()->setConnectionTrouble({});
+}
+
+void HIDManager::closeHandle()
+{
+    if (handle)
+        handle->close();
+}
+
+void HIDManager::reportOpenFailure(const HidDeviceInfo &device)
+{
+    const QString trouble = troubleWith(device, library.lastError());
+    logLine(trouble);
+    delegate()->setConnectionTrouble(trouble);
+}
+
+void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
+{
+    logLine(QStringLiteral("DeviceRemoved"));
+    delegate()->setUnitCaptionHidden(true);
+    if (device.vendorId == scaleVendorId && device.productId == scaleProductId)
+        delegate()->setConnectionTrouble({});
+    library.deviceRemoved(device.systemPath);
+}
+
+void HIDManager::hid_device_removal_callback()
+{
+    logLine(QStringLiteral("hid_device_removal_callback"));
+    delegate()->setStatusString(false);
+    delegate()->setIsDeviceAlive(false);
+    delegate()->clearAll();
+}

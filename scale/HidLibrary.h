@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+struct hid_device_;
+
+/// One open device. Once it is gone every call answers -1.
+class HidHandle
+{
+public:
+    HidHandle(hid_device_ *openDevice, const QString &systemPath);
+    ~HidHandle();
+    HidHandle(const HidHandle &) = delete;
+    HidHandle &operator=(const HidHandle &) = delete;
+
+    /// First byte: report number, 0 for none. The length of @p report, or -1.
+    int sendFeatureReport(std::span<const std::uint8_t> report);
+    /// Waits for the next input report; its length, or -1 (also when the device goes meanwhile).
+    int read(std::span<std::uint8_t> buffer);
+
+    /// Releases the library's handle: one that stays open keeps its kernel minor, and there are
+    /// only 64 of them for all programs.
+    void close();
+    const QString &systemPath() const { return path; }
+
+private:
+    hid_device_ *device;
+    QString path;
+};
+
+/// The HID access library, extended by the removal hook that it does not have itself.
+class HidLibrary
+{
+public:
+    using RemovalHook = std::function<void()>;
+
+    explicit HidLibrary(RemovalHook hook);
+
+    /// Null when the node cannot be opened. The first open that succeeds arms the removal hook.
+    /// Takes 60 to 80 ms on a real USB device; reports that arrive meanwhile are lost.
+    std::shared_ptr<HidHandle> open(const QString &node, const QString &systemPath);
+
+    /// Why the latest open failed, in the library's words.
+    QString lastError() const;
+
+    /// To be called for every HID device that is removed.
+    void deviceRemoved(const QString &systemPath);
+
+private:
+    RemovalHook removalHook;
+    bool hookArmed = false;
+    std::vector<std::shared_ptr<HidHandle>> openHandles;
+};

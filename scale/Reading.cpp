@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// One reading, from the poll to the texts that leave the program.
+
+#include "scale/HIDManager.h"
+
+#include "scale/Log.h"
+#include "scale/NumberText.h"
+#include "scale/ScaleDelegate.h"
+#include "scale/WeightText.h"
+
+void HIDManager::get_device_rawdata()
+{
+    if (sendFeatureReport(pollReport(command)) < 0)
+        traceLine(QStringLiteral("Unable to read command()"));
+    const WeightReport report = readReport();
+
+    if (state.currentScale == 0)
+        state.currentStatue = true;
+    state.OverloadFlag = false;
+    delegate()->Draw5DigitOverload();
+    delegate()->setUnitCaptionHidden(false);
+
+    const bool highCapacity = isHighCapacityModel(delegate()->selectedModelName());
+    const float grams = packedDecimalGrams(report, state.currentScale, highCapacity);
+    logLine(QStringLiteral("W Value for Scale %1 is %2 ")
+                .arg(state.currentScale)
+                .arg(floatText(grams)));
+    const float weight = exportedWeight(report, grams);
+
+    const DecodedReport decoded = decodeStatus(report, weight, state, highCapacity);
+    state = decoded.state;
+    for (const ReadingEffect &effect : decoded.effects())
+        perform(effect);
+
+    exportReading(report, decoded, highCapacity);
+    command = afterPoll(command, state.unitindex);
+}
+
+WeightReport HIDManager::readReport()
+{
+    std::array<std::uint8_t, 9> buffer{};
+    const int received = handle ? handle->read(buffer) : -1;
+    if (received < 0)
+        traceLine(QStringLiteral("Unable to read()"));
+    for (int i = 0; i < received; ++i)
+        traceLine(QStringLiteral("buf[%1]: %2").arg(i).arg(buffer.at(static_cast<std::size_t>(i))));
+    return {.status = buffer[0], .low = buffer[1], .high = buffer[2]};
+}
+
+float HIDManager::exportedWeight(const WeightReport &report, float grams)
+{
+    // The type known from the reports before decides: this one's status is not looked at yet.
+    if (state.currentScale == 0) {
+        changewebData(grams);
+        return grams;
+    }
+    const float hectograms = binaryHectograms(report);
+    changewebData(static_cast<float>(static_cast<int>(hectograms) * 100));
+    return hectograms;
+}
+
+void HIDManager::perform(const ReadingEffect &effect)
+{
+    using Kind = ReadingEffect::Kind;
+    switch (effect.kind) {
+    case Kind::Log: logLine(effect.line.toString()); break;
+    case Kind::HideUnitCaption: delegate()->setUnitCaptionHidden(true); break;
+    case Kind::ClearAll: delegate()->clearAll(); break;
+    case Kind::DrawOverload: delegate()->Draw5DigitOverload(); break;
+    case Kind::ShowNegativeSign: delegate()->shownegativeSign(effect.number != 0); break;
+    case Kind::DrawDigits: delegate()->Draw5Digit(effect.number); break;
+    case Kind::DisplayUnit: delegate()->DisplayUnit(static_cast<int>(effect.number)); break;
+    }
+}
+
+void HIDManager::changewebData(float grams)
+{
+    logLine(QStringLiteral("Basic weight is %1").arg(floatText(grams)));
+    const WebStrings strings = webStrings(grams);
+    webPounds = strings.pounds;
+    webOunces = strings.ounces;
+    webGrams = strings.basic;
+    webPreviousExport = delegate()->exportLabelText();
+}
+
+void HIDManager::exportReading(const WeightReport &report, const DecodedReport &decoded,
+                               bool highCapacity)
+{
+    const ExportText exported = exportText({.report = report,
+                                            .weight = decoded.weight,
+                                            .poundsTimes10000 = decoded.poundsTimes10000,
+                                            .currentScale = state.currentScale,
+                                            .currentUnit = state.currentUnit,
+                                            .unitnumber = state.unitnumber,
+                                            .highCapacity = highCapacity},
+                                           exportForm(delegate()->selectedRadioButtonIndex()),
+                                           roundUp ? ExportRounding::UpToWhole
+                                                   : ExportRounding::AsRead);
+    if (exported.twoDecimalKilograms)
+        logLine(QStringLiteral("kg value is %1").arg(*exported.twoDecimalKilograms));
+    delegate()->setExportLabelText(exported.text);
+    if (delegate()->SetClip())
+        delegate()->copyToClipboard(delegate()->exportLabelText());
+}

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+/// What the scale link asks of the interface. The link knows no more of it than this, so it works
+/// and is tested without a window.
+class ScaleDelegate
+{
+public:
+    virtual ~ScaleDelegate() = default;
+
+    /// True: a scale was attached. False: a HID device, any of them, was removed.
+    virtual void setStatusString(bool connected) = 0;
+    virtual void setIsDeviceAlive(bool alive) = 0;
+    /// Why the attached scale could not be opened and what helps; empty when there is no trouble.
+    virtual void setConnectionTrouble(const QString &trouble) = 0;
+
+    virtual void clearAll() = 0;
+    virtual void Draw5Digit(qint64 nValue) = 0;
+    virtual void Draw5DigitOverload() = 0;
+    /// @param unit 1 to 5; others leave the panel as it is
+    virtual void DisplayUnit(int unit) = 0;
+    virtual void shownegativeSign(bool negative) = 0;
+    virtual void setUnitCaptionHidden(bool hidden) = 0;
+
+    /// The text of the export label, which is also what the clipboard receives.
+    virtual QString exportLabelText() const = 0;
+    virtual void setExportLabelText(const QString &text) = 0;
+    /// Replaces the clipboard's contents with one plain text.
+    virtual void copyToClipboard(const QString &text) = 0;
+
+    /// Empty until the user chooses a model.
+    virtual QString selectedModelName() const = 0;
+    /// Tag (0 to 6) of the unit that the user chose last.
+    virtual int selectedRadioButtonIndex() const = 0;
+    /// Whether every reading is to be copied to the clipboard.
+    virtual bool SetClip() const = 0;
+};
+
+/// The application as the scale link sees it: the place where the delegate is found.
+class ScaleApplication
+{
+public:
+    ScaleApplication();
+    virtual ~ScaleApplication();
+    ScaleApplication(const ScaleApplication &) = delete;
+    ScaleApplication &operator=(const ScaleApplication &) = delete;
+
+    /// The one application of the process. It must exist before any scale link.
+    static ScaleApplication *sharedApplication();
+    virtual ScaleDelegate *delegate() const = 0;
+};

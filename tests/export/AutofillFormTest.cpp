@@ -1,0 +1,321 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "export/AutofillForm.h"
+#include "tests/rules/AutofillRules.h"
+#include "tests/support/LogCapture.h"
+
+#include <QTest>
+#include <array>
+#include <functional>
+#include <random>
+
+namespace {
+
+struct CurrentWeight : WeightTexts
+{
+    QString pounds() const override { return QString::fromStdString(texts.LB); }
+    QString ounces() const override { return QString::fromStdString(texts.OZ); }
+    QString exported() const override { return QString::fromStdString(texts.EXPORT); }
+    QString grams() const override { return QString::fromStdString(texts.BASIC); }
+
+    rules::WeightTexts texts;
+};
+
+/// Answers from a page that nothing changes, and writes down what it is asked.
+class PageBrowser : public BrowserApplication
+{
+public:
+    std::vector<std::shared_ptr<const BrowserWindow>> windows() const override { return {}; }
+
+    std::optional<QString> doJavaScript(const QString &text,
+                                        const std::shared_ptr<const BrowserTab> &) override
+    {
+        scripts.push_back(text.toStdString());
+        if (sent)
+            sent(text);
+        return answer(scripts.back());
+    }
+
+    rules::Page page;
+    std::vector<std::string> scripts;
+    std::function<void(const QString &text)> sent;
+
+private:
+    std::optional<QString> answer(const std::string &script) const
+    {
+        const auto quote = script.find('\'');
+        const std::string name = script.substr(quote + 1, script.rfind('\'') - quote - 1);
+        if (script.ends_with(".checked")) {
+            const auto button = page.checked.find(name);
+            if (button == page.checked.end())
+                return std::nullopt;
+            return button->second ? QStringLiteral("1") : QStringLiteral("0");
+        }
+        const auto field = page.fields.find(name);
+        if (!script.ends_with(".value") || field == page.fields.end())
+            return std::nullopt;
+        return QString::fromStdString(field->second);
+    }
+};
+
+enum class Part { Missing, Off, On }; // for a box: missing, filled, empty
+constexpr std::array parts = {Part::Missing, Part::Off, Part::On};
+
+constexpr int boxStates = 9;
+constexpr int radioStates = 9;
+constexpr int rowStates = boxStates * radioStates;
+constexpr std::array<const char *, 5> groups = {"02", "05", "08", "11", "14"};
+using RowStates = std::array<int, groups.size()>;
+
+Part partOf(int state, int place)
+{
+    constexpr std::array weights = {1, 3, 9, 27};
+    return parts.at(
+        static_cast<std::size_t>(state / weights.at(static_cast<std::size_t>(place)) % 3));
+}
+
+void placeBox(rules::Page &page, const std::string &name, Part part)
+{
+    if (part != Part::Missing)
+        page.fields[name] = part == Part::On ? "" : "7";
+}
+
+void placeButton(rules::Page &page, const std::string &id, Part part)
+{
+    if (part != Part::Missing)
+        page.checked[id] = part == Part::On;
+}
+
+rules::Page pageOf(const RowStates &states, Part labelChoice)
+{
+    rules::Page page;
+    for (std::size_t row = 0; row < groups.size(); ++row) {
+        const std::string group = groups.at(row);
+        const std::string box = "ctl00$ContentPlaceHolder1$ctl" + group + "$TextBoxWeight";
+        const std::string button = "ctl00_ContentPlaceHolder1_ctl" + group;
+        placeBox(page, box, partOf(states.at(row), 0));
+        placeBox(page, box + "_2", partOf(states.at(row), 1));
+        placeButton(page, button + "_ctl01", partOf(states.at(row), 2));
+        placeButton(page, button + "_ctl02", partOf(states.at(row), 3));
+    }
+    placeButton(page, "flatRateNo", labelChoice);
+    return page;
+}
+
+const rules::WeightTexts kilogram{.LB = "2", .OZ = "4", .EXPORT = "2.2045", .BASIC = "1000"};
+
+} // namespace
+
+/// What is sent to a page, against the independent statement of the same lists.
+class AutofillFormTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    /// The USPS page only: the plain boxes, then the rows.
+    void compareUsps(const rules::Page &page, const rules::WeightTexts &texts)
+    {
+        PageBrowser browser;
+        browser.page = page;
+        CurrentWeight weight;
+        weight.texts = texts;
+        LogCapture::lines().clear();
+        AutofillForm form(browser, nullptr, weight);
+        form.assign(uspsAssignments());
+        form.fillUspsRows();
+
+        rules::Page rulesPage = page;
+        const auto expected = rules::autofill(0, texts, {.SendtoUSPS = true}, rulesPage);
+        QCOMPARE(browser.scripts, expected.scripts);
+        QStringList log;
+        for (const std::string &line : expected.log)
+            log.append(QString::fromStdString(line));
+        QCOMPARE(LogCapture::lines(), log);
+    }
+
+    void compareStates(const RowStates &states, Part labelChoice)
+    {
+        compareUsps(pageOf(states, labelChoice), kilogram);
+    }
+
+    std::optional<LogCapture> capture; // the test framework captures the log before each function
+
+private slots:
+    void init() { capture.emplace(); }
+    void cleanup() { capture.reset(); }
+
+    void assignmentLists_data()
+    {
+        QTest::addColumn<int>("carrier");
+        QTest::newRow("UPS") << 1;
+        QTest::newRow("FedEx") << 2;
+    }
+
+    void assignmentLists()
+    {
+        QFETCH(int, carrier);
+        const auto list = carrier == 1 ? upsAssignments() : fedexAssignments();
+        for (const char *grams : {"0", "1", "453.6", "454", "1000", "9999", "99990"}) {
+            PageBrowser browser;
+            CurrentWeight weight;
+            weight.texts = kilogram;
+            weight.texts.BASIC = grams;
+            AutofillForm(browser, nullptr, weight).assign(list);
+            rules::Page page;
+            const auto expected = rules::autofill(carrier, weight.texts,
+                                                  {.SendtoUPS = true, .SendtoFedex = true}, page);
+            QCOMPARE(browser.scripts, expected.scripts);
+        }
+    }
+
+    void everyPairOfRows()
+    {
+        std::mt19937 random(20261121);
+        for (std::size_t one = 0; one < groups.size(); ++one) {
+            for (std::size_t other = one + 1; other < groups.size(); ++other) {
+                for (int pair = 0; pair < rowStates * rowStates; ++pair) {
+                    RowStates states{};
+                    for (int &state : states)
+                        state = static_cast<int>(random() % rowStates);
+                    states.at(one) = pair % rowStates;
+                    states.at(other) = pair / rowStates;
+                    compareStates(states, parts.at(random() % parts.size()));
+                    if (QTest::currentTestFailed())
+                        return;
+                }
+            }
+        }
+    }
+
+    /// The final fills look at the boxes of all rows.
+    void everyCombinationOfBoxes()
+    {
+        constexpr int combinations = boxStates * boxStates * boxStates * 3 * 3;
+        for (int combination = 0; combination < combinations; ++combination) {
+            RowStates states{};
+            int rest = combination;
+            for (std::size_t row = 0; row < states.size(); ++row) {
+                const int choices = row < 3 ? boxStates : 3;
+                states.at(row) = rest % choices;
+                rest /= choices;
+            }
+            compareStates(states, Part::Missing);
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+
+    void everyCombinationOfChosenUnits()
+    {
+        constexpr int combinations = 4 * 4 * 4 * 4 * 4 * 3;
+        for (int combination = 0; combination < combinations; ++combination) {
+            RowStates states{};
+            int rest = combination / 3;
+            for (int &state : states) {
+                state = (rest % 2 + 1) * 9 + (rest / 2 % 2 + 1) * 27;
+                rest /= 4;
+            }
+            compareStates(states, parts.at(static_cast<std::size_t>(combination % 3)));
+            if (QTest::currentTestFailed())
+                return;
+        }
+    }
+
+    void weights()
+    {
+        rules::Page page = pageOf({3, 4, 5, 2, 2}, Part::On); // boxes in several states
+        for (const auto &texts : {
+                 rules::WeightTexts{.LB = "0", .OZ = "0", .EXPORT = "0", .BASIC = "0"},
+                 rules::WeightTexts{.LB = "0", .OZ = "1", .EXPORT = "1", .BASIC = "1"},
+                 rules::WeightTexts{.LB = "22", .OZ = "1", .EXPORT = "22.04", .BASIC = "9999"},
+                 rules::WeightTexts{.LB = "220", .OZ = "7", .EXPORT = "220.4", .BASIC = "99990"},
+             })
+            compareUsps(page, texts);
+    }
+
+    void numbers_data()
+    {
+        QTest::addColumn<float>("number");
+        QTest::addColumn<float>("expected");
+        QTest::newRow("a kilogram in ounces")
+            << totalOunces(QStringLiteral("2"), QStringLiteral("4")) << 36.0F;
+        QTest::newRow("a kilogram in pounds")
+            << totalPounds(QStringLiteral("2"), QStringLiteral("4")) << 2.25F;
+        QTest::newRow("pounds of 1000 g") << poundsFromGrams(QStringLiteral("1000")) << 2.2045F;
+        QTest::newRow("no number") << floatValue(QStringLiteral("pounds")) << 0.0F;
+        QTest::newRow("no text") << floatValue(QString()) << 0.0F;
+        QTest::newRow("leading number") << floatValue(QStringLiteral(" 2.5 lb")) << 2.5F;
+    }
+
+    void numbers()
+    {
+        QFETCH(float, number);
+        QFETCH(float, expected);
+        QCOMPARE(number, expected);
+    }
+
+    void numberTexts()
+    {
+        CurrentWeight weight;
+        weight.texts = kilogram;
+        const auto firstFedexText = [&](const char *grams) {
+            PageBrowser browser;
+            weight.texts.BASIC = grams;
+            AutofillForm(browser, nullptr, weight).assign(fedexAssignments());
+            const std::string &script = browser.scripts.front();
+            return script.substr(script.rfind('=') + 1);
+        };
+        QCOMPARE(firstFedexText("1000"), std::string("2.204"));
+        QCOMPARE(firstFedexText("453.6"), std::string("1.000"));
+        QCOMPARE(scriptText(uspsRow(RowGroup::G11).total, 36.0F),
+                 QStringLiteral("document.getElementsByName('ctl00$ContentPlaceHolder1$ctl11$"
+                                "TextBoxWeight')[0].value=36.000000"));
+    }
+
+    /// A reading is not frozen at the start: what is sent is what stands when it is sent.
+    void valuesAreReadWhenTheyAreSent()
+    {
+        PageBrowser browser;
+        CurrentWeight weight;
+        weight.texts = kilogram;
+        browser.page = pageOf({2, 2 + 9 * 2, 0, 0, 0}, Part::Missing); // 02 empty; 05 also "ounces"
+        browser.sent = [&](const QString &text) {
+            if (text.contains(QLatin1String("ctl02_ctl01")))
+                weight.texts.LB = "3";
+        };
+        AutofillForm(browser, nullptr, weight).fillUspsRows();
+        const std::string box = "document.getElementsByName('ctl00$ContentPlaceHolder1$ctl";
+        const std::string end = "$TextBoxWeight')[0].value=";
+        std::vector<std::string> assignments;
+        for (const std::string &script : browser.scripts) {
+            if (script.find(".value=") != std::string::npos)
+                assignments.push_back(script);
+        }
+        QCOMPARE(assignments, (std::vector<std::string>{box + "05" + end + "36.000000",
+                                                        box + "05" + end + "52.000000",
+                                                        box + "02" + end + "52.000000"}));
+    }
+
+    void aChoiceIsLoggedBeforeItIsServed()
+    {
+        PageBrowser browser;
+        CurrentWeight weight;
+        weight.texts = kilogram;
+        browser.page = pageOf({0, 0, 2 * 9 + 2 * 27, 0, 0}, Part::On);
+        browser.sent = [](const QString &text) {
+            if (text.contains(QLatin1String(".value=")))
+                LogCapture::lines().append(text.section(QLatin1Char('='), 1));
+        };
+        LogCapture::lines().clear();
+        AutofillForm(browser, nullptr, weight).fillUspsRows();
+        QCOMPARE(LogCapture::lines(),
+                 (QStringList{QStringLiteral("Ounces is selected"), QStringLiteral("36.000000"),
+                              QStringLiteral("Pound is selected"), QStringLiteral("2.250000"),
+                              QStringLiteral("Enter Weight is selected"), QStringLiteral("2"),
+                              QStringLiteral("4")}));
+    }
+};
+
+QTEST_GUILESS_MAIN(AutofillFormTest)
+#include "AutofillFormTest.moc"

@@ -1,0 +1,212 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/PostalScaleAppDelegate.h"
+#include "export/Browser.h"
+#include "export/Settings.h"
+#include "scale/HIDManager.h"
+#include "tests/rules/AutofillRules.h"
+
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct RecordedTab : BrowserTab
+{
+};
+
+/// A browser that writes down what it is asked, in order, and answers nothing.
+class RecordingBridge : public BrowserBridge
+{
+public:
+    QStringList calls;
+    std::vector<std::string> scripts;
+    int windowCount = 2;
+
+private:
+    class Window : public BrowserWindow
+    {
+    public:
+        Window(RecordingBridge &bridge, std::shared_ptr<const BrowserTab> tab, int index)
+            : recorder(bridge)
+            , shownTab(std::move(tab))
+            , number(index)
+        {
+        }
+
+        std::shared_ptr<const BrowserTab> currentTab() const override
+        {
+            recorder.calls.append(QStringLiteral("currentTab of %1").arg(number));
+            return shownTab;
+        }
+
+    private:
+        RecordingBridge &recorder;
+        std::shared_ptr<const BrowserTab> shownTab;
+        int number;
+    };
+
+    class Application : public BrowserApplication
+    {
+    public:
+        explicit Application(RecordingBridge &bridge)
+            : recorder(bridge)
+        {
+        }
+
+        std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
+        {
+            recorder.calls.append(QStringLiteral("windows"));
+            std::vector<std::shared_ptr<const BrowserWindow>> all;
+            for (int index = 0; index < recorder.windowCount; ++index)
+                all.push_back(std::make_shared<Window>(
+                    recorder, index == 0 ? recorder.firstTab : recorder.otherTab, index));
+            return all;
+        }
+
+        std::optional<QString> doJavaScript(const QString &text,
+                                            const std::shared_ptr<const BrowserTab> &tab) override
+        {
+            expectTab(tab, recorder.windowCount > 0 ? recorder.firstTab : nullptr);
+            recorder.scripts.push_back(text.toStdString());
+            return std::nullopt;
+        }
+
+    private:
+        static void expectTab(const std::shared_ptr<const BrowserTab> &tab,
+                              const std::shared_ptr<const BrowserTab> &expected)
+        {
+            QCOMPARE(tab, expected);
+        }
+
+        RecordingBridge &recorder;
+    };
+
+    std::unique_ptr<BrowserApplication> makeApplication() override
+    {
+        calls.append(QStringLiteral("application"));
+        return std::make_unique<Application>(*this);
+    }
+
+    std::shared_ptr<const BrowserTab> firstTab = std::make_shared<RecordedTab>();
+    std::shared_ptr<const BrowserTab> otherTab = std::make_shared<RecordedTab>();
+};
+
+const QStringList fetched{QStringLiteral("application"), QStringLiteral("windows"),
+                          QStringLiteral("currentTab of 0")};
+
+} // namespace
+
+/// The operation of the delegate over a browser that stands in for the real one.
+class AutofillTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir home;
+    std::unique_ptr<Settings> settings;
+    std::unique_ptr<PostalScaleAppDelegate> delegate;
+
+    const rules::WeightTexts weight{.LB = "2", .OZ = "4", .EXPORT = "2.2045", .BASIC = "1000"};
+
+private slots:
+    void initTestCase()
+    {
+        qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+        settings = std::make_unique<Settings>();
+        delegate =
+            std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(QString()), *settings);
+        delegate->hid_obj = std::make_unique<HIDManager>();
+        delegate->hid_obj->setSWebDataLB(QString::fromStdString(weight.LB));
+        delegate->hid_obj->setSWebDataOZ(QString::fromStdString(weight.OZ));
+        delegate->hid_obj->setSWebDataBasic(QString::fromStdString(weight.BASIC));
+        delegate->lbLBL->setText(QString::fromStdString(weight.EXPORT));
+    }
+
+    void cleanupTestCase()
+    {
+        delegate.reset();
+        settings.reset();
+    }
+
+    void everyCarrierUnderEveryFlag()
+    {
+        for (const int flagUsps : {0, 1, 2, 255}) {
+            for (const int flagUps : {0, 1, 2, 255}) {
+                for (const int flagFedex : {0, 1, 2, 255}) {
+                    for (const int carrier : {-1, 0, 1, 2, 3, 4, 256}) {
+                        delegate->SendtoUSPS = static_cast<std::uint8_t>(flagUsps);
+                        delegate->SendtoUPS = static_cast<std::uint8_t>(flagUps);
+                        delegate->SendtoFedex = static_cast<std::uint8_t>(flagFedex);
+                        RecordingBridge browser;
+                        delegate->Autofill(carrier);
+                        rules::Page empty;
+                        const auto expected = rules::autofill(carrier, weight,
+                                                              {.SendtoUSPS = flagUsps == 1,
+                                                               .SendtoUPS = flagUps == 1,
+                                                               .SendtoFedex = flagFedex == 1},
+                                                              empty);
+                        QCOMPARE(browser.scripts, expected.scripts);
+                        QCOMPARE(browser.calls, fetched);
+                    }
+                }
+            }
+        }
+    }
+
+    void scriptsPerCarrier_data()
+    {
+        QTest::addColumn<int>("carrier");
+        QTest::addColumn<int>("flag");
+        QTest::addColumn<int>("scripts");
+        QTest::newRow("USPS off") << 0 << 0 << 6;
+        QTest::newRow("USPS on") << 0 << 1 << 6 + 8 + 11;
+        QTest::newRow("UPS off") << 1 << 0 << 0;
+        QTest::newRow("UPS on") << 1 << 1 << 28;
+        QTest::newRow("FedEx off") << 2 << 0 << 0;
+        QTest::newRow("FedEx on") << 2 << 1 << 13;
+        QTest::newRow("no carrier") << 3 << 1 << 0;
+    }
+
+    void scriptsPerCarrier()
+    {
+        QFETCH(int, carrier);
+        QFETCH(int, flag);
+        QFETCH(int, scripts);
+        const auto value = static_cast<std::uint8_t>(flag);
+        delegate->SendtoUSPS = delegate->SendtoUPS = delegate->SendtoFedex = value;
+        RecordingBridge browser;
+        delegate->Autofill(carrier);
+        QCOMPARE(browser.scripts.size(), static_cast<std::size_t>(scripts));
+    }
+
+    void theFirstWindowIsFetchedEachTime()
+    {
+        RecordingBridge browser;
+        delegate->Autofill(3);
+        delegate->Autofill(0);
+        QCOMPARE(browser.calls, fetched + fetched);
+    }
+
+    void withoutAWindowTheScriptsGoNowhere()
+    {
+        RecordingBridge browser;
+        browser.windowCount = 0;
+        delegate->SendtoUPS = 1;
+        delegate->Autofill(1);
+        QCOMPARE(browser.scripts.size(), std::size_t(28));
+    }
+
+    void withoutABrowserNothingHappens()
+    {
+        delegate->SendtoUSPS = 1;
+        delegate->Autofill(0);
+        QVERIFY(BrowserBridge::application()->windows().empty());
+        QVERIFY(!BrowserBridge::application()->doJavaScript(QStringLiteral("1"), nullptr));
+    }
+};
+
+QTEST_MAIN(AutofillTest)
+#include "AutofillTest.moc"

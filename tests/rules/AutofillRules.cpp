@@ -1,0 +1,231 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "tests/rules/AutofillRules.h"
+
+#include "tests/rules/NumberText.h"
+
+#include <array>
+#include <charconv>
+#include <optional>
+
+namespace rules {
+
+namespace {
+
+template <typename Number> std::optional<Number> numberOf(const std::string &text)
+{
+    if (text.empty() || text.front() < '0' || text.front() > '9')
+        return {};
+    Number number = 0;
+    const char *end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    if (result.ec != std::errc() || result.ptr != end)
+        return {};
+    return number;
+}
+
+float floatValue(const std::string &text)
+{
+    return numberOf<float>(text).value_or(0);
+}
+
+/// Weights lie well inside the range in which browsers print numbers without an exponent.
+std::string browserText(double number)
+{
+    std::array<char, 400> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
+                                   std::chars_format::fixed);
+    return {buffer.data(), end.ptr};
+}
+
+class Filling
+{
+public:
+    Filling(const WeightTexts &weightTexts, Page &openPage)
+        : texts(weightTexts)
+        , page(openPage)
+    {
+    }
+
+    void fedex()
+    {
+        const auto pounds = static_cast<float>(floatValue(texts.BASIC) * 0.0022045);
+        assign("psdData.mpsRowDataList[0].weight", fixedText(pounds, 3));
+        for (const char *name :
+             {"perPackageWeight", "aryShipmentWeight[0]", "aryShipmentWeight[1]",
+              "aryShipmentWeight[2]", "aryShipmentWeight[3]", "aryShipmentWeight[4]",
+              "aryShipmentWeight[5]", "arrayWeight[0]", "arrayWeight[1]", "arrayWeight[2]",
+              "arrayWeight[3]", "arrayWeight[4]"})
+            assign(name, texts.EXPORT);
+    }
+
+    void ups()
+    {
+        for (const char *name :
+             {"formbean.shipping.weight", "formbean.packageBean.weight", "shipmentWeight", "weight",
+              "shipmentBean.weight", "packageBean.weight"})
+            assign(name, texts.LB);
+        for (const char *name : {"estimateShipmentWeight",
+                                 "weight",
+                                 "weight1",
+                                 "weight2",
+                                 "weight3",
+                                 "weight4",
+                                 "weight5",
+                                 "weight6",
+                                 "weight7",
+                                 "weight8",
+                                 "weight9",
+                                 "weight10",
+                                 "TotalWeight00",
+                                 "shipmentBean.weight",
+                                 "shipmentBean.dimWeight",
+                                 "weights1",
+                                 "weights2",
+                                 "weights3",
+                                 "weights4",
+                                 "weights5",
+                                 "approxWeight",
+                                 "totalWeight"})
+            assign(name, texts.EXPORT);
+    }
+
+    void uspsAlways()
+    {
+        assign("ctl00$ContentPlaceHolder1$TextBoxPounds", texts.LB);
+        assign("shippingWeightInPounds", texts.LB);
+        assign("ctl00$maincontent$txtPounds", texts.LB);
+        assign("ctl00$ContentPlaceHolder1$TextBoxOunces", texts.OZ);
+        assign("shippingWeightInOunces", texts.OZ);
+        assign("ctl00$maincontent$txtOunces", texts.OZ);
+    }
+
+    void uspsRows()
+    {
+        const bool empty02 = isEmpty(mainBox("02"));
+        const bool empty02b = isEmpty(secondBox("02"));
+        const bool empty05 = isEmpty(mainBox("05"));
+        const bool empty05b = isEmpty(secondBox("05"));
+        const bool empty08 = isEmpty(mainBox("08"));
+        const bool empty08b = isEmpty(secondBox("08"));
+        const bool empty11 = isEmpty(mainBox("11"));
+        isEmpty(mainBox("14"));
+
+        for (const char *row : {"02", "05", "08", "11"})
+            radioRow(row);
+        flatRate();
+        radioRow("14");
+
+        if (empty05b && empty05)
+            fillPair("05");
+        if (empty02b && empty02)
+            fillPair("02");
+        if (empty08b && empty08)
+            fillPair("08");
+        if (!empty05b && empty05)
+            fillTotalOunces("05");
+        if (!empty02b && empty02)
+            fillTotalOunces("02");
+        if (!empty08b && empty08)
+            fillTotalOunces("08");
+        if (empty11)
+            fillTotalOunces("11");
+    }
+
+    AutofillOutcome outcome;
+
+private:
+    static std::string mainBox(const std::string &row)
+    {
+        return "ctl00$ContentPlaceHolder1$ctl" + row + "$TextBoxWeight";
+    }
+
+    static std::string secondBox(const std::string &row) { return mainBox(row) + "_2"; }
+
+    void radioRow(const std::string &row)
+    {
+        const std::string start = "ctl00_ContentPlaceHolder1_ctl" + row;
+        const bool ounces = isChecked(start + "_ctl01");
+        const bool pounds = isChecked(start + "_ctl02");
+        if (ounces) {
+            outcome.log.emplace_back("Ounces is selected");
+            fillTotalOunces(row);
+        }
+        if (pounds) {
+            outcome.log.emplace_back("Pound is selected");
+            assign(mainBox(row), fixedText(floatValue(texts.LB) + floatValue(texts.OZ) / 16.0F, 6));
+        }
+    }
+
+    void flatRate()
+    {
+        if (!isChecked("flatRateNo"))
+            return;
+        outcome.log.emplace_back("Enter Weight is selected");
+        assign("cnsCartList[0].labelPkg.pounds", texts.LB);
+        assign("cnsCartList[0].labelPkg.ounces", texts.OZ);
+    }
+
+    void fillPair(const std::string &row)
+    {
+        assign(mainBox(row), texts.LB);
+        assign(secondBox(row), texts.OZ);
+    }
+
+    void fillTotalOunces(const std::string &row)
+    {
+        assign(mainBox(row), fixedText(floatValue(texts.LB) * 16.0F + floatValue(texts.OZ), 6));
+    }
+
+    void assign(const std::string &name, const std::string &text)
+    {
+        outcome.scripts.push_back(valueScript(name) + "=" + text);
+        const auto field = page.fields.find(name);
+        const auto number = numberOf<double>(text);
+        if (field != page.fields.end() && number)
+            field->second = browserText(*number);
+    }
+
+    bool isEmpty(const std::string &name)
+    {
+        outcome.scripts.push_back(valueScript(name));
+        const auto field = page.fields.find(name);
+        return field != page.fields.end() && field->second.empty();
+    }
+
+    bool isChecked(const std::string &id)
+    {
+        outcome.scripts.push_back("document.getElementById('" + id + "').checked");
+        const auto button = page.checked.find(id);
+        return button != page.checked.end() && button->second;
+    }
+
+    static std::string valueScript(const std::string &name)
+    {
+        return "document.getElementsByName('" + name + "')[0].value";
+    }
+
+    const WeightTexts &texts;
+    Page &page;
+};
+
+} // namespace
+
+AutofillOutcome autofill(int carrier, const WeightTexts &texts, const CarrierFlags &flags,
+                         Page &page)
+{
+    Filling filling(texts, page);
+    if (carrier == 2 && flags.SendtoFedex)
+        filling.fedex();
+    if (carrier == 1 && flags.SendtoUPS)
+        filling.ups();
+    if (carrier == 0) {
+        filling.uspsAlways();
+        if (flags.SendtoUSPS)
+            filling.uspsRows();
+    }
+    return filling.outcome;
+}
+
+} // namespace rules

@@ -1,0 +1,192 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "tests/support/LinkedScale.h"
+
+#include <QTest>
+
+namespace {
+
+const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
+const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
+
+const QStringList attached{"DeviceAdded", "go forward", "our device"};
+const QStringList removed{"DeviceRemoved", "hid_device_removal_callback"};
+const QStringList toldConnected{"setStatusString 1", "setIsDeviceAlive 1"};
+const QStringList toldGone{"unitLBl setHidden 1", "setStatusString 0", "setIsDeviceAlive 0",
+                           "clearAll"};
+
+} // namespace
+
+/// How the real link meets devices that come and go.
+class DiscoveryTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void presentScaleIsFoundOnceTheLoopRuns()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::place(scaleDevice);
+        LogCapture log;
+        RecordingDelegate interface;
+        HIDManager link;
+        link.get_device_handle();
+        QCOMPARE(link.scaleCommand(), 0xFF);
+        QCOMPARE(link.unitnumber(), 3);
+        QCOMPARE(link.currentUnit(), 4);
+        QVERIFY(interface.calls.isEmpty());
+        LinkedScale::turn();
+        QCOMPARE(interface.calls, toldConnected);
+        QCOMPARE(log.lines(), attached);
+        QCOMPARE(FakeHidapi::instance().opened, std::vector<std::string>{"/dev/hidraw0"});
+    }
+
+    void pluggedScaleIsOpened()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        QVERIFY(scale.interface.calls.isEmpty());
+        fakeudev::plug(scaleDevice);
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected);
+    }
+
+    void otherVendorsAreOnlyLogged()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        fakeudev::plug(mouse);
+        scale.turn();
+        QCOMPARE(scale.log.lines(), QStringList{"DeviceAdded"});
+        QVERIFY(scale.interface.calls.isEmpty());
+    }
+
+    void unpluggingTellsTheInterfaceAndReleasesTheHandle()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.interface.calls.clear();
+        scale.log.lines().clear();
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QCOMPARE(scale.log.lines(), removed);
+        QCOMPARE(scale.interface.calls, toldGone);
+        QCOMPARE(scale.hidapi.openHandles, 0);
+        scale.log.lines().clear();
+        scale.link.set_device_ON_TARE(); // the handle stays set, and answers that it is gone
+        QVERIFY(scale.log.lines().contains(QStringLiteral("io: Unable to read()")));
+    }
+
+    void anyRemovalCountsOnceAScaleWasOpen()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        fakeudev::plug(mouse);
+        scale.turn();
+        scale.interface.calls.clear();
+        fakeudev::unplug("hidraw7");
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldGone);
+        QCOMPARE(scale.hidapi.openHandles, 1); // the scale itself is still there
+    }
+
+    void strangerOfTheSameVendorGetsANullHandle()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        fakeudev::plug(stranger);
+        scale.turn();
+        QCOMPARE(scale.log.lines(), attached);
+        QCOMPARE(scale.interface.calls, toldConnected);
+        QVERIFY(scale.hidapi.opened.empty());
+        scale.interface.calls.clear();
+        scale.log.lines().clear();
+        fakeudev::unplug("hidraw8");
+        scale.turn();
+        // Nothing was ever opened, so no removal is taken for the scale's.
+        QCOMPARE(scale.interface.calls, QStringList{"unitLBl setHidden 1"});
+        QCOMPARE(scale.log.lines(), QStringList{"DeviceRemoved"});
+    }
+
+    void strangerBesideAScaleOpensTheScaleAgain()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        fakeudev::plug(stranger);
+        scale.turn();
+        QCOMPARE(scale.hidapi.opened.size(), std::size_t{2});
+        QCOMPARE(scale.interface.calls, toldConnected + toldConnected);
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QCOMPARE(scale.hidapi.openHandles, 0); // both handles of the vanished scale are released
+    }
+
+    void secondAttachWithoutRemovalConnectsAgain()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        fakeudev::announce(scaleDevice, "add");
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected + toldConnected);
+    }
+
+    void hookRunsOncePerRemovalHoweverManyOpens()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        fakeudev::announce(scaleDevice, "add");
+        scale.turn();
+        scale.interface.calls.clear();
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldGone);
+    }
+
+    void replugOpensAgain()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        for (int i = 0; i < 200; ++i) {
+            fakeudev::unplug("hidraw0");
+            fakeudev::plug(scaleDevice);
+            scale.turn();
+        }
+        QCOMPARE(scale.hidapi.opened.size(), std::size_t{201});
+        QCOMPARE(scale.hidapi.openHandles, 1);
+    }
+
+    void otherEventsAreIgnored()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.interface.calls.clear();
+        fakeudev::announce(scaleDevice, "change");
+        fakeudev::announce(scaleDevice, "bind");
+        scale.turn();
+        QVERIFY(scale.interface.calls.isEmpty());
+    }
+
+    void failedOpenIsExplained()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        scale.hidapi.openFails = true;
+        fakeudev::plug(scaleDevice);
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected);
+        QVERIFY(!scale.interface.connectionTrouble.isEmpty());
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QVERIFY(scale.interface.connectionTrouble.isEmpty());
+    }
+
+    void droppedEventsAreMadeUpFor()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.interface.calls.clear();
+        fakeudev::unplug("hidraw0");
+        fakeudev::place(mouse);
+        fakeudev::overflow();
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldGone);
+        scale.interface.calls.clear();
+        fakeudev::place(scaleDevice);
+        fakeudev::overflow();
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected);
+    }
+};
+
+QTEST_GUILESS_MAIN(DiscoveryTest)
+#include "DiscoveryTest.moc"

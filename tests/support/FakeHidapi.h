@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+/// The HID access library's functions, defined by the test program itself, so that the real link
+/// is compiled and run unchanged.
+struct FakeHidapi
+{
+    bool openFails = false;
+    bool sendFails = false;
+    std::deque<std::vector<std::uint8_t>> reports; ///< to be read; none left: the read fails
+    std::vector<std::array<std::uint8_t, 9>> sent;
+    std::vector<std::string> opened;
+    int openHandles = 0;
+
+    static FakeHidapi &instance();
+    static void reset() { instance() = {}; }
+};

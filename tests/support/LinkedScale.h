@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "scale/HIDManager.h"
+#include "scale/ScaleIdentity.h"
+#include "tests/support/FakeHidapi.h"
+#include "tests/support/FakeUdev.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/RecordingDelegate.h"
+
+#include <QCoreApplication>
+#include <QLoggingCategory>
+
+inline const fakeudev::Device scaleDevice{"hidraw0", scaleVendorId, scaleProductId};
+
+/// The real link, watching; what it does is seen from the fake libraries and the recording
+/// interface. Everything starts anew with each of these.
+struct LinkedScale
+{
+    enum class Scale { Absent, Present };
+
+    explicit LinkedScale(Scale scale)
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        if (scale == Scale::Present)
+            fakeudev::place(scaleDevice);
+        link.get_device_handle();
+        turn();
+    }
+
+    /// Lets the event loop deliver what is pending.
+    static void turn()
+    {
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+    }
+
+    void poll(std::vector<std::uint8_t> report)
+    {
+        hidapi.reports.push_back(std::move(report));
+        interface.calls.clear();
+        link.get_device_rawdata();
+    }
+
+    LogCapture log;
+    RecordingDelegate interface;
+    FakeHidapi &hidapi = FakeHidapi::instance();
+    HIDManager link;
+};
