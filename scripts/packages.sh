@@ -1,0 +1,58 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+
+# Debian packages by what they are needed for, and how they get onto the machine. To be sourced.
+
+build_packages=(
+    g++ cmake ninja-build pkg-config
+    qt6-base-dev qt6-svg-dev libhidapi-dev libudev-dev libxcb1-dev libxcb-icccm4-dev
+)
+# An icon-less Qt still needs fonts and its platform plugins' libraries.
+run_packages=(qt6-qpa-plugins fonts-dejavu-core)
+demo_packages=(
+    umockdev libumockdev-dev xvfb xauth openbox dbus at-spi2-core
+    python3 python3-gi gir1.2-atspi-2.0 python3-pyatspi imagemagick
+)
+check_packages=(
+    "${demo_packages[@]}"
+    clang-format-14 clang-tidy-14 xdotool xclip wmctrl x11-utils locales socat
+    chromium firefox-esr openssl
+)
+
+say() { printf '== %s\n' "$*"; }
+
+missing_packages() {
+    local package
+    for package in "$@"; do
+        [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+            printf '%s\n' "$package"
+    done
+}
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+install_packages() {
+    local missing
+    mapfile -t missing < <(missing_packages "$@")
+    [ ${#missing[@]} -eq 0 ] && return
+    say "Installing ${#missing[@]} packages: ${missing[*]}"
+    as_root apt-get update -q
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends \
+        "${missing[@]}"
+}
+
+# build PRESET TARGET...: quiet when there is nothing to do
+build() {
+    local preset=$1
+    shift
+    if [ ! -f "build/$preset/build.ninja" ]; then
+        say "Configuring build/$preset"
+        cmake --preset "$preset" > "/tmp/postal-scale-configure.$$" ||
+            { cat "/tmp/postal-scale-configure.$$"; return 1; }
+        rm -f "/tmp/postal-scale-configure.$$"
+    fi
+    say "Building $preset: ${*:-everything}"
+    cmake --build --preset "$preset" ${1:+--target "$@"}
+}
