@@ -9,7 +9,8 @@
 
 #include <QCommandLineParser>
 
-Application::Application(int &argc, char **argv) : QApplication(argc, argv)
+Application::Application(int &argc, char **argv)
+    : QApplication(argc, argv)
 {
     setApplicationName(QStringLiteral("postal-scale"));
     setApplicationVersion(QStringLiteral(POSTALSCALE_VERSION));
@@ -34,8 +35,8 @@ PostalScaleAppDelegate *Application::delegate() const
 void Application::launch(const QString &infoFile)
 {
     settings = std::make_unique<Settings>();
-    appDelegate = std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(infoFile),
-                                                           *settings);
+    appDelegate =
+        std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(infoFile), *settings);
     appDelegate->awakeFromNib();
     appDelegate->applicationDidFinishLaunching();
     appDelegate->window->show();

@@ -31,10 +31,10 @@ std::optional<BundleInformation> read(const QString &path)
 
 BundleInformation BundleInformation::load(const QString &file)
 {
-    const QString path =
-        file.isEmpty() ? QStandardPaths::locate(QStandardPaths::GenericConfigLocation,
-                                                QStringLiteral("postal-scale/Info.json"))
-                       : file;
+    const QString path = file.isEmpty()
+                             ? QStandardPaths::locate(QStandardPaths::GenericConfigLocation,
+                                                      QStringLiteral("postal-scale/Info.json"))
+                             : file;
     if (!path.isEmpty()) {
         if (const auto information = read(path))
             return *information;
@@ -55,7 +55,10 @@ std::optional<BundleInformation> BundleInformation::parse(const QByteArray &json
     return {};
 }
 
-BundleInformation::BundleInformation(const QJsonObject &object) : values(object) {}
+BundleInformation::BundleInformation(const QJsonObject &object)
+    : values(object)
+{
+}
 
 QString BundleInformation::appNameDisplay() const
 {

@@ -30,6 +30,7 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     connectionStatuslbl->setText(connected ? QStringLiteral("Scale connected")
                                            : QStringLiteral("Scale not connected"));
     unitLBl->setHidden(true);
+    announceReading();
     if (!connected)
         return;
     auto *timer = new QTimer(this);
@@ -55,6 +56,7 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
         return;
     }
     hid_obj->get_device_rawdata();
+    announceReading();
     if (SendtoUSPS == 1)
         Autofill(0);
     if (SendtoUPS == 1)

@@ -8,14 +8,18 @@
 
 PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &bundleInformation,
                                                Settings &userSettings)
-    : window(std::make_unique<QMainWindow>()), information(bundleInformation),
-      settings(userSettings)
+    : window(std::make_unique<QMainWindow>())
+    , information(bundleInformation)
+    , settings(userSettings)
 {
     setupUi(window.get());
     connectActions();
     connectUnits();
     connectOptions();
     makeStatusArea();
+    announcement.setSingleShot(true);
+    connect(&announcement, &QTimer::timeout, this, &PostalScaleAppDelegate::announceNow);
+    announceReading();
 }
 
 PostalScaleAppDelegate::~PostalScaleAppDelegate() = default;
@@ -29,16 +33,25 @@ bool PostalScaleAppDelegate::applicationShouldTerminateAfterLastWindowClosed()
 
 void PostalScaleAppDelegate::connectActions()
 {
+    quitItem->setShortcut(QKeySequence::Quit);
     connect(quitItem, &QAction::triggered, window.get(), &QWidget::close);
     connect(optionButton, &QComboBox::activated, this,
             &PostalScaleAppDelegate::modelSelectionAction);
-    connect(powerButton, &QAbstractButton::clicked, this,
-            &PostalScaleAppDelegate::ON_Off_TareAction);
-    connect(powerItem, &QAction::triggered, this, &PostalScaleAppDelegate::ON_Off_TareAction);
-    connect(tareButton, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::TareAction);
-    connect(tareItem, &QAction::triggered, this, &PostalScaleAppDelegate::TareAction);
-    connect(holdButton, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::holdAction);
-    connect(holdItem, &QAction::triggered, this, &PostalScaleAppDelegate::holdAction);
+    connectCommand(powerButton, powerItem, Qt::CTRL | Qt::Key_P,
+                   &PostalScaleAppDelegate::ON_Off_TareAction);
+    connectCommand(tareButton, tareItem, Qt::CTRL | Qt::Key_T, &PostalScaleAppDelegate::TareAction);
+    connectCommand(holdButton, holdItem, Qt::CTRL | Qt::Key_H, &PostalScaleAppDelegate::holdAction);
+}
+
+void PostalScaleAppDelegate::connectCommand(QAbstractButton *button, QAction *item,
+                                            QKeySequence shortcut,
+                                            void (PostalScaleAppDelegate::*action)())
+{
+    item->setShortcut(shortcut);
+    button->setToolTip(
+        tr("%1 (%2)").arg(button->toolTip(), shortcut.toString(QKeySequence::NativeText)));
+    connect(button, &QAbstractButton::clicked, this, action);
+    connect(item, &QAction::triggered, this, action);
 }
 
 void PostalScaleAppDelegate::setUnitCaptionHidden(bool hidden)

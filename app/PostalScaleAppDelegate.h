@@ -12,11 +12,11 @@
 #include <QMap>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <cstdint>
 #include <memory>
 
 class HIDManager;
-class QTimer;
 class Settings;
 
 /// The application's one delegate: it owns the main window's controls (its outlets are the widgets
@@ -65,6 +65,8 @@ public:
     void shownegativeSign(bool negative) override;
     void clearAll() override;
     void displayforLBOZsimple();
+    /// Tells screen readers what the panel shows, once this turn of the event loop is over.
+    void announceReading();
 
     // lcd/: segments
     /// @param name a short name of segment::; others do nothing
@@ -125,6 +127,9 @@ private:
     enum class Notice { Connection, Settings, Clipboard };
 
     void connectActions();
+    /// One command, reached from a button and from the menu bar.
+    void connectCommand(QAbstractButton *button, QAction *item, QKeySequence shortcut,
+                        void (PostalScaleAppDelegate::*action)());
     void connectUnits();
     void connectOptions();
     /// Undoes the toolkit's own toggling: @p action decides on the check mark.
@@ -141,6 +146,8 @@ private:
     /// The first sentence is shown, the whole text on hover; empty takes the notice away.
     void setNotice(Notice topic, const QString &text);
 
+    void announceNow();
+    void setUnitEnabled(int row, bool enabled);
     QList<QAbstractButton *> unitCells() const; ///< in row order
 
     void applyOption(int tag, bool on);
@@ -165,4 +172,5 @@ private:
     QString modelName; ///< empty until the user chooses a model
     QMap<Notice, QString> notices;
     QLabel *noticeLbl = nullptr;
+    QTimer announcement;
 };

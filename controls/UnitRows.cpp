@@ -6,8 +6,8 @@
 std::array<bool, unitRowCount> enabledRows(int modelIndex)
 {
     //                                               oz   lb-oz A lb-oz B  lb     g     kg   lb-oz
-    static constexpr std::array<bool, unitRowCount> gramModel{true,  true,  true, false,
-                                                              true,  false, false};
+    static constexpr std::array<bool, unitRowCount> gramModel{true, true,  true, false,
+                                                              true, false, false};
     static constexpr std::array<bool, unitRowCount> tenGramModel{false, true, true, true,
                                                                  false, true, true};
     static constexpr std::array<bool, unitRowCount> fractionModel{false, false, true, true,

@@ -10,6 +10,7 @@
 #include "scale/HIDManager.h"
 #include "scale/Log.h"
 
+#include <QActionGroup>
 #include <QThread>
 
 namespace {
@@ -63,6 +64,16 @@ void PostalScaleAppDelegate::connectUnits()
 {
     connect(radiogroup, &QButtonGroup::buttonClicked, this,
             &PostalScaleAppDelegate::radioSelection);
+    auto *choice = new QActionGroup(this);
+    for (QAbstractButton *cell : unitCells()) {
+        QAction *item = unitMenu->addAction(cell->text());
+        item->setShortcut(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + unitMenu->actions().size()));
+        item->setCheckable(true);
+        item->setChecked(cell->isChecked());
+        choice->addAction(item);
+        connect(item, &QAction::triggered, cell, &QAbstractButton::click);
+        connect(cell, &QAbstractButton::toggled, item, &QAction::setChecked);
+    }
 }
 
 void PostalScaleAppDelegate::radioSelection()
@@ -84,10 +95,19 @@ void PostalScaleAppDelegate::radioSelection()
 void PostalScaleAppDelegate::enableDisableWeight(int modelIndex)
 {
     const auto enabled = enabledRows(modelIndex);
-    const QList<QAbstractButton *> cells = unitCells();
     for (int row = 0; row < unitRowCount; ++row)
-        cells.at(row)->setEnabled(enabled.at(static_cast<std::size_t>(row)));
+        setUnitEnabled(row, enabled.at(static_cast<std::size_t>(row)));
     settings.setLastSelectedValue(modelIndex);
+}
+
+void PostalScaleAppDelegate::setUnitEnabled(int row, bool enabled)
+{
+    QAction *item = unitMenu->actions().at(row);
+    item->setEnabled(enabled);
+    QAbstractButton *cell = unitCells().at(row);
+    cell->setEnabled(enabled);
+    cell->setToolTip(enabled ? item->shortcut().toString(QKeySequence::NativeText)
+                             : tr("The chosen model does not weigh in this unit"));
 }
 
 void PostalScaleAppDelegate::setRadioButton()

@@ -57,7 +57,9 @@ class SixPositions
 {
 public:
     SixPositions(DigitPlan &digitPlan, std::int64_t nValue, const DigitContext &digitContext)
-        : plan(digitPlan), context(digitContext), m(std::abs(nValue))
+        : plan(digitPlan)
+        , context(digitContext)
+        , m(std::abs(nValue))
     {
         logInput(nValue);
     }
@@ -172,8 +174,8 @@ private:
         plan.unhide(numeratorImg);
         plan.hide(lineImg);
         plan.hide(denomImg);
-        plan.setRoundedDigit(numeratorImg, static_cast<float>(numerator) /
-                                               static_cast<float>(denominator) * 10);
+        plan.setRoundedDigit(numeratorImg,
+                             static_cast<float>(numerator) / static_cast<float>(denominator) * 10);
         if (context.unitnumber == 4 && numerator != 0) {
             plan.setDigit(numeratorImg, numerator);
             plan.log(LogLine::number("Image to print %1.bmp", numerator));

@@ -38,9 +38,9 @@ struct DigitStep
         Show, ///< un-hide the view and set the picture of number
         Hide,
         Unhide,
-        SetDigit,             ///< the picture of number, hidden or not
-        SetRoundedDigit,      ///< the picture of rounded, halves to even
-        ClearFractionField,   ///< pounds with whole ounces
+        SetDigit,           ///< the picture of number, hidden or not
+        SetRoundedDigit,    ///< the picture of rounded, halves to even
+        ClearFractionField, ///< pounds with whole ounces
     };
     Kind kind = Kind::Log;
     DigitView view = DigitView::digZero;

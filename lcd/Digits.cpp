@@ -75,11 +75,12 @@ void PostalScaleAppDelegate::clearAll()
 {
     for (const char *name : blankedSegments())
         DrawIcon(QLatin1String(name), false);
-    for (ImageView *view : {minusIMg, digOne, digTwo, digThree, digZero, numeratorImg, denomImg,
-                            lineImg})
+    for (ImageView *view :
+         {minusIMg, digOne, digTwo, digThree, digZero, numeratorImg, denomImg, lineImg})
         view->setHidden(true);
     lbLBL->setText({});
     lbUnitlbl->setHidden(true);
+    announceReading();
 }
 
 void PostalScaleAppDelegate::displayforLBOZsimple()

@@ -134,8 +134,7 @@ void SegmentPlan::log(const LogLine &line)
 SegmentPlan segmentPattern(int unit, const SegmentContext &context)
 {
     SegmentPlan plan;
-    plan.log(
-        LogLine::numbers("Inside Display unit=%1 unitnumber=%2 ", unit, context.unitnumber));
+    plan.log(LogLine::numbers("Inside Display unit=%1 unitnumber=%2 ", unit, context.unitnumber));
     if (context.currentScale == 1)
         binaryScale(plan, unit, context);
     else

@@ -87,7 +87,11 @@ void DeviceWatcher::UdevDeleter::operator()(udev_monitor *monitor) const
     udev_monitor_unref(monitor);
 }
 
-DeviceWatcher::DeviceWatcher(QObject *parent) : QObject(parent), context(udev_new()) {}
+DeviceWatcher::DeviceWatcher(QObject *parent)
+    : QObject(parent)
+    , context(udev_new())
+{
+}
 
 DeviceWatcher::~DeviceWatcher() = default;
 

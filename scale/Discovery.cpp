@@ -30,7 +30,8 @@ QString troubleWith(const HidDeviceInfo &device, const QString &libraryError)
 } // namespace
 
 HIDManager::HIDManager(QObject *parent)
-    : QObject(parent), library([this] { hid_device_removal_callback(); })
+    : QObject(parent)
+    , library([this] { hid_device_removal_callback(); })
 {
     connect(&watcher, &DeviceWatcher::added, this, &HIDManager::DeviceAdded);
     connect(&watcher, &DeviceWatcher::removed, this, &HIDManager::DeviceRemoved);

@@ -7,7 +7,8 @@
 #include <utility>
 
 HidHandle::HidHandle(hid_device_ *openDevice, const QString &systemPath)
-    : device(openDevice), path(systemPath)
+    : device(openDevice)
+    , path(systemPath)
 {
 }
 
@@ -36,7 +37,10 @@ void HidHandle::close()
         hid_close(std::exchange(device, nullptr));
 }
 
-HidLibrary::HidLibrary(RemovalHook hook) : removalHook(std::move(hook)) {}
+HidLibrary::HidLibrary(RemovalHook hook)
+    : removalHook(std::move(hook))
+{
+}
 
 std::shared_ptr<HidHandle> HidLibrary::open(const QString &node, const QString &systemPath)
 {

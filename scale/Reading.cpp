@@ -88,16 +88,16 @@ void HIDManager::changewebData(float grams)
 void HIDManager::exportReading(const WeightReport &report, const DecodedReport &decoded,
                                bool highCapacity)
 {
-    const ExportText exported = exportText({.report = report,
-                                            .weight = decoded.weight,
-                                            .poundsTimes10000 = decoded.poundsTimes10000,
-                                            .currentScale = state.currentScale,
-                                            .currentUnit = state.currentUnit,
-                                            .unitnumber = state.unitnumber,
-                                            .highCapacity = highCapacity},
-                                           exportForm(delegate()->selectedRadioButtonIndex()),
-                                           roundUp ? ExportRounding::UpToWhole
-                                                   : ExportRounding::AsRead);
+    const ExportText exported =
+        exportText({.report = report,
+                    .weight = decoded.weight,
+                    .poundsTimes10000 = decoded.poundsTimes10000,
+                    .currentScale = state.currentScale,
+                    .currentUnit = state.currentUnit,
+                    .unitnumber = state.unitnumber,
+                    .highCapacity = highCapacity},
+                   exportForm(delegate()->selectedRadioButtonIndex()),
+                   roundUp ? ExportRounding::UpToWhole : ExportRounding::AsRead);
     if (exported.twoDecimalKilograms)
         logLine(QStringLiteral("kg value is %1").arg(*exported.twoDecimalKilograms));
     delegate()->setExportLabelText(exported.text);

@@ -48,9 +48,7 @@ void apply(const DigitPlan &plan, rules::Views &views)
             view.kind = rules::ViewState::Rounded;
             view.value = step.rounded;
             break;
-        case DigitStep::Kind::ClearFractionField:
-            rules::displayforLBOZsimple(views);
-            break;
+        case DigitStep::Kind::ClearFractionField: rules::displayforLBOZsimple(views); break;
         }
     }
 }
@@ -101,8 +99,7 @@ public:
     QString picture(rules::View view) const
     {
         const rules::ViewState &state = product[view];
-        return state.hidden ? QStringLiteral("-")
-                            : QString::fromStdString(rules::imageName(state));
+        return state.hidden ? QStringLiteral("-") : QString::fromStdString(rules::imageName(state));
     }
 
 private:
@@ -116,15 +113,17 @@ std::vector<DigitContext> meaningfulContexts()
     std::vector<DigitContext> contexts;
     for (const int currentUnit : {1, 2, 3}) {
         for (const int unitnumber : {0, 4})
-            contexts.push_back({.currentScale = 1, .currentUnit = currentUnit,
-                                .unitnumber = unitnumber});
+            contexts.push_back(
+                {.currentScale = 1, .currentUnit = currentUnit, .unitnumber = unitnumber});
     }
     for (int unitnumber = 0; unitnumber <= 6; ++unitnumber) {
         for (int dotunit = 0; dotunit <= 6; ++dotunit) {
             for (const bool lbOZlast : {false, true}) {
                 for (const int currentUnit : {1, 2, 4}) {
-                    contexts.push_back({.currentUnit = currentUnit, .unitnumber = unitnumber,
-                                        .dotunit = dotunit, .lbOZlast = lbOZlast});
+                    contexts.push_back({.currentUnit = currentUnit,
+                                        .unitnumber = unitnumber,
+                                        .dotunit = dotunit,
+                                        .lbOZlast = lbOZlast});
                 }
             }
         }
@@ -151,8 +150,8 @@ private slots:
             const bool own = context.currentScale == 1 || context.unitnumber == context.dotunit;
             const std::int64_t step = sweepStep(97) * (own ? 1 : 7);
             PairOfPanels panels;
-            for (std::int64_t number = own ? 0 : static_cast<std::int64_t>(i % 7);
-                 number <= 999999; number += step) {
+            for (std::int64_t number = own ? 0 : static_cast<std::int64_t>(i % 7); number <= 999999;
+                 number += step) {
                 context.highCapacity = (number / step) % 5 == 0;
                 if (!panels.show(number, context))
                     QFAIL(qPrintable(QStringLiteral("%1 in state %2").arg(number).arg(i)));
@@ -165,8 +164,8 @@ private slots:
     void everyState()
     {
         static constexpr std::array<std::int64_t, 28> numbers{
-            0,     1,     9,     10,    14,    18,     78,     99,     100,    105,
-            112,   999,   1000,  1099,  9999,  10000,  10512,  12345,  20314,  88888,
+            0,     1,      9,      10,     14,     18,     78,      99,     100,   105,
+            112,   999,    1000,   1099,   9999,   10000,  10512,   12345,  20314, 88888,
             99999, 100000, 123456, 188888, 888888, 999999, 1000000, 1234567};
         PairOfPanels panels;
         for (int scale = 0; scale <= 2; ++scale) {
@@ -201,8 +200,7 @@ private slots:
         };
         const DigitContext grams{.currentUnit = 1};
         row("0 g", grams, 0, {"-", "-", "-", "0.bmp", "-", "-", "-"});
-        row("magnitude of -12345", grams, -12345,
-            {"-", "1.bmp", "2.bmp", "3.bmp", "-", "-", "-"});
+        row("magnitude of -12345", grams, -12345, {"-", "1.bmp", "2.bmp", "3.bmp", "-", "-", "-"});
         row("123456 is wide", {.currentUnit = 1, .unitnumber = 2}, 123456,
             {"1.bmp", "2.bmp", "3.bmp", "4.bmp", "50.bmp", "-", "-"});
         row("1 lb 5 1/2 oz, stacked", {.currentUnit = 4, .unitnumber = 3}, 10512,
@@ -220,8 +218,7 @@ private slots:
             {"-", "-", "8.bmp", "8.bmp", "-", "-", "-"});
         const DigitContext binaryPoundsOunces{.currentScale = 1, .currentUnit = 3};
         row("1 lb 5 oz", binaryPoundsOunces, 105, {"-", "1.bmp", "-", "5.bmp", "-", "-", "-"});
-        row("1 lb 0 oz", binaryPoundsOunces, 100,
-            {"-", "1.bmp", "0.bmp", "0.bmp", "-", "-", "-"});
+        row("1 lb 0 oz", binaryPoundsOunces, 100, {"-", "1.bmp", "0.bmp", "0.bmp", "-", "-", "-"});
         row("0.0 lb", {.currentScale = 1, .currentUnit = 2}, 0,
             {"-", "-", "0.bmp", "0.bmp", "-", "-", "-"});
         row("beyond the leftmost digit", {.currentScale = 1, .currentUnit = 2}, 10000,

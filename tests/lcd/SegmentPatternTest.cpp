@@ -19,8 +19,8 @@ private slots:
                 for (int unitnumber = -1; unitnumber <= 7; ++unitnumber) {
                     for (int byte = 0; byte <= 0xFF; ++byte) {
                         for (const bool highCapacity : {false, true})
-                            comparePattern(code, {scale, unitnumber,
-                                                  static_cast<CommandByte>(byte), highCapacity});
+                            comparePattern(code, {scale, unitnumber, static_cast<CommandByte>(byte),
+                                                  highCapacity});
                     }
                 }
             }
@@ -41,8 +41,8 @@ private:
     {
         const SegmentPlan plan = segmentPattern(code, context);
         const rules::IconOutcome expected =
-            rules::displayUnit(code, context.currentScale, context.unitnumber,
-                               context.scaleCommand, context.highCapacity);
+            rules::displayUnit(code, context.currentScale, context.unitnumber, context.scaleCommand,
+                               context.highCapacity);
         std::size_t call = 0;
         std::size_t line = 0;
         for (const SegmentStep &step : plan.steps()) {

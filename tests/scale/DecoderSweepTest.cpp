@@ -198,9 +198,8 @@ private slots:
                 for (unsigned number = 0; number < 350; ++number) {
                     for (const int scale : {0, 1}) {
                         for (const bool highCapacity : {false, true})
-                            QVERIFY(agrees(reportOf(status << 16 | weight),
-                                           stateFor(number, scale), highCapacity,
-                                           Texts::Skip));
+                            QVERIFY(agrees(reportOf(status << 16 | weight), stateFor(number, scale),
+                                           highCapacity, Texts::Skip));
                     }
                 }
             }

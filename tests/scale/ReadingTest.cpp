@@ -19,8 +19,7 @@ QString callText(const rules::Effect &effect)
     case rules::Step::ShowUnitLabel: return QStringLiteral("unitLBl setHidden 0");
     case rules::Step::DrawOverload: return QStringLiteral("Draw5DigitOverload");
     case rules::Step::ClearAll: return QStringLiteral("clearAll");
-    case rules::Step::ShowNegative:
-        return QStringLiteral("shownegativeSign %1").arg(effect.number);
+    case rules::Step::ShowNegative: return QStringLiteral("shownegativeSign %1").arg(effect.number);
     case rules::Step::Draw5Digit: return QStringLiteral("Draw5Digit %1").arg(effect.number);
     case rules::Step::DisplayUnit: return QStringLiteral("DisplayUnit %1").arg(effect.number);
     default: return {};
@@ -55,9 +54,8 @@ bool sameState(const HIDManager &link, const rules::LinkState &expected)
 {
     const rules::LinkState state = stateOf(link);
     return state.currentScale == expected.currentScale &&
-           state.currentUnit == expected.currentUnit &&
-           state.unitnumber == expected.unitnumber && state.unitindex == expected.unitindex &&
-           state.currentStatue == expected.currentStatue &&
+           state.currentUnit == expected.currentUnit && state.unitnumber == expected.unitnumber &&
+           state.unitindex == expected.unitindex && state.currentStatue == expected.currentStatue &&
            state.OverloadFlag == expected.OverloadFlag &&
            state.scaleCommand == expected.scaleCommand;
 }
@@ -238,10 +236,9 @@ private slots:
         LinkedScale scale(LinkedScale::Scale::Present);
         scale.log.lines().clear();
         scale.poll({0x01, 0x34, 0x12});
-        QCOMPARE(scale.log.lines(),
-                 (QStringList{"io: buf[0]: 1", "io: buf[1]: 52", "io: buf[2]: 18",
-                              "W Value for Scale 0 is 1234 ", "Basic weight is 1234",
-                              "wgm value is-->1234"}));
+        QCOMPARE(scale.log.lines(), (QStringList{"io: buf[0]: 1", "io: buf[1]: 52",
+                                                 "io: buf[2]: 18", "W Value for Scale 0 is 1234 ",
+                                                 "Basic weight is 1234", "wgm value is-->1234"}));
     }
 
     /// One report in 251, and every status with weights at the edges, through the real link, in a
@@ -251,8 +248,8 @@ private slots:
         LinkedScale scale(LinkedScale::Scale::Present);
         QLoggingCategory::setFilterRules(QStringLiteral("postalscale*=false"));
         int compared = 0;
-        for (unsigned bits = 0; bits < 1U << 24; bits += 251U * static_cast<unsigned>(sweepStep(29)),
-                      ++compared) {
+        for (unsigned bits = 0; bits < 1U << 24;
+             bits += 251U * static_cast<unsigned>(sweepStep(29)), ++compared) {
             const bool highCapacity = compared % 3 == 0;
             scale.interface.model = highCapacity ? QStringLiteral("KV-C400") : QString();
             scale.interface.radioButtonIndex = compared % 7;
@@ -265,9 +262,9 @@ private slots:
             const auto low = static_cast<std::uint8_t>(bits);
             const rules::Outcome expected =
                 rules::readReport(status, low, high, stateOf(scale.link), highCapacity);
-            const auto text = rules::exportText(expected.state, expected.weight,
-                                                expected.poundsTimes10000, high, low, highCapacity,
-                                                scale.interface.radioButtonIndex, false);
+            const auto text =
+                rules::exportText(expected.state, expected.weight, expected.poundsTimes10000, high,
+                                  low, highCapacity, scale.interface.radioButtonIndex, false);
             scale.poll({status, low, high});
             QVERIFY2(sameState(scale.link, expected.state), qPrintable(QString::number(bits, 16)));
             QCOMPARE(scale.interface.calls, callsOf(expected));

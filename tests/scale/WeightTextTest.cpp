@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-#include "scale/NumberText.h"
 #include "scale/WeightText.h"
+#include "scale/NumberText.h"
 #include "tests/rules/ExportRules.h"
 #include "tests/support/Sweep.h"
 
@@ -27,9 +27,8 @@ bool sameExport(const ExportValues &values, int tag, bool round)
     const rules::ExportOutcome expected =
         rules::exportText(state, values.weight, values.poundsTimes10000, values.report.high,
                           values.report.low, values.highCapacity, tag, round);
-    const ExportText made =
-        exportText(values, exportForm(tag),
-                   round ? ExportRounding::UpToWhole : ExportRounding::AsRead);
+    const ExportText made = exportText(values, exportForm(tag),
+                                       round ? ExportRounding::UpToWhole : ExportRounding::AsRead);
     return made.text.toStdString() == expected.text &&
            made.twoDecimalKilograms.has_value() == expected.kgLogged &&
            made.twoDecimalKilograms.value_or(QString()).toStdString() == expected.kgText;
@@ -130,20 +129,19 @@ private slots:
         const ExportValues hairAbove{.poundsTimes10000 = 20001};
         const ExportValues emptyPan{.currentScale = 1, .currentUnit = 1};
         const ExportValues kilogram{.weight = 1234};
-        const ExportValues coarse{
-            .poundsTimes10000 = 9600, .unitnumber = 4, .highCapacity = true};
+        const ExportValues coarse{.poundsTimes10000 = 9600, .unitnumber = 4, .highCapacity = true};
         QTest::newRow("two pounds") << twoPounds << 3 << false << QStringLiteral("2");
         QTest::newRow("two pounds, rounded") << twoPounds << 3 << true << QStringLiteral("2");
         QTest::newRow("a hair above, rounded") << hairAbove << 3 << true << QStringLiteral("3");
         QTest::newRow("a hair above") << hairAbove << 3 << false << QStringLiteral("2.0001");
         QTest::newRow("kilograms") << kilogram << 5 << false << QStringLiteral("1.234");
-        QTest::newRow("grams export kilograms") << kilogram << 0 << false
-                                                << QStringLiteral("1.234");
+        QTest::newRow("grams export kilograms")
+            << kilogram << 0 << false << QStringLiteral("1.234");
         QTest::newRow("kilograms, rounded") << kilogram << 5 << true << QStringLiteral("2");
         QTest::newRow("empty pan of the tenth-ounce scale")
             << emptyPan << 5 << false << QStringLiteral("0.05");
-        QTest::newRow("single precision shows") << coarse << 4 << false
-                                                << QStringLiteral("9.599999");
+        QTest::newRow("single precision shows")
+            << coarse << 4 << false << QStringLiteral("9.599999");
     }
 
     void exportTexts()
@@ -151,9 +149,8 @@ private slots:
         QFETCH(ExportValues, values);
         QFETCH(int, tag);
         QFETCH(bool, round);
-        const ExportText made =
-            exportText(values, exportForm(tag),
-                       round ? ExportRounding::UpToWhole : ExportRounding::AsRead);
+        const ExportText made = exportText(
+            values, exportForm(tag), round ? ExportRounding::UpToWhole : ExportRounding::AsRead);
         QTEST(made.text, "text");
     }
 

@@ -59,8 +59,8 @@ udev_device describe(const fakeudev::Device &device, const std::string &action)
 {
     char identity[32];
     std::snprintf(identity, sizeof identity, "0003:%08X:%08X", device.vendor, device.product);
-    return {device,   action, pathOf(device.name), "/dev/" + device.name,
-            identity, action == "remove"};
+    return {
+        device, action, pathOf(device.name), "/dev/" + device.name, identity, action == "remove"};
 }
 
 void wake()

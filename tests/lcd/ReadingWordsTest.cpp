@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "lcd/ReadingWords.h"
+
+#include <QTest>
+
+/// What is lit on the panel, and how it is read out.
+class ReadingWordsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void words_data()
+    {
+        QTest::addColumn<PanelContents>("panel");
+        QTest::addColumn<QString>("words");
+        const auto row = [](const char *words, const PanelContents &panel) {
+            QTest::newRow(words) << panel << QString::fromLatin1(words);
+        };
+        row("off", {});
+        row("overload", {.overload = true});
+        row("1234 grams", {.digits = {"1", "2", "3", "4"}, .grams = true});
+        row("1 gram", {.digits = {"", "", "", "1"}, .grams = true});
+        row("minus 12 grams", {.digits = {"", "", "1", "2"}, .minus = true, .grams = true});
+        row("1.234 kilograms",
+            {.digits = {"1", "2", "3", "4"}, .points = {true}, .kilograms = true});
+        row("0.234 kilograms",
+            {.digits = {"", "2", "3", "4"}, .points = {true}, .kilograms = true});
+        row("12.34 kilograms",
+            {.digits = {"1", "2", "3", "4"}, .points = {false, true}, .kilograms = true});
+        row("43.5 ounces",
+            {.digits = {"", "4", "3", "5"}, .points = {false, false, true}, .ounces = true});
+        row("2.720 pounds", {.digits = {"", "2", "7", "2"}, .numerator = "0",
+                             .points = {false, true}, .pounds = true});
+        row("2 pounds 11.5 ounces",
+            {.digits = {"", "2", "1", "1"}, .numerator = "5",
+             .points = {false, false, false, true}, .colon = true, .pounds = true, .ounces = true});
+        row("2 pounds 11 1/2 ounces",
+            {.digits = {"", "2", "1", "1"}, .numerator = "1", .denominator = "2", .bar = true,
+             .colon = true, .pounds = true, .ounces = true});
+        row("1 pound 1 ounce", {.digits = {"", "1", "", "1"}, .colon = true, .pounds = true,
+                                .ounces = true});
+        row("2 pounds 3 ounces",
+            {.digits = {"", "2", "", "3"}, .points = {false, false, false, true}, .colon = true,
+             .pounds = true, .ounces = true});
+        row("500 grams, on hold", {.digits = {"", "5", "0", "0"}, .grams = true, .hold = true});
+    }
+
+    void words()
+    {
+        QFETCH(PanelContents, panel);
+        QTEST(readingWords(panel), "words");
+    }
+};
+
+QTEST_APPLESS_MAIN(ReadingWordsTest)
+#include "ReadingWordsTest.moc"
