@@ -6,7 +6,6 @@
 #include <cstdarg>
 #include <cstdio>
 #include <glib.h>
-#include <ranges>
 #include <stdexcept>
 
 namespace {
@@ -163,10 +162,11 @@ Testbed::Placement Testbed::plug(const HidIdentity &identity, Permission permiss
 // By the time the udev daemon passes a removal on, nothing of the device is left to look at.
 void Testbed::unplug(const Placement &placement)
 {
-    for (const Uevent &uevent : placement.chain | std::views::reverse)
+    const std::vector<Uevent> childFirst(placement.chain.rbegin(), placement.chain.rend());
+    for (const Uevent &uevent : childFirst)
         umockdev_testbed_remove_device(testbed.get(), ("/sys" + uevent.devicePath).c_str());
     minors.unplug(placement.minor);
-    for (const Uevent &uevent : placement.chain | std::views::reverse)
+    for (const Uevent &uevent : childFirst)
         send(uevent, "remove");
 }
 

@@ -159,16 +159,16 @@ void PostalScaleAppDelegate::setOnTop(bool onTop)
 QList<QCheckBox *> PostalScaleAppDelegate::optionBoxes() const
 {
     QList<QCheckBox *> boxes = optionBox->findChildren<QCheckBox *>();
-    std::sort(boxes.begin(), boxes.end(),
-              [](const QCheckBox *one, const QCheckBox *other) { return tagOf(one) < tagOf(other); });
+    std::sort(boxes.begin(), boxes.end(), [](const QCheckBox *one, const QCheckBox *other) {
+        return tagOf(one) < tagOf(other);
+    });
     return boxes;
 }
 
 QCheckBox *PostalScaleAppDelegate::optionWithTag(int tag) const
 {
     const QList<QCheckBox *> boxes = optionBoxes();
-    const auto found = std::find_if(boxes.begin(), boxes.end(), [tag](const QCheckBox *box) {
-        return tagOf(box) == tag;
-    });
+    const auto found = std::find_if(boxes.begin(), boxes.end(),
+                                    [tag](const QCheckBox *box) { return tagOf(box) == tag; });
     return found == boxes.end() ? nullptr : *found;
 }

@@ -9,7 +9,8 @@
 #include "scale/HIDManager.h"
 #include "scale/Log.h"
 
-void PostalScaleAppDelegate::connectMenuItem(QAction *item, void (PostalScaleAppDelegate::*action)())
+void PostalScaleAppDelegate::connectMenuItem(QAction *item,
+                                             void (PostalScaleAppDelegate::*action)())
 {
     connect(item, &QAction::triggered, this, [this, item, action] {
         // The toolkit has switched the item already; that is the action's decision.

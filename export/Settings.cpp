@@ -35,7 +35,8 @@ std::unique_ptr<QSettings> openFile()
 
 } // namespace
 
-Settings::Settings() : file(openFile())
+Settings::Settings()
+    : file(openFile())
 {
     setAsideIfDamaged();
 }

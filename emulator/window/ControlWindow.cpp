@@ -50,6 +50,7 @@ void ControlWindow::buildForm()
     typeBox = new QComboBox;
     capacityBox = new QComboBox;
     loadSlider->setMinimum(lightestLoad);
+    loadSlider->setPageStep(100);
     loadSlider->setMinimumWidth(300);
     loadSpinBox->setRange(lightestLoad, heaviestLoad);
     loadSpinBox->setSuffix(tr(" g"));
