@@ -10,6 +10,7 @@
 
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyle>
 #include <QTimer>
 #include <chrono>
 
@@ -30,6 +31,7 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     connectionStatuslbl->setText(connected ? QStringLiteral("Scale connected")
                                            : QStringLiteral("Scale not connected"));
     unitLBl->setHidden(true);
+    showConnectionLamp();
     announceReading();
     if (!connected)
         return;
@@ -43,6 +45,16 @@ void PostalScaleAppDelegate::setConnectionTrouble(const QString &trouble)
 {
     connectionStatuslbl->setToolTip(trouble);
     setNotice(Notice::Connection, trouble);
+    showConnectionLamp();
+}
+
+void PostalScaleAppDelegate::showConnectionLamp()
+{
+    const bool trouble = !connectionStatuslbl->toolTip().isEmpty();
+    const QString lit = trouble ? QStringLiteral("trouble") : QStringLiteral("connected");
+    connectionLamp->setProperty("state", isDeviceConnected ? lit : QString());
+    // Style rules that depend on a property are looked up anew only when asked for.
+    connectionLamp->style()->polish(connectionLamp);
 }
 
 void PostalScaleAppDelegate::readData(QTimer *timer)

@@ -142,6 +142,7 @@ private:
     void restoreModel();
     void setWindowTitle(const QString &model);
     void sendStartingUnit();
+    void showConnectionLamp();
     void makeStatusArea();
     /// The first sentence is shown, the whole text on hover; empty takes the notice away.
     void setNotice(Notice topic, const QString &text);
@@ -150,6 +151,8 @@ private:
     void setUnitEnabled(int row, bool enabled);
     QList<QAbstractButton *> unitCells() const; ///< in row order
 
+    void keepOptionBoxPlace();
+    void explainOnTop();
     void applyOption(int tag, bool on);
     void applyOnTop(bool on);
     void applyRoundTo(bool on);

@@ -4,6 +4,7 @@
 // From the launch to the moment when the scale is watched for.
 
 #include "app/PostalScaleAppDelegate.h"
+#include "app/WindowPlace.h"
 #include "app/WindowProportion.h"
 #include "export/Settings.h"
 #include "scale/HIDManager.h"
@@ -72,6 +73,7 @@ void setFillColour(QWidget *box, const QColor &colour)
 void PostalScaleAppDelegate::awakeFromNib()
 {
     new WindowProportion(window.get(), window->size());
+    new WindowPlace(window.get(), settings);
 }
 
 void PostalScaleAppDelegate::applicationDidFinishLaunching()

@@ -10,6 +10,7 @@
 #include "scale/HIDManager.h"
 #include "scale/Log.h"
 
+#include <QGuiApplication>
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
@@ -34,12 +35,33 @@ void PostalScaleAppDelegate::connectOptions()
         connect(box, &QAbstractButton::clicked, this, [this, box] { checkBoxAction(box); });
     connect(optionsToggle, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::optionAction);
     connect(optionLbl, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::optionLblAction);
+    keepOptionBoxPlace();
+    explainOnTop();
     connectMenuItem(mnuOnTop, &PostalScaleAppDelegate::onTopClicked);
     connectMenuItem(mnuRoundToInt, &PostalScaleAppDelegate::roundToIntClicked);
     connectMenuItem(mnuSendToClip, &PostalScaleAppDelegate::sendToClipClicked);
     connectMenuItem(mnuSendToUSPS, &PostalScaleAppDelegate::sendToUSPSClicked);
     connectMenuItem(mnuSendToUPS, &PostalScaleAppDelegate::sendToUPSClicked);
     connectMenuItem(mnuSendToFEDX, &PostalScaleAppDelegate::sendToFEDXClicked);
+}
+
+/// The window would grow and shrink with the box.
+void PostalScaleAppDelegate::keepOptionBoxPlace()
+{
+    QSizePolicy policy = optionBox->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    optionBox->setSizePolicy(policy);
+}
+
+void PostalScaleAppDelegate::explainOnTop()
+{
+    // Wayland gives a client no such right.
+    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return;
+    const QString explanation = tr("On this desktop, the desktop decides what stays on top");
+    checkOnTop->setToolTip(explanation);
+    mnuOnTop->setToolTip(explanation);
+    optionsMenu->setToolTipsVisible(true);
 }
 
 void PostalScaleAppDelegate::checkBoxAction(QCheckBox *box)

@@ -16,6 +16,7 @@ namespace {
 
 const auto lastSelectedKey = QStringLiteral("lastSelectedValue");
 const auto optionGroup = QStringLiteral("defaultValue");
+const auto geometryKey = QStringLiteral("windowGeometry");
 const auto selectedValue = QStringLiteral("selected");
 
 /// The number that the text starts with, 0 if none, cut to 32 bits.
@@ -75,6 +76,17 @@ void Settings::setSelectedOptions(const QList<int> &tags)
     for (const int tag : tags)
         file->setValue(QString::number(tag), selectedValue);
     file->endGroup();
+    write();
+}
+
+QByteArray Settings::windowGeometry() const
+{
+    return file->value(geometryKey).toByteArray();
+}
+
+void Settings::setWindowGeometry(const QByteArray &geometry)
+{
+    file->setValue(geometryKey, geometry);
     write();
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QString>
@@ -19,6 +20,7 @@ class QSettings;
 /// |-------------------|-------------------|---------|
 /// | lastSelectedValue | whole number      | none    |
 /// | defaultValue/TAG  | text "selected"   | none    |
+/// | windowGeometry    | Qt's own bytes    | none    |
 class Settings : public QObject
 {
     Q_OBJECT
@@ -36,6 +38,10 @@ public:
     /// Tags of the options that were on, ascending; what is stored under them does not matter.
     QList<int> selectedOptions() const;
     void setSelectedOptions(const QList<int> &tags);
+
+    /// Size and place of the window; empty before the first change, unusable bytes do no harm.
+    QByteArray windowGeometry() const;
+    void setWindowGeometry(const QByteArray &geometry);
 
     /// What is wrong with the file or its folder, in words for the user; empty if nothing.
     const QString &trouble() const { return currentTrouble; }

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/WindowPlace.h"
+
+#include "export/Settings.h"
+
+#include <QEvent>
+#include <QWidget>
+#include <chrono>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Longer than the pauses of a drag, so that one drag is written once.
+constexpr auto restAfterChange = 500ms;
+
+} // namespace
+
+WindowPlace::WindowPlace(QWidget *watchedWindow, Settings &userSettings)
+    : QObject(watchedWindow)
+    , window(watchedWindow)
+    , settings(userSettings)
+{
+    window->restoreGeometry(settings.windowGeometry());
+    window->installEventFilter(this);
+    atRest.setSingleShot(true);
+    atRest.setInterval(restAfterChange);
+    connect(&atRest, &QTimer::timeout, this, &WindowPlace::remember);
+}
+
+bool WindowPlace::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
+        atRest.start();
+    return QObject::eventFilter(watched, event);
+}
+
+void WindowPlace::remember()
+{
+    settings.setWindowGeometry(window->saveGeometry());
+}
