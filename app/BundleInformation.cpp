@@ -74,7 +74,7 @@ QStringList BundleInformation::modelNames() const
 {
     const QLatin1String key(isUSPS() ? "KayForUSPS" : "KeyForNonUSPS");
     QStringList names;
-    for (const QJsonValue &name : values.value(key).toArray()) {
+    for (const auto &name : values.value(key).toArray()) {
         if (name.isString())
             names.append(name.toString());
     }

@@ -44,7 +44,7 @@ protected:
 private:
     struct Place
     {
-        QWidget *widget;
+        QWidget *widget = nullptr;
         QRect designed;
     };
 

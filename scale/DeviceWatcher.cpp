@@ -77,14 +77,14 @@ bool udevdIsRunning()
 
 } // namespace
 
-void DeviceWatcher::UdevDeleter::operator()(udev *context) const
+void DeviceWatcher::UdevDeleter::operator()(udev *handle) const
 {
-    udev_unref(context);
+    udev_unref(handle);
 }
 
-void DeviceWatcher::UdevDeleter::operator()(udev_monitor *monitor) const
+void DeviceWatcher::UdevDeleter::operator()(udev_monitor *handle) const
 {
-    udev_monitor_unref(monitor);
+    udev_monitor_unref(handle);
 }
 
 DeviceWatcher::DeviceWatcher(QObject *parent)

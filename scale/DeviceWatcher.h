@@ -45,8 +45,8 @@ signals:
 private:
     struct UdevDeleter
     {
-        void operator()(udev *context) const;
-        void operator()(udev_monitor *monitor) const;
+        void operator()(udev *handle) const;
+        void operator()(udev_monitor *handle) const;
     };
 
     void arm();

@@ -11,7 +11,7 @@ namespace {
 QString text(double value, std::chars_format format, int precision)
 {
     // Long enough for the largest double in fixed notation with six decimals.
-    std::array<char, 330> buffer;
+    std::array<char, 330> buffer{};
     const auto end =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, precision).ptr;
     return QString::fromLatin1(buffer.data(), end - buffer.data());
