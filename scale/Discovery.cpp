@@ -71,10 +71,14 @@ void HIDManager::openHandle()
 {
     const auto device = watcher.find(scaleVendorId, scaleProductId);
     handle = device ? library.open(device->node, device->systemPath) : nullptr;
-    if (device && !handle)
+    if (handle)
+        delegate()->setConnectionTrouble({});
+    else if (device)
         reportOpenFailure(*device);
     else
-        delegate()->setConnectionTrouble({});
+        delegate()->setConnectionTrouble(
+            QStringLiteral("No scale was found. The device that was plugged in is another "
+                           "product with the scale's vendor id."));
 }
 
 void HIDManager::closeHandle()
@@ -94,7 +98,7 @@ void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
 {
     logLine(QStringLiteral("DeviceRemoved"));
     delegate()->setUnitCaptionHidden(true);
-    if (device.vendorId == scaleVendorId && device.productId == scaleProductId)
+    if (device.vendorId == scaleVendorId)
         delegate()->setConnectionTrouble({});
     library.deviceRemoved(device.systemPath);
 }

@@ -96,6 +96,7 @@ private slots:
         QCOMPARE(scale.log.lines(), attached);
         QCOMPARE(scale.interface.calls, toldConnected);
         QVERIFY(scale.hidapi.opened.empty());
+        QVERIFY(scale.interface.connectionTrouble.startsWith("No scale was found"));
         scale.interface.calls.clear();
         scale.log.lines().clear();
         fakeudev::unplug("hidraw8");
