@@ -5,6 +5,7 @@
 
 #include "app/PostalScaleAppDelegate.h"
 
+#include "app/RepeatingTimer.h"
 #include "scale/HIDManager.h"
 #include "scale/Log.h"
 
@@ -35,10 +36,8 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     announceReading();
     if (!connected)
         return;
-    auto *timer = new QTimer(this);
-    timer->setTimerType(Qt::PreciseTimer);
-    connect(timer, &QTimer::timeout, this, [this, timer] { readData(timer); });
-    timer->start(pollInterval);
+    auto *timer = new RepeatingTimer(pollInterval, this);
+    connect(timer, &RepeatingTimer::fired, this, [this, timer] { readData(timer); });
 }
 
 void PostalScaleAppDelegate::setConnectionTrouble(const QString &trouble)
@@ -84,8 +83,8 @@ void PostalScaleAppDelegate::showAlert()
     alert->setInformativeText(QStringLiteral("Scale disconnected"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
     const QPushButton *first = alert->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
-    connect(alert, &QMessageBox::buttonClicked, this, [this, first](QAbstractButton *button) {
-        someMethodDidEnd(button == first ? firstButtonReturn : 0);
+    connect(alert, &QMessageBox::finished, this, [this, alert, first] {
+        someMethodDidEnd(alert->clickedButton() == first ? firstButtonReturn : 0);
     });
     alert->open();
 }

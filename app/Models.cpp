@@ -10,6 +10,13 @@
 
 #include <QThread>
 
+namespace {
+
+/// Pounds and ounces with the fraction: every model but one offers it.
+constexpr int startingRow = 2;
+
+} // namespace
+
 void PostalScaleAppDelegate::modelSelectionAction()
 {
     setSelectedModelName(optionButton->currentText());
@@ -28,7 +35,7 @@ void PostalScaleAppDelegate::modelSelected(QAction *sender)
     for (QAction *item : modelMenu->actions())
         item->setChecked(false);
     sender->setChecked(true);
-    setSelectedModelName(sender->text());
+    setSelectedModelName(sender->data().toString());
     sendStartingUnit();
     setWindowTitle(selectedModelName());
     if (const auto index = modelIndex(selectedModelName(), ModelSource::Menu))
@@ -37,7 +44,7 @@ void PostalScaleAppDelegate::modelSelected(QAction *sender)
 
 void PostalScaleAppDelegate::sendStartingUnit()
 {
-    rg3->setChecked(true);
+    showUnitRow(startingRow);
     pausereadtimer = true;
     hid_obj->setUnitnumber(3);
     hid_obj->setDotunit(3);

@@ -48,6 +48,8 @@ void PostalScaleAppDelegate::connectCommand(QAbstractButton *button, QAction *it
                                             void (PostalScaleAppDelegate::*action)())
 {
     item->setShortcut(shortcut);
+    // A key held down is one command.
+    item->setAutoRepeat(false);
     button->setToolTip(
         tr("%1 (%2)").arg(button->toolTip(), shortcut.toString(QKeySequence::NativeText)));
     connect(button, &QAbstractButton::clicked, this, action);

@@ -148,7 +148,10 @@ private:
     void setNotice(Notice topic, const QString &text);
 
     void announceNow();
+    void connectAssistiveToggle(QAbstractButton *cell);
     void setUnitEnabled(int row, bool enabled);
+    /// Without the row's action.
+    void showUnitRow(int row);
     QList<QAbstractButton *> unitCells() const; ///< in row order
 
     void keepOptionBoxPlace();
@@ -157,10 +160,13 @@ private:
     void applyOnTop(bool on);
     void applyRoundTo(bool on);
     void applyClipboard(bool on);
+    void switchClipboard(bool on);
     void applyUSPS(bool on);
     void applyUPS(bool on);
     void applyFedex(bool on);
     void saveOptions();
+    /// Without the box's action.
+    static void markBox(QCheckBox *box, bool on);
     void setOnTop(bool onTop);
     QList<QCheckBox *> optionBoxes() const; ///< ascending by tag
     QCheckBox *optionWithTag(int tag) const;
@@ -169,6 +175,7 @@ private:
 
     BundleInformation information;
     Settings &settings;
+    bool unitIsPressed = false;
     bool deviceAlive = false;
     bool clip = false;
     int radioButtonIndex = 0;

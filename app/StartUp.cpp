@@ -117,13 +117,17 @@ void PostalScaleAppDelegate::applyPlainBranding()
 
 void PostalScaleAppDelegate::listModels(ItemLog log)
 {
+    optionButton->setPlaceholderText(QStringLiteral("Select"));
     optionButton->clear();
     modelMenu->clear();
     for (const QString &name : information.modelNames()) {
         if (log == ItemLog::Named)
             logLine(QStringLiteral("item:%1").arg(name));
         optionButton->addItem(name);
-        QAction *item = modelMenu->addAction(name);
+        // In a menu's text an ampersand marks the next letter.
+        QAction *item =
+            modelMenu->addAction(QString(name).replace(QLatin1Char('&'), QLatin1String("&&")));
+        item->setData(name);
         item->setCheckable(true);
         connect(item, &QAction::triggered, this, [this, item] {
             // The toolkit has switched the item already; a refused choice must leave no trace.
@@ -131,8 +135,9 @@ void PostalScaleAppDelegate::listModels(ItemLog log)
             modelSelected(item);
         });
     }
+    optionButton->setCurrentIndex(0);
     modelMenu->actions().constFirst()->setChecked(true);
-    setWindowTitle(modelMenu->actions().constFirst()->text());
+    setWindowTitle(modelMenu->actions().constFirst()->data().toString());
 }
 
 void PostalScaleAppDelegate::restoreOptions()
@@ -145,7 +150,7 @@ void PostalScaleAppDelegate::restoreOptions()
     for (const int tag : tags) {
         QCheckBox *box = optionWithTag(tag);
         if (box != nullptr)
-            box->setChecked(true);
+            markBox(box, true);
         checkBoxAction(box);
     }
 }

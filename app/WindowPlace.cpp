@@ -39,5 +39,7 @@ bool WindowPlace::eventFilter(QObject *watched, QEvent *event)
 
 void WindowPlace::remember()
 {
-    settings.setWindowGeometry(window->saveGeometry());
+    const QByteArray geometry = window->saveGeometry();
+    if (geometry != settings.windowGeometry())
+        settings.setWindowGeometry(geometry);
 }

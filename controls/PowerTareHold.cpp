@@ -5,6 +5,7 @@
 
 #include "app/PostalScaleAppDelegate.h"
 
+#include "app/RepeatingTimer.h"
 #include "controls/UnitRows.h"
 #include "scale/HIDManager.h"
 #include "scale/Log.h"
@@ -47,7 +48,7 @@ void PostalScaleAppDelegate::ON_Off_TareAction()
     }
     hid_obj->set_device_ON();
     unitLBl->setHidden(false);
-    unitCells().at(powerOnRow(hid_obj->currentScale()))->setChecked(true);
+    showUnitRow(powerOnRow(hid_obj->currentScale()));
 }
 
 void PostalScaleAppDelegate::holdAction()
@@ -68,10 +69,8 @@ void PostalScaleAppDelegate::TareAction()
         return;
     hid_obj->set_device_ON_TARE();
     tareflashtime = 0;
-    auto *timer = new QTimer(this);
-    timer->setTimerType(Qt::PreciseTimer);
-    connect(timer, &QTimer::timeout, this, [this, timer] { TareTimer(timer); });
-    timer->start(blinkInterval);
+    auto *timer = new RepeatingTimer(blinkInterval, this);
+    connect(timer, &RepeatingTimer::fired, this, [this, timer] { TareTimer(timer); });
     QTimer::singleShot(tareDuration, Qt::PreciseTimer, hid_obj.get(),
                        &HIDManager::set_device_OFF_TARE);
 }

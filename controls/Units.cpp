@@ -68,12 +68,26 @@ void PostalScaleAppDelegate::connectUnits()
     for (QAbstractButton *cell : unitCells()) {
         QAction *item = unitMenu->addAction(cell->text());
         item->setShortcut(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_0 + unitMenu->actions().size()));
+        item->setAutoRepeat(false);
         item->setCheckable(true);
         item->setChecked(cell->isChecked());
         choice->addAction(item);
         connect(item, &QAction::triggered, cell, &QAbstractButton::click);
         connect(cell, &QAbstractButton::toggled, item, &QAction::setChecked);
+        connectAssistiveToggle(cell);
     }
+}
+
+void PostalScaleAppDelegate::connectAssistiveToggle(QAbstractButton *cell)
+{
+    // Assistive technology toggles a cell where a person clicks it. A click is told apart by the
+    // press that goes before it.
+    connect(cell, &QAbstractButton::pressed, this, [this] { unitIsPressed = true; });
+    connect(cell, &QAbstractButton::released, this, [this] { unitIsPressed = false; });
+    connect(cell, &QAbstractButton::toggled, this, [this](bool on) {
+        if (on && !unitIsPressed)
+            radioSelection();
+    });
 }
 
 void PostalScaleAppDelegate::radioSelection()
@@ -113,7 +127,15 @@ void PostalScaleAppDelegate::setUnitEnabled(int row, bool enabled)
 void PostalScaleAppDelegate::setRadioButton()
 {
     if (const auto row = rowOfUnit(hid_obj->unitnumber()))
-        unitCells().at(*row)->setChecked(true);
+        showUnitRow(*row);
+}
+
+void PostalScaleAppDelegate::showUnitRow(int row)
+{
+    QAbstractButton *cell = unitCells().at(row);
+    const QSignalBlocker noAction(cell);
+    cell->setChecked(true);
+    unitMenu->actions().at(row)->setChecked(true);
 }
 
 QList<QAbstractButton *> PostalScaleAppDelegate::unitCells() const

@@ -8,6 +8,13 @@
 #include <QClipboard>
 #include <QGuiApplication>
 
+void PostalScaleAppDelegate::switchClipboard(bool on)
+{
+    setSetClip(on);
+    if (!on)
+        setNotice(Notice::Clipboard, {});
+}
+
 void PostalScaleAppDelegate::copyToClipboard(const QString &text)
 {
     QClipboard *clipboard = QGuiApplication::clipboard();

@@ -32,7 +32,7 @@ int tagOf(const QCheckBox *box)
 void PostalScaleAppDelegate::connectOptions()
 {
     for (QCheckBox *box : optionBoxes())
-        connect(box, &QAbstractButton::clicked, this, [this, box] { checkBoxAction(box); });
+        connect(box, &QAbstractButton::toggled, this, [this, box] { checkBoxAction(box); });
     connect(optionsToggle, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::optionAction);
     connect(optionLbl, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::optionLblAction);
     keepOptionBoxPlace();
@@ -108,19 +108,25 @@ void PostalScaleAppDelegate::applyRoundTo(bool on)
 void PostalScaleAppDelegate::applyClipboard(bool on)
 {
     logLine(QStringLiteral("Send weight to clipboard"));
-    setSetClip(on);
+    switchClipboard(on);
     if (!on)
         return;
     // Only what the other boxes show: their options stay as they are.
     for (const int carrier : {option::usps, option::ups, option::fedex})
-        optionWithTag(carrier)->setChecked(false);
+        markBox(optionWithTag(carrier), false);
     selectionLbl->setText(QStringLiteral("Clipboard"));
+}
+
+void PostalScaleAppDelegate::markBox(QCheckBox *box, bool on)
+{
+    const QSignalBlocker noAction(box);
+    box->setChecked(on);
 }
 
 void PostalScaleAppDelegate::applyUSPS(bool on)
 {
     logLine(QStringLiteral("Send weight to USPS page"));
-    optionWithTag(option::clipboard)->setChecked(false);
+    markBox(optionWithTag(option::clipboard), false);
     SendtoUSPS = on;
     if (on)
         selectionLbl->setText(QStringLiteral("USPS"));
@@ -129,7 +135,7 @@ void PostalScaleAppDelegate::applyUSPS(bool on)
 void PostalScaleAppDelegate::applyUPS(bool on)
 {
     logLine(QStringLiteral("Send weight to UPS page"));
-    optionWithTag(option::clipboard)->setChecked(false);
+    markBox(optionWithTag(option::clipboard), false);
     SendtoUPS = on;
     if (on)
         selectionLbl->setText(QStringLiteral("UPS"));
@@ -138,7 +144,7 @@ void PostalScaleAppDelegate::applyUPS(bool on)
 void PostalScaleAppDelegate::applyFedex(bool on)
 {
     logLine(QStringLiteral("Send weight to Fedex page"));
-    optionWithTag(option::clipboard)->setChecked(false);
+    markBox(optionWithTag(option::clipboard), false);
     SendtoFedex = on;
 }
 
@@ -173,9 +179,12 @@ void PostalScaleAppDelegate::optionLblAction()
 
 void PostalScaleAppDelegate::setOnTop(bool onTop)
 {
-    // On the QWindow: the widget would hide and show itself again.
-    window->winId();
-    window->windowHandle()->setFlag(Qt::WindowStaysOnTopHint, onTop);
+    // Before the first show the widget's flags count; afterwards the QWindow's, since the widget
+    // would hide and show itself to change its own.
+    const Qt::WindowFlags flags = window->windowFlags().setFlag(Qt::WindowStaysOnTopHint, onTop);
+    window->overrideWindowFlags(flags);
+    if (QWindow *shown = window->windowHandle())
+        shown->setFlag(Qt::WindowStaysOnTopHint, onTop);
 }
 
 QList<QCheckBox *> PostalScaleAppDelegate::optionBoxes() const

@@ -54,7 +54,7 @@ void PostalScaleAppDelegate::sendToClipClicked()
     const MenuSwitch switched = toggleMenuItem(mnuSendToClip);
     if (switched == MenuSwitch::Refused)
         return;
-    setSetClip(switched == MenuSwitch::On);
+    switchClipboard(switched == MenuSwitch::On);
     if (switched == MenuSwitch::Off)
         return;
     // Check marks only: the carriers go on.

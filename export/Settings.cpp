@@ -5,9 +5,10 @@
 
 #include "scale/Log.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QSettings>
+#include <QStandardPaths>
+#include <QStringDecoder>
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
@@ -27,11 +28,43 @@ int integerValue(const QString &text)
                                        long{std::numeric_limits<int>::max()}));
 }
 
+/// The user's file alone: an option that stood in a file of the machine could never be switched
+/// off.
 std::unique_ptr<QSettings> openFile()
 {
-    return std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope,
-                                       QStringLiteral("postal-scale"),
-                                       QStringLiteral("postal-scale"));
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return std::make_unique<QSettings>(folder + QStringLiteral("/postal-scale/postal-scale.ini"),
+                                       QSettings::IniFormat);
+}
+
+/// The parser of the settings takes almost any bytes for a key.
+bool holdsText(const QString &name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        return true;
+    const QByteArray bytes = file.readAll();
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(bytes);
+    return !decoder.hasError() && std::none_of(text.begin(), text.end(), [](QChar letter) {
+        return letter.category() == QChar::Other_Control && !letter.isSpace();
+    });
+}
+
+bool isDamaged(const QSettings &file)
+{
+    // Parsing waits until the keys are asked for.
+    const QStringList keys = file.allKeys();
+    return file.status() == QSettings::FormatError || !holdsText(file.fileName());
+}
+
+/// With the first number that no file has.
+QString unusedName(const QString &start)
+{
+    int number = 1;
+    while (QFile::exists(start + QString::number(number)))
+        ++number;
+    return start + QString::number(number);
 }
 
 } // namespace
@@ -96,11 +129,9 @@ void Settings::setAsideIfDamaged()
     if (file->status() == QSettings::AccessError)
         report(QStringLiteral("The settings in %1 cannot be read. This run starts without them.")
                    .arg(name));
-    if (file->status() != QSettings::FormatError)
+    if (!isDamaged(*file))
         return;
-    const QString aside =
-        name + QStringLiteral(".damaged-") +
-        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    const QString aside = unusedName(name + QStringLiteral(".damaged-"));
     // The file must be let go of before it is renamed, or it would be written again.
     file.reset();
     if (QFile::rename(name, aside))

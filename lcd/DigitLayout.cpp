@@ -103,7 +103,7 @@ private:
         const std::int64_t digits = m / 10000;
         if (!leadShown && digits < 1 && context.dotunit != 3 && context.unitnumber != 5) {
             plan.hide(digOne);
-            if (hasFractionField())
+            if (isPoundsAndOunces())
                 plan.show(digOne, digits);
             return;
         }
@@ -139,7 +139,7 @@ private:
             showFraction(numerator, rest % 10);
         else
             showNoFraction(numerator);
-        if (!hasFractionField())
+        if (!isPoundsAndOunces())
             hideFractionField();
         if (context.unitnumber == 4)
             plan.unhide(numeratorImg);
@@ -203,10 +203,10 @@ private:
         plan.hide(denomImg);
     }
 
-    bool hasFractionField() const { return context.unitnumber == 2 || context.unitnumber == 3; }
+    bool isPoundsAndOunces() const { return context.unitnumber == 2 || context.unitnumber == 3; }
     bool showsTenths() const { return context.unitnumber == 2 && !context.lbOZlast; }
 
-    static constexpr std::int64_t allEights = 88888; ///< every segment of the digits lit
+    static constexpr std::int64_t allEights = 88888;
 
     DigitPlan &plan;
     const DigitContext &context;

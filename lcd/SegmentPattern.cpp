@@ -18,8 +18,7 @@ Segment holdAction(const SegmentContext &context)
     return shownIf((context.scaleCommand & holdReleasedBit) == 0);
 }
 
-// The scale is fed through the USB plug and has no battery to report: mains and USB are always
-// shown, the battery never.
+// No report tells of the power supply: mains and USB are always shown, the battery never.
 
 void metric(SegmentPlan &plan, const SegmentContext &context)
 {

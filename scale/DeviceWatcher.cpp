@@ -87,9 +87,8 @@ void DeviceWatcher::UdevDeleter::operator()(udev_monitor *handle) const
     udev_monitor_unref(handle);
 }
 
-DeviceWatcher::DeviceWatcher(QObject *parent)
-    : QObject(parent)
-    , context(udev_new())
+DeviceWatcher::DeviceWatcher()
+    : context(udev_new())
 {
 }
 

@@ -28,7 +28,7 @@ class DeviceWatcher : public QObject
     Q_OBJECT
 
 public:
-    explicit DeviceWatcher(QObject *parent = nullptr);
+    DeviceWatcher();
     ~DeviceWatcher() override;
 
     /// Devices already present are reported once the event loop runs.

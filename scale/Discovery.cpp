@@ -9,13 +9,14 @@
 #include "scale/ScaleDelegate.h"
 #include "scale/ScaleIdentity.h"
 
+#include <cerrno>
 #include <unistd.h>
 
 namespace {
 
 QString troubleWith(const HidDeviceInfo &device, const QString &libraryError)
 {
-    if (access(device.node.toUtf8().constData(), R_OK | W_OK) == 0)
+    if (access(device.node.toUtf8().constData(), R_OK | W_OK) == 0 || errno != EACCES)
         return QStringLiteral("The scale at %1 could not be opened: %2")
             .arg(device.node, libraryError);
     return QStringLiteral("No permission to open the scale at %1. Put this line into "
@@ -29,9 +30,8 @@ QString troubleWith(const HidDeviceInfo &device, const QString &libraryError)
 
 } // namespace
 
-HIDManager::HIDManager(QObject *parent)
-    : QObject(parent)
-    , library([this] { hid_device_removal_callback(); })
+HIDManager::HIDManager()
+    : library([this] { hid_device_removal_callback(); })
 {
     connect(&watcher, &DeviceWatcher::added, this, &HIDManager::DeviceAdded);
     connect(&watcher, &DeviceWatcher::removed, this, &HIDManager::DeviceRemoved);
@@ -77,8 +77,8 @@ void HIDManager::openHandle()
         reportOpenFailure(*device);
     else
         delegate()->setConnectionTrouble(
-            QStringLiteral("No scale was found. The device that was plugged in is another "
-                           "product with the scale's vendor id."));
+            QStringLiteral("No scale was found. The device that was plugged in is gone again, or "
+                           "is another product with the scale's vendor id."));
 }
 
 void HIDManager::closeHandle()
@@ -98,7 +98,7 @@ void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
 {
     logLine(QStringLiteral("DeviceRemoved"));
     delegate()->setUnitCaptionHidden(true);
-    if (device.vendorId == scaleVendorId)
+    if (!watcher.find(scaleVendorId, scaleProductId))
         delegate()->setConnectionTrouble({});
     library.deviceRemoved(device.systemPath);
 }

@@ -22,7 +22,7 @@ class HIDManager : public QObject
     Q_OBJECT
 
 public:
-    explicit HIDManager(QObject *parent = nullptr);
+    HIDManager();
 
     /// Starts to watch for HID devices; to be called once.
     void get_device_handle();

@@ -45,7 +45,9 @@ HidLibrary::HidLibrary(RemovalHook hook)
 std::shared_ptr<HidHandle> HidLibrary::open(const QString &node, const QString &systemPath)
 {
     // The same as hid_open does after its search by identity. That search can crash when a device
-    // vanishes under it (hidapi 0.13.1), and a bouncing plug is enough for that.
+    // vanishes under it (hidapi 0.13.1), and a bouncing plug is enough for that. What remains is a
+    // device that vanishes in the microseconds between the library's open and its first request,
+    // where the library uses freed memory; only a newer library mends that.
     hid_device *device = hid_open_path(node.toUtf8().constData());
     if (device == nullptr)
         return nullptr;

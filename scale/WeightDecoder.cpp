@@ -37,7 +37,7 @@ int poundsTimes10000(float grams)
 
 float binaryOunces(const WeightReport &report)
 {
-    // The low byte loses its remainder: the scale's own display does the same.
+    // The low byte's remainder is cut off before the sum, so that some readings are an ounce short.
     return static_cast<float>(report.high * ouncesPerHighByte + report.low / 10);
 }
 
@@ -85,7 +85,7 @@ void selectPoundsOunces(ReadingState &state, std::uint8_t status)
     state.currentUnit = 4;
     if (isUnitPinned(state))
         return;
-    // Negative readings carry no unit news: they only ever follow a positive one.
+    // The negative forms leave the unit as it was.
     if (status == 3) {
         state.unitnumber = 2;
         state.unitindex = 3;
@@ -182,7 +182,7 @@ void binaryPoundsOunces(DecodedReport &decoded, const WeightReport &report)
     decoded.add(Kind::ShowNegativeSign, isNegative(report));
     decoded.state.currentUnit = 3;
     decoded.state.currentStatue = true;
-    // Rounding may give 16 ounces, as the scale's own display does.
+    // Rounding may give 16 ounces; they are shown as such.
     const int value = pounds * 100 + wholeOunces + ((report.low & 0x0F) > 7 ? 1 : 0);
     decoded.add(Kind::DrawDigits, isNegative(report) ? -value : value);
     decoded.add(Kind::DisplayUnit, 3);

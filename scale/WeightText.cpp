@@ -7,7 +7,7 @@
 
 namespace {
 
-// The carriers' forms were built around this figure; a more exact one would change their texts.
+// The figure behind all exported texts. A more exact one would change them.
 constexpr double poundsPerKilogram = 2.2045;
 
 struct ExportWeight

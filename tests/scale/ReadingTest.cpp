@@ -169,6 +169,19 @@ private slots:
         }
     }
 
+    void tenthOunceScaleIsOnOnlyByItsReadings()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.link.setCurrentScale(1);
+        scale.poll({0x0C, 0x00, 0x00}); // under load tells nothing of the display
+        QVERIFY(!scale.link.currentStatue());
+        scale.poll({0x03, 0x00, 0x10}); // nor does the gram scale's code
+        QVERIFY(!scale.link.currentStatue());
+        QCOMPARE(scale.interface.calls.last(), QStringLiteral("clearAll"));
+        scale.poll({0x09, 0x00, 0x10});
+        QVERIFY(scale.link.currentStatue());
+    }
+
     void previousExportTextLagsByOneReading()
     {
         LinkedScale scale(LinkedScale::Scale::Present);
