@@ -78,7 +78,7 @@ Part partOf(int state, int place)
 void placeBox(rules::Page &page, const std::string &name, Part part)
 {
     if (part != Part::Missing)
-        page.fields[name] = part == Part::On ? "" : "7";
+        page.fields[name] = std::string(part == Part::On ? 0 : 1, '7');
 }
 
 void placeButton(rules::Page &page, const std::string &id, Part part)
@@ -92,8 +92,9 @@ rules::Page pageOf(const RowStates &states, Part labelChoice)
     rules::Page page;
     for (std::size_t row = 0; row < groups.size(); ++row) {
         const std::string group = groups.at(row);
-        const std::string box = "ctl00$ContentPlaceHolder1$ctl" + group + "$TextBoxWeight";
-        const std::string button = "ctl00_ContentPlaceHolder1_ctl" + group;
+        const auto box =
+            std::string("ctl00$ContentPlaceHolder1$ctl").append(group).append("$TextBoxWeight");
+        const auto button = std::string("ctl00_ContentPlaceHolder1_ctl").append(group);
         placeBox(page, box, partOf(states.at(row), 0));
         placeBox(page, box + "_2", partOf(states.at(row), 1));
         placeButton(page, button + "_ctl01", partOf(states.at(row), 2));
@@ -282,19 +283,20 @@ private slots:
         browser.page = pageOf({2, 2 + 9 * 2, 0, 0, 0}, Part::Missing); // 02 empty; 05 also "ounces"
         browser.sent = [&](const QString &text) {
             if (text.contains(QLatin1String("ctl02_ctl01")))
-                weight.texts.LB = "3";
+                weight.texts.LB = std::string(1, '3');
         };
         AutofillForm(browser, nullptr, weight).fillUspsRows();
-        const std::string box = "document.getElementsByName('ctl00$ContentPlaceHolder1$ctl";
-        const std::string end = "$TextBoxWeight')[0].value=";
         std::vector<std::string> assignments;
         for (const std::string &script : browser.scripts) {
             if (script.find(".value=") != std::string::npos)
                 assignments.push_back(script);
         }
-        QCOMPARE(assignments, (std::vector<std::string>{box + "05" + end + "36.000000",
-                                                        box + "05" + end + "52.000000",
-                                                        box + "02" + end + "52.000000"}));
+        const auto total = [](RowGroup group, float ounces) {
+            return scriptText(uspsRow(group).total, ounces).toStdString();
+        };
+        QCOMPARE(assignments,
+                 (std::vector<std::string>{total(RowGroup::G05, 36), total(RowGroup::G05, 52),
+                                           total(RowGroup::G02, 52)}));
     }
 
     void aChoiceIsLoggedBeforeItIsServed()

@@ -40,6 +40,8 @@ int hid_send_feature_report(hid_device *, const unsigned char *data, size_t leng
     std::array<std::uint8_t, 9> report{};
     std::copy_n(data, std::min(length, report.size()), report.begin());
     hidapi.sent.push_back(report);
+    if (hidapi.duringSend)
+        hidapi.duringSend();
     return hidapi.sendFails ? -1 : static_cast<int>(length);
 }
 

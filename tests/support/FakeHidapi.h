@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct FakeHidapi
 {
     bool openFails = false;
     bool sendFails = false;
+    std::function<void()> duringSend; ///< what goes on while a report is on its way; may be empty
     std::deque<std::vector<std::uint8_t>> reports; ///< to be read; none left: the read fails
     std::vector<std::array<std::uint8_t, 9>> sent;
     std::vector<std::string> opened;

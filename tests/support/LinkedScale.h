@@ -4,16 +4,13 @@
 #pragma once
 
 #include "scale/HIDManager.h"
-#include "scale/ScaleIdentity.h"
 #include "tests/support/FakeHidapi.h"
-#include "tests/support/FakeUdev.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/RecordingDelegate.h"
+#include "tests/support/ScaleDevice.h"
 
 #include <QCoreApplication>
 #include <QLoggingCategory>
-
-inline const fakeudev::Device scaleDevice{"hidraw0", scaleVendorId, scaleProductId};
 
 /// The real link, watching; what it does is seen from the fake libraries and the recording
 /// interface. Everything starts anew with each of these.

@@ -1,0 +1,196 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// Stands between the program and the page: tells the program which page the user looks at, and
+// hands what the program sends for that page to the script in it. Runs as Chromium's service
+// worker, which may end whenever the program is absent, and as Firefox's background page.
+'use strict';
+
+const api = globalThis.browser ?? globalThis.chrome;
+
+const hostName = 'org.postalscale.browser';
+const protocol = 1;
+const shortestRetry = 500; // ms
+const longestRetry = 60000;
+
+const browserName = navigator.userAgent.includes('Firefox/') ? 'Firefox' : 'Chromium';
+
+let program = null;
+let programHello = null;
+let retryDelay = shortestRetry;
+
+/** Documents with a script of ours in them, by number. Each load of a page gets another number. */
+const pages = new Map();
+let lastPageNumber = 0;
+let currentPage = null;
+let lastRefresh = 0;
+let lastFocus = 0; // ms since 1970
+
+let sendInputEvents = false;
+
+const isLinked = () => programHello !== null && programHello.protocol === protocol;
+
+// The program
+
+function connectProgram() {
+    const port = api.runtime.connectNative(hostName);
+    program = port;
+    port.onMessage.addListener(receive);
+    port.onDisconnect.addListener(() => {
+        void api.runtime.lastError; // Chromium reports an error that nobody has looked at
+        retryDelay = programHello ? shortestRetry : Math.min(2 * retryDelay, longestRetry);
+        program = null;
+        programHello = null;
+        setTimeout(connectProgram, retryDelay);
+    });
+}
+
+function send(message) {
+    program?.postMessage(message);
+}
+
+function receive(message) {
+    if (message.hello)
+        greet(message.hello);
+    else if (message.run && isLinked())
+        run(message.run);
+}
+
+function greet(hello) {
+    programHello = hello;
+    const version = api.runtime.getManifest().version;
+    send({hello: {protocol, version, browser: browserName}});
+    if (!isLinked())
+        return;
+    send({focused: lastFocus});
+    announceCurrentPage();
+}
+
+function announceCurrentPage() {
+    if (!isLinked())
+        return;
+    const page = pages.get(currentPage);
+    send({current: page ? {page: currentPage, host: page.host} : null});
+}
+
+function run({id, page: number, texts}) {
+    const page = pages.get(number);
+    // The user may have turned to another page while this was on its way.
+    if (!page || number !== currentPage) {
+        send({ran: {id, results: null}});
+        return;
+    }
+    page.runs.add(id);
+    page.port.postMessage({id, texts, inputEvents: sendInputEvents});
+}
+
+// The pages
+
+api.runtime.onConnect.addListener((port) => {
+    if (port.name !== 'page' || !port.sender?.tab)
+        return;
+    const number = ++lastPageNumber;
+    const page = {
+        port,
+        tab: port.sender.tab.id,
+        host: new URL(port.sender.url).hostname,
+        runs: new Set(),
+    };
+    pages.set(number, page);
+    port.onMessage.addListener(({id, results}) => {
+        if (page.runs.delete(id))
+            send({ran: {id, results}});
+    });
+    port.onDisconnect.addListener(() => {
+        void api.runtime.lastError;
+        pages.delete(number);
+        for (const id of page.runs)
+            send({ran: {id, results: null}});
+        refresh();
+    });
+    refresh();
+});
+
+function pageOfTab(tab) {
+    let found = null;
+    for (const [number, page] of pages) {
+        if (page.tab === tab)
+            found = number;
+    }
+    return found;
+}
+
+/** Finds out what the user looks at. */
+async function refresh() {
+    const ticket = ++lastRefresh;
+    const [tab] = await api.tabs.query({active: true, lastFocusedWindow: true});
+    if (ticket !== lastRefresh)
+        return;
+    const number = tab ? pageOfTab(tab.id) : null;
+    if (number !== currentPage) {
+        currentPage = number;
+        announceCurrentPage();
+    }
+    // The address is told only where the user lets us in.
+    if (number === null && tab?.url?.startsWith('http'))
+        enter(tab.id);
+}
+
+async function enter(tab) {
+    try {
+        await api.scripting.executeScript(
+            {target: {tabId: tab}, files: ['page.js'], injectImmediately: true});
+    } catch {
+        // The page is gone again, or is one that no extension may enter.
+    }
+}
+
+api.tabs.onActivated.addListener(refresh);
+api.tabs.onUpdated.addListener((tab, change) => {
+    if (change.status || change.url)
+        refresh();
+});
+api.tabs.onRemoved.addListener(refresh);
+api.tabs.onReplaced.addListener(refresh);
+api.permissions.onAdded.addListener(refresh);
+api.permissions.onRemoved.addListener(refresh);
+
+function noteFocus() {
+    lastFocus = Date.now();
+    if (isLinked())
+        send({focused: lastFocus});
+}
+
+api.windows.onFocusChanged.addListener((window) => {
+    if (window === api.windows.WINDOW_ID_NONE)
+        return;
+    noteFocus();
+    refresh();
+});
+
+// The options page
+
+api.storage.onChanged.addListener((changes) => {
+    if (changes.inputEvents)
+        sendInputEvents = changes.inputEvents.newValue === true;
+});
+
+api.runtime.onMessage.addListener((message, sender, answer) => {
+    if (message === 'link')
+        answer({linked: isLinked(), program: programHello?.version ?? null});
+});
+
+async function start() {
+    const stored = await api.storage.local.get({inputEvents: false});
+    sendInputEvents = stored.inputEvents === true;
+    const window = await api.windows.getLastFocused();
+    if (window.focused)
+        noteFocus();
+    await refresh();
+}
+
+// Waking up is all that is wanted of these: the lines below do the rest.
+api.runtime.onStartup.addListener(() => {});
+api.runtime.onInstalled.addListener(() => {});
+connectProgram();
+start();

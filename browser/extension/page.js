@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// Lives beside a page's own scripts, out of their sight and beyond the page's content policy. It
+// does three things and no other: write a number into the first field of a name, read the first
+// field of a name, and tell whether an element is checked.
+'use strict';
+
+(() => {
+    const name = String.raw`([^'\\\r\n]+)`;
+    const field = String.raw`document\.getElementsByName\('${name}'\)\[0\]\.value`;
+    const assignmentShape = new RegExp(`^${field}=(.+)$`);
+    const valueShape = new RegExp(`^${field}$`);
+    const checkedShape = new RegExp(String.raw`^document\.getElementById\('${name}'\)\.checked$`);
+    // A number as a script spells it. With a leading zero a script means something else.
+    const numberShape = /^-?(?:(?:0|[1-9]\d*)(?:\.\d*)?|\.\d+)(?:[eE][+-]?\d+)?$/;
+    // Only the beginning of a value is of interest, and a message has a greatest length.
+    const longestValue = 200;
+
+    function fieldNamed(fieldName) {
+        const element = document.getElementsByName(fieldName)[0];
+        return typeof element?.value === 'string' ? element : null;
+    }
+
+    function assign(fieldName, literal, inputEvents) {
+        const element = fieldNamed(fieldName);
+        if (!element || !numberShape.test(literal))
+            return null;
+        element.value = Number(literal);
+        if (inputEvents)
+            element.dispatchEvent(new Event('input', {bubbles: true}));
+        return String(Number(literal));
+    }
+
+    function read(fieldName) {
+        return fieldNamed(fieldName)?.value.slice(0, longestValue) ?? null;
+    }
+
+    function isChecked(id) {
+        const checked = document.getElementById(id)?.checked;
+        return typeof checked === 'boolean' ? String(Number(checked)) : null;
+    }
+
+    /** The value as text; null where there is none, and for every text of another shape. */
+    function run(text, inputEvents) {
+        try {
+            const assignment = assignmentShape.exec(text);
+            if (assignment)
+                return assign(assignment[1], assignment[2], inputEvents);
+            const value = valueShape.exec(text);
+            if (value)
+                return read(value[1]);
+            const checked = checkedShape.exec(text);
+            return checked ? isChecked(checked[1]) : null;
+        } catch {
+            return null; // such as a file field, which no script may fill
+        }
+    }
+
+    let port = null;
+
+    function connect() {
+        if (port)
+            return;
+        const api = globalThis.browser ?? globalThis.chrome;
+        port = api.runtime.connect({name: 'page'});
+        port.onMessage.addListener(({id, texts, inputEvents}) => {
+            port?.postMessage({id, results: texts.map((text) => run(text, inputEvents))});
+        });
+        port.onDisconnect.addListener(() => {
+            port = null;
+        });
+    }
+
+    function disconnect() {
+        port?.disconnect();
+        port = null;
+    }
+
+    // A second copy of this file in the same document only revives the first.
+    if (globalThis.connectPostalScale) {
+        globalThis.connectPostalScale();
+        return;
+    }
+    globalThis.connectPostalScale = connect;
+    // A page that is left may be kept, and shown again as it was.
+    addEventListener('pagehide', disconnect, {capture: true});
+    addEventListener('pageshow', connect, {capture: true});
+    connect();
+})();

@@ -1,0 +1,211 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "export/BrowserLink.h"
+
+#include <QLocalSocket>
+#include <QPointer>
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr qsizetype mostClients = 16;
+
+/// Three readings that wrote nothing, and the page counts as merely open.
+constexpr auto fillingShown = 1200ms;
+
+const QLatin1String assignmentMark("].value=");
+
+bool isAssignment(const QString &text)
+{
+    return text.contains(assignmentMark);
+}
+
+class LinkedTab : public BrowserTab
+{
+public:
+    LinkedTab(BrowserClient *browser, std::uint32_t page)
+        : client(browser)
+        , pageId(page)
+    {
+    }
+
+    QPointer<BrowserClient> client;
+    std::uint32_t pageId;
+};
+
+class LinkedWindow : public BrowserWindow
+{
+public:
+    explicit LinkedWindow(BrowserClient *browser)
+        : client(browser)
+    {
+    }
+
+    std::shared_ptr<const BrowserTab> currentTab() const override
+    {
+        if (!client || !client->currentPage())
+            return nullptr;
+        return std::make_shared<LinkedTab>(client, client->currentPage()->id);
+    }
+
+private:
+    QPointer<BrowserClient> client;
+};
+
+} // namespace
+
+class LinkedApplication : public BrowserApplication
+{
+public:
+    explicit LinkedApplication(BrowserLink &browserLink)
+        : link(browserLink)
+    {
+    }
+
+    std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
+    {
+        BrowserClient *front = link.frontClient();
+        if (front == nullptr)
+            return {};
+        return {std::make_shared<LinkedWindow>(front)};
+    }
+
+    std::optional<QString> doJavaScript(const QString &text,
+                                        const std::shared_ptr<const BrowserTab> &tab) override
+    {
+        const auto linked = std::dynamic_pointer_cast<const LinkedTab>(tab);
+        if (!linked || !linked->client || !linked->client->isLinked() ||
+            linked->client->isSilent(linked->pageId))
+            return std::nullopt;
+        link.joinReading();
+        if (!isAssignment(text))
+            return linked->client->ask(linked->pageId, text, link.readingDeadline);
+        linked->client->post(linked->pageId, text);
+        return std::nullopt;
+    }
+
+private:
+    BrowserLink &link;
+};
+
+BrowserLink::BrowserLink(QObject *parent)
+    : QObject(parent)
+    , server([this](QLocalSocket *peer) { attach(peer); })
+{
+    fillingFade.setSingleShot(true);
+    fillingFade.setInterval(fillingShown);
+    connect(&fillingFade, &QTimer::timeout, this, &BrowserLink::updateSituation);
+    silenceCheck.setSingleShot(true);
+    silenceCheck.setInterval(BrowserClient::answerTime + 20ms);
+    connect(&silenceCheck, &QTimer::timeout, this, &BrowserLink::updateSituation);
+}
+
+BrowserLink::~BrowserLink() = default;
+
+std::unique_ptr<BrowserApplication> BrowserLink::makeApplication()
+{
+    return std::make_unique<LinkedApplication>(*this);
+}
+
+void BrowserLink::attach(QLocalSocket *peer)
+{
+    if (clients.size() >= mostClients) {
+        peer->abort();
+        peer->deleteLater();
+        return;
+    }
+    auto *client = new BrowserClient(peer, this);
+    clients.append(client);
+    connect(client, &BrowserClient::changed, this, &BrowserLink::updateSituation);
+    connect(client, &BrowserClient::ran, this, &BrowserLink::countFields);
+    connect(client, &BrowserClient::sent, &silenceCheck, qOverload<>(&QTimer::start));
+    connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
+}
+
+void BrowserLink::detach(BrowserClient *client)
+{
+    clients.removeOne(client);
+    client->deleteLater();
+    updateSituation();
+}
+
+BrowserClient *BrowserLink::frontClient() const
+{
+    BrowserClient *front = nullptr;
+    for (BrowserClient *client : clients) {
+        if (client->isLinked() && (front == nullptr || client->lastFocus() > front->lastFocus()))
+            front = client;
+    }
+    return front;
+}
+
+void BrowserLink::joinReading()
+{
+    if (inReading)
+        return;
+    inReading = true;
+    readingDeadline.setRemainingTime(BrowserClient::answerTime);
+    writtenFields.clear();
+    QMetaObject::invokeMethod(this, &BrowserLink::endReading, Qt::QueuedConnection);
+}
+
+void BrowserLink::endReading()
+{
+    inReading = false;
+    for (BrowserClient *client : std::as_const(clients))
+        client->flush();
+    updateSituation();
+}
+
+void BrowserLink::countFields(const QStringList &texts, const QList<BrowserResult> &results)
+{
+    for (qsizetype index = 0; index < results.size(); ++index) {
+        const QString &text = texts.at(index);
+        if (results.at(index) && isAssignment(text))
+            writtenFields.insert(text.left(text.indexOf(assignmentMark)));
+    }
+    if (!writtenFields.isEmpty())
+        fillingFade.start();
+}
+
+void BrowserLink::updateSituation()
+{
+    if (isFilling())
+        return;
+    const QString before = statusText();
+    situation = currentSituation();
+    if (statusText() != before)
+        emit statusTextChanged(statusText());
+}
+
+bool BrowserLink::isFilling() const
+{
+    const BrowserClient *front = frontClient();
+    return inReading ||
+           (front != nullptr && front->currentPage() && front->isAwaited(front->currentPage()->id));
+}
+
+BrowserSituation BrowserLink::currentSituation() const
+{
+    using Kind = BrowserSituation::Kind;
+    const BrowserClient *front = frontClient();
+    if (front == nullptr) {
+        const auto stranger = std::find_if(clients.begin(), clients.end(), [](const auto *client) {
+            return client->extension().has_value();
+        });
+        if (stranger == clients.end())
+            return {.kind = Kind::NoBrowser};
+        return {.kind = Kind::WrongVersion, .name = (*stranger)->extension()->version};
+    }
+    if (!front->currentPage())
+        return {.kind = Kind::NoCarrierPage};
+    const BrowserPage &page = *front->currentPage();
+    if (front->isSilent(page.id))
+        return {.kind = Kind::NotAnswering};
+    if (!fillingFade.isActive() || writtenFields.isEmpty())
+        return {.kind = Kind::PageOpen, .name = page.host};
+    return {.kind = Kind::Filling, .name = page.host, .fields = writtenFields.size()};
+}

@@ -1,0 +1,115 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "export/BrowserMessage.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <limits>
+
+namespace {
+
+const QLatin1String helloKey("hello");
+const QLatin1String currentKey("current");
+const QLatin1String focusedKey("focused");
+const QLatin1String ranKey("ran");
+const QLatin1String runKey("run");
+
+template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &value)
+{
+    const double number = value.toDouble(-1);
+    constexpr double greatest = 9007199254740991; // what JSON numbers hold exactly
+    if (!(number >= 0 && number <= greatest) ||
+        number > static_cast<double>(std::numeric_limits<Number>::max()))
+        return std::nullopt;
+    return static_cast<Number>(number);
+}
+
+std::optional<BrowserMessage> parseHello(const QJsonValue &value)
+{
+    const auto protocol = wholeNumber<int>(value[QLatin1String("protocol")]);
+    if (!protocol)
+        return std::nullopt;
+    return BrowserHello{.protocol = *protocol,
+                        .version = value[QLatin1String("version")].toString(),
+                        .browser = value[QLatin1String("browser")].toString()};
+}
+
+std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
+{
+    if (value.isNull())
+        return BrowserCurrent{};
+    const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("page")]);
+    const QString host = value[QLatin1String("host")].toString();
+    if (!id || host.isEmpty())
+        return std::nullopt;
+    return BrowserCurrent{BrowserPage{.id = *id, .host = host}};
+}
+
+std::optional<BrowserMessage> parseFocused(const QJsonValue &value)
+{
+    const auto time = wholeNumber<std::int64_t>(value);
+    if (!time)
+        return std::nullopt;
+    return BrowserFocus{*time};
+}
+
+std::optional<BrowserMessage> parseRan(const QJsonValue &value)
+{
+    const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("id")]);
+    if (!id)
+        return std::nullopt;
+    const QJsonValue results = value[QLatin1String("results")];
+    if (results.isNull())
+        return BrowserRan{.id = *id, .results = std::nullopt};
+    if (!results.isArray())
+        return std::nullopt;
+    QList<BrowserResult> texts;
+    for (const QJsonValue result : results.toArray()) {
+        if (result.isString())
+            texts.append(result.toString());
+        else if (result.isNull())
+            texts.append(std::nullopt);
+        else
+            return std::nullopt;
+    }
+    return BrowserRan{.id = *id, .results = texts};
+}
+
+QByteArray message(QLatin1String key, const QJsonObject &value)
+{
+    return QJsonDocument(QJsonObject{{key, value}}).toJson(QJsonDocument::Compact);
+}
+
+} // namespace
+
+std::optional<BrowserMessage> parseBrowserMessage(const QByteArray &json)
+{
+    const QJsonObject object = QJsonDocument::fromJson(json).object();
+    if (object.size() != 1)
+        return std::nullopt;
+    const QJsonValue value = object.begin().value();
+    if (object.contains(helloKey))
+        return parseHello(value);
+    if (object.contains(currentKey))
+        return parseCurrent(value);
+    if (object.contains(focusedKey))
+        return parseFocused(value);
+    if (object.contains(ranKey))
+        return parseRan(value);
+    return std::nullopt;
+}
+
+QByteArray browserHelloMessage(const QString &version)
+{
+    return message(helloKey, {{QStringLiteral("protocol"), browserProtocol},
+                              {QStringLiteral("version"), version}});
+}
+
+QByteArray browserRunMessage(std::uint32_t id, std::uint32_t page, const QStringList &texts)
+{
+    return message(runKey, {{QStringLiteral("id"), static_cast<qint64>(id)},
+                            {QStringLiteral("page"), static_cast<qint64>(page)},
+                            {QStringLiteral("texts"), QJsonArray::fromStringList(texts)}});
+}

@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QLocalServer>
+#include <QString>
+#include <functional>
+
+class QLocalSocket;
+
+/// The socket that browsers attach to. Only the user's own programs can open it, and a peer that
+/// runs as somebody else is turned away all the same.
+class BrowserServer : public QLocalServer
+{
+    Q_OBJECT
+
+public:
+    using PeerHandler = std::function<void(QLocalSocket *peer)>;
+
+    /// @param handler takes over each connected peer
+    explicit BrowserServer(PeerHandler handler, QObject *parent = nullptr);
+
+    /// In the user's runtime folder; empty if there is none.
+    static QString defaultPath();
+
+    /// False, with a line in the log, where @p path cannot be used; among the reasons is another
+    /// running program that uses it. What a crashed one left behind is replaced.
+    bool listenAt(const QString &path);
+
+private:
+    void incomingConnection(quintptr descriptor) override;
+
+    PeerHandler handler;
+};

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+/// How it stands between the program and the browser, for the status area.
+struct BrowserSituation
+{
+    enum class Kind {
+        NoBrowser,
+        WrongVersion, ///< name: the extension's version
+        NoCarrierPage,
+        PageOpen, ///< name: the host; nothing is being written
+        Filling,  ///< name: the host; fields: how many the last reading was written into
+        NotAnswering,
+    };
+    Kind kind = Kind::NoBrowser;
+    QString name;
+    qsizetype fields = 0;
+
+    /// One short line for the user.
+    QString text() const;
+};

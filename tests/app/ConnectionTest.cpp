@@ -1,0 +1,284 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "tests/support/LaunchedApplication.h"
+
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+using Scale = LaunchedApplication::Scale;
+
+const QString tick = QStringLiteral("readData");
+const QString connectedText = QStringLiteral("Scale connected");
+const QString notConnectedText = QStringLiteral("Scale not connected");
+
+const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
+const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
+
+QPointer<QMessageBox> shownAlert()
+{
+    for (QWidget *widget : QApplication::topLevelWidgets()) {
+        if (auto *box = qobject_cast<QMessageBox *>(widget))
+            return box;
+    }
+    return {};
+}
+
+} // namespace
+
+/// Status, rhythm of the readings, alert. The clock stands still but for what a test lets pass.
+class ConnectionTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { storedsettings::forget(); }
+
+    void statusFollowsTheScale()
+    {
+        LaunchedApplication app(Scale::Absent);
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), notConnectedText);
+        app.plug();
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), connectedText);
+        QVERIFY(app.delegate.isDeviceConnected);
+        QVERIFY(app.delegate.isDeviceAlive());
+        app.unplug();
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), notConnectedText);
+        QVERIFY(!app.delegate.isDeviceConnected);
+        QVERIFY(!app.delegate.isDeviceAlive());
+    }
+
+    void everyStatusHidesTheUnitCaption()
+    {
+        LaunchedApplication app(Scale::Absent);
+        for (const bool connected : {true, true, false, false, true}) {
+            app.delegate.unitLBl->setHidden(false);
+            app.delegate.setStatusString(connected);
+            QVERIFY(app.delegate.unitLBl->isHidden());
+        }
+    }
+
+    void firstReadingComesAfterTheFirstInterval()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.pass(399ms);
+        QCOMPARE(app.logged(tick), 0);
+        QVERIFY(app.polls().empty());
+        app.pass(1ms);
+        QCOMPARE(app.logged(tick), 1);
+        QCOMPARE(app.polls().size(), std::size_t{1});
+    }
+
+    void readingsPerTwoSeconds_data()
+    {
+        QTest::addColumn<int>("attaches");
+        QTest::addColumn<int>("readings");
+        QTest::newRow("one attach") << 1 << 5;
+        QTest::newRow("two attaches without a removal") << 2 << 10;
+        QTest::newRow("three") << 3 << 15;
+    }
+
+    void readingsPerTwoSeconds()
+    {
+        QFETCH(int, attaches);
+        QFETCH(int, readings);
+        LaunchedApplication app(Scale::Present);
+        for (int more = 1; more < attaches; ++more) {
+            fakeudev::announce(scaleDevice, "add");
+            app.turn();
+        }
+        QCOMPARE(app.timers().size(), static_cast<std::size_t>(attaches));
+        app.pass(2000ms);
+        QCOMPARE(app.logged(tick), readings);
+        QCOMPARE(app.polls().size(), static_cast<std::size_t>(readings));
+    }
+
+    void everyTimerStopsItselfAfterTheRemoval_data()
+    {
+        QTest::addColumn<int>("attaches");
+        QTest::newRow("one timer") << 1;
+        QTest::newRow("two timers") << 2;
+    }
+
+    void everyTimerStopsItselfAfterTheRemoval()
+    {
+        QFETCH(int, attaches);
+        LaunchedApplication app(Scale::Present);
+        if (attaches == 2)
+            fakeudev::announce(scaleDevice, "add");
+        app.pass(1000ms);
+        app.unplug();
+        app.forgetTraffic();
+        app.pass(2000ms);
+        QCOMPARE(app.logged(tick), attaches);
+        QVERIFY(app.polls().empty());
+        QVERIFY(app.timers().empty());
+    }
+
+    void theTimerStandsUntilItsNextTick()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.unplug();
+        QCOMPARE(app.timers().size(), std::size_t{1});
+    }
+
+    void pausedTicksDoNothingAndTheTimerSurvives()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.delegate.pausereadtimer = true;
+        app.forgetTraffic();
+        app.pass(2000ms);
+        QVERIFY(app.log.lines().isEmpty());
+        QVERIFY(app.hidapi.sent.empty());
+        app.delegate.pausereadtimer = false;
+        app.pass(400ms);
+        QCOMPARE(app.logged(tick), 1);
+        QCOMPARE(app.polls().size(), std::size_t{1});
+    }
+
+    void pausedTicksDoNotSeeTheRemovalEither()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.delegate.pausereadtimer = true;
+        app.unplug();
+        app.pass(2000ms);
+        QCOMPARE(app.logged(tick), 0);
+        QCOMPARE(app.timers().size(), std::size_t{1});
+        app.delegate.pausereadtimer = false;
+        app.pass(400ms);
+        QCOMPARE(app.logged(tick), 1);
+        QVERIFY(app.timers().empty());
+    }
+
+    void replug_data()
+    {
+        QTest::addColumn<int>("gap");
+        QTest::addColumn<std::size_t>("timersAfterwards");
+        QTest::newRow("at once: the old timer goes on beside the new") << 0 << std::size_t{2};
+        QTest::newRow("just before the tick") << 399 << std::size_t{2};
+        QTest::newRow("after the tick") << 400 << std::size_t{1};
+        QTest::newRow("long after") << 5000 << std::size_t{1};
+    }
+
+    void replug()
+    {
+        QFETCH(int, gap);
+        QFETCH(std::size_t, timersAfterwards);
+        LaunchedApplication app(Scale::Present);
+        app.unplug();
+        app.pass(std::chrono::milliseconds(gap));
+        app.plug();
+        app.forgetTraffic();
+        app.pass(400ms);
+        QCOMPARE(app.timers().size(), timersAfterwards);
+        QCOMPARE(app.polls().size(), timersAfterwards);
+    }
+
+    void anyRemovalEndsTheReadings()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.plug(mouse);
+        app.read({0x01, 0x34, 0x12});
+        QVERIFY(!app.delegate.digZero->isHidden());
+        app.unplug(mouse);
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), notConnectedText);
+        QVERIFY(app.delegate.digZero->isHidden());
+        QCOMPARE(app.delegate.lbLBL->text(), QString());
+        app.forgetTraffic();
+        app.pass(2000ms);
+        QVERIFY(app.polls().empty());
+    }
+
+    void deviceWithoutAHandleIsPolledInVain()
+    {
+        LaunchedApplication app(Scale::Absent);
+        app.plug(stranger);
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), connectedText);
+        app.pass(800ms);
+        QCOMPARE(app.logged(tick), 2);
+        QCOMPARE(app.logged(QStringLiteral("io: Unable to read command()")), 2);
+        app.unplug(stranger);
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), connectedText);
+        app.pass(400ms);
+        QCOMPARE(app.logged(tick), 3);
+    }
+
+    void aFailedReadDoesNotEndTheReadings()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.pass(800ms);
+        QCOMPARE(app.logged(QStringLiteral("io: Unable to read()")), 2);
+        app.hidapi.reports.push_back({0x01, 0x34, 0x12});
+        app.pass(400ms);
+        QCOMPARE(app.link.sWebDataBasic(), QStringLiteral("1234"));
+    }
+
+    /// The status keeps to its two texts; the notice line and the tooltip say more.
+    void noPermissionIsExplained()
+    {
+        LaunchedApplication app(Scale::Absent);
+        app.hidapi.openFails = true;
+        app.plug();
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), connectedText);
+        QVERIFY(app.delegate.connectionStatuslbl->toolTip().contains(QLatin1String("hidraw0")));
+        app.hidapi.openFails = false;
+        app.unplug();
+        app.plug();
+        QCOMPARE(app.delegate.connectionStatuslbl->toolTip(), QString());
+    }
+
+    void alertOverTheWindow()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.delegate.showAlert();
+        const auto alert = shownAlert();
+        QVERIFY(alert);
+        QCOMPARE(alert->text(), QStringLiteral("Scale Alert"));
+        QCOMPARE(alert->informativeText(), QStringLiteral("Scale disconnected"));
+        QCOMPARE(alert->icon(), QMessageBox::Warning);
+        QCOMPARE(alert->windowModality(), Qt::WindowModal);
+        QCOMPARE(alert->parentWidget(), app.delegate.window.get());
+        QCOMPARE(alert->buttons().size(), 1);
+        QCOMPARE(alert->buttons().front()->text(), QStringLiteral("OK"));
+        alert->buttons().front()->click();
+        app.turn();
+        QCOMPARE(app.logged(QStringLiteral("First Button")), 1);
+        QVERIFY(!alert);
+    }
+
+    void endOfTheAlert_data()
+    {
+        QTest::addColumn<int>("returnCode");
+        QTest::addColumn<int>("lines");
+        QTest::newRow("first button") << 1000 << 1;
+        QTest::newRow("second button") << 1001 << 0;
+        QTest::newRow("stopped") << -1000 << 0;
+        QTest::newRow("none") << 0 << 0;
+    }
+
+    void endOfTheAlert()
+    {
+        QFETCH(int, returnCode);
+        LaunchedApplication app(Scale::Absent);
+        app.forgetTraffic();
+        app.delegate.someMethodDidEnd(returnCode);
+        QTEST(static_cast<int>(app.logged(QStringLiteral("First Button"))), "lines");
+    }
+
+    void anUnpluggedScaleBringsNoAlert()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.unplug();
+        app.pass(400ms);
+        QVERIFY(!shownAlert());
+    }
+};
+
+QTEST_APPLESS_MAIN(ConnectionTest)
+#include "ConnectionTest.moc"
