@@ -12,7 +12,6 @@
 void PostalScaleAppDelegate::makeStatusArea()
 {
     noticeLbl = new QLabel(window.get());
-    noticeLbl->setAccessibleName(tr("Notice"));
     // A long notice is cut off rather than widen the window.
     noticeLbl->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     window->statusBar()->addWidget(noticeLbl, 1);

@@ -5,12 +5,12 @@
 
 build_packages=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-svg-dev libhidapi-dev libudev-dev libxcb1-dev libxcb-icccm4-dev
+    qt6-base-dev qt6-svg-dev libhidapi-dev libudev-dev libsystemd-dev libxcb1-dev libxcb-icccm4-dev
 )
 # An icon-less Qt still needs fonts and its platform plugins' libraries.
 run_packages=(qt6-qpa-plugins fonts-dejavu-core)
 demo_packages=(
-    umockdev libumockdev-dev xvfb xauth openbox dbus at-spi2-core
+    umockdev libumockdev-dev xvfb xauth openbox dbus at-spi2-core xdotool wmctrl x11-utils
     python3 python3-gi gir1.2-atspi-2.0 python3-pyatspi imagemagick
 )
 check_packages=(
