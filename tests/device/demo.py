@@ -31,6 +31,7 @@ def demonstrate(session, picture):
     program = harness.Program(session, arguments=("--weight", "0"))
     try:
         program.wait_for_status("Scale connected")
+        program.wait_for_reading("0 grams")
         program.window.click(GRAMS)
         for grams, expected in WEIGHTS:
             show(program, grams, expected)
