@@ -1,0 +1,122 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What a screen reader gets, asked for over the bus itself: the usual client library keeps
+copies, and they lag behind without a main loop."""
+
+import dataclasses
+
+import gi
+
+gi.require_version("Gio", "2.0")
+from gi.repository import Gio, GLib  # noqa: E402
+
+_ACCESSIBLE = "org.a11y.atspi.Accessible"
+_COMPONENT = "org.a11y.atspi.Component"
+_REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+_PROPERTIES = "org.freedesktop.DBus.Properties"
+
+_SCREEN_COORDINATES = 0
+_TIMEOUT_MS = 10_000
+
+# Positions in the state set.
+CHECKED = 4
+ENABLED = 8
+SHOWING = 25
+
+
+@dataclasses.dataclass(frozen=True)
+class Extents:
+    x: int
+    y: int
+    width: int
+    height: int
+
+
+class Accessible:
+    """One object of a program, by its address on the bus."""
+
+    def __init__(self, bus, address):
+        self._bus = bus
+        self._address = tuple(address)
+
+    @property
+    def name(self):
+        return self._property("Name")
+
+    @property
+    def description(self):
+        return self._property("Description")
+
+    @property
+    def role(self):
+        return self._call(_ACCESSIBLE, "GetRoleName")[0]
+
+    @property
+    def children(self):
+        return [Accessible(self._bus, each) for each in self._call(_ACCESSIBLE, "GetChildren")[0]]
+
+    @property
+    def extents(self):
+        """On the screen, in pixels."""
+        return Extents(*self._call(_COMPONENT, "GetExtents",
+                                   GLib.Variant("(u)", (_SCREEN_COORDINATES,)))[0])
+
+    @property
+    def is_checked(self):
+        return self._has(CHECKED)
+
+    @property
+    def is_enabled(self):
+        return self._has(ENABLED)
+
+    @property
+    def is_showing(self):
+        return self._has(SHOWING)
+
+    def descendants(self):
+        for child in self.children:
+            yield child
+            yield from child.descendants()
+
+    def _has(self, state):
+        low, high = self._call(_ACCESSIBLE, "GetState")[0]
+        return bool((high << 32 | low) >> state & 1)
+
+    def _property(self, name):
+        return self._call(_PROPERTIES, "Get", GLib.Variant("(ss)", (_ACCESSIBLE, name)))[0]
+
+    def _call(self, interface, method, arguments=None):
+        return self._bus.call_sync(*self._address, interface, method, arguments, None,
+                                   Gio.DBusCallFlags.NONE, _TIMEOUT_MS, None).unpack()
+
+
+class AccessibilityBus:
+    """The bus of its own that a session's programs meet their screen readers on."""
+
+    def __init__(self, session_bus_address):
+        session = _connection(session_bus_address)
+        address = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress",
+                                    None, None, Gio.DBusCallFlags.NONE, _TIMEOUT_MS, None)
+        session.close_sync(None)
+        self._bus = _connection(address.unpack()[0])
+
+    def close(self):
+        self._bus.close_sync(None)
+
+    def showing_windows(self):
+        """Programs come and go while they are asked: those that do not answer have no window."""
+        windows = []
+        for application in Accessible(self._bus, _REGISTRY).children:
+            try:
+                windows += [each for each in application.children if each.is_showing]
+            except GLib.Error:
+                continue
+        return windows
+
+
+def _connection(address):
+    flags = (Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
+             | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION)
+    connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+    connection.set_exit_on_close(False)
+    return connection

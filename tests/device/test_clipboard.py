@@ -1,0 +1,45 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""The weight, pasted by another program."""
+
+import harness
+from option_test import OptionTest
+from unit_rows import GRAMS, OUNCES
+
+
+class ClipboardTest(OptionTest):
+    def test_pasted_weights_follow_the_pan(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.window.click(GRAMS)
+        self.copy_elsewhere("something else")
+        self.click_option(program, 300)
+        for grams, text in ((567, "0.567"), (1000, "1"), (1234, "1.234")):
+            program.scale.tell(f"weight {grams}")
+            self.wait_for_clipboard(text)
+            self.assertEqual(program.window.export, text)
+
+        program.window.click(OUNCES)
+        program.wait_for_reading("43.5 ounces")
+        # In pounds, whichever of the pounds' and ounces' units is shown.
+        self.wait_for_clipboard("2.72")
+        self.click_option(program, 200)
+        self.wait_for_clipboard("3")
+
+        # What is copied elsewhere lasts until the next reading.
+        self.copy_elsewhere("something else")
+        self.wait_for_clipboard("3")
+
+        program.scale.tell("unplug")
+        program.wait_for_status("Scale not connected")
+        self.assertEqual(self.clipboard(), "3")
+        program.scale.tell("plug")
+        program.wait_for_reading("43.5 ounces")
+        self.click_option(program, 300)
+        self.copy_elsewhere("something else")
+        program.wait_for_polls(3)
+        self.assertEqual(self.clipboard(), "something else")
+
+
+if __name__ == "__main__":
+    harness.main()

@@ -1,0 +1,66 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""No permission on the scale's node, the commonest trouble of all.
+
+Root may open everything, so this file runs as nobody when it is started as root.
+"""
+
+import os
+import pathlib
+import pwd
+import shutil
+import tempfile
+import unittest
+
+import harness
+
+
+def become_nobody():
+    """Nobody may not be able to reach the build folder: the programs are copied out of it."""
+    folder = pathlib.Path(tempfile.mkdtemp(prefix="postal-scale-programs-"))
+    unittest.addModuleCleanup(shutil.rmtree, folder)
+    for program in ("postal-scale", "postal-scale-emulator", "postal-scale-emulator-guard.so"):
+        shutil.copy2(harness.binaries() / program, folder)
+    nobody = pwd.getpwnam("nobody")
+    for path in (folder, *folder.iterdir()):
+        os.chown(path, nobody.pw_uid, nobody.pw_gid)
+    os.environ["POSTAL_SCALE_BIN"] = str(folder)
+    os.setgroups([])
+    os.setresgid(nobody.pw_gid, nobody.pw_gid, nobody.pw_gid)
+    os.setresuid(nobody.pw_uid, nobody.pw_uid, nobody.pw_uid)
+
+
+def setUpModule():
+    if os.geteuid() == 0:
+        become_nobody()
+
+
+class PermissionTest(harness.DeviceTest):
+    NOTICE = "No permission to open the scale"
+
+    def test_the_notice_names_the_cause_until_the_scale_can_be_opened(self):
+        program = self.start("--unplugged", "--weight", "1234")
+        program.scale.tell_all("permission off", "plug")
+        program.log.wait_for(self.NOTICE)
+        # The status has two texts only, and this device passes for a scale.
+        program.wait_for_status("Scale connected")
+        program.wait_for_reading("off")
+        self.assertTrue(program.window.says(self.NOTICE))
+        self.assertEqual(program.scale.tell("opens"), "0")
+
+        program.scale.tell_all("unplug", "permission on", "plug")
+        program.wait_for_reading("1234 grams")
+        self.assertFalse(program.window.says(self.NOTICE))
+
+    def test_the_notice_says_which_rule_to_install(self):
+        program = self.start("--unplugged")
+        program.scale.tell_all("permission off", "plug")
+        program.log.wait_for(self.NOTICE)
+        notice = program.window.label_that_says(self.NOTICE)
+        for part in ("60-postal-scale.rules", 'ATTRS{idVendor}=="04d9"',
+                     'ATTRS{idProduct}=="8010"', 'TAG+="uaccess"'):
+            self.assertIn(part, notice.description)
+
+
+if __name__ == "__main__":
+    harness.main()
