@@ -148,6 +148,8 @@ private:
     void setNotice(Notice topic, const QString &text);
 
     void announceNow();
+    /// The Tab key stops at the chosen unit; arrow keys go on from there.
+    void placeTabStop();
     void connectAssistiveToggle(QAbstractButton *cell);
     void setUnitEnabled(int row, bool enabled);
     /// Without the row's action.

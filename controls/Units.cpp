@@ -75,7 +75,9 @@ void PostalScaleAppDelegate::connectUnits()
         connect(item, &QAction::triggered, cell, &QAbstractButton::click);
         connect(cell, &QAbstractButton::toggled, item, &QAction::setChecked);
         connectAssistiveToggle(cell);
+        connect(cell, &QAbstractButton::toggled, this, &PostalScaleAppDelegate::placeTabStop);
     }
+    placeTabStop();
 }
 
 void PostalScaleAppDelegate::connectAssistiveToggle(QAbstractButton *cell)
@@ -111,6 +113,7 @@ void PostalScaleAppDelegate::enableDisableWeight(int modelIndex)
     const auto enabled = enabledRows(modelIndex);
     for (int row = 0; row < unitRowCount; ++row)
         setUnitEnabled(row, enabled.at(static_cast<std::size_t>(row)));
+    placeTabStop();
     settings.setLastSelectedValue(modelIndex);
 }
 
@@ -136,6 +139,17 @@ void PostalScaleAppDelegate::showUnitRow(int row)
     const QSignalBlocker noAction(cell);
     cell->setChecked(true);
     unitMenu->actions().at(row)->setChecked(true);
+    placeTabStop();
+}
+
+void PostalScaleAppDelegate::placeTabStop()
+{
+    // A disabled choice cannot take the keyboard; then any row may.
+    const bool choiceIsOpen = radiogroup->checkedButton()->isEnabled();
+    for (QAbstractButton *cell : unitCells()) {
+        const bool isStop = cell->isChecked() || !choiceIsOpen;
+        cell->setFocusPolicy(isStop ? Qt::StrongFocus : Qt::ClickFocus);
+    }
 }
 
 QList<QAbstractButton *> PostalScaleAppDelegate::unitCells() const

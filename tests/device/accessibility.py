@@ -11,6 +11,7 @@ gi.require_version("Gio", "2.0")
 from gi.repository import Gio, GLib  # noqa: E402
 
 _ACCESSIBLE = "org.a11y.atspi.Accessible"
+_ACTION = "org.a11y.atspi.Action"
 _COMPONENT = "org.a11y.atspi.Component"
 _REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
 _PROPERTIES = "org.freedesktop.DBus.Properties"
@@ -21,6 +22,7 @@ _TIMEOUT_MS = 10_000
 # Positions in the state set.
 CHECKED = 4
 ENABLED = 8
+FOCUSED = 12
 SHOWING = 25
 
 
@@ -70,8 +72,20 @@ class Accessible:
         return self._has(ENABLED)
 
     @property
+    def is_focused(self):
+        return self._has(FOCUSED)
+
+    @property
     def is_showing(self):
         return self._has(SHOWING)
+
+    def act(self, action):
+        """Does what the object offers under that name."""
+        count = self._call(_PROPERTIES, "Get",
+                           GLib.Variant("(ss)", (_ACTION, "NActions")))[0]
+        names = [self._call(_ACTION, "GetName", GLib.Variant("(i)", (index,)))[0]
+                 for index in range(count)]
+        self._call(_ACTION, "DoAction", GLib.Variant("(i)", (names.index(action),)))
 
     def descendants(self):
         for child in self.children:

@@ -149,6 +149,18 @@ class MainWindow:
             self._found["optionButton"] = self._find("combo box", lambda each: True, "the models")
         return self._found["optionButton"]
 
+    def all_accessibles(self):
+        return list(self._accessible.descendants())
+
+    def focused_name(self):
+        return next((each.name for each in self._accessible.descendants() if each.is_focused),
+                    None)
+
+    def press(self, key):
+        """@param key empty: only gives the window the keyboard"""
+        keys = ["key", key] if key else []
+        self._session.output_of("xdotool", "windowfocus", "--sync", self.id, *keys)
+
     def close(self):
         """By the window manager's close button."""
         subprocess.run(["wmctrl", "-i", "-c", self.id], env=self._session.environment, check=True)

@@ -4,6 +4,7 @@
 
 import contextlib
 import ctypes
+import fcntl
 import os
 import pathlib
 import shutil
@@ -28,7 +29,8 @@ _FOREIGN_VARIABLES = ("DBUS_", "LC_", "QT_", "XDG_", "LANG", "WAYLAND_DISPLAY", 
 class Session:
     """Everything it starts ends with it, also what those programs started themselves."""
 
-    def __init__(self):
+    def __init__(self, screen=_SCREEN):
+        self._screen = screen
         self._cleanup = contextlib.ExitStack()
         with contextlib.ExitStack() as undo:
             undo.callback(self.close)
@@ -90,7 +92,7 @@ class Session:
 
     def _start_x_server(self):
         reading, writing = os.pipe()
-        server = self.spawn(["Xvfb", "-displayfd", str(writing), "-screen", "0", _SCREEN,
+        server = self.spawn(["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen,
                              "-nolisten", "tcp"], pass_fds=[writing], stderr=subprocess.DEVNULL)
         self._ends_with_session(server)
         os.close(writing)
@@ -124,6 +126,18 @@ def end(process):
     except subprocess.TimeoutExpired:
         process.kill()
         process.wait()
+
+
+@contextlib.contextmanager
+def _one_at_a_time():
+    """Among all sessions of this machine. X servers that look for a free number at the same time
+    can end up with one between them, and neither answers then."""
+    folder = os.open(tempfile.gettempdir(), os.O_RDONLY)
+    try:
+        fcntl.flock(folder, fcntl.LOCK_EX)
+        yield
+    finally:
+        os.close(folder)
 
 
 def _die_with_parent():

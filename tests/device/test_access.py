@@ -1,0 +1,67 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""The window for those who do not see it or do not use a mouse."""
+
+import harness
+from waiting import wait_until
+
+_CONTROL_ROLES = ("push button", "radio button", "check box", "combo box", "menu item")
+
+# In reading order. The radio cells are one stop: arrow keys go on from there.
+_STOPS = ["KV-A100", "Pounds and fraction: 2 lb 11 ½ oz", "Power", "Tare", "Hold", "Options",
+          "Last option:"]
+
+# What is on the pan, and what is told of it.
+_READINGS = [(1234, "1234 grams"), (7, "7 grams"), (10000, "overload"), (0, "0 grams")]
+
+
+class AccessTest(harness.DeviceTest):
+    def test_every_control_has_a_name(self):
+        program = self.start("--weight", "1234")
+        controls = [each for each in program.window.all_accessibles()
+                    if each.role in _CONTROL_ROLES]
+        self.assertGreater(len(controls), 40)
+        self.assertEqual([each.role for each in controls if not each.name], [])
+
+    def test_panel_tells_every_change(self):
+        program = self.start("--weight", "500")
+        program.wait_for_reading("500 grams")
+        for grams, words in _READINGS:
+            program.scale.tell(f"weight {grams}")
+            program.wait_for_reading(words)
+        program.window.click("powerButton")
+        program.wait_for_reading("off")
+        program.scale.tell("unplug")
+        program.wait_for_reading("no scale connected")
+
+    def test_tab_goes_in_reading_order(self):
+        program = self.start("--unplugged")
+        window = program.window
+        window.press("")
+        stops = []
+        for _ in _STOPS:
+            window.press("Tab")
+            wait_until(lambda: window.focused_name() not in [None, *stops[-1:]], "another focus")
+            stops.append(window.focused_name())
+        first = stops.index(_STOPS[0])
+        self.assertEqual(stops[first:] + stops[:first], _STOPS)
+
+    def test_keyboard_alone_weighs(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        for key, words in (("ctrl+1", "43.5 ounces"), ("ctrl+2", "2 pounds 11.5 ounces"),
+                           ("ctrl+3", "2 pounds 11 1/2 ounces"), ("ctrl+5", "1234 grams"),
+                           ("ctrl+h", "1234 grams, on hold"), ("ctrl+h", "1234 grams"),
+                           ("ctrl+t", "0 grams"), ("alt+p", "off")):
+            program.window.press(key)
+            program.wait_for_reading(words)
+
+    def test_assistive_technology_chooses_as_a_click_does(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.window.widget("rg1").act("Toggle")
+        program.wait_for_reading("43.5 ounces")
+
+
+if __name__ == "__main__":
+    harness.main()
