@@ -53,7 +53,8 @@ struct DigitStep
 class DigitPlan
 {
 public:
-    std::span<const DigitStep> steps() const { return {list.data(), count}; }
+    std::span<const DigitStep> steps() const & { return {list.data(), count}; }
+    std::span<const DigitStep> steps() const && = delete; // would look into a plan that is gone
 
     void show(DigitView view, std::int64_t digit);
     void hide(DigitView view);

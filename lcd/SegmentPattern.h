@@ -47,7 +47,8 @@ struct SegmentContext
 class SegmentPlan
 {
 public:
-    std::span<const SegmentStep> steps() const { return {list.data(), count}; }
+    std::span<const SegmentStep> steps() const & { return {list.data(), count}; }
+    std::span<const SegmentStep> steps() const && = delete; // would look into a plan that is gone
 
     void draw(const char *name, Segment action);
     void draw(std::initializer_list<const char *> names, Segment action);

@@ -267,7 +267,8 @@ private slots:
                 std::vector<std::string> expected;
                 rules::drawDigits(number, stateOf(context), views, &expected);
                 std::vector<std::string> lines;
-                for (const DigitStep &step : layoutDigits(number, context).steps()) {
+                const DigitPlan plan = layoutDigits(number, context);
+                for (const DigitStep &step : plan.steps()) {
                     if (step.kind == DigitStep::Kind::Log)
                         lines.push_back(step.line.toString().toStdString());
                 }
