@@ -31,19 +31,30 @@ private slots:
             {.digits = {"1", "2", "3", "4"}, .points = {false, true}, .kilograms = true});
         row("43.5 ounces",
             {.digits = {"", "4", "3", "5"}, .points = {false, false, true}, .ounces = true});
-        row("2.720 pounds", {.digits = {"", "2", "7", "2"}, .numerator = "0",
-                             .points = {false, true}, .pounds = true});
-        row("2 pounds 11.5 ounces",
-            {.digits = {"", "2", "1", "1"}, .numerator = "5",
-             .points = {false, false, false, true}, .colon = true, .pounds = true, .ounces = true});
-        row("2 pounds 11 1/2 ounces",
-            {.digits = {"", "2", "1", "1"}, .numerator = "1", .denominator = "2", .bar = true,
-             .colon = true, .pounds = true, .ounces = true});
-        row("1 pound 1 ounce", {.digits = {"", "1", "", "1"}, .colon = true, .pounds = true,
-                                .ounces = true});
-        row("2 pounds 3 ounces",
-            {.digits = {"", "2", "", "3"}, .points = {false, false, false, true}, .colon = true,
-             .pounds = true, .ounces = true});
+        row("2.720 pounds", {.digits = {"", "2", "7", "2"},
+                             .numerator = "0",
+                             .points = {false, true},
+                             .pounds = true});
+        row("2 pounds 11.5 ounces", {.digits = {"", "2", "1", "1"},
+                                     .numerator = "5",
+                                     .points = {false, false, false, true},
+                                     .colon = true,
+                                     .pounds = true,
+                                     .ounces = true});
+        row("2 pounds 11 1/2 ounces", {.digits = {"", "2", "1", "1"},
+                                       .numerator = "1",
+                                       .denominator = "2",
+                                       .bar = true,
+                                       .colon = true,
+                                       .pounds = true,
+                                       .ounces = true});
+        row("1 pound 1 ounce",
+            {.digits = {"", "1", "", "1"}, .colon = true, .pounds = true, .ounces = true});
+        row("2 pounds 3 ounces", {.digits = {"", "2", "", "3"},
+                                  .points = {false, false, false, true},
+                                  .colon = true,
+                                  .pounds = true,
+                                  .ounces = true});
         row("500 grams, on hold", {.digits = {"", "5", "0", "0"}, .grams = true, .hold = true});
     }
 
