@@ -6,6 +6,7 @@
 #include "scale/Log.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStringDecoder>
@@ -58,6 +59,15 @@ bool isDamaged(const QSettings &file)
     return file.status() == QSettings::FormatError || !holdsText(file.fileName());
 }
 
+/// A program that is killed as it takes the lock leaves it empty, and an empty lock, which names
+/// nobody, holds up the next write for half a minute.
+void removeAbandonedLock(const QString &name)
+{
+    const QFileInfo lock(name + QStringLiteral(".lock"));
+    if (lock.exists() && lock.size() == 0)
+        QFile::remove(lock.filePath());
+}
+
 /// With the first number that no file has.
 QString unusedName(const QString &start)
 {
@@ -72,6 +82,7 @@ QString unusedName(const QString &start)
 Settings::Settings()
     : file(openFile())
 {
+    removeAbandonedLock(file->fileName());
     setAsideIfDamaged();
 }
 

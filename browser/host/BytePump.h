@@ -13,7 +13,11 @@ class BytePump
 public:
     enum class State { Open, Closed };
 
-    BytePump(int from, int to) : source(from), target(to) {}
+    BytePump(int from, int to)
+        : source(from)
+        , target(to)
+    {
+    }
 
     /// The descriptor that must become ready next, and for what (poll's POLLIN or POLLOUT).
     int awaited() const { return isEmpty() ? source : target; }

@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/FakeClock.h"
 #include "tests/support/LaunchedApplication.h"
 
 #include <QAbstractButton>
+#include <QElapsedTimer>
 #include <QMessageBox>
 #include <QPointer>
 #include <QTest>
@@ -97,6 +99,36 @@ private slots:
         app.pass(2000ms);
         QCOMPARE(app.logged(tick), readings);
         QCOMPARE(app.polls().size(), static_cast<std::size_t>(readings));
+    }
+
+    void slowReadingsKeepTheSchedule_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QList<qint64>>("begins");
+        QTest::newRow("at once") << 0 << QList<qint64>{400, 800, 1200, 1600, 2000};
+        QTest::newRow("a quarter of the interval")
+            << 100 << QList<qint64>{400, 800, 1200, 1600, 2000};
+        QTest::newRow("nearly the interval") << 399 << QList<qint64>{400, 800, 1200, 1600, 2000};
+        QTest::newRow("the interval") << 400 << QList<qint64>{400, 1200, 2000};
+        QTest::newRow("longer") << 500 << QList<qint64>{400, 1200, 2000};
+        QTest::newRow("two intervals and more") << 1000 << QList<qint64>{400, 1600};
+    }
+
+    /// In milliseconds since the attach. The window waits for each reading.
+    void slowReadingsKeepTheSchedule()
+    {
+        QFETCH(int, length);
+        LaunchedApplication app(Scale::Present);
+        QElapsedTimer sinceAttach;
+        sinceAttach.start();
+        QList<qint64> begins;
+        app.hidapi.duringSend = [&] {
+            begins.append(sinceAttach.elapsed());
+            fakeclock::advance(std::chrono::milliseconds(length));
+        };
+        while (sinceAttach.elapsed() < 2000)
+            app.pass(1ms);
+        QTEST(begins, "begins");
     }
 
     void everyTimerStopsItselfAfterTheRemoval_data()

@@ -4,7 +4,10 @@
 #include "tests/rules/UnitRules.h"
 #include "tests/support/LaunchedApplication.h"
 
+#include <QAccessible>
 #include <QTest>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -85,6 +88,9 @@ QStringList texts(const std::vector<std::string> &lines)
 }
 
 const QString firstLine = QStringLiteral("---------------------->Done radioSelection!!!!!");
+
+/// How long a button that is pressed from afar shows it, and more.
+constexpr auto pressTime = 200ms;
 
 } // namespace
 
@@ -284,6 +290,29 @@ private slots:
             item->trigger();
             expectUnit(app, row, 0, before);
             QVERIFY(item->isChecked());
+        }
+    }
+
+    void assistiveTechnologyChoosesAsAClickDoes_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::newRow("press") << QAccessibleActionInterface::pressAction();
+        QTest::newRow("toggle") << QAccessibleActionInterface::toggleAction();
+    }
+
+    void assistiveTechnologyChoosesAsAClickDoes()
+    {
+        QFETCH(QString, action);
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        for (const int row : {0, 4, 1}) {
+            app.forgetTraffic();
+            const rules::UnitState before = stateOf(app.link);
+            QAccessible::queryAccessibleInterface(cell(app, row))
+                ->actionInterface()
+                ->doAction(action);
+            app.pass(pressTime);
+            expectUnit(app, row, 0, before);
         }
     }
 

@@ -4,7 +4,6 @@
 
 import contextlib
 import ctypes
-import fcntl
 import os
 import pathlib
 import shutil
@@ -92,8 +91,10 @@ class Session:
 
     def _start_x_server(self):
         reading, writing = os.pipe()
+        # Without resets: between its first clients it would start over, and drop the next one.
         server = self.spawn(["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen,
-                             "-nolisten", "tcp"], pass_fds=[writing], stderr=subprocess.DEVNULL)
+                             "-nolisten", "tcp", "-noreset"],
+                            pass_fds=[writing], stderr=subprocess.DEVNULL)
         self._ends_with_session(server)
         os.close(writing)
         with os.fdopen(reading) as number:
@@ -126,18 +127,6 @@ def end(process):
     except subprocess.TimeoutExpired:
         process.kill()
         process.wait()
-
-
-@contextlib.contextmanager
-def _one_at_a_time():
-    """Among all sessions of this machine. X servers that look for a free number at the same time
-    can end up with one between them, and neither answers then."""
-    folder = os.open(tempfile.gettempdir(), os.O_RDONLY)
-    try:
-        fcntl.flock(folder, fcntl.LOCK_EX)
-        yield
-    finally:
-        os.close(folder)
 
 
 def _die_with_parent():

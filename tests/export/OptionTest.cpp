@@ -5,10 +5,9 @@
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/OptionModel.h"
 
-#include <QClipboard>
+#include <QAccessible>
 #include <QTest>
 #include <QWindow>
-#include <clocale>
 
 using namespace std::chrono_literals;
 
@@ -158,6 +157,9 @@ void clicksWithAndWithoutAScale()
     }
 }
 
+/// How long a button that is pressed from afar shows it, and more.
+constexpr auto pressTime = 200ms;
+
 } // namespace
 
 /// The six options of the box and of the menu. The clock stands still but for what a test lets
@@ -280,6 +282,7 @@ private slots:
     void everyBoxNamesThePopUpsModelInTheTitle()
     {
         for (const char *isUSPS : {"\"YES\"", "\"NO\""}) {
+            storedsettings::forget();
             LaunchedApplication app(Scale::Present, bundleInformation(isUSPS, nineModels));
             app.delegate.modelMenu->actions().at(3)->trigger();
             const QString chosen = app.delegate.window->windowTitle();
@@ -289,6 +292,23 @@ private slots:
             app.delegate.checkRoundTo->click();
             QCOMPARE(app.delegate.window->windowTitle(),
                      QString(chosen).replace(QLatin1String("KV-B200"), QLatin1String("KV-A100")));
+        }
+    }
+
+    void assistiveTechnologySwitchesAsAClickDoes()
+    {
+        LaunchedApplication app(Scale::Absent);
+        for (const QString &action : {QAccessibleActionInterface::toggleAction(),
+                                      QAccessibleActionInterface::pressAction()}) {
+            app.forgetTraffic();
+            for (const int switching : {1, 2}) {
+                QAccessible::queryAccessibleInterface(app.delegate.checkUPS)
+                    ->actionInterface()
+                    ->doAction(action);
+                app.pass(pressTime);
+                QCOMPARE(app.delegate.SendtoUPS, switching % 2);
+                QCOMPARE(app.logged(QStringLiteral("Send weight to UPS page")), switching);
+            }
         }
     }
 
@@ -345,52 +365,6 @@ private slots:
         app.delegate.optionLbl->click();
         QCOMPARE(app.log.lines(), QStringList{QStringLiteral("optionLblAction")});
         QVERIFY(app.delegate.optionBox->isVisible());
-    }
-
-    void clipboardIsWrittenAtEveryReading_data()
-    {
-        QTest::addColumn<bool>("fromTheMenu");
-        QTest::newRow("box") << false;
-        QTest::newRow("menu") << true;
-    }
-
-    void clipboardIsWrittenAtEveryReading()
-    {
-        QFETCH(bool, fromTheMenu);
-        LaunchedApplication app(Scale::Present);
-        app.stopPolling();
-        app.delegate.rg6->setEnabled(true);
-        app.delegate.rg6->click();
-        QClipboard *clipboard = QGuiApplication::clipboard();
-        const auto choose = [&] {
-            if (fromTheMenu)
-                app.delegate.mnuSendToClip->trigger();
-            else
-                app.delegate.checkClipboard->click();
-        };
-        clipboard->setText(QStringLiteral("mine"));
-        app.read({0x01, 0x34, 0x12});
-        QCOMPARE(clipboard->text(), QStringLiteral("mine"));
-        choose();
-        for (int reading = 0; reading < 3; ++reading) {
-            clipboard->setText(QStringLiteral("mine"));
-            app.read({0x01, 0x34, 0x12});
-            QCOMPARE(clipboard->text(), QStringLiteral("1.234"));
-            QCOMPARE(app.delegate.lbLBL->text(), QStringLiteral("1.234"));
-        }
-        choose();
-        clipboard->setText(QStringLiteral("mine"));
-        app.read({0x01, 0x34, 0x12});
-        QCOMPARE(clipboard->text(), QStringLiteral("mine"));
-    }
-
-    /// Whatever the desktop's language: texts and files have the point.
-    void theDesktopsLanguageIsInForce()
-    {
-        LaunchedApplication app(Scale::Absent);
-        const bool german = qgetenv("LC_ALL").startsWith("de_DE");
-        QCOMPARE(*std::localeconv()->decimal_point, german ? ',' : '.');
-        QCOMPARE(QLocale().decimalPoint(), german ? QStringLiteral(",") : QStringLiteral("."));
     }
 
 private:

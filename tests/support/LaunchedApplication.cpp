@@ -20,18 +20,21 @@ constexpr std::uint8_t pollMarker = 0x90;
 char programName[] = "postal-scale";
 char *arguments[] = {programName, nullptr};
 
-/// The user's folders, and none of the machine's.
+/// The user's folders, and none of the machine's. In memory: each of the thousands of settings
+/// that tests write is carried through to the disk.
 struct Home
 {
     Home()
     {
+        if (!directory.isValid())
+            qFatal("%s", qPrintable(directory.errorString()));
         const QByteArray path = directory.path().toLocal8Bit();
         qputenv("XDG_CONFIG_HOME", path);
         qputenv("XDG_RUNTIME_DIR", path);
         qputenv("XDG_CONFIG_DIRS", path + "/nowhere");
     }
 
-    QTemporaryDir directory;
+    QTemporaryDir directory{QStringLiteral("/dev/shm/postal-scale-test-XXXXXX")};
 };
 
 /// To be asked for before anything looks for the user's folders.
