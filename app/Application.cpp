@@ -4,17 +4,23 @@
 #include "app/Application.h"
 
 #include "app/BundleInformation.h"
-#include "app/PostalScaleAppDelegate.h"
+#include "app/CommandLine.h"
+#include "app/Doctor.h"
+#include "app/DoctorFacts.h"
+#include "app/ReadingReportCommand.h"
+#include "app/SingleInstance.h"
+#include "app/SingleInstanceRequest.h"
 #include "export/Settings.h"
 
-#include <QCommandLineParser>
+#include <cstdio>
+#include <sysexits.h>
 
 Application::Application(int &argc, char **argv)
     : QApplication(argc, argv)
 {
     setApplicationName(QStringLiteral("postal-scale"));
     setApplicationVersion(QStringLiteral(POSTALSCALE_VERSION));
-    setDesktopFileName(QStringLiteral("postal-scale"));
+    setDesktopFileName(QStringLiteral(POSTALSCALE_APPLICATION_ID));
     // The delegate has a word to say before the program ends.
     setQuitOnLastWindowClosed(false);
     connect(this, &QGuiApplication::lastWindowClosed, this, &Application::lastWindowWasClosed);
@@ -27,37 +33,83 @@ Application *Application::sharedApplication()
     return static_cast<Application *>(QCoreApplication::instance());
 }
 
-PostalScaleAppDelegate *Application::delegate() const
+ReadingReportDelegate *Application::delegate() const
 {
     return appDelegate.get();
 }
 
 void Application::launch(const QString &infoFile)
 {
-    settings = std::make_unique<Settings>();
-    appDelegate =
-        std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(infoFile), *settings);
-    appDelegate->awakeFromNib();
-    appDelegate->applicationDidFinishLaunching();
+    launchUnseen(infoFile);
     appDelegate->window->show();
 }
 
-int Application::run()
+void Application::launchUnseen(const QString &infoFile)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Shows, copies and fills in the weight of a USB postal scale."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-    const QCommandLineOption info(
-        QStringLiteral("info"),
-        QStringLiteral("Read branding and model lists from FILE instead of the built-in ones."),
-        QStringLiteral("FILE"));
-    parser.addOption(info);
-    parser.process(*this);
+    settings = std::make_unique<Settings>();
+    appDelegate =
+        std::make_unique<ReadingReportDelegate>(BundleInformation::load(infoFile), *settings);
+    appDelegate->awakeFromNib();
+    appDelegate->applicationDidFinishLaunching();
+}
 
-    launch(parser.value(info));
+int Application::run(const ActivationRight &right)
+{
+    const CommandLine line = CommandLine::parse(arguments());
+    switch (line.action) {
+    case CommandLine::Action::ShowWindow: return showWindow(line, right);
+    case CommandLine::Action::PrintReading: return printReading(line);
+    case CommandLine::Action::Diagnose: return diagnose();
+    case CommandLine::Action::ShowVersion:
+        std::printf("%s %s\n", qPrintable(applicationName()), qPrintable(applicationVersion()));
+        return 0;
+    case CommandLine::Action::ShowHelp: std::fputs(qPrintable(line.text), stdout); return 0;
+    case CommandLine::Action::Refuse: break;
+    }
+    std::fprintf(stderr, "%s\n", qPrintable(line.text));
+    return EX_USAGE;
+}
+
+int Application::showWindow(const CommandLine &line, const ActivationRight &right)
+{
+    SingleInstance instance(SingleInstance::defaultFolder());
+    switch (instance.claim(raiseRequest(right)).outcome) {
+    case SingleInstance::Claim::Outcome::Ours: break;
+    case SingleInstance::Claim::Outcome::Answered: return 0;
+    case SingleInstance::Claim::Outcome::Unanswered:
+        std::fputs("Postal Scale is running already, but does not answer\n", stderr);
+        return 1;
+    }
+    launch(line.infoFile);
+    instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
     return exec();
+}
+
+int Application::printReading(const CommandLine &line)
+{
+    SingleInstance instance(SingleInstance::defaultFolder());
+    return ReadingReportCommand(*this, instance).run(line);
+}
+
+int Application::diagnose()
+{
+    SingleInstance instance(SingleInstance::defaultFolder());
+    const QList<Finding> findings = ::diagnose(DoctorFacts::gather(instance));
+    std::fputs(qPrintable(reportText(findings)), stdout);
+    return exitStatus(findings);
+}
+
+QJsonObject Application::answer(const QJsonObject &laterStart)
+{
+    switch (requestOf(laterStart)) {
+    case InstanceRequest::Raise:
+        bringToFront(appDelegate->window.get(), ActivationRight::fromJson(laterStart));
+        break;
+    case InstanceRequest::Reading: return appDelegate->readingReport().toJson();
+    case InstanceRequest::Situation: return {{QStringLiteral("platform"), platformName()}};
+    case InstanceRequest::Unknown: break;
+    }
+    return {};
 }
 
 void Application::lastWindowWasClosed()

@@ -3,13 +3,15 @@
 
 #pragma once
 
-#include "app/PostalScaleAppDelegate.h"
+#include "app/ReadingReportDelegate.h"
+#include "app/SingleInstanceActivation.h"
 #include "scale/ScaleDelegate.h"
 
 #include <QApplication>
 #include <memory>
 
 class Settings;
+struct CommandLine;
 
 /// The application object: reads the command line, wires the delegate and runs the event loop.
 class Application : public QApplication, public ScaleApplication
@@ -22,16 +24,22 @@ public:
 
     static Application *sharedApplication();
     /// Null before the launch.
-    PostalScaleAppDelegate *delegate() const override;
+    ReadingReportDelegate *delegate() const override;
 
     /// Creates the delegate and its window, and launches. @p infoFile may be empty.
     void launch(const QString &infoFile);
+    /// The same, with the window not shown yet.
+    void launchUnseen(const QString &infoFile);
     /// The whole life of the program; its exit status.
-    int run();
+    int run(const ActivationRight &right);
 
 private:
+    int showWindow(const CommandLine &line, const ActivationRight &right);
+    int printReading(const CommandLine &line);
+    int diagnose();
+    QJsonObject answer(const QJsonObject &laterStart);
     void lastWindowWasClosed();
 
     std::unique_ptr<Settings> settings;
-    std::unique_ptr<PostalScaleAppDelegate> appDelegate;
+    std::unique_ptr<ReadingReportDelegate> appDelegate;
 };

@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/Application.h"
+#include "app/CommandLine.h"
 
 int main(int argc, char **argv)
 {
-    Application application(argc, argv);
-    return application.run();
+    const ActivationRight right = ActivationRight::fromEnvironment();
+    ToolkitArguments arguments(argc, argv);
+    Application application(arguments.count(), arguments.values());
+    return application.run(right);
 }

@@ -13,10 +13,13 @@ demo_packages=(
     umockdev libumockdev-dev xvfb xauth openbox dbus at-spi2-core xdotool wmctrl x11-utils
     python3 python3-gi gir1.2-atspi-2.0 python3-pyatspi imagemagick
 )
+package_packages=(build-essential debhelper)
+package_check_packages=("${package_packages[@]}" lintian devscripts)
 check_packages=(
     "${demo_packages[@]}"
     clang-format-14 clang-tidy-14 xdotool xclip wmctrl x11-utils locales socat
     chromium firefox-esr openssl
+    desktop-file-utils appstream man-db
 )
 
 say() { printf '== %s\n' "$*"; }

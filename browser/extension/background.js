@@ -89,13 +89,11 @@ function run({id, page: number, texts}) {
 api.runtime.onConnect.addListener((port) => {
     if (port.name !== 'page' || !port.sender?.tab)
         return;
+    const tab = port.sender.tab.id;
+    // A tab shows one page; what an earlier one has not answered, it never will.
+    forget(pageOfTab(tab));
     const number = ++lastPageNumber;
-    const page = {
-        port,
-        tab: port.sender.tab.id,
-        host: new URL(port.sender.url).hostname,
-        runs: new Set(),
-    };
+    const page = {port, tab, host: new URL(port.sender.url).hostname, runs: new Set()};
     pages.set(number, page);
     port.onMessage.addListener(({id, results}) => {
         if (page.runs.delete(id))
@@ -103,21 +101,29 @@ api.runtime.onConnect.addListener((port) => {
     });
     port.onDisconnect.addListener(() => {
         void api.runtime.lastError;
-        pages.delete(number);
-        for (const id of page.runs)
-            send({ran: {id, results: null}});
+        forget(number);
         refresh();
     });
     refresh();
 });
 
+function forget(number) {
+    const page = pages.get(number);
+    if (!page)
+        return;
+    pages.delete(number);
+    for (const id of page.runs)
+        send({ran: {id, results: null}});
+    page.runs.clear();
+    page.port.disconnect();
+}
+
 function pageOfTab(tab) {
-    let found = null;
     for (const [number, page] of pages) {
         if (page.tab === tab)
-            found = number;
+            return number;
     }
-    return found;
+    return null;
 }
 
 /** Finds out what the user looks at. */
@@ -131,24 +137,29 @@ async function refresh() {
         currentPage = number;
         announceCurrentPage();
     }
-    // The address is told only where the user lets us in.
-    if (number === null && tab?.url?.startsWith('http'))
-        enter(tab.id);
+    if (number === null && tab)
+        enter(tab);
 }
 
 async function enter(tab) {
+    // The address is told only where the user lets us in.
+    if (!tab.url?.startsWith('http'))
+        return;
     try {
         await api.scripting.executeScript(
-            {target: {tabId: tab}, files: ['page.js'], injectImmediately: true});
+            {target: {tabId: tab.id}, files: ['page.js'], injectImmediately: true});
     } catch {
         // The page is gone again, or is one that no extension may enter.
     }
 }
 
 api.tabs.onActivated.addListener(refresh);
-api.tabs.onUpdated.addListener((tab, change) => {
+api.tabs.onUpdated.addListener((id, change, tab) => {
     if (change.status || change.url)
         refresh();
+    // An attempt made while the page was changing may have entered the one before.
+    if (change.status === 'complete' && tab.active)
+        enter(tab);
 });
 api.tabs.onRemoved.addListener(refresh);
 api.tabs.onReplaced.addListener(refresh);

@@ -58,9 +58,10 @@
     }
 
     let port = null;
+    let left = false;
 
     function connect() {
-        if (port)
+        if (port || left)
             return;
         const api = globalThis.browser ?? globalThis.chrome;
         port = api.runtime.connect({name: 'page'});
@@ -72,9 +73,15 @@
         });
     }
 
-    function disconnect() {
+    function leave() {
+        left = true;
         port?.disconnect();
         port = null;
+    }
+
+    function enter() {
+        left = false;
+        connect();
     }
 
     // A second copy of this file in the same document only revives the first.
@@ -84,7 +91,7 @@
     }
     globalThis.connectPostalScale = connect;
     // A page that is left may be kept, and shown again as it was.
-    addEventListener('pagehide', disconnect, {capture: true});
-    addEventListener('pageshow', connect, {capture: true});
+    addEventListener('pagehide', leave, {capture: true});
+    addEventListener('pageshow', enter, {capture: true});
     connect();
 })();

@@ -194,7 +194,8 @@ private slots:
         bool paused = false;
         app.hidapi.duringSend = [&] {
             paused = app.delegate.pausereadtimer;
-            app.delegate.readData(app.timers().front());
+            if (paused)
+                app.delegate.readData(app.timers().front());
         };
         app.forgetTraffic();
         choose(app, place, 2);

@@ -217,7 +217,8 @@ private slots:
         bool paused = false;
         app.hidapi.duringSend = [&] {
             paused = app.delegate.pausereadtimer;
-            app.delegate.readData(app.timers().front());
+            if (paused)
+                app.delegate.readData(app.timers().front());
         };
         cell(app, 0)->click();
         QVERIFY(paused);

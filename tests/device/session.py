@@ -112,8 +112,8 @@ class Session:
         manager = self.spawn(["openbox", "--sm-disable"],
                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self._ends_with_session(manager)
-        wait_until(lambda: "window id" in self.output_of("xprop", "-root",
-                                                         "_NET_SUPPORTING_WM_CHECK"),
+        # The last of what it tells of itself at its start.
+        wait_until(lambda: "window id" in self.output_of("xprop", "-root", "_NET_CLIENT_LIST"),
                    "a window manager")
 
     def _ends_with_session(self, process):

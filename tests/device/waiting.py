@@ -4,8 +4,9 @@
 
 import time
 
-PATIENCE = 10.0
-"""Seconds until a condition that has not come about is a failure; generous for a busy machine."""
+PATIENCE = 30.0
+"""Seconds until a condition that has not come about is a failure: enough for a machine that has
+much else to do."""
 
 GLANCE = 0.02
 

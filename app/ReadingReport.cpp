@@ -1,0 +1,152 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/ReadingReport.h"
+
+#include <QJsonValue>
+#include <QRegularExpression>
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+struct StateFacts
+{
+    ReportState state = ReportState::Waiting;
+    int exitStatus = 0;
+    QLatin1String name;
+    QLatin1String words; ///< empty where the panel's are told
+};
+
+const std::array<StateFacts, 10> stateFacts{{
+    {ReportState::Weight, 0, QLatin1String("weight"), {}},
+    {ReportState::Hold, 0, QLatin1String("hold"), {}},
+    {ReportState::NoScale, 1, QLatin1String("no-scale"), QLatin1String("No scale connected")},
+    {ReportState::Overload, 2, QLatin1String("overload"),
+     QLatin1String("Overload: there is too much on the pan")},
+    {ReportState::UnderLoad, 2, QLatin1String("under-load"),
+     QLatin1String("Under load: the pan is missing or is being lifted")},
+    {ReportState::Off, 2, QLatin1String("off"), QLatin1String("The scale is switched off")},
+    {ReportState::NotOpened, 2, QLatin1String("not-opened"),
+     QLatin1String("The scale could not be opened; unplug it and plug it in again")},
+    {ReportState::NoAnswer, 2, QLatin1String("no-answer"),
+     QLatin1String("The scale does not answer; unplug it and plug it in again")},
+    {ReportState::NoPermission, 3, QLatin1String("no-permission"),
+     QLatin1String("No permission to open the scale; postal-scale --doctor tells what helps")},
+    {ReportState::Waiting, 2, QLatin1String("waiting"),
+     QLatin1String("The scale has not sent a weight yet")},
+}};
+
+const StateFacts &factsOf(ReportState state)
+{
+    return *std::find_if(stateFacts.begin(), stateFacts.end(),
+                         [&](const StateFacts &facts) { return facts.state == state; });
+}
+
+ReportState stateNamed(const QString &name)
+{
+    const auto found = std::find_if(stateFacts.begin(), stateFacts.end(),
+                                    [&](const StateFacts &facts) { return facts.name == name; });
+    return found == stateFacts.end() ? ReportState::Waiting : found->state;
+}
+
+QString unitSymbol(const QString &word)
+{
+    if (word == QLatin1String("gram"))
+        return QStringLiteral("g");
+    if (word == QLatin1String("kilogram"))
+        return QStringLiteral("kg");
+    return word == QLatin1String("ounce") ? QStringLiteral("oz") : QStringLiteral("lb");
+}
+
+double withFraction(const QRegularExpressionMatch &match)
+{
+    const double whole = match.captured(QStringLiteral("number")).toDouble();
+    const double denominator = match.captured(QStringLiteral("denominator")).toDouble();
+    if (denominator == 0)
+        return whole;
+    return whole + match.captured(QStringLiteral("numerator")).toDouble() / denominator;
+}
+
+QJsonValue numberOrNull(const std::optional<double> &number)
+{
+    return number ? QJsonValue(*number) : QJsonValue();
+}
+
+} // namespace
+
+std::optional<ShownWeight> shownWeight(const QString &readingWords)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^(?<minus>minus )?(?:(?<pounds>[0-9]+) pounds? )?(?<number>[0-9.]*)"
+                       "(?: (?<numerator>[0-9]+)/(?<denominator>[0-9]+))?"
+                       " (?<unit>kilogram|gram|pound|ounce)s?(?:, on hold)?$"));
+    const QRegularExpressionMatch match = form.match(readingWords);
+    if (!match.hasMatch())
+        return std::nullopt;
+    constexpr int ouncesPerPound = 16;
+    const QString pounds = match.captured(QStringLiteral("pounds"));
+    ShownWeight shown;
+    if (pounds.isEmpty())
+        shown = {withFraction(match), unitSymbol(match.captured(QStringLiteral("unit")))};
+    else
+        shown = {pounds.toDouble() + withFraction(match) / ouncesPerPound, QStringLiteral("lb oz")};
+    if (!match.captured(QStringLiteral("minus")).isEmpty())
+        shown.weight = -shown.weight;
+    return shown;
+}
+
+QJsonObject ReadingReport::toJson() const
+{
+    QJsonObject object{
+        {QStringLiteral("state"), factsOf(state).name},
+        {QStringLiteral("text"), words},
+        {QStringLiteral("weight"), QJsonValue()},
+        {QStringLiteral("unit"), QJsonValue()},
+        {QStringLiteral("sign"), QJsonValue()},
+        {QStringLiteral("grams"), numberOrNull(grams)},
+        {QStringLiteral("model"), model.isEmpty() ? QJsonValue() : QJsonValue(model)},
+    };
+    if (shown) {
+        object.insert(QStringLiteral("weight"), shown->weight);
+        object.insert(QStringLiteral("unit"), shown->unit);
+        object.insert(QStringLiteral("sign"),
+                      std::signbit(shown->weight) ? QStringLiteral("-") : QStringLiteral("+"));
+    }
+    return object;
+}
+
+ReadingReport ReadingReport::fromJson(const QJsonObject &object)
+{
+    ReadingReport report{.state = stateNamed(object.value(QLatin1String("state")).toString()),
+                         .words = object.value(QLatin1String("text")).toString(),
+                         .shown = std::nullopt,
+                         .grams = std::nullopt,
+                         .model = object.value(QLatin1String("model")).toString()};
+    const QJsonValue weight = object.value(QLatin1String("weight"));
+    if (weight.isDouble())
+        report.shown = {weight.toDouble(), object.value(QLatin1String("unit")).toString()};
+    const QJsonValue grams = object.value(QLatin1String("grams"));
+    if (grams.isDouble())
+        report.grams = grams.toDouble();
+    return report;
+}
+
+ReadingReport ReadingReport::of(ReportState state)
+{
+    ReadingReport report;
+    report.state = state;
+    report.words = factsOf(state).words;
+    return report;
+}
+
+bool ReadingReport::hasReading() const
+{
+    return exitStatus() == 0;
+}
+
+int ReadingReport::exitStatus() const
+{
+    return factsOf(state).exitStatus;
+}

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <optional>
+
+/// How it stands with the scale.
+enum class ReportState {
+    Weight,
+    Hold, ///< a weight, of the moment when it was held
+    NoScale,
+    Overload,
+    UnderLoad,
+    Off,
+    NotOpened,
+    NoAnswer,
+    NoPermission,
+    Waiting, ///< connected, and nothing certain has come yet
+};
+
+/// A weight as the panel shows it.
+struct ShownWeight
+{
+    double weight = 0; ///< pounds where pounds and ounces are shown
+    QString unit;      ///< "g", "kg", "oz", "lb" or "lb oz"
+
+    bool operator==(const ShownWeight &) const = default;
+};
+
+/// What the panel's words say in numbers; nothing where they tell no weight.
+std::optional<ShownWeight> shownWeight(const QString &readingWords);
+
+/// One reading as it leaves the program for scripts.
+struct ReadingReport
+{
+    ReportState state = ReportState::Waiting;
+    QString words; ///< the panel read out, or why there is no reading
+    std::optional<ShownWeight> shown;
+    std::optional<double> grams; ///< a binary scale's are rounded to 100
+    QString model;
+
+    QJsonObject toJson() const;
+    static ReadingReport fromJson(const QJsonObject &object);
+    /// Without a reading.
+    static ReadingReport of(ReportState state);
+
+    bool hasReading() const;
+    /// 0 reading, 1 no scale, 2 not readable, 3 no permission.
+    int exitStatus() const;
+
+    bool operator==(const ReadingReport &) const = default;
+};

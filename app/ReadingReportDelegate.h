@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/PostalScaleAppDelegate.h"
+#include "app/ReadingReport.h"
+
+/// The delegate, that also keeps in mind what became of the latest readings: a panel alone does
+/// not tell whether what it shows is still so.
+class ReadingReportDelegate : public PostalScaleAppDelegate
+{
+    Q_OBJECT
+
+public:
+    ReadingReportDelegate(const BundleInformation &bundleInformation, Settings &userSettings);
+
+    /// Waiting until the panel has been read out, shortly after each reading.
+    ReadingReport readingReport() const;
+
+    void setStatusString(bool connected) override;
+    void Draw5Digit(qint64 nValue) override;
+    void Draw5DigitOverload() override;
+    void clearAll() override;
+
+private:
+    /// What a reading has drawn. Under load the scale has the panel stay as it was.
+    enum class Drawn { Nothing, Weight, Blank, Overload };
+
+    void awaitAnnouncement();
+    ReportState state() const;
+    ReportState stateOfReadings() const;
+
+    Drawn latest = Drawn::Nothing;
+    Drawn beforeLatest = Drawn::Nothing;
+    int readings = 0; ///< since the scale was attached
+    int typeBeforeLatest = 0;
+    QTimer turn;
+    int turnsToAnnouncement = 0;
+};

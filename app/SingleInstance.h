@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QJsonObject>
+#include <QLocalServer>
+#include <QLockFile>
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <optional>
+
+/// Sees to it that one process of a user has the scale: two that poll it get each other's answers.
+/// A later one has the first do what it was started for, over a socket that only the user can open.
+class SingleInstance : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param folder the user's own, and gone with the session
+    explicit SingleInstance(const QString &folder, QObject *parent = nullptr);
+
+    static QString defaultFolder();
+
+    struct Claim
+    {
+        enum class Outcome {
+            Ours,       ///< this process is the first, until it ends
+            Answered,   ///< the first one did what was asked
+            Unanswered, ///< there is a first one, but it is busy or hangs
+        };
+        Outcome outcome = Outcome::Ours;
+        QJsonObject answer; ///< of the first
+    };
+    /// Waits for an answer, and for a first one that has no window to end; seconds at worst.
+    Claim claim(const QJsonObject &request);
+    /// Of the first; 0 if there is none.
+    qint64 ownerProcess() const;
+
+    using Handler = std::function<QJsonObject(const QJsonObject &request)>;
+    /// Answers later ones from now on. To be called by the first.
+    void serve(Handler requestHandler);
+
+private:
+    std::optional<Claim> ask(const QJsonObject &request) const;
+    void greet();
+
+    QString socketPath;
+    QLockFile lock;
+    QLocalServer server;
+    Handler handler;
+};

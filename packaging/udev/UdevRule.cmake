@@ -1,0 +1,21 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+
+# Makes the rule for the identity that the program itself looks for. POSTALSCALE_UDEV_RULE is the
+# file; its number in front says when udev reads it, so it keeps its name. scaleVendorId and
+# scaleProductId are left for other files that need them, each four lower-case digits.
+include_guard(DIRECTORY)
+
+set(identity_header ${PROJECT_SOURCE_DIR}/scale/ScaleIdentity.h)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${identity_header})
+file(READ ${identity_header} identity)
+foreach(name scaleVendorId scaleProductId)
+  if(NOT identity MATCHES "${name} = 0x([0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f][0-9A-Fa-f]);")
+    message(FATAL_ERROR "${identity_header} does not give ${name} as four hexadecimal digits")
+  endif()
+  # As the kernel writes it.
+  string(TOLOWER ${CMAKE_MATCH_1} ${name})
+endforeach()
+
+set(POSTALSCALE_UDEV_RULE ${PROJECT_BINARY_DIR}/packaging/udev/60-postal-scale.rules)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/60-postal-scale.rules.in ${POSTALSCALE_UDEV_RULE} @ONLY)

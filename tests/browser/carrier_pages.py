@@ -1,0 +1,139 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""Pages with the carriers' field names, written for these tests."""
+
+import html
+
+ROWS = ("02", "05", "08", "11", "14")
+ROWS_OF_TWO_BOXES = ("02", "05", "08")
+
+USPS_POUND_BOXES = (
+    "ctl00$ContentPlaceHolder1$TextBoxPounds",
+    "shippingWeightInPounds",
+    "ctl00$maincontent$txtPounds",
+)
+USPS_OUNCE_BOXES = (
+    "ctl00$ContentPlaceHolder1$TextBoxOunces",
+    "shippingWeightInOunces",
+    "ctl00$maincontent$txtOunces",
+)
+USPS_LABEL_BOXES = ("cnsCartList[0].labelPkg.pounds", "cnsCartList[0].labelPkg.ounces")
+
+# Whole pounds only; the other fields of the page get the exported weight.
+UPS_POUND_FIELDS = (
+    "formbean.shipping.weight",
+    "formbean.packageBean.weight",
+    "shipmentWeight",
+    "packageBean.weight",
+)
+UPS_EXPORT_FIELDS = (
+    "weight", "shipmentBean.weight", "estimateShipmentWeight",
+    *(f"weight{number}" for number in range(1, 11)),
+    "TotalWeight00", "shipmentBean.dimWeight",
+    *(f"weights{number}" for number in range(1, 6)),
+    "approxWeight", "totalWeight",
+)
+
+FEDEX_POUNDS_FIELD = "psdData.mpsRowDataList[0].weight"
+FEDEX_EXPORT_FIELDS = (
+    "perPackageWeight",
+    *(f"aryShipmentWeight[{number}]" for number in range(6)),
+    *(f"arrayWeight[{number}]" for number in range(5)),
+)
+
+
+def row_box(row):
+    return f"ctl00$ContentPlaceHolder1$ctl{row}$TextBoxWeight"
+
+
+def second_row_box(row):
+    return row_box(row) + "_2"
+
+
+def _document(title, body):
+    return (f'<!doctype html><html lang="en"><head><meta charset="utf-8">'
+            f"<title>{html.escape(title)}</title></head><body><form>{body}</form></body></html>")
+
+
+def _box(name, value=""):
+    return (f'<label>{html.escape(name)} <input name="{html.escape(name)}" '
+            f'value="{html.escape(value)}"></label><br>')
+
+
+def _unit_buttons(row, chosen):
+    start = f"ctl00_ContentPlaceHolder1_ctl{row}"
+    return "".join(
+        f'<label><input type="radio" name="unit{row}" id="{start}_ctl0{number}"'
+        f'{" checked" if chosen == unit else ""}>{unit}</label>'
+        for number, unit in ((1, "ounces"), (2, "pounds")))
+
+
+def _usps_boxes(_):
+    return "".join(map(_box, USPS_POUND_BOXES + USPS_OUNCE_BOXES))
+
+
+def _usps_rows(query):
+    """Query: `without`, `filled`, `ounces`, `pounds`, each a list of rows; `single` for rows that
+    lack their second box, `filled_2` for rows whose second box is filled."""
+    lists = {key: value[0].split(",") for key, value in query.items()}
+    body = ""
+    for row in ROWS:
+        if row in lists.get("without", ()):
+            continue
+        body += _box(row_box(row), "7" if row in lists.get("filled", ()) else "")
+        if row in ROWS_OF_TWO_BOXES and row not in lists.get("single", ()):
+            body += _box(second_row_box(row), "7" if row in lists.get("filled_2", ()) else "")
+        chosen = next((unit for unit in ("ounces", "pounds") if row in lists.get(unit, ())), None)
+        body += _unit_buttons(row, chosen) + "<br>"
+    return body
+
+
+def _usps_label(query):
+    checked = " checked" if "weigh" in query else ""
+    return (f'<input type="radio" name="flatRate" id="flatRateNo"{checked}>'
+            + "".join(map(_box, USPS_LABEL_BOXES)))
+
+
+def _ups(_):
+    return "".join(map(_box, UPS_POUND_FIELDS + UPS_EXPORT_FIELDS))
+
+
+def _fedex(_):
+    return "".join(map(_box, (FEDEX_POUNDS_FIELD,) + FEDEX_EXPORT_FIELDS))
+
+
+def _twins(_):
+    return _box("weight") + _box("weight")
+
+
+def _shapes(_):
+    return (_box("weight") + _box("empty") + _box("long", "7" * 100000)
+            + '<input type="file" name="file"><p name="paragraph" id="plain">Text</p>'
+              '<input type="checkbox" id="choice"><input type="checkbox" id="chosen" checked>'
+              '<output id="heard"></output><script>addEventListener("input", (event) => {'
+              'document.getElementById("heard").textContent = '
+              '`${event.target.name}=${event.target.value}`; });</script>')
+
+
+def _empty(_):
+    return "<p>Nothing to fill in.</p>"
+
+
+_BODIES = {
+    "/usps-boxes": _usps_boxes,
+    "/usps-rows": _usps_rows,
+    "/usps-label": _usps_label,
+    "/ups": _ups,
+    "/fedex": _fedex,
+    "/twins": _twins,
+    "/shapes": _shapes,
+    "/empty": _empty,
+}
+
+
+def page(path, query):
+    """The document, None if there is no such page. `title` in the query names its window."""
+    make_body = _BODIES.get(path)
+    if make_body is None:
+        return None
+    return _document(query.get("title", [path])[0], make_body(query))

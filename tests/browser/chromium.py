@@ -1,0 +1,161 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""Debian's Chromium, with the extension as it is built. Its automation only opens pages and reads
+them; it is spoken to over a pair of pipes, in JSON between zero bytes."""
+
+import fcntl
+import json
+import os
+import select
+import subprocess
+import time
+
+from session import end
+from waiting import PATIENCE, wait_until
+
+_INPUT, _OUTPUT = 3, 4  # where the browser expects its pipes
+
+
+class Chromium:
+    name = "chromium"
+
+    def __init__(self, session, site, build, home=None):
+        self._session = session
+        self._site = site
+        self._build = build
+        self.home = home or session.new_folder("chromium")
+        self.environment = session.environment | {
+            "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home / ".config")}
+        self._start()
+
+    def kill(self):
+        """All at once, as in a crash."""
+        self._process.kill()
+        self._process.wait()
+        self._close_pipes()
+
+    def close(self):
+        end(self._process)
+        self._close_pipes()
+
+    def restarted(self):
+        return Chromium(self._session, self._site, self._build, self.home)
+
+    def first_page(self):
+        return ChromiumPage(self, wait_until(self._page_targets, "a tab")[0])
+
+    def new_page(self, url, kind):
+        """@param kind "tab" or "window" """
+        answer = self.call("Target.createTarget", url=url, newWindow=kind == "window")
+        page = ChromiumPage(self, answer["targetId"])
+        page.wait_for_load(url)
+        return page
+
+    def options_page(self):
+        worker = wait_until(
+            lambda: [each for each in self._targets() if each["type"] == "service_worker"],
+            "the extension")[0]
+        return self.new_page(worker["url"].rsplit("/", 1)[0] + "/options.html", "tab")
+
+    def call(self, method, session=None, **parameters):
+        number = self.post(method, session, **parameters)
+        while True:
+            answer = self._receive()
+            if answer.get("id") != number:
+                continue
+            if "error" in answer:
+                raise RuntimeError(f"{method}: {answer['error']['message']}")
+            return answer["result"]
+
+    def post(self, method, session=None, **parameters):
+        self._last_call += 1
+        message = {"id": self._last_call, "method": method, "params": parameters}
+        if session:
+            message["sessionId"] = session
+        os.write(self._to_browser, json.dumps(message).encode("utf-8") + b"\0")
+        return self._last_call
+
+    def _start(self):
+        self._last_call = 0
+        self._received = b""
+        browser_input, self._to_browser = os.pipe()
+        self._from_browser, browser_output = os.pipe()
+        inner_input, inner_output = map(_moved_up, (browser_input, browser_output))
+        flags = [
+            "--remote-debugging-pipe", f"--load-extension={self._build / 'browser' / 'chromium'}",
+            f"--proxy-server=127.0.0.1:{self._site.port}", "--ignore-certificate-errors",
+            "--no-first-run", "--no-default-browser-check", "--disable-background-networking",
+            "--disable-component-update", "--password-store=basic", "--disable-gpu",
+            "--window-size=700,600",
+        ]
+        if os.geteuid() == 0:
+            flags.append("--no-sandbox")
+        # The shell in between exists to place the pipes; it becomes the browser.
+        redirections = f"{_INPUT}<&{inner_input} {_OUTPUT}>&{inner_output}"
+        self._process = self._session.spawn(
+            ["bash", "-c", f'exec "$@" {redirections}', "chromium", "chromium", *flags,
+             "about:blank"],
+            self.environment, pass_fds=[inner_input, inner_output],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(inner_input)
+        os.close(inner_output)
+        wait_until(self._page_targets, "a tab")
+
+    def _close_pipes(self):
+        os.close(self._to_browser)
+        os.close(self._from_browser)
+
+    def _targets(self):
+        return self.call("Target.getTargets", filter=[{}])["targetInfos"]
+
+    def _page_targets(self):
+        return [each["targetId"] for each in self._targets() if each["type"] == "page"]
+
+    def _receive(self):
+        deadline = time.monotonic() + PATIENCE
+        while b"\0" not in self._received:
+            ready, _, _ = select.select([self._from_browser], [], [],
+                                        max(0, deadline - time.monotonic()))
+            if not ready:
+                raise AssertionError("the browser does not answer")
+            data = os.read(self._from_browser, 65536)
+            if not data:
+                raise RuntimeError("the browser is gone")
+            self._received += data
+        message, self._received = self._received.split(b"\0", 1)
+        return json.loads(message)
+
+
+def _moved_up(descriptor):
+    """Out of the way of the two numbers that the browser expects."""
+    moved = fcntl.fcntl(descriptor, fcntl.F_DUPFD, 10)
+    os.close(descriptor)
+    return moved
+
+
+class ChromiumPage:
+    def __init__(self, browser, target):
+        self._browser = browser
+        self._target = target
+        self._session = browser.call("Target.attachToTarget", targetId=target,
+                                     flatten=True)["sessionId"]
+
+    def go(self, url):
+        self._browser.call("Page.navigate", self._session, url=url)
+        self.wait_for_load(url)
+
+    def wait_for_load(self, url):
+        wait_until(lambda: self.evaluate("document.readyState === 'complete' && location.href")
+                   == url, lambda: f"{url} loaded; {self.evaluate('location.href')} is there")
+
+    def evaluate(self, script):
+        answer = self._browser.call("Runtime.evaluate", self._session, expression=script,
+                                    returnByValue=True)
+        return answer["result"].get("value")
+
+    def start(self, script):
+        """Does not wait for its end."""
+        self._browser.post("Runtime.evaluate", self._session, expression=script)
+
+    def close(self):
+        self._browser.call("Target.closeTarget", targetId=self._target)

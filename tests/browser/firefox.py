@@ -1,0 +1,165 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""Debian's Firefox, with the extension as it is built. Its automation (Marionette: JSON after its
+length, over TCP) only opens pages and reads them."""
+
+import json
+import socket
+import subprocess
+
+from session import end
+from waiting import PATIENCE, wait_until
+
+_EXTENSION = "browser-link@postal-scale"
+
+
+class Firefox:
+    name = "firefox"
+
+    def __init__(self, session, site, build, home=None):
+        self._session = session
+        self._site = site
+        self._build = build
+        self.home = home or session.new_folder("firefox")
+        self.environment = session.environment | {
+            "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home / ".config")}
+        self._start()
+
+    def kill(self):
+        """All at once, as in a crash."""
+        self._process.kill()
+        self._process.wait()
+        self._connection.close()
+
+    def close(self):
+        self._connection.close()
+        end(self._process)
+
+    def restarted(self):
+        return Firefox(self._session, self._site, self._build, self.home)
+
+    def first_page(self):
+        return FirefoxPage(self, self.call("WebDriver:GetWindowHandle")["value"])
+
+    def new_page(self, url, kind):
+        """@param kind "tab" or "window" """
+        handle = self.call("WebDriver:NewWindow", type=kind, focus=True)["handle"]
+        page = FirefoxPage(self, handle)
+        page.go(url)
+        return page
+
+    def options_page(self):
+        self.call("Marionette:SetContext", value="chrome")
+        host = self.call("WebDriver:ExecuteScript", args=[], script=f"""
+            return WebExtensionPolicy.getByID("{_EXTENSION}").mozExtensionHostname""")["value"]
+        self.call("Marionette:SetContext", value="content")
+        return self.new_page(f"moz-extension://{host}/options.html", "tab")
+
+    def alert_is_open(self):
+        try:
+            self.call("WebDriver:GetAlertText")
+        except RuntimeError:
+            return False
+        return True
+
+    def call(self, command, **parameters):
+        expected = self.post(command, **parameters)
+        while True:
+            _, number, error, result = self._receive()
+            if number != expected:
+                continue
+            if error:
+                raise RuntimeError(f"{command}: {error['error']}: {error['message']}")
+            return result
+
+    def post(self, command, **parameters):
+        self._last_call += 1
+        self._send([0, self._last_call, command, parameters])
+        return self._last_call
+
+    def _start(self):
+        self._last_call = 0
+        self._received = b""
+        profile = self.home / "profile"
+        profile.mkdir(exist_ok=True)
+        preferences = {
+            "marionette.port": 0,
+            "network.proxy.type": 1,
+            "network.proxy.ssl": "127.0.0.1",
+            "network.proxy.ssl_port": self._site.port,
+            # Automation would otherwise change the profile into one that no user has.
+            "remote.prefs.recommended": False,
+            "browser.aboutwelcome.enabled": False,
+            "datareporting.policy.dataSubmissionPolicyBypassNotification": True,
+            "browser.sessionstore.resume_from_crash": False,
+            "toolkit.startup.max_resumed_crashes": -1,
+        }
+        (profile / "user.js").write_text("".join(
+            f"user_pref({json.dumps(name)}, {json.dumps(value)});\n"
+            for name, value in preferences.items()), encoding="ascii")
+        port_file = profile / "MarionetteActivePort"
+        port_file.unlink(missing_ok=True)
+        self._process = self._session.spawn(
+            ["firefox-esr", "--marionette", "--remote-allow-system-access", "--profile", profile,
+             "--window-size", "700,600", "about:blank"],
+            self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        port = int(wait_until(lambda: port_file.exists() and port_file.read_text(),
+                              "Firefox's port", 3 * PATIENCE))
+        self._connection = socket.create_connection(("127.0.0.1", port))
+        self._connection.settimeout(3 * PATIENCE)
+        self._receive()
+        self.call("WebDriver:NewSession", acceptInsecureCerts=True,
+                  unhandledPromptBehavior="ignore")
+        self.call("Addon:Install", path=str(self._build / "browser" / "firefox"), temporary=True)
+
+    def _send(self, message):
+        content = json.dumps(message).encode("utf-8")
+        self._connection.sendall(str(len(content)).encode("ascii") + b":" + content)
+
+    def _receive(self):
+        while b":" not in self._received:
+            self._read_more()
+        length, self._received = self._received.split(b":", 1)
+        while len(self._received) < int(length):
+            self._read_more()
+        content = self._received[: int(length)]
+        self._received = self._received[int(length) :]
+        return json.loads(content)
+
+    def _read_more(self):
+        data = self._connection.recv(65536)
+        if not data:
+            raise RuntimeError("the browser is gone")
+        self._received += data
+
+
+class FirefoxPage:
+    def __init__(self, browser, handle):
+        self._browser = browser
+        self._handle = handle
+
+    def go(self, url):
+        self._select()
+        self._browser.call("WebDriver:Navigate", url=url)
+
+    def wait_for_load(self, url):
+        wait_until(lambda: self.evaluate("document.readyState === 'complete' && location.href")
+                   == url, f"{url} loaded")
+
+    def evaluate(self, script):
+        self._select()
+        return self._browser.call("WebDriver:ExecuteScript", script=f"return {script}",
+                                  args=[])["value"]
+
+    def start(self, script):
+        """Does not wait for its end."""
+        self._select()
+        self._browser.post("WebDriver:ExecuteScript", script=script, args=[])
+
+    def close(self):
+        self._select()
+        self._browser.call("WebDriver:CloseWindow")
+
+    def _select(self):
+        """For the automation; what the user looks at stays as it is."""
+        self._browser.call("WebDriver:SwitchToWindow", handle=self._handle, focus=False)

@@ -1,0 +1,63 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""How long a reading holds the program's one thread."""
+
+import statistics
+import subprocess
+
+import harness
+from browser_harness import BrowserTest, main
+from session import end
+
+READINGS = 200
+INTERVAL = 40  # ms; what one reading costs does not depend on it
+
+# The program's own limit, and what a busy machine may add before the program runs again.
+DEADLINE = 150
+LATENESS = 100
+
+ADDRESSES = {
+    "USPS": "https://www.usps.com/usps-rows?ounces=02&pounds=05",
+    "UPS": "https://www.ups.com/ups",
+    "FedEx": "https://www.fedex.com/fedex",
+}
+
+
+class HoldingTest(BrowserTest):
+    def test_filling(self):
+        for carrier, address in ADDRESSES.items():
+            with self.subTest(carrier):
+                self.page.go(address)
+                times = self.finish(self.start_timer(carrier, READINGS))
+                middle = statistics.median(times)
+                high = statistics.quantiles(times, n=100)[98]
+                print(f"{self.browser.name} {carrier}: median {middle:.1f} ms, "
+                      f"99th percentile {high:.1f} ms, longest {max(times):.1f} ms")
+                self.assertEqual(len(times), READINGS)
+                self.assertLess(max(times), DEADLINE + LATENESS)
+
+    def test_busy_page(self):
+        self.page.go(ADDRESSES["USPS"])
+        timer = self.start_timer("USPS", 25)
+        self.page.start("const end = Date.now() + 3000; while (Date.now() < end) {}")
+        times = self.finish(timer)
+        self.assertLess(max(times), DEADLINE + LATENESS)
+        # Once it is known to be busy, it is left alone.
+        self.assertLessEqual(len([each for each in times if each > DEADLINE / 2]), 3)
+
+    def start_timer(self, carrier, readings):
+        timer = self.session.spawn(
+            [harness.binaries() / "browser-fill-timer", carrier, str(readings), str(INTERVAL)],
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(end, timer)
+        self.assertEqual(timer.stdout.readline(), "ready\n")
+        return timer
+
+    @staticmethod
+    def finish(timer):
+        output, _ = timer.communicate("\n")
+        return [float(line) for line in output.split()]
+
+
+if __name__ == "__main__":
+    main()

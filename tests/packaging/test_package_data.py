@@ -1,0 +1,156 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What is installed beside the program, as it is installed.
+
+POSTAL_SCALE_BUILD names the build folder.
+"""
+
+import configparser
+import json
+import os
+import pathlib
+import re
+import subprocess
+import tempfile
+import unittest
+import xml.etree.ElementTree
+
+SOURCES = pathlib.Path(__file__).parents[2]
+BUILD = pathlib.Path(os.environ["POSTAL_SCALE_BUILD"])
+
+ICON_NAMESPACE = "{http://www.w3.org/2000/svg}"
+
+# What the shell does when the tab key is pressed at the end of a line.
+COMPLETE = """
+source "$1"
+compopt() { :; }
+COMP_WORDS=($2)
+COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+_postal_scale
+printf '%s\\n' "${COMPREPLY[@]}"
+"""
+
+
+def output_of(*arguments, **options):
+    """Of a checker: everything it says, on whichever stream."""
+    return subprocess.run(arguments, check=True, text=True, stdout=subprocess.PIPE,
+                          stderr=subprocess.STDOUT, **options).stdout
+
+
+def definition(file, pattern):
+    return re.search(pattern, (SOURCES / file).read_text(encoding="utf-8")).group(1)
+
+
+class PackageDataTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        folder = tempfile.TemporaryDirectory(prefix="postal-scale-installed-")
+        cls.addClassCleanup(folder.cleanup)
+        output_of("cmake", "--install", BUILD, env=os.environ | {"DESTDIR": folder.name})
+        cls.files = [path for path in pathlib.Path(folder.name).rglob("*") if path.is_file()]
+        cls.application_id = definition("CMakeLists.txt", r"POSTALSCALE_APPLICATION_ID (\S+)\)")
+
+    def installed(self, end):
+        """The one file whose path ends so."""
+        found = [path for path in self.files if str(path).endswith("/" + end)]
+        self.assertEqual(len(found), 1, f"files {end}: {found}")
+        return found[0]
+
+    def test_the_desktop_entry_is_valid(self):
+        entry = self.installed(f"applications/{self.application_id}.desktop")
+        self.assertEqual(output_of("desktop-file-validate", entry), "")
+
+    def test_the_metainfo_is_valid(self):
+        metainfo = self.installed(f"metainfo/{self.application_id}.metainfo.xml")
+        said = output_of("appstreamcli", "validate", "--pedantic", "--no-net", "--no-color",
+                         metainfo)
+        self.assertRegex(said, r"^\S+ Validation was successful\.\n$")
+
+    def test_the_manual_page_has_no_warnings(self):
+        page = self.installed("man1/postal-scale.1")
+        self.assertEqual(output_of("man", "--warnings", "--local-file", "-EUTF-8", "-Tutf8", "-Z",
+                                   page, env=os.environ | {"LC_ALL": "C.UTF-8"})
+                         .count("warning"), 0)
+
+    def test_the_manual_page_has_every_option_of_the_help(self):
+        page = self.installed("man1/postal-scale.1").read_text(encoding="utf-8")
+        program_help = output_of(self.installed("bin/postal-scale"), "--help")
+        options = re.findall(r"--[a-z]+", program_help)
+        self.assertIn("--print", options)
+        for option in options:
+            self.assertIn(option.replace("-", r"\-"), page)
+
+    def test_one_name_for_the_program_everywhere(self):
+        entry = configparser.ConfigParser(interpolation=None, delimiters="=")
+        entry.optionxform = str
+        entry.read(self.installed(f"{self.application_id}.desktop"), encoding="utf-8")
+        self.assertEqual(entry["Desktop Entry"]["Icon"], self.application_id)
+        metainfo = xml.etree.ElementTree.parse(
+            self.installed(f"{self.application_id}.metainfo.xml"))
+        self.assertEqual(metainfo.findtext("id"), self.application_id)
+        self.assertEqual(metainfo.findtext("launchable"), f"{self.application_id}.desktop")
+
+    def test_the_icons_are_drawings(self):
+        for name, size in (("scalable/apps/{}.svg", "128"),
+                           ("symbolic/apps/{}-symbolic.svg", "16")):
+            root = xml.etree.ElementTree.parse(
+                self.installed(name.format(self.application_id))).getroot()
+            self.assertEqual(root.tag, ICON_NAMESPACE + "svg")
+            self.assertEqual((root.get("width"), root.get("height")), (size, size))
+
+    def test_software_centres_learn_which_device_it_is_for(self):
+        vendor = definition("scale/ScaleIdentity.h", "scaleVendorId = 0x([0-9A-F]{4})")
+        product = definition("scale/ScaleIdentity.h", "scaleProductId = 0x([0-9A-F]{4})")
+        metainfo = xml.etree.ElementTree.parse(
+            self.installed(f"{self.application_id}.metainfo.xml"))
+        self.assertEqual(metainfo.findtext("provides/modalias"), f"usb:v{vendor}p{product}d*")
+
+    def test_the_udev_rule_gives_the_user_in_front_access(self):
+        rule = self.installed("udev/rules.d/60-postal-scale.rules").read_text(encoding="utf-8")
+        self.assertIn('TAG+="uaccess"', rule)
+
+    def test_the_information_file_is_where_an_administrator_looks(self):
+        information = json.loads(self.installed("xdg/postal-scale/Info.json").read_text())
+        self.assertEqual(len(information["KayForUSPS"]), 9)
+
+    def test_the_browsers_find_the_host(self):
+        host = self.installed("postal-scale/postal-scale-browser-host")
+        for browser in ("chromium", "mozilla"):
+            manifest = json.loads(self.installed(
+                f"{browser}/native-messaging-hosts/org.postalscale.browser.json").read_text())
+            self.assertTrue(str(host).endswith(manifest["path"]), manifest["path"])
+            self.assertTrue(os.access(host, os.X_OK))
+
+    def test_the_browsers_find_the_extension(self):
+        chromium = self.installed("chromium/extensions/postal-scale/manifest.json")
+        worker = json.loads(chromium.read_text())["background"]["service_worker"]
+        self.assertTrue((chromium.parent / worker).is_file())
+        name = json.loads(self.installed(
+            "mozilla/native-messaging-hosts/org.postalscale.browser.json").read_text())
+        (extension,) = name["allowed_extensions"]
+        self.installed(f"{extension}/manifest.json")
+
+    def test_the_versions_agree(self):
+        version = definition("CMakeLists.txt", r"project\(postal-scale VERSION (\S+)")
+        self.assertEqual(definition("packaging/debian/changelog", r"\((\S+)\)"), version)
+        metainfo = xml.etree.ElementTree.parse(
+            self.installed(f"{self.application_id}.metainfo.xml"))
+        self.assertEqual(metainfo.find("releases/release").get("version"), version)
+
+    def test_the_shell_completes(self):
+        for line, expected in (
+            ("postal-scale --", ["--info", "--print", "--doctor", "--help", "--version"]),
+            ("postal-scale --d", ["--doctor"]),
+            ("postal-scale --print --", ["--json", "--info"]),
+            ("postal-scale --info CMakeL", ["CMakeLists.txt"]),
+        ):
+            with self.subTest(line=line):
+                self.assertEqual(self.completions(line), expected)
+
+    def completions(self, line):
+        file = self.installed("bash-completion/completions/postal-scale")
+        return output_of("bash", "-uc", COMPLETE, "bash", file, line, cwd=SOURCES).split()
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,105 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""Starting the program again while it runs."""
+
+import re
+import subprocess
+
+import harness
+from command_line import CommandLineTest
+from waiting import wait_until
+
+# Four ticks; twice the polls would come from two programs.
+_TICKS = 4
+
+
+class SecondStartTest(CommandLineTest):
+    def test_it_brings_the_window_to_the_front(self):
+        program = self.start("--weight", "1234")
+        other = self.cover(program)
+        self.assert_stacked(below=program.window.id, above=other)
+        result = self.start_again()
+        self.assertEqual((result.status, result.output), (0, ""))
+        self.assert_stacked(below=other, above=program.window.id)
+        wait_until(lambda: self.active_window() == int(program.window.id, 16), "it active")
+
+    def test_it_brings_a_minimised_window_back(self):
+        program = self.start("--weight", "1234")
+        self.session.output_of("xdotool", "windowminimize", program.window.id)
+        wait_until(lambda: self.is_minimised(program), "the window minimised")
+        self.assertEqual(self.start_again().status, 0)
+        wait_until(lambda: not self.is_minimised(program), "the window back")
+        wait_until(lambda: self.active_window() == int(program.window.id, 16), "it active")
+
+    def test_it_does_not_poll_the_scale_too(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        self.assertEqual(self.start_again().status, 0)
+        program.scale.tell("clear-reports")
+        program.wait_for_polls(_TICKS)
+        self.assertIn(len(program.scale.polls()), (_TICKS, _TICKS + 1))
+        self.assertEqual(program.scale.tell("opens"), "1")
+        self.assertEqual(len(self.session.managed_windows()["postal-scale"]), 1)
+
+    def test_the_desktop_is_told_that_the_start_is_over(self):
+        self.start("--weight", "1234")
+        watcher = self.session.spawn(["xev", "-root", "-event", "property"],
+                                     stdout=subprocess.PIPE, text=True)
+        self.addCleanup(watcher.stdout.close)
+        self.addCleanup(harness.end, watcher)
+        events = harness.LogLines(watcher.stdout)
+        # It is at work once it sees a change of the root window.
+        wait_until(lambda: self.touch_root() or events.since(0, "SEEN_BY_WATCHER"),
+                   "the watcher at work")
+        self.start_again(DESKTOP_STARTUP_ID="launcher-1_TIME123456")
+        events.wait_for("_NET_STARTUP_INFO_BEGIN")
+
+    def test_after_a_crash_it_starts_afresh(self):
+        crashed = harness.Program(self.session, arguments=["--weight", "1234"])
+        crashed.scale.tell("raise-child KILL")
+        self.assertNotEqual(crashed.wait_for_end(), 0)
+        program = self.start("--weight", "567")
+        program.wait_for_reading("567 grams")
+
+    def start_again(self, **changes):
+        """As from the session's menu."""
+        return self.run_program(DISPLAY=self.session.environment["DISPLAY"],
+                                QT_QPA_PLATFORM="xcb", **changes)
+
+    def cover(self, program):
+        viewer = self.session.spawn(["display", "-size", "1000x900", "xc:red"],
+                                    stderr=subprocess.DEVNULL)
+        self.addCleanup(harness.end, viewer)
+        (other,) = wait_until(self.other_windows, "the other window")
+        self.session.output_of("wmctrl", "-i", "-a", other)
+        wait_until(lambda: self.active_window() == int(other, 16), "the other window active")
+        return other
+
+    def other_windows(self):
+        windows = self.session.managed_windows()
+        windows.pop("postal-scale")
+        return next(iter(windows.values()), None)
+
+    def touch_root(self):
+        self.session.output_of("xprop", "-root", "-f", "SEEN_BY_WATCHER", "8s",
+                               "-set", "SEEN_BY_WATCHER", "yes")
+
+    def is_minimised(self, program):
+        return "Iconic" in self.session.output_of("xprop", "-id", program.window.id, "WM_STATE")
+
+    def active_window(self):
+        (window,) = self.windows_of_root("_NET_ACTIVE_WINDOW")
+        return window
+
+    def assert_stacked(self, below, above):
+        order = [int(below, 16), int(above, 16)]
+        wait_until(lambda: self.windows_of_root("_NET_CLIENT_LIST_STACKING") == order,
+                   lambda: f"{above} above {below}")
+
+    def windows_of_root(self, name):
+        text = self.session.output_of("xprop", "-root", name)
+        return [int(number, 16) for number in re.findall("0x[0-9a-f]+", text)]
+
+
+if __name__ == "__main__":
+    harness.main()

@@ -1,0 +1,44 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What the scenarios act on: the bus, udev, the user at the machine, the program."""
+
+from bus import Bus
+from program import Program
+from system import SEAT_USER, Udev, hidraw_nodes, seat_user, wait_until
+
+
+class Guest:
+    def __init__(self):
+        seat_user()
+        self.udev = Udev()
+        self.bus = Bus("/usr/bin/postal-scale-gadget")
+        self.programs = []
+        self.notes = []
+
+    def start_program(self):
+        program = Program("/usr/bin/postal-scale", SEAT_USER)
+        self.programs.append(program)
+        return program
+
+    def note(self, text):
+        self.notes.append(text)
+
+    def check_nothing_left(self):
+        """Whatever the scenario did: nothing stays behind once everything is unplugged."""
+        self.bus.unplug_all()
+        wait_until(lambda: not hidraw_nodes(), "every node to be gone")
+        for program in self.programs:
+            program.check_alive()
+            wait_until(lambda: not program.open_nodes(), "every handle to be closed")
+
+    def clear_away(self):
+        """For the next scenario. The notes of this one and what its programs wrote."""
+        self.bus.reset()
+        self.udev.restore()
+        for program in self.programs:
+            program.stop()
+        notes = self.notes
+        log = [line for program in self.programs for line in program.lines]
+        self.programs = []
+        self.notes = []
+        return notes, log

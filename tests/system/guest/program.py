@@ -1,0 +1,111 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""The program under test, watched from outside: its log and what the kernel knows of it."""
+
+import os
+import pathlib
+import re
+import subprocess
+import tempfile
+import threading
+import time
+
+from system import PATIENCE, wait_until
+
+SYSTEM_CALL_READ = "0"
+
+
+class Program:
+    def __init__(self, path, user):
+        home = tempfile.mkdtemp()
+        os.chown(home, user, user)
+        environment = {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8",
+                       "PATH": "/usr/bin:/bin", "QT_QPA_PLATFORM": "offscreen"}
+        self.process = subprocess.Popen([path], user=user, group=user, extra_groups=[],
+                                        env=environment, stderr=subprocess.PIPE, text=True)
+        self.lines = []
+        self.seen = 0  # lines that expect() has passed
+        self.ended = False
+        self.news = threading.Condition()
+        threading.Thread(target=self.collect, daemon=True).start()
+        self.expect("Select .*")
+
+    def collect(self):
+        for line in self.process.stderr:
+            with self.news:
+                self.lines.append(line.rstrip())
+                self.news.notify_all()
+        with self.news:
+            self.ended = True
+            self.news.notify_all()
+
+    def expect(self, pattern):
+        """The match of the next line that is as a whole as @p pattern, later than the one before."""
+        expression = re.compile(r"postalscale(?:\.io)?: " + pattern)
+        with self.news:
+            match = self.news.wait_for(lambda: self.find(expression) or self.ended, PATIENCE)
+        if not isinstance(match, re.Match):
+            reason = "the program has ended" if self.ended else "it did not come"
+            raise AssertionError(f"expected the line {pattern!r}: {reason}")
+        return match
+
+    def find(self, expression):
+        while self.seen < len(self.lines):
+            self.seen += 1
+            match = expression.fullmatch(self.lines[self.seen - 1])
+            if match:
+                return match
+        return None
+
+    def count(self, text):
+        """How often that line has been written so far."""
+        with self.news:
+            return sum(line.partition(": ")[2] == text for line in self.lines)
+
+    def lines_during(self, seconds):
+        """What is written in a time that starts now."""
+        with self.news:
+            start = len(self.lines)
+        time.sleep(seconds)
+        with self.news:
+            self.seen = len(self.lines)
+            return [line.partition(": ")[2] for line in self.lines[start:]]
+
+    @property
+    def identifier(self):
+        return self.process.pid
+
+    def check_alive(self):
+        status = self.process.poll()
+        assert status is None, f"the program ended with status {status}"
+
+    def stop(self):
+        self.process.terminate()
+        self.process.wait()
+
+    def descriptors(self):
+        targets = []
+        for link in pathlib.Path(f"/proc/{self.identifier}/fd").iterdir():
+            targets.append(os.readlink(link))
+        return targets
+
+    def open_nodes(self):
+        return sorted(name for name in self.descriptors() if name.startswith("/dev/hidraw"))
+
+    def threads(self):
+        return len(os.listdir(f"/proc/{self.identifier}/task"))
+
+    def status(self, field):
+        text = pathlib.Path(f"/proc/{self.identifier}/status").read_text()
+        return re.search(rf"^{field}:\s*(\d+)", text, re.MULTILINE).group(1)
+
+    def reads_from_scale(self):
+        """Whether its main thread waits in a read of a hidraw node at this moment."""
+        call = pathlib.Path(f"/proc/{self.identifier}/syscall").read_text().split()
+        if call[0] != SYSTEM_CALL_READ:
+            return False
+        target = os.readlink(f"/proc/{self.identifier}/fd/{int(call[1], 16)}")
+        return target.startswith("/dev/hidraw")
+
+    def wait_until_it_reads(self):
+        wait_until(self.reads_from_scale, "a read to wait")

@@ -1,0 +1,95 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""The guest's kernel, udev and users."""
+
+import os
+import pathlib
+import struct
+import subprocess
+import time
+
+SEAT_USER = 1000
+OTHER_USER = 1001
+
+# Seconds of the guest's time, which runs by what the guest does: what has not come by then never
+# comes, however busy the host is.
+PATIENCE = 30
+
+PACKAGED_RULES = pathlib.Path("/usr/lib/udev/rules.d")
+LOCAL_RULES = pathlib.Path("/etc/udev/rules.d")
+RULE = "60-postal-scale.rules"
+UDEVADM = "/usr/lib/udev/udevadm"
+
+ACL_VERSION = 2
+ACL_NAMED_USER = 2
+
+
+def wait_until(condition, what):
+    end = time.monotonic() + PATIENCE
+    while not condition():
+        if time.monotonic() > end:
+            raise AssertionError(f"waited in vain for {what}")
+        time.sleep(0.01)
+
+
+def hidraw_nodes():
+    return sorted(str(node) for node in pathlib.Path("/dev").glob("hidraw*"))
+
+
+def user_rights(node):
+    """By user, of those whom an access control list names: 6 is to read and to write."""
+    acl = os.getxattr(node, "system.posix_acl_access")
+    [version] = struct.unpack_from("<I", acl)
+    assert version == ACL_VERSION
+    entries = struct.iter_unpack("<HHI", acl[4:])
+    return {user: rights for tag, rights, user in entries if tag == ACL_NAMED_USER}
+
+
+def can_open(node, user):
+    attempt = subprocess.run(["sh", "-c", f": <> {node}"], user=user, group=user, extra_groups=[],
+                             stderr=subprocess.DEVNULL, check=False)
+    return attempt.returncode == 0
+
+
+def seat_user():
+    """What logind says while a user sits at the machine, as udev reads it."""
+    seats = pathlib.Path("/run/systemd/seats")
+    seats.mkdir(parents=True)
+    (seats / "seat0").write_text(f"IS_SEAT0=1\nACTIVE=1\nACTIVE_UID={SEAT_USER}\n")
+
+
+class Udev:
+    """udevd with the rules of its own package and the scale's."""
+
+    def __init__(self):
+        self.rule = (PACKAGED_RULES / RULE).read_text()
+        # The daemon and its control program are one file, told apart by their name.
+        subprocess.run(["systemd-udevd", "--daemon"], executable=UDEVADM, check=True)
+
+    def rule_line(self):
+        [line] = [line for line in self.rule.splitlines()
+                  if line and not line.startswith("#")]
+        return line
+
+    def remove_rule(self):
+        (PACKAGED_RULES / RULE).unlink()
+        self.reload()
+
+    def add_local_rule(self, line):
+        (LOCAL_RULES / RULE).write_text(line + "\n")
+        self.reload()
+
+    def restore(self):
+        (LOCAL_RULES / RULE).unlink(missing_ok=True)
+        (PACKAGED_RULES / RULE).write_text(self.rule)
+        self.reload()
+
+    @staticmethod
+    def reload():
+        subprocess.run([UDEVADM, "control", "--reload"], check=True)
+
+    @staticmethod
+    def apply_again():
+        """To the devices that are there."""
+        subprocess.run([UDEVADM, "trigger", "--action=change", "--subsystem-match=hidraw"],
+                       check=True)

@@ -1,0 +1,117 @@
+#!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""Fetches Debian's kernel and udev for the guest: guest_parts.py CACHE
+
+They are downloaded and unpacked once, and not installed. CACHE then holds vmlinux, the modules and
+udev's programs and rules.
+"""
+
+import lzma
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+
+# In the order in which they need each other, with their parameters: three ports, at the full speed
+# of a device as slow as a scale.
+MODULES = [
+    "usb-common", "usbcore", "udc-core", "dummy_hcd num=3 is_high_speed=0",
+    "configfs", "libcomposite", "usb_f_hid", "hid", "usbhid", "hid-generic",
+]
+# The hardware data base knows neither scales nor the emulated machine. The program that asks each
+# hidraw node whether it is a security key would take a fifth of the whole run.
+UNUSED_UDEV = ["hwdb.d", "60-fido-id.rules", "fido_id"]
+XZ_MAGIC = b"\xfd7zXZ\x00"
+
+
+class Packages:
+    """Debian's archive, by the machine's package lists, or by fresh ones if those are stale."""
+
+    def __init__(self, directory):
+        self.directory = directory
+        self.options = []
+
+    def run(self, *command):
+        return subprocess.run([command[0], *self.options, *command[1:]], cwd=self.directory,
+                              check=True, text=True, stdout=subprocess.PIPE).stdout
+
+    def refresh(self):
+        # Lists of our own, so that nobody needs to be root.
+        lists = self.directory / "lists"
+        (lists / "partial").mkdir(parents=True)
+        self.options = ["-o", f"Dir::State::Lists={lists}",
+                        "-o", f"Dir::Cache={self.directory / 'apt'}"]
+        self.run("apt-get", "update", "-q")
+
+    def download(self):
+        depends = self.run("apt-cache", "depends", "linux-image-amd64")
+        kernel = re.search(r"Depends: (linux-image-\S+)", depends).group(1)
+        # systemd for its rules on seats, which give a device to the user who sits there.
+        self.run("apt-get", "download", "-q", kernel, "udev", "systemd")
+
+    def fetch(self):
+        try:
+            self.download()
+        except (subprocess.CalledProcessError, AttributeError):
+            self.refresh()
+            self.download()
+        return self.directory.glob("*.deb")
+
+
+def extract_kernel(tree, parts):
+    """The plain image inside the self-extracting one boots twice as fast under emulation."""
+    [packed] = (tree / "boot").glob("vmlinuz-*")
+    image = packed.read_bytes()
+    kernel = lzma.LZMADecompressor().decompress(image[image.index(XZ_MAGIC):])
+    (parts / "vmlinux").write_bytes(kernel)
+
+
+def extract_modules(tree, parts):
+    (parts / "modules").mkdir()
+    for module in MODULES:
+        [path] = (tree / "lib/modules").rglob(module.split()[0] + ".ko")
+        shutil.copy(path, parts / "modules")
+
+
+def extract_udev(tree, parts):
+    shutil.copytree(tree / "lib/udev", parts / "udev", ignore=shutil.ignore_patterns(*UNUSED_UDEV))
+    shutil.copy(tree / "bin/udevadm", parts / "udev")
+
+
+def is_complete(parts):
+    modules = (parts / "modules" / (module.split()[0] + ".ko") for module in MODULES)
+    return all(module.exists() for module in modules)
+
+
+def fetch(parts):
+    parts.parent.mkdir(parents=True, exist_ok=True)
+    with tempfile.TemporaryDirectory(dir=parts.parent) as scratch:
+        tree = pathlib.Path(scratch) / "tree"
+        for package in Packages(pathlib.Path(scratch)).fetch():
+            subprocess.run(["dpkg-deb", "-x", package, tree], check=True)
+        fresh = pathlib.Path(scratch) / "parts"
+        fresh.mkdir()
+        extract_kernel(tree, fresh)
+        extract_modules(tree, fresh)
+        extract_udev(tree, fresh)
+        # In one step: an interrupted download leaves nothing that looks complete.
+        shutil.rmtree(parts, ignore_errors=True)
+        fresh.rename(parts)
+
+
+def main():
+    parts = pathlib.Path(sys.argv[1])
+    if is_complete(parts):
+        print("already there")
+        return
+    try:
+        fetch(parts)
+    except (subprocess.CalledProcessError, AttributeError) as problem:
+        sys.exit(f"Debian's kernel and udev packages cannot be had: {problem}")
+
+
+if __name__ == "__main__":
+    main()
