@@ -10,6 +10,7 @@
 #include "app/ReadingReportCommand.h"
 #include "app/SingleInstance.h"
 #include "app/SingleInstanceRequest.h"
+#include "export/BrowserLink.h"
 #include "export/Settings.h"
 
 #include <cstdio>
@@ -81,8 +82,18 @@ int Application::showWindow(const CommandLine &line, const ActivationRight &righ
         return 1;
     }
     launch(line.infoFile);
+    linkBrowsers();
     instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
     return exec();
+}
+
+void Application::linkBrowsers()
+{
+    browserLink = std::make_unique<BrowserLink>();
+    connect(browserLink.get(), &BrowserLink::statusTextChanged, appDelegate.get(),
+            &PostalScaleAppDelegate::showBrowserStatus);
+    browserLink->listenAt(BrowserServer::defaultPath());
+    appDelegate->showBrowserStatus(browserLink->statusText());
 }
 
 int Application::printReading(const CommandLine &line)

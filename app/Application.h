@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <memory>
 
+class BrowserLink;
 class Settings;
 struct CommandLine;
 
@@ -37,9 +38,12 @@ private:
     int showWindow(const CommandLine &line, const ActivationRight &right);
     int printReading(const CommandLine &line);
     int diagnose();
+    /// Lets the user's browsers attach.
+    void linkBrowsers();
     QJsonObject answer(const QJsonObject &laterStart);
     void lastWindowWasClosed();
 
     std::unique_ptr<Settings> settings;
+    std::unique_ptr<BrowserLink> browserLink; ///< null until the window is shown
     std::unique_ptr<ReadingReportDelegate> appDelegate;
 };

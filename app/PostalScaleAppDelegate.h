@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/BundleInformation.h"
+#include "export/Browser.h"
 #include "scale/ScaleDelegate.h"
 #include "ui_MainWindow.h"
 
@@ -15,6 +16,7 @@
 #include <QTimer>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class HIDManager;
 class Settings;
@@ -89,6 +91,8 @@ public:
     // export/: carrier pages
     /// @param carrier 0 USPS, 1 UPS, 2 FedEx
     void Autofill(int carrier);
+    /// @param text one short line on the link to the user's browsers
+    void showBrowserStatus(const QString &text);
 
     // what the scale link reads and writes
     void setUnitCaptionHidden(bool hidden) override;
@@ -119,6 +123,10 @@ public:
     std::uint8_t SendtoFedex = 0;
     QString webData;
     QString clibBoardStr;
+    // What the latest Autofill went to.
+    std::unique_ptr<BrowserApplication> safari;
+    std::vector<std::shared_ptr<const BrowserWindow>> windows;
+    std::shared_ptr<const BrowserTab> currentTab; ///< null where there was none
 
 private:
     enum class ItemLog { Silent, Named };
@@ -184,5 +192,6 @@ private:
     QString modelName; ///< empty until the user chooses a model
     QMap<Notice, QString> notices;
     QLabel *noticeLbl = nullptr;
+    QLabel *browserLbl = nullptr;
     QTimer announcement;
 };

@@ -15,6 +15,10 @@ void PostalScaleAppDelegate::makeStatusArea()
     // A long notice is cut off rather than widen the window.
     noticeLbl->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     window->statusBar()->addWidget(noticeLbl, 1);
+    browserLbl = new QLabel(window.get());
+    // The notice has the room first, and a narrow window cuts this off rather than be held open.
+    browserLbl->setMinimumWidth(1);
+    window->statusBar()->addPermanentWidget(browserLbl);
     setNotice(Notice::Settings, settings.trouble());
     connect(&settings, &Settings::troubleChanged, this,
             [this](const QString &trouble) { setNotice(Notice::Settings, trouble); });
@@ -35,4 +39,10 @@ void PostalScaleAppDelegate::setNotice(Notice topic, const QString &text)
     }
     noticeLbl->setText(shown.join(QStringLiteral(" \u00b7 ")));
     noticeLbl->setToolTip(explained.join(QStringLiteral("\n\n")));
+}
+
+void PostalScaleAppDelegate::showBrowserStatus(const QString &text)
+{
+    browserLbl->setText(text);
+    browserLbl->setToolTip(text);
 }

@@ -6,7 +6,6 @@
 #include "app/PostalScaleAppDelegate.h"
 
 #include "export/AutofillForm.h"
-#include "export/Browser.h"
 #include "scale/HIDManager.h"
 
 namespace {
@@ -37,9 +36,9 @@ private:
 void PostalScaleAppDelegate::Autofill(int carrier)
 {
     // All of it anew each time: the user may have changed window or tab since.
-    const auto safari = BrowserBridge::application();
-    const auto windows = safari->windows();
-    const auto currentTab = windows.empty() ? nullptr : windows.front()->currentTab();
+    safari = BrowserBridge::application();
+    windows = safari->windows();
+    currentTab = windows.empty() ? nullptr : windows.front()->currentTab();
 
     const LatestReading weight(*hid_obj, *lbLBL);
     AutofillForm form(*safari, currentTab, weight);

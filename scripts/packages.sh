@@ -20,6 +20,7 @@ check_packages=(
     clang-format-14 clang-tidy-14 xdotool xclip wmctrl x11-utils locales socat
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
+    qemu-system-x86 busybox-static libkmod2
 )
 
 say() { printf '== %s\n' "$*"; }

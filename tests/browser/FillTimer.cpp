@@ -6,8 +6,8 @@
 //
 //   browser-fill-timer CARRIER READINGS INTERVAL_MS
 //
-// Says "ready" once a page is open and begins with the next line on its standard input. Prints the
-// milliseconds of each reading, one to a line.
+// Begins with the line "ready" once a page is open, and then prints the milliseconds of each
+// reading.
 
 #include "export/AutofillForm.h"
 #include "export/BrowserLink.h"
@@ -17,8 +17,6 @@
 #include <QLoggingCategory>
 #include <QTimer>
 #include <cstdio>
-#include <iostream>
-#include <string>
 
 namespace {
 
@@ -78,8 +76,6 @@ int main(int argc, char *argv[])
     waitForPage(link);
     std::puts("ready");
     std::fflush(stdout);
-    std::string line;
-    std::getline(std::cin, line);
 
     int left = arguments[2].toInt();
     QTimer timer;

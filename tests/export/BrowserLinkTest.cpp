@@ -1,22 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-#include "export/BrowserLink.h"
-#include "tests/export/BrowserPeer.h"
+#include "tests/export/BrowserFixture.h"
 
 #include <QElapsedTimer>
-#include <QFile>
-#include <QTemporaryDir>
-#include <QTest>
-#include <sys/stat.h>
-#include <sys/wait.h>
 
 namespace {
 
 const QString box = QStringLiteral("document.getElementsByName('weight')[0].value");
 const QString secondBox = QStringLiteral("document.getElementsByName('weight2')[0].value");
-const QByteArray hello = R"({"hello":{"protocol":1,"version":"0.1.0","browser":"test"}})";
-const QByteArray uspsPage = R"({"current":{"page":1,"host":"www.usps.com"}})";
 
 /// Milliseconds that a wait may take longer than it is meant to, on a busy machine.
 constexpr int lateness = 100;
@@ -39,34 +31,20 @@ int idOf(const std::optional<QJsonObject> &message)
 
 } // namespace
 
-/// The link over a real socket, with peers that behave and peers that do not.
+/// What the program asks of the link, over a real socket.
 class BrowserLinkTest : public QObject
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> folder;
-    std::unique_ptr<BrowserLink> link;
+    std::optional<BrowserFixture> fixture;
 
-    QString path() const { return folder->filePath(QStringLiteral("browser.socket")); }
-
-    /// A browser that has introduced itself, and what it then says.
     std::unique_ptr<BrowserPeer> attachedPeer(const QList<QByteArray> &messages = {uspsPage})
     {
-        auto peer = std::make_unique<BrowserPeer>(path());
-        for (int turn = 0; turn < 3; ++turn)
-            QCoreApplication::processEvents();
-        peer->receive();
-        peer->send(hello);
-        for (const QByteArray &message : messages)
-            peer->send(message);
-        return peer;
+        return fixture->attachedPeer(messages);
     }
 
-    void waitForStatus(const char *text)
-    {
-        QTRY_COMPARE(link->statusText(), QString::fromLatin1(text));
-    }
+    void waitForStatus(const char *text) { fixture->waitForStatus(text); }
 
     static std::shared_ptr<const BrowserTab> currentTab(const BrowserApplication &application)
     {
@@ -80,58 +58,30 @@ private:
         return application->doJavaScript(text, currentTab(*application));
     }
 
-    static constexpr int turnedAway = 0;
-    static constexpr QFile::Permissions everybody{0x7777};
-
-    /// What comes of user 65534's attempt to attach: an error number, or turnedAway.
-    int outcomeForAnotherUser()
-    {
-        const QString socketPath = path();
-        const pid_t child = fork();
-        if (child == 0) {
-            if (setuid(65534) != 0)
-                _exit(errno);
-            BrowserPeer peer(socketPath);
-            if (!peer.isConnected())
-                _exit(errno);
-            _exit(peer.receive() ? EISCONN : turnedAway);
-        }
-        int status = 0;
-        const auto ended = [&] { return waitpid(child, &status, WNOHANG) == child; };
-        if (!QTest::qWaitFor(ended, 2 * BrowserPeer::patience))
-            return -1;
-        return WEXITSTATUS(status);
-    }
-
 private slots:
     void init()
     {
-        folder = std::make_unique<QTemporaryDir>();
-        link = std::make_unique<BrowserLink>();
-        QVERIFY(link->listenAt(path()));
+        fixture.emplace();
+        QVERIFY(fixture->listening);
     }
 
-    void cleanup()
-    {
-        link.reset();
-        folder.reset();
-    }
+    void cleanup() { fixture.reset(); }
 
     void withoutABrowser()
     {
-        QCOMPARE(link->statusText(), QStringLiteral("No browser linked"));
+        QCOMPARE(fixture->link.statusText(), QStringLiteral("No browser linked"));
         QVERIFY(BrowserBridge::application()->windows().empty());
         QVERIFY(!run(box));
     }
 
     void theProgramIntroducesItselfFirst()
     {
-        BrowserPeer peer(path());
+        BrowserPeer peer(fixture->path());
         QCoreApplication::processEvents();
         const auto message = peer.receive();
         QVERIFY(message);
         QCOMPARE(message->value(QLatin1String("hello"))[QLatin1String("protocol")].toInt(), 1);
-        QCOMPARE(link->statusText(), QStringLiteral("No browser linked"));
+        QCOMPARE(fixture->link.statusText(), QStringLiteral("No browser linked"));
         peer.send(hello);
         waitForStatus("Browser linked, waiting for a carrier page");
         QCOMPARE(BrowserBridge::application()->windows().size(), std::size_t(1));
@@ -142,7 +92,7 @@ private slots:
 
     void anotherProtocolIsSaidAndNotUsed()
     {
-        BrowserPeer peer(path());
+        BrowserPeer peer(fixture->path());
         peer.send(R"({"hello":{"protocol":2,"version":"7.0","browser":"test"}})");
         waitForStatus("Browser extension 7.0 does not fit this program");
         peer.send(uspsPage);
@@ -246,7 +196,7 @@ private slots:
         time.start();
         QVERIFY(!run(box));
         QVERIFY(time.elapsed() < BrowserClient::answerTime.count());
-        QCOMPARE(link->statusText(), QStringLiteral("Browser linked, USPS page open"));
+        QCOMPARE(fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
     }
 
     void anotherPageOfTheSameBrowserIsServed()
@@ -296,7 +246,7 @@ private slots:
             return results;
         });
         QStringList shown;
-        connect(link.get(), &BrowserLink::statusTextChanged, link.get(),
+        connect(&fixture->link, &BrowserLink::statusTextChanged, &fixture->link,
                 [&](const QString &text) { shown.append(text); });
         for (int reading = 0; reading < 3; ++reading) {
             run(box + QStringLiteral("=1"));
@@ -342,32 +292,6 @@ private slots:
         waitForStatus("No browser linked");
     }
 
-    void misbehaviourEndsTheConnection_data()
-    {
-        QTest::addColumn<QByteArray>("stream");
-        QTest::newRow("garbage") << QByteArray("GET / HTTP/1.1\r\nHost: localhost\r\n\r\n");
-        QTest::newRow("no message") << QByteArray(4, '\0');
-        QTest::newRow("gigabytes") << QByteArray(4, '\x7F') + QByteArray(200000, 'x');
-        QTest::newRow("no JSON") << browserFrame("hello");
-        QTest::newRow("out of order") << browserFrame(uspsPage);
-        QTest::newRow("two greetings") << browserFrame(hello) + browserFrame(hello);
-        QTest::newRow("unknown message") << browserFrame(hello) + browserFrame(R"({"quit":1})");
-        QTest::newRow("answer to nothing")
-            << browserFrame(hello) + browserFrame(R"({"ran":{"id":9,"results":[]}})");
-    }
-
-    void misbehaviourEndsTheConnection()
-    {
-        QFETCH(QByteArray, stream);
-        const auto neighbour = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        BrowserPeer peer(path());
-        std::thread sending([&] { peer.sendBytes(stream); });
-        QTRY_VERIFY(peer.isClosedWithin(1));
-        sending.join();
-        QCOMPARE(link->statusText(), QStringLiteral("Browser linked, USPS page open"));
-    }
-
     void theWrongNumberOfResultsEndsTheConnection()
     {
         const auto peer = attachedPeer();
@@ -376,62 +300,6 @@ private slots:
         QVERIFY(!run(box));
         waitForStatus("No browser linked");
     }
-
-    void aPeerThatSaysNothingIsLetGo()
-    {
-        BrowserPeer peer(path());
-        QTRY_VERIFY_WITH_TIMEOUT(peer.isClosedWithin(1), 10000);
-    }
-
-    void onlySoManyPeersAreTakenIn()
-    {
-        std::vector<std::unique_ptr<BrowserPeer>> peers;
-        for (int count = 0; count < 16; ++count)
-            peers.push_back(attachedPeer({}));
-        BrowserPeer late(path());
-        QTRY_VERIFY(late.isClosedWithin(1));
-        waitForStatus("Browser linked, waiting for a carrier page");
-        peers.pop_back();
-        QTRY_VERIFY(attachedPeer({})->isConnected());
-    }
-
-    void aSecondProgramLeavesTheSocketAlone()
-    {
-        BrowserLink second;
-        QVERIFY(!second.listenAt(path()));
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-    }
-
-    void aSocketLeftBehindIsReplaced()
-    {
-        const QString left = folder->filePath(QStringLiteral("left.socket"));
-        const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        qstrncpy(address.sun_path, left.toLocal8Bit().constData(), sizeof address.sun_path);
-        QCOMPARE(bind(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
-        close(descriptor);
-        BrowserLink next;
-        QVERIFY(next.listenAt(left));
-        QVERIFY(BrowserPeer(left).isConnected());
-    }
-
-    void nobodyElseCanOpenTheSocket()
-    {
-        struct stat socketFile = {};
-        QCOMPARE(stat(path().toLocal8Bit().constData(), &socketFile), 0);
-        QCOMPARE(socketFile.st_mode & 0777, 0600U);
-        if (geteuid() != 0)
-            QSKIP("Only root can act as another user");
-        QVERIFY(QFile::setPermissions(folder->path(), everybody));
-        QCOMPARE(outcomeForAnotherUser(), EACCES);
-        // Even where the file's permissions are lost, a stranger is not spoken to.
-        QVERIFY(QFile::setPermissions(path(), everybody));
-        QCOMPARE(outcomeForAnotherUser(), turnedAway);
-    }
-
-    void noFolderNoLink() { QVERIFY(!BrowserLink().listenAt(QString())); }
 };
 
 QTEST_GUILESS_MAIN(BrowserLinkTest)

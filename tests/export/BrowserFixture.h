@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "export/BrowserLink.h"
+#include "tests/export/BrowserPeer.h"
+
+#include <QCoreApplication>
+#include <QList>
+#include <QTemporaryDir>
+#include <QTest>
+#include <memory>
+
+inline const QByteArray hello = R"({"hello":{"protocol":1,"version":"0.1.0","browser":"test"}})";
+inline const QByteArray uspsPage = R"({"current":{"page":1,"host":"www.usps.com"}})";
+
+/// A link that listens in a folder of its own. Everything starts anew with each of these.
+struct BrowserFixture
+{
+    QString path() const { return folder.filePath(QStringLiteral("browser.socket")); }
+
+    /// A browser that has introduced itself, and what it then says.
+    std::unique_ptr<BrowserPeer> attachedPeer(const QList<QByteArray> &messages = {uspsPage})
+    {
+        auto peer = std::make_unique<BrowserPeer>(path());
+        QCoreApplication::processEvents();
+        peer->receive();
+        peer->send(hello);
+        for (const QByteArray &message : messages)
+            peer->send(message);
+        return peer;
+    }
+
+    void waitForStatus(const char *text)
+    {
+        QTRY_COMPARE(link.statusText(), QString::fromLatin1(text));
+    }
+
+    QTemporaryDir folder;
+    BrowserLink link;
+    bool listening = link.listenAt(path());
+};
