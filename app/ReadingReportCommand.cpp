@@ -26,10 +26,10 @@ using namespace std::chrono_literals;
 namespace {
 
 /// Fifteen readings.
-constexpr auto patience = 6000ms;
-constexpr auto retryInterval = 100ms;
+constexpr auto answerPatience = 6000ms;
+constexpr auto answerInterval = 100ms;
 /// A read that has not come back by then never will.
-constexpr auto blockedTime = patience + 2000ms;
+constexpr auto blockedTime = answerPatience + 2000ms;
 
 void write(const ReadingReport &report, ReportFormat format)
 {
@@ -82,7 +82,7 @@ ReadingReportCommand::ReadingReportCommand(Application &owningApplication,
                                            SingleInstance &singleInstance)
     : application(owningApplication)
     , instance(singleInstance)
-    , deadline(patience)
+    , deadline(answerPatience)
 {
 }
 
@@ -110,7 +110,7 @@ ReadingReport ReadingReportCommand::fromWindowOrScale(const QString &infoFile)
         const ReadingReport report = ReadingReport::fromJson(claim.answer);
         if (report.state != ReportState::Waiting || deadline.hasExpired())
             return report;
-        QThread::msleep(retryInterval.count());
+        QThread::msleep(answerInterval.count());
     }
 }
 
@@ -131,7 +131,7 @@ ReadingReport ReadingReportCommand::fromScale(const QString &infoFile)
             readings.quit();
     };
     QTimer interval;
-    interval.setInterval(retryInterval);
+    interval.setInterval(answerInterval);
     QObject::connect(&interval, &QTimer::timeout, &readings, look);
     interval.start();
     readings.exec();

@@ -18,9 +18,9 @@ using namespace std::chrono_literals;
 namespace {
 
 /// The first may just be reading without a window, which takes eight seconds at worst.
-constexpr auto patience = 10000ms;
+constexpr auto claimPatience = 10000ms;
 constexpr auto connectTime = 200ms;
-constexpr auto retryInterval = 50ms;
+constexpr auto claimInterval = 50ms;
 
 QByteArray line(const QJsonObject &message)
 {
@@ -34,7 +34,7 @@ QJsonObject message(const QByteArray &line)
 
 bool waitForLine(QLocalSocket &socket)
 {
-    const QDeadlineTimer deadline(patience);
+    const QDeadlineTimer deadline(claimPatience);
     while (!socket.canReadLine()) {
         if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
             return socket.canReadLine();
@@ -62,7 +62,7 @@ QString SingleInstance::defaultFolder()
 
 SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
 {
-    const QDeadlineTimer deadline(patience);
+    const QDeadlineTimer deadline(claimPatience);
     while (!lock.tryLock()) {
         if (lock.error() != QLockFile::LockFailedError) {
             logLine(QStringLiteral("Other running instances cannot be looked for: %1 is not usable")
@@ -73,7 +73,7 @@ SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
             return *answered;
         if (deadline.hasExpired())
             return {.outcome = Claim::Outcome::Unanswered, .answer = {}};
-        QThread::msleep(retryInterval.count());
+        QThread::msleep(claimInterval.count());
     }
     return {};
 }
