@@ -10,6 +10,7 @@
 #include "app/ReadingReportCommand.h"
 #include "app/SingleInstance.h"
 #include "app/SingleInstanceRequest.h"
+#include "app/WindowStyle.h"
 #include "export/BrowserLink.h"
 #include "export/Settings.h"
 
@@ -22,6 +23,7 @@ Application::Application(int &argc, char **argv)
     setApplicationName(QStringLiteral("postal-scale"));
     setApplicationVersion(QStringLiteral(POSTALSCALE_VERSION));
     setDesktopFileName(QStringLiteral(POSTALSCALE_APPLICATION_ID));
+    setStyle(new WindowStyle);
     // The delegate has a word to say before the program ends.
     setQuitOnLastWindowClosed(false);
     connect(this, &QGuiApplication::lastWindowClosed, this, &Application::lastWindowWasClosed);

@@ -11,7 +11,6 @@
 
 #include <QMessageBox>
 #include <QPushButton>
-#include <QStyle>
 #include <QTimer>
 #include <chrono>
 
@@ -49,11 +48,10 @@ void PostalScaleAppDelegate::setConnectionTrouble(const QString &trouble)
 
 void PostalScaleAppDelegate::showConnectionLamp()
 {
+    using Light = ConnectionLamp::Light;
     const bool trouble = !connectionStatuslbl->toolTip().isEmpty();
-    const QString lit = trouble ? QStringLiteral("trouble") : QStringLiteral("connected");
-    connectionLamp->setProperty("state", isDeviceConnected ? lit : QString());
-    // Style rules that depend on a property are looked up anew only when asked for.
-    connectionLamp->style()->polish(connectionLamp);
+    const Light lit = trouble ? Light::Trouble : Light::Connected;
+    connectionLamp->setLight(isDeviceConnected ? lit : Light::Out);
 }
 
 void PostalScaleAppDelegate::readData(QTimer *timer)

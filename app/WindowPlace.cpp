@@ -23,7 +23,10 @@ WindowPlace::WindowPlace(QWidget *watchedWindow, Settings &userSettings)
     , window(watchedWindow)
     , settings(userSettings)
 {
-    window->restoreGeometry(settings.windowGeometry());
+    // The toolkit takes what a cut-off text lacks for zeros.
+    const QByteArray stored = settings.windowGeometry();
+    if (stored.size() == window->saveGeometry().size())
+        window->restoreGeometry(stored);
     window->installEventFilter(this);
     atRest.setSingleShot(true);
     atRest.setInterval(restAfterChange);
@@ -34,6 +37,8 @@ bool WindowPlace::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
         atRest.start();
+    if (event->type() == QEvent::Close)
+        remember();
     return QObject::eventFilter(watched, event);
 }
 

@@ -3,10 +3,11 @@
 
 #include "app/WindowProportion.h"
 
+#include <QApplication>
 #include <QEvent>
-#include <QGuiApplication>
+#include <QFontInfo>
+#include <QMainWindow>
 #include <QScreen>
-#include <QWidget>
 #include <QtGui/qguiapplication_platform.h>
 
 #include <xcb/xcb.h>
@@ -14,6 +15,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
 
 namespace {
@@ -22,6 +24,9 @@ using namespace std::chrono_literals;
 
 // Longer than the pause between two sizes of one drag, short enough to seem immediate.
 constexpr auto restAfterResize = 150ms;
+
+// In points: a drag sets the text anew at some of its sizes only.
+constexpr qreal textStep = 0.5;
 
 xcb_connection_t *x11Connection()
 {
@@ -40,10 +45,10 @@ bool hasAspect(const xcb_size_hints_t &hints, QSize proportion)
 
 } // namespace
 
-WindowProportion::WindowProportion(QWidget *window, QSize proportion)
+WindowProportion::WindowProportion(QMainWindow *window, QSize designedSize)
     : QObject(window)
     , m_window(window)
-    , m_proportion(proportion)
+    , m_proportion(designedSize)
 {
     m_window->installEventFilter(this);
     if (x11Connection()) {
@@ -60,10 +65,14 @@ WindowProportion::~WindowProportion() = default;
 
 bool WindowProportion::eventFilter(QObject *watched, QEvent *event)
 {
+    // The layouts inside have requests of their own waiting, and tell their old sizes until then.
     if (watched == m_window && event->type() == QEvent::LayoutRequest)
-        keepMinimum();
-    else if (watched == m_window && event->type() == QEvent::Resize && !x11Connection())
-        noticeResize();
+        QMetaObject::invokeMethod(this, &WindowProportion::keepMinimum, Qt::QueuedConnection);
+    if (watched == m_window && event->type() == QEvent::Resize) {
+        scaleText();
+        if (!x11Connection())
+            noticeResize();
+    }
     return QObject::eventFilter(watched, event);
 }
 
@@ -101,6 +110,9 @@ void WindowProportion::publishHints() const
 // A minimum of another proportion could not be kept together with the aspect.
 void WindowProportion::keepMinimum()
 {
+    // Larger text is no reason to keep the window large.
+    if (m_textScale > 1)
+        return;
     const QSize needed = m_window->minimumSizeHint();
     const qint64 widthForHeight =
         (qint64(needed.height()) * m_proportion.width() + m_proportion.height() - 1) /
@@ -108,6 +120,23 @@ void WindowProportion::keepMinimum()
     const QSize minimum = proportioned(std::max(needed.width(), int(widthForHeight)));
     if (minimum != m_window->minimumSize())
         m_window->setMinimumSize(minimum);
+}
+
+void WindowProportion::scaleText()
+{
+    const qreal designed = QFontInfo(QApplication::font()).pointSizeF();
+    // With a desktop's large text, the window is no smaller than that text needs.
+    const QSize reference = m_proportion.expandedTo(m_window->minimumSize());
+    const qreal scale = std::min(qreal(m_window->width()) / reference.width(),
+                                 qreal(m_window->height()) / reference.height());
+    const qreal size = std::max(designed, std::floor(designed * scale / textStep) * textStep);
+    if (size / designed == m_textScale)
+        return;
+    m_textScale = size / designed;
+    QFont font;
+    if (m_textScale > 1)
+        font.setPointSizeF(size);
+    m_window->centralWidget()->setFont(font);
 }
 
 void WindowProportion::noticeResize()

@@ -8,10 +8,11 @@
 #include <QSize>
 #include <QTimer>
 
-class QWidget;
+class QMainWindow;
 
-/// Keeps a window's client area at a proportion while a person resizes it. Maximised and
-/// full-screen windows keep the size that the desktop gives them.
+/// Keeps a window's client area at a proportion while a person resizes it, and the text in it at
+/// its share of that area once this is larger than designed. Maximised and full-screen windows keep
+/// the size that the desktop gives them.
 ///
 /// On X11 the window manager is told (WM_NORMAL_HINTS) and does the work. Elsewhere a size that is
 /// off is corrected once the resizing has come to rest. A desktop that answers with the same size
@@ -21,8 +22,8 @@ class WindowProportion : public QObject, private QAbstractNativeEventFilter
     Q_OBJECT
 
 public:
-    /// The object becomes a child of `window`, a top-level widget.
-    WindowProportion(QWidget *window, QSize proportion);
+    /// The object becomes a child of @p window. @p designedSize also gives the proportion.
+    WindowProportion(QMainWindow *window, QSize designedSize);
     ~WindowProportion() override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -31,13 +32,15 @@ private:
     bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
     void publishHints() const;
     void keepMinimum();
+    void scaleText();
     void noticeResize();
     void correctSize();
     bool isOff(QSize size) const;
     QSize proportioned(int width) const;
 
-    QWidget *m_window;
+    QMainWindow *m_window;
     QSize m_proportion;
+    qreal m_textScale = 1;
     QTimer m_atRest;
     QSize m_lastCorrected;
 };

@@ -56,9 +56,14 @@ class OptionTest(harness.DeviceTest):
 
     def copy_elsewhere(self, text):
         """Until somebody else writes the clipboard."""
+        self.offer(text)
+        self.wait_for_clipboard(text)
+
+    def offer(self, text):
+        """Returns the program that offers it, which ends when somebody else writes the clipboard."""
         file = self.session.new_folder("copied") / "text"
         file.write_text(text, encoding="utf-8")
         owner = self.session.spawn(["xclip", "-quiet", "-selection", "clipboard", "-i", file],
                                    stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(harness.end, owner)
-        self.wait_for_clipboard(text)
+        return owner

@@ -5,6 +5,7 @@
 import harness
 from option_test import OptionTest
 from unit_rows import GRAMS, OUNCES
+from waiting import wait_until
 
 
 class ClipboardTest(OptionTest):
@@ -27,7 +28,8 @@ class ClipboardTest(OptionTest):
         self.wait_for_clipboard("3")
 
         # What is copied elsewhere lasts until the next reading.
-        self.copy_elsewhere("something else")
+        other = self.offer("something else")
+        wait_until(lambda: other.poll() is not None, "the loss of what was copied elsewhere")
         self.wait_for_clipboard("3")
 
         program.scale.tell("unplug")

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "tests/support/LaunchedApplication.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+/// Longer than the program waits for a drag to come to rest.
+constexpr auto rest = 1000ms;
+
+constexpr QSize designed(900, 424);
+
+/// The controls, and the words beside them.
+QList<QWidget *> textWidgets(QMainWindow &window)
+{
+    QList<QWidget *> widgets;
+    for (QWidget *widget : window.centralWidget()->findChildren<QWidget *>()) {
+        const bool hasText = qobject_cast<QLabel *>(widget) ||
+                             qobject_cast<QAbstractButton *>(widget) ||
+                             qobject_cast<QComboBox *>(widget);
+        if (hasText && widget->isVisibleTo(&window) && !widget->sizeHint().isEmpty())
+            widgets.append(widget);
+    }
+    return widgets;
+}
+
+void resizeTo(QMainWindow &window, int width)
+{
+    window.resize(width, width * designed.height() / designed.width());
+    LaunchedApplication::pass(rest);
+}
+
+} // namespace
+
+/// Size, place and text of the window, on a desktop that leaves the proportion to the program.
+class WindowTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { storedsettings::forget(); }
+
+    void noTextIsCutOff_data()
+    {
+        QTest::addColumn<qreal>("pointSize");
+        QTest::addColumn<bool>("optionsOpen");
+        QTest::addColumn<int>("width"); // 0: as narrow as it gets
+        for (const qreal pointSize : {8.0, 10.0, 13.0, 18.0}) {
+            for (const bool optionsOpen : {false, true}) {
+                for (const int width : {0, 900, 1350, 1800, 2400}) {
+                    QTest::addRow("%g pt, options %d, %d px", pointSize, optionsOpen, width)
+                        << pointSize << optionsOpen << width;
+                }
+            }
+        }
+    }
+
+    void noTextIsCutOff()
+    {
+        QFETCH(const qreal, pointSize);
+        QFETCH(const bool, optionsOpen);
+        QFETCH(const int, width);
+        LaunchedApplication program(LaunchedApplication::Scale::Present);
+        QFont font = QApplication::font();
+        font.setPointSizeF(pointSize);
+        QApplication::setFont(font);
+        QMainWindow &window = *program.delegate.window;
+        if (optionsOpen)
+            program.delegate.optionAction();
+        LaunchedApplication::pass(rest);
+        resizeTo(window, width);
+        if (width == 0)
+            QCOMPARE(window.size(), window.minimumSize());
+
+        const QList<QWidget *> widgets = textWidgets(window);
+        QVERIFY(widgets.size() > 15);
+        for (QWidget *widget : widgets) {
+            const QByteArray name = widget->objectName().toUtf8();
+            const QRect place(widget->mapTo(&window, QPoint()), widget->size());
+            QVERIFY2(place.width() >= widget->minimumSizeHint().width(), name);
+            QVERIFY2(place.height() >= widget->minimumSizeHint().height(), name);
+            QVERIFY2(window.rect().contains(place), name);
+            for (QWidget *other : widgets) {
+                const QRect otherPlace(other->mapTo(&window, QPoint()), other->size());
+                QVERIFY2(other == widget || !otherPlace.intersects(place), name);
+            }
+        }
+    }
+
+    void proportionIsKept()
+    {
+        LaunchedApplication program(LaunchedApplication::Scale::Absent);
+        QMainWindow &window = *program.delegate.window;
+        QCOMPARE(window.size(), designed);
+        for (const QSize odd : {QSize(1200, 424), QSize(1000, 700), QSize(960, 440)}) {
+            window.resize(odd);
+            LaunchedApplication::pass(rest);
+            const qreal height = qreal(window.width()) * designed.height() / designed.width();
+            QVERIFY2(qAbs(window.height() - height) <= 1,
+                     qPrintable(QStringLiteral("%1x%2").arg(window.width()).arg(window.height())));
+        }
+    }
+
+    void textGrowsWithTheWindowAndShrinksWithIt()
+    {
+        LaunchedApplication program(LaunchedApplication::Scale::Absent);
+        QMainWindow &window = *program.delegate.window;
+        const auto textHeight = [&] { return program.delegate.rg1->fontMetrics().height(); };
+        const int designedHeight = textHeight();
+        const QSize minimum = window.minimumSize();
+        resizeTo(window, 1800);
+        QVERIFY(textHeight() > designedHeight * 19 / 10);
+        QVERIFY(textHeight() < designedHeight * 21 / 10);
+        // In one step, as a window manager does it.
+        resizeTo(window, 0);
+        QCOMPARE(textHeight(), designedHeight);
+        QCOMPARE(window.size(), minimum);
+    }
+
+    void sizeAndPlaceComeBack()
+    {
+        const QRect left(40, 30, 1080, 509);
+        {
+            LaunchedApplication program(LaunchedApplication::Scale::Absent);
+            program.delegate.window->setGeometry(left);
+            LaunchedApplication::pass(rest);
+            // Not closed: what a crash leaves behind counts too.
+        }
+        LaunchedApplication program(LaunchedApplication::Scale::Absent);
+        QCOMPARE(program.delegate.window->geometry(), left);
+    }
+
+    void strangePlacesAreNotRestored()
+    {
+        for (const char *stored :
+             {"@ByteArray()", "nonsense", "@ByteArray(\\x1\\xd9\\xd0\\xcb\\0)"}) {
+            storedsettings::store(QByteArray("[General]\nwindowGeometry=") + stored + "\n");
+            LaunchedApplication program(LaunchedApplication::Scale::Absent);
+            QVERIFY2(program.delegate.window->size() == designed, stored);
+        }
+    }
+};
+
+QTEST_APPLESS_MAIN(WindowTest)
+#include "WindowTest.moc"
