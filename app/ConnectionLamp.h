@@ -22,5 +22,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void paintExclamationMark(QPainter &painter) const;
+
     Light light = Light::Out;
 };

@@ -35,6 +35,7 @@ void PostalScaleAppDelegate::modelSelected(QAction *sender)
     for (QAction *item : modelMenu->actions())
         item->setChecked(false);
     sender->setChecked(true);
+    markedModel = sender;
     setSelectedModelName(sender->data().toString());
     sendStartingUnit();
     setWindowTitle(selectedModelName());

@@ -154,6 +154,9 @@ private:
     void makeStatusArea();
     /// The first sentence is shown, the whole text on hover; empty takes the notice away.
     void setNotice(Notice topic, const QString &text);
+    void showNotices();
+    /// The whole texts, in a window of their own.
+    void explainNotices();
 
     void announceNow();
     /// The Tab key stops at the chosen unit; arrow keys go on from there.
@@ -189,9 +192,11 @@ private:
     bool deviceAlive = false;
     bool clip = false;
     int radioButtonIndex = 0;
-    QString modelName; ///< empty until the user chooses a model
+    QString modelName;              ///< empty until the user chooses a model
+    QAction *markedModel = nullptr; ///< in the menu bar; null without models
     QMap<Notice, QString> notices;
     QLabel *noticeLbl = nullptr;
+    QPushButton *noticeDetails = nullptr;
     QLabel *browserLbl = nullptr;
     QTimer announcement;
 };

@@ -10,6 +10,7 @@
 #include "scale/HIDManager.h"
 #include "scale/Log.h"
 
+#include <QActionGroup>
 #include <QSysInfo>
 
 namespace {
@@ -47,8 +48,8 @@ QString describeOptions(const QList<int> &tags)
     return QStringLiteral("{ %1 }").arg(entries.join(QLatin1Char(' ')));
 }
 
-/// A disabled control's text stays halfway to the box's colour.
-constexpr int disabledOpacity = 128;
+/// A disabled unit's text is as near to blue as legible text may be, 4.5 to 1.
+constexpr int disabledOpacity = 160;
 
 void setTextColour(QWidget *widget, const QColor &colour)
 {
@@ -120,6 +121,7 @@ void PostalScaleAppDelegate::listModels(ItemLog log)
     optionButton->setPlaceholderText(QStringLiteral("Select"));
     optionButton->clear();
     modelMenu->clear();
+    auto *choice = new QActionGroup(modelMenu);
     for (const QString &name : information.modelNames()) {
         if (log == ItemLog::Named)
             logLine(QStringLiteral("item:%1").arg(name));
@@ -129,14 +131,16 @@ void PostalScaleAppDelegate::listModels(ItemLog log)
             modelMenu->addAction(QString(name).replace(QLatin1Char('&'), QLatin1String("&&")));
         item->setData(name);
         item->setCheckable(true);
+        choice->addAction(item);
         connect(item, &QAction::triggered, this, [this, item] {
-            // The toolkit has switched the item already; a refused choice must leave no trace.
-            item->setChecked(!item->isChecked());
+            // The toolkit has marked the item already; a refused choice must leave no trace.
+            markedModel->setChecked(true);
             modelSelected(item);
         });
     }
     optionButton->setCurrentIndex(0);
-    modelMenu->actions().constFirst()->setChecked(true);
+    markedModel = modelMenu->actions().constFirst();
+    markedModel->setChecked(true);
     setWindowTitle(modelMenu->actions().constFirst()->data().toString());
 }
 

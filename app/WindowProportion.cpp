@@ -8,6 +8,7 @@
 #include <QFontInfo>
 #include <QMainWindow>
 #include <QScreen>
+#include <QStatusBar>
 #include <QtGui/qguiapplication_platform.h>
 
 #include <xcb/xcb.h>
@@ -137,6 +138,7 @@ void WindowProportion::scaleText()
     if (m_textScale > 1)
         font.setPointSizeF(size);
     m_window->centralWidget()->setFont(font);
+    m_window->statusBar()->setFont(font);
 }
 
 void WindowProportion::noticeResize()

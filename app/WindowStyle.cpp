@@ -3,10 +3,10 @@
 
 #include "app/WindowStyle.h"
 
-#include <QApplication>
 #include <QFontInfo>
 #include <QPainter>
 #include <QStyleOption>
+#include <algorithm>
 
 namespace {
 
@@ -27,13 +27,25 @@ bool growsWithText(QStyle::PixelMetric metric)
     }
 }
 
-/// How much larger than the desktop's own text a widget's is.
+/// Points; what the styles' own sizes are made for.
+constexpr qreal usualTextSize = 10;
+
 qreal textScale(const QWidget *widget)
 {
-    return QFontInfo(widget->font()).pointSizeF() / QFontInfo(QApplication::font()).pointSizeF();
+    return std::max(1.0, QFontInfo(widget->font()).pointSizeF() / usualTextSize);
 }
 
-/// Pixels, with text of the desktop's size.
+void drawFocus(QPainter *painter, const QRect &place, const QColor &colour)
+{
+    constexpr int width = 2;
+    painter->save();
+    painter->setPen(QPen(colour, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(place.adjusted(1, 1, -1, -1));
+    painter->restore();
+}
+
+/// Pixels, with text of the usual size.
 constexpr int shortestButton = 80;
 
 } // namespace
@@ -61,6 +73,10 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
                                 QPainter *painter, const QWidget *widget) const
 {
+    if (element == PE_FrameFocusRect) {
+        drawFocus(painter, option->rect, option->palette.color(QPalette::WindowText));
+        return;
+    }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element != PE_IndicatorCheckBox)
         return;
@@ -69,4 +85,14 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
     painter->setPen(outline);
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+}
+
+void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                     QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox && option->state.testFlag(State_HasFocus) &&
+        option->state.testFlag(State_KeyboardFocusChange))
+        drawFocus(painter, option->rect.adjusted(1, 1, -1, -1),
+                  option->palette.color(QPalette::ButtonText));
 }

@@ -6,7 +6,7 @@
 #include <QProxyStyle>
 
 /// The desktop's style, with boxes, dots and margins that grow with a widget's text, and with check
-/// boxes that stand out from dark windows.
+/// boxes and a keyboard focus that stand out from any background.
 class WindowStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -18,4 +18,6 @@ public:
                            const QWidget *widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
                        const QWidget *widget) const override;
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                            QPainter *painter, const QWidget *widget) const override;
 };

@@ -64,6 +64,7 @@ void PostalScaleAppDelegate::connectUnits()
 {
     connect(radiogroup, &QButtonGroup::buttonClicked, this,
             &PostalScaleAppDelegate::radioSelection);
+    unitMenu->setToolTipsVisible(true);
     auto *choice = new QActionGroup(this);
     for (QAbstractButton *cell : unitCells()) {
         QAction *item = unitMenu->addAction(cell->text());
@@ -125,6 +126,7 @@ void PostalScaleAppDelegate::setUnitEnabled(int row, bool enabled)
     cell->setEnabled(enabled);
     cell->setToolTip(enabled ? item->shortcut().toString(QKeySequence::NativeText)
                              : tr("The chosen model does not weigh in this unit"));
+    item->setToolTip(enabled ? QString() : cell->toolTip());
 }
 
 void PostalScaleAppDelegate::setRadioButton()

@@ -20,6 +20,9 @@ const QString glassName = QStringLiteral("glass.bmp");
 // Bezel and rounded corners, in units of the glass picture: this much of its edge is not stretched.
 constexpr int glassEdge = 24;
 
+// Width of the bezel, in the same units.
+constexpr int glassBezel = 10;
+
 // Strong enough to be made out, too weak to be taken for a digit at a glance.
 constexpr qreal unlitOpacity = 0.055;
 
@@ -189,7 +192,20 @@ void PanelWidget::paintEvent(QPaintEvent *)
     const QSize needed = (QSizeF(size()) * devicePixelRatio()).toSize();
     if (m_backdrop.size() != needed)
         m_backdrop = backdrop();
-    QPainter(this).drawPixmap(0, 0, m_backdrop);
+    QPainter painter(this);
+    painter.drawPixmap(0, 0, m_backdrop);
+    if (hasFocus())
+        paintFocus(painter);
+}
+
+void PanelWidget::paintFocus(QPainter &painter) const
+{
+    const qreal bezel = glassBezel * scale();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Qt::white, bezel / 3));
+    const QRectF middleOfBezel =
+        QRectF(rect()).adjusted(bezel / 2, bezel / 2, -bezel / 2, -bezel / 2);
+    painter.drawRoundedRect(middleOfBezel, bezel, bezel);
 }
 
 QPixmap PanelWidget::backdrop() const

@@ -56,6 +56,7 @@ private:
     bool showsFraction() const;
     QPixmap backdrop() const;
     QPixmap glass() const;
+    void paintFocus(QPainter &painter) const;
     void paintUnlitSegments(QPainter &painter) const;
 
     QSize m_designSize;

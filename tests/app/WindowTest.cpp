@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QMainWindow>
 #include <QTest>
+#include <algorithm>
+#include <cmath>
 
 using namespace std::chrono_literals;
 
@@ -30,6 +32,46 @@ QList<QWidget *> textWidgets(QMainWindow &window)
     return widgets;
 }
 
+enum class Words { English, Long };
+
+/// Half as long again, as translations get.
+void lengthenWords(QMainWindow &window)
+{
+    const auto longer = [](const QString &text) { return text + text.left(text.size() / 2); };
+    for (auto *button : window.centralWidget()->findChildren<QAbstractButton *>())
+        button->setText(longer(button->text()));
+    for (auto *label : window.centralWidget()->findChildren<QLabel *>())
+        label->setText(longer(label->text()));
+}
+
+qreal luminance(const QColor &colour)
+{
+    const auto linear = [](float part) {
+        return part <= 0.04045F ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+/// As the accessibility guidelines for web content define it.
+qreal contrast(const QColor &one, const QColor &other)
+{
+    const qreal first = luminance(one) + 0.05;
+    const qreal second = luminance(other) + 0.05;
+    return std::max(first, second) / std::min(first, second);
+}
+
+/// Of the text on @p background.
+QColor seenColour(const QWidget &widget, QPalette::ColorGroup group, const QColor &background)
+{
+    const QColor ink = widget.palette().color(group, QPalette::WindowText);
+    const auto mixed = [&](int inkPart, int backgroundPart) {
+        return qRound(backgroundPart + (inkPart - backgroundPart) * qreal(ink.alphaF()));
+    };
+    return QColor(mixed(ink.red(), background.red()), mixed(ink.green(), background.green()),
+                  mixed(ink.blue(), background.blue()));
+}
+
 void resizeTo(QMainWindow &window, int width)
 {
     window.resize(width, width * designed.height() / designed.width());
@@ -49,14 +91,17 @@ private slots:
     void noTextIsCutOff_data()
     {
         QTest::addColumn<qreal>("pointSize");
+        QTest::addColumn<Words>("words");
         QTest::addColumn<bool>("optionsOpen");
         QTest::addColumn<int>("width"); // 0: as narrow as it gets
-        for (const qreal pointSize : {8.0, 10.0, 13.0, 18.0}) {
-            for (const bool optionsOpen : {false, true}) {
-                for (const int width : {0, 900, 1350, 1800, 2400}) {
+        for (const bool optionsOpen : {false, true}) {
+            for (const int width : {0, 900, 1350, 1800, 2400}) {
+                for (const qreal pointSize : {8.0, 10.0, 13.0, 18.0}) {
                     QTest::addRow("%g pt, options %d, %d px", pointSize, optionsOpen, width)
-                        << pointSize << optionsOpen << width;
+                        << pointSize << Words::English << optionsOpen << width;
                 }
+                QTest::addRow("long words, options %d, %d px", optionsOpen, width)
+                    << 10.0 << Words::Long << optionsOpen << width;
             }
         }
     }
@@ -64,6 +109,7 @@ private slots:
     void noTextIsCutOff()
     {
         QFETCH(const qreal, pointSize);
+        QFETCH(const Words, words);
         QFETCH(const bool, optionsOpen);
         QFETCH(const int, width);
         LaunchedApplication program(LaunchedApplication::Scale::Present);
@@ -71,6 +117,8 @@ private slots:
         font.setPointSizeF(pointSize);
         QApplication::setFont(font);
         QMainWindow &window = *program.delegate.window;
+        if (words == Words::Long)
+            lengthenWords(window);
         if (optionsOpen)
             program.delegate.optionAction();
         LaunchedApplication::pass(rest);
@@ -83,12 +131,45 @@ private slots:
         for (QWidget *widget : widgets) {
             const QByteArray name = widget->objectName().toUtf8();
             const QRect place(widget->mapTo(&window, QPoint()), widget->size());
-            QVERIFY2(place.width() >= widget->minimumSizeHint().width(), name);
-            QVERIFY2(place.height() >= widget->minimumSizeHint().height(), name);
+            QVERIFY2(place.width() >= widget->sizeHint().width(), name);
+            QVERIFY2(place.height() >= widget->sizeHint().height(), name);
             QVERIFY2(window.rect().contains(place), name);
             for (QWidget *other : widgets) {
                 const QRect otherPlace(other->mapTo(&window, QPoint()), other->size());
                 QVERIFY2(other == widget || !otherPlace.intersects(place), name);
+            }
+        }
+    }
+
+    void textIsLegible_data()
+    {
+        QTest::addColumn<QByteArray>("isUSPS");
+        QTest::newRow("USPS") << QByteArray("\"YES\"");
+        QTest::newRow("plain") << QByteArray("\"NO\"");
+    }
+
+    void textIsLegible()
+    {
+        QFETCH(const QByteArray, isUSPS);
+        LaunchedApplication program(LaunchedApplication::Scale::Absent,
+                                    bundleInformation(isUSPS, nineModels));
+        auto &delegate = program.delegate;
+        const QColor background = delegate.boxContainer->palette().color(QPalette::Window);
+        const QList<QWidget *> texts = {delegate.lblModel,      delegate.connectionStatuslbl,
+                                        delegate.ozLBL,         delegate.lbLBL,
+                                        delegate.exportCaption, delegate.rg1,
+                                        delegate.rg2,           delegate.rg3,
+                                        delegate.rg4,           delegate.rg5,
+                                        delegate.rg6,           delegate.rg7};
+        for (const QWidget *text : texts) {
+            for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+                if (group == QPalette::Disabled && !qobject_cast<const QRadioButton *>(text))
+                    continue;
+                const qreal ratio = contrast(seenColour(*text, group, background), background);
+                QVERIFY2(ratio >= 4.5, qPrintable(QStringLiteral("%1 in group %2: %3")
+                                                      .arg(text->objectName())
+                                                      .arg(group)
+                                                      .arg(ratio)));
             }
         }
     }

@@ -15,6 +15,7 @@ _ACTION = "org.a11y.atspi.Action"
 _COMPONENT = "org.a11y.atspi.Component"
 _REGISTRY = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
 _PROPERTIES = "org.freedesktop.DBus.Properties"
+_EVENT = "org.a11y.atspi.Event.Object"
 
 _SCREEN_COORDINATES = 0
 _TIMEOUT_MS = 10_000
@@ -116,6 +117,30 @@ class AccessibilityBus:
 
     def close(self):
         self._bus.close_sync(None)
+
+    def listen_for_names(self):
+        """Has programs tell of new names, as a screen reader does. Returns a function that gives
+        those of which was told until then."""
+        told = []
+
+        def take(_bus, _sender, _path, _interface, _signal, parameters):
+            # The toolkit sends whose name it is, not which.
+            told.append(Accessible(self._bus, parameters.unpack()[3]).name)
+
+        self._bus.signal_subscribe(None, _EVENT, "PropertyChange", None, "accessible-name",
+                                   Gio.DBusSignalFlags.NONE, take)
+        self._bus.call_sync("org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
+                            "org.a11y.atspi.Registry", "RegisterEvent",
+                            GLib.Variant("(sass)", ("object:property-change:accessible-name", [],
+                                                    "")),
+                            None, Gio.DBusCallFlags.NONE, _TIMEOUT_MS, None)
+
+        def names():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return list(told)
+
+        return names
 
     def showing_windows(self):
         """Programs come and go while they are asked: those that do not answer have no window."""

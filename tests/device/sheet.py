@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
-"""One picture of the window in every guise, to be looked at: POSTAL_SCALE_BIN=... sheet.py PICTURE
+"""Pictures of the window in every guise, to be looked at: POSTAL_SCALE_BIN=... sheet.py FOLDER
 
-Scale factors, sizes, themes and brandings side by side.
+every-guise.png: scale factors, sizes, themes and brandings side by side, brought to one size.
+every-guise-close.png: a part of each, pixel for pixel.
 """
 
 import contextlib
@@ -21,6 +22,8 @@ OPTIONS = "alt+o"
 MODELS = ["KV-A100", "KV-A200", "KV-B100", "KV-B200", "KV-B300", "KV-C100", "KV-C200", "KV-C300",
           "KV-C400"]
 DARK = {"QT_QPA_PLATFORMTHEME": "gtk3", "GTK_THEME": "Adwaita:dark"}
+
+CLOSE_WIDTH, CLOSE_HEIGHT = 600, 240
 
 # Title, environment, USPS branding, width in pixels (None: as designed), unit, reading.
 GUISES = [
@@ -85,15 +88,25 @@ def take(session, guise, file):
     return ["-label", title, str(file)]
 
 
+def close_up(session, shot):
+    """Digits, unit words and unit rows, whatever the size of the window."""
+    width, height = map(int, session.output_of("identify", "-format", "%w %h", shot).split())
+    return f"{shot}[{CLOSE_WIDTH}x{CLOSE_HEIGHT}+{width - CLOSE_WIDTH}+{height // 6}]"
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
+    folder = pathlib.Path(sys.argv[1]).resolve()
     with contextlib.closing(harness.Session(screen="2600x1600x24")) as session:
         shots = session.new_folder("shots")
         parts = [part for number, guise in enumerate(GUISES)
                  for part in take(session, guise, shots / f"{number}.png")]
-        session.output_of("montage", *parts, "-tile", "2x", "-geometry", "900x520+12+12",
-                          str(pathlib.Path(sys.argv[1]).resolve()))
+        session.output_of("montage", *parts, "-tile", "2x", "-geometry", "900x520+12+12", "-depth", "8",
+                          str(folder / "every-guise.png"))
+        close = [close_up(session, part) if part.endswith(".png") else part for part in parts]
+        session.output_of("montage", *close, "-tile", "2x", "-geometry", "+12+12",
+                          str(folder / "every-guise-close.png"))
 
 
 if __name__ == "__main__":

@@ -3,13 +3,13 @@
 """The window for those who do not see it or do not use a mouse."""
 
 import harness
+from unit_rows import ALL_ROWS, ENABLED_ROWS, GRAM_SCALE_AT_1234
 from waiting import wait_until
 
 _CONTROL_ROLES = ("push button", "radio button", "check box", "combo box", "menu item")
 
 # In reading order. The radio cells are one stop: arrow keys go on from there.
-_STOPS = ["KV-A100", "Pounds and fraction: 2 lb 11 ½ oz", "Power", "Tare", "Hold", "Options",
-          "Last option:"]
+_STOPS = ["KV-A100", "no scale connected", "Pounds, ounces and fraction", "Power", "Tare", "Hold", "Options"]
 
 # What is on the pan, and what is told of it.
 _READINGS = [(1234, "1234 grams"), (7, "7 grams"), (10000, "overload"), (0, "0 grams")]
@@ -33,6 +33,33 @@ class AccessTest(harness.DeviceTest):
         program.wait_for_reading("off")
         program.scale.tell("unplug")
         program.wait_for_reading("no scale connected")
+
+    def test_changes_are_told(self):
+        program = self.start("--weight", "500")
+        program.wait_for_reading("500 grams")
+        # Screen readers speak of the changes of what has the focus.
+        program.window.press("Tab")
+        while program.window.focused_name() != "500 grams":
+            program.window.press("Tab")
+        names = self.session.accessibility.listen_for_names()
+        for grams, words in _READINGS:
+            program.scale.tell(f"weight {grams}")
+            wait_until(lambda: names()[-1:] == [words], lambda: f"{words} told, not {names()}")
+
+    def test_unit_is_the_same_everywhere(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        for row, words in GRAM_SCALE_AT_1234.items():
+            if row not in ENABLED_ROWS["KV-A100"]:
+                self.assertFalse(program.window.widget(row).is_enabled)
+                continue
+            program.window.click(row)
+            program.wait_for_reading(words)
+            self.assertEqual([each for each in ALL_ROWS if program.window.widget(each).is_checked],
+                             [row])
+            items = program.window.widget("unitMenu").descendants()
+            self.assertEqual([each.name for each in items if each.is_checked],
+                             [program.window.widget(row).name])
 
     def test_tab_goes_in_reading_order(self):
         program = self.start("--unplugged")
