@@ -13,6 +13,11 @@ namespace {
 /// A peer that does not introduce itself is no browser.
 constexpr std::chrono::seconds introductionTime{5};
 
+/// A browser answers, or says that the page is gone. One that does neither, page after page, or
+/// that no longer takes in what it is sent, would only make the program grow.
+constexpr qsizetype mostUnanswered = 64;
+constexpr qint64 mostUnread = longestBrowserMessage;
+
 } // namespace
 
 BrowserClient::BrowserClient(QLocalSocket *connectedSocket, QObject *parent)
@@ -59,6 +64,9 @@ void BrowserClient::post(std::uint32_t page, const QString &text)
 
 BrowserResult BrowserClient::ask(std::uint32_t page, const QString &text, QDeadlineTimer deadline)
 {
+    // What cannot be waited for is not asked: the answers would only keep the page busy.
+    if (deadline.hasExpired())
+        return std::nullopt;
     if (page != postedPage)
         flush();
     askedResult.reset();
@@ -164,6 +172,8 @@ std::uint32_t BrowserClient::send(std::uint32_t page, const QStringList &texts)
         {.id = lastRun, .page = page, .texts = texts, .answerDue = QDeadlineTimer(answerTime)});
     write(browserRunMessage(lastRun, page, texts));
     emit sent();
+    if (waiting.size() > mostUnanswered || socket->bytesToWrite() > mostUnread)
+        disconnectPeer();
     return lastRun;
 }
 

@@ -155,7 +155,8 @@ void BrowserLink::joinReading()
 void BrowserLink::endReading()
 {
     inReading = false;
-    for (BrowserClient *client : std::as_const(clients))
+    const QList<BrowserClient *> attached = clients; // one that is gone takes itself off the list
+    for (BrowserClient *client : attached)
         client->flush();
     updateSituation();
 }

@@ -6,6 +6,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <limits>
 
 namespace {
@@ -26,13 +27,21 @@ template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &v
     return static_cast<Number>(number);
 }
 
+/// Host names and versions are shown to the user, so they are nothing but that.
+bool isPlainWord(const QString &text)
+{
+    static const QRegularExpression plainWord(QStringLiteral("\\A[A-Za-z0-9._:\\[\\]-]{1,253}\\z"));
+    return plainWord.match(text).hasMatch();
+}
+
 std::optional<BrowserMessage> parseHello(const QJsonValue &value)
 {
     const auto protocol = wholeNumber<int>(value[QLatin1String("protocol")]);
-    if (!protocol)
+    const QString version = value[QLatin1String("version")].toString();
+    if (!protocol || !isPlainWord(version))
         return std::nullopt;
     return BrowserHello{.protocol = *protocol,
-                        .version = value[QLatin1String("version")].toString(),
+                        .version = version,
                         .browser = value[QLatin1String("browser")].toString()};
 }
 
@@ -42,7 +51,7 @@ std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
         return BrowserCurrent{};
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("page")]);
     const QString host = value[QLatin1String("host")].toString();
-    if (!id || host.isEmpty())
+    if (!id || !isPlainWord(host))
         return std::nullopt;
     return BrowserCurrent{BrowserPage{.id = *id, .host = host}};
 }

@@ -13,7 +13,24 @@
 #include <memory>
 
 inline const QByteArray hello = R"({"hello":{"protocol":1,"version":"0.1.0","browser":"test"}})";
+inline const QString box = QStringLiteral("document.getElementsByName('weight')[0].value");
 inline const QByteArray uspsPage = R"({"current":{"page":1,"host":"www.usps.com"}})";
+
+/// Milliseconds that a wait may take longer than it is meant to, on a busy machine.
+inline constexpr int lateness = 100;
+
+inline std::shared_ptr<const BrowserTab> currentTab(const BrowserApplication &application)
+{
+    const auto windows = application.windows();
+    return windows.empty() ? nullptr : windows.front()->currentTab();
+}
+
+/// In the current tab of the browser that is in front.
+inline BrowserResult run(const QString &text)
+{
+    const auto application = BrowserBridge::application();
+    return application->doJavaScript(text, currentTab(*application));
+}
 
 /// A link that listens in a folder of its own. Everything starts anew with each of these.
 struct BrowserFixture

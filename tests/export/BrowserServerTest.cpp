@@ -3,9 +3,21 @@
 
 #include "tests/export/BrowserFixture.h"
 
+#include <QElapsedTimer>
 #include <QFile>
+#include <QTimer>
+#include <atomic>
 #include <sys/stat.h>
 #include <sys/wait.h>
+
+namespace {
+
+QByteArray upsPage(int number)
+{
+    return R"({"current":{"page":)" + QByteArray::number(number) + R"(,"host":"www.ups.com"}})";
+}
+
+} // namespace
 
 /// The socket, and peers that do not behave: whoever comes, the browser that is attached is served.
 class BrowserServerTest : public QObject
@@ -77,6 +89,59 @@ private slots:
     {
         BrowserPeer peer(fixture->path());
         QTRY_VERIFY_WITH_TIMEOUT(peer.isClosedWithin(1), 10000);
+    }
+
+    void aTalkativePeerHoldsNothingUp()
+    {
+        const auto peer = fixture->attachedPeer();
+        fixture->waitForStatus("Browser linked, USPS page open");
+        std::atomic<bool> talking = true;
+        std::thread talk([&] {
+            while (talking && peer->send(R"({"focused":1000})")) {
+            }
+        });
+        QElapsedTimer time;
+        time.start();
+        QVERIFY(!run(box));
+        QVERIFY(time.elapsed() < BrowserClient::answerTime.count() + lateness);
+        bool turned = false;
+        QTimer::singleShot(0, &fixture->link, [&] { turned = true; });
+        QTRY_VERIFY(turned);
+        talking = false;
+        peer->hangUp();
+        talk.join();
+        fixture->waitForStatus("No browser linked");
+    }
+
+    /// Each reading finds another page, and none of them is answered.
+    void aPeerThatNeverAnswersIsLetGo()
+    {
+        const auto peer = fixture->attachedPeer();
+        fixture->waitForStatus("Browser linked, USPS page open");
+        int page = 1;
+        while (fixture->link.statusText() != QLatin1String("No browser linked")) {
+            QVERIFY(++page < 1000);
+            peer->send(upsPage(page));
+            QCoreApplication::processEvents();
+            run(box + QStringLiteral("=1"));
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(peer->isClosedWithin(BrowserPeer::patience));
+    }
+
+    void aPeerThatTakesNothingInIsLetGo()
+    {
+        const auto peer = fixture->attachedPeer();
+        fixture->waitForStatus("Browser linked, USPS page open");
+        const QString longText = box + QLatin1Char('=') + QString(60000, QLatin1Char('1'));
+        int page = 1;
+        while (fixture->link.statusText() != QLatin1String("No browser linked")) {
+            QVERIFY(++page < 30); // fewer than may stay unanswered
+            peer->send(upsPage(page));
+            QCoreApplication::processEvents();
+            run(longText);
+            QCoreApplication::processEvents();
+        }
     }
 
     void onlySoManyPeersAreTakenIn()
