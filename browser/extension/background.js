@@ -132,7 +132,8 @@ async function refresh() {
     const [tab] = await api.tabs.query({active: true, lastFocusedWindow: true});
     if (ticket !== lastRefresh)
         return;
-    const number = tab ? pageOfTab(tab.id) : null;
+    // The address is told only where the user lets us in; a site may have been taken away again.
+    const number = tab?.url ? pageOfTab(tab.id) : null;
     if (number !== currentPage) {
         currentPage = number;
         announceCurrentPage();
@@ -142,7 +143,6 @@ async function refresh() {
 }
 
 async function enter(tab) {
-    // The address is told only where the user lets us in.
     if (!tab.url?.startsWith('http'))
         return;
     try {
@@ -194,8 +194,8 @@ api.runtime.onMessage.addListener((message, sender, answer) => {
 async function start() {
     const stored = await api.storage.local.get({inputEvents: false});
     sendInputEvents = stored.inputEvents === true;
-    const window = await api.windows.getLastFocused();
-    if (window.focused)
+    const windows = await api.windows.getAll();
+    if (windows.some((window) => window.focused))
         noteFocus();
     await refresh();
 }

@@ -73,7 +73,10 @@
         });
     }
 
-    function leave() {
+    // The page may send such events as well, but has no say in this.
+    function leave(event) {
+        if (!event.isTrusted)
+            return;
         left = true;
         port?.disconnect();
         port = null;

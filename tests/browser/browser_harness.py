@@ -5,15 +5,20 @@
 POSTAL_SCALE_BIN names the folder with the built programs, POSTAL_SCALE_BROWSER the browser.
 """
 
+import contextlib
 import json
 import os
 import pathlib
 import subprocess
+import sys
+import unittest
 
 import harness
 from carrier_site import CarrierSite
 from chromium import Chromium
 from firefox import Firefox
+from harness import Program, problems
+from session import Session
 from waiting import PATIENCE, wait_until
 
 BROWSERS = {each.name: each for each in (Chromium, Firefox)}
@@ -32,32 +37,87 @@ def build_folder():
     return harness.binaries().parent
 
 
-def start_browser(session, site, name):
-    """With the host registered as a user would."""
-    home = session.new_folder(name)
-    environment = session.environment | {
-        "HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
-    subprocess.run([REGISTER, harness.binaries() / "postal-scale-browser-host"], check=True,
-                   env=environment, stdout=subprocess.DEVNULL)
-    return BROWSERS[name](session, site, build_folder(), home)
+class Surroundings:
+    """A desktop, the carriers' sites and a browser. It takes seconds to make them, so that all
+    tests have them in common."""
+
+    shared = None
+
+    def __init__(self):
+        self._cleanup = contextlib.ExitStack()
+        with contextlib.ExitStack() as undo:
+            undo.callback(self.close)
+            self.session = Session()
+            self._cleanup.callback(self.session.close)
+            self.site = CarrierSite(self.session.new_folder("site"))
+            self._cleanup.callback(self.site.close)
+            self.browser = self.start_browser(os.environ["POSTAL_SCALE_BROWSER"])
+            self._cleanup.callback(lambda: self.browser.close())
+            self.page = self.browser.first_page()
+            undo.pop_all()
+
+    @classmethod
+    @contextlib.contextmanager
+    def for_all_tests(cls):
+        cls.shared = cls()
+        try:
+            yield
+        finally:
+            cls.shared.close()
+
+    def close(self):
+        self._cleanup.close()
+
+    def start_browser(self, name):
+        """With the host registered as a user would."""
+        home = self.session.new_folder(name)
+        environment = self.session.environment | {
+            "HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
+        subprocess.run([REGISTER, harness.binaries() / "postal-scale-browser-host"], check=True,
+                       env=environment, stdout=subprocess.DEVNULL)
+        return BROWSERS[name](self.session, self.site, build_folder(), home)
+
+    def restart_browser(self):
+        """After it was killed."""
+        self.browser = self.browser.restarted()
+        self.page = self.browser.first_page()
 
 
-class BrowserTest(harness.DeviceTest):
-    """One session, site and browser for all tests of a class."""
+class BrowserTest(unittest.TestCase):
+    """What is in common stays as it is from one test to the next, the page included."""
+
+    session = property(lambda self: Surroundings.shared.session)
+    site = property(lambda self: Surroundings.shared.site)
+    browser = property(lambda self: Surroundings.shared.browser)
+    page = property(lambda self: Surroundings.shared.page)
+
+    program = None
 
     @classmethod
     def setUpClass(cls):
-        super().setUpClass()
-        cls.site = CarrierSite(cls.session.new_folder("site"))
-        cls.addClassCleanup(cls.site.close)
-        cls.browser = start_browser(cls.session, cls.site, os.environ["POSTAL_SCALE_BROWSER"])
-        cls.addClassCleanup(lambda: cls.browser.close())
-        cls.page = cls.browser.first_page()
+        Surroundings.shared.page.go("about:blank")
+
+    @classmethod
+    def start_program(cls, **options):
+        """One for all tests of the class, or until it is killed."""
+        cls.program = Program(Surroundings.shared.session, **options)
+        cls.addClassCleanup(cls.program.kill)
+
+    def run(self, result=None):
+        before = problems(result)
+        super().run(result)
+        if problems(result) > before and self.program:
+            print(f"--- log of {self.id()}\n{self.program.log.tail()}", file=sys.stderr)
 
     def new_page(self, url, kind):
         page = self.browser.new_page(url, kind)
         self.addCleanup(page.close)
         return page
+
+    def options_page(self):
+        options = self.browser.options_page()
+        self.addCleanup(options.close)
+        return options
 
     def wait_for_values(self, page, expected):
         wait_until(lambda: self.values(page, expected) == expected,
@@ -75,8 +135,10 @@ class BrowserTest(harness.DeviceTest):
         """As a click on the window would."""
         self.session.output_of("wmctrl", "-a", title)
 
+    def close_alert(self, title):
+        """Of the page with this title, as a person would."""
+        self.bring_to_front(title)
+        self.session.output_of("xdotool", "key", "Return")
+
     def wait_for_indicator(self, program, text):
         wait_until(lambda: program.window.says(text), f"{text!r} in the window", SLOW_START)
-
-
-main = harness.main

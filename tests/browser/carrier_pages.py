@@ -109,10 +109,32 @@ def _twins(_):
 def _shapes(_):
     return (_box("weight") + _box("empty") + _box("long", "7" * 100000)
             + '<input type="file" name="file"><p name="paragraph" id="plain">Text</p>'
-              '<input type="checkbox" id="choice"><input type="checkbox" id="chosen" checked>'
-              '<output id="heard"></output><script>addEventListener("input", (event) => {'
-              'document.getElementById("heard").textContent = '
-              '`${event.target.name}=${event.target.value}`; });</script>')
+              '<input type="checkbox" id="choice"><input type="checkbox" id="chosen" checked>')
+
+
+_FRAMEWORK = """
+<script>
+    const box = document.getElementsByName("weight")[0];
+    const inBox = Object.getOwnPropertyDescriptor(HTMLInputElement.prototype, "value");
+    let known = "";
+    // What the page's own scripts write is no news to it.
+    Object.defineProperty(box, "value", {
+        get() { return inBox.get.call(this); },
+        set(value) { known = String(value); inBox.set.call(this, value); },
+    });
+    document.body.addEventListener("input", (event) => {
+        if (event.target !== box || inBox.get.call(box) === known)
+            return;
+        known = inBox.get.call(box);
+        document.getElementById("changes").textContent += "*";
+        document.getElementById("known").textContent = known;
+    });
+</script>
+"""
+
+
+def _framework(_):
+    return _box("weight") + '<output id="known">nothing</output><output id="changes"></output>' + _FRAMEWORK
 
 
 def _empty(_):
@@ -127,6 +149,7 @@ _BODIES = {
     "/fedex": _fedex,
     "/twins": _twins,
     "/shapes": _shapes,
+    "/framework": _framework,
     "/empty": _empty,
 }
 

@@ -158,4 +158,7 @@ class ChromiumPage:
         self._browser.post("Runtime.evaluate", self._session, expression=script)
 
     def close(self):
-        self._browser.call("Target.closeTarget", targetId=self._target)
+        """Nothing happens if it is closed already."""
+        if self._target:
+            self._browser.call("Target.closeTarget", targetId=self._target)
+        self._target = None

@@ -157,8 +157,11 @@ class FirefoxPage:
         self._browser.post("WebDriver:ExecuteScript", script=script, args=[])
 
     def close(self):
-        self._select()
-        self._browser.call("WebDriver:CloseWindow")
+        """Nothing happens if it is closed already."""
+        if self._handle:
+            self._select()
+            self._browser.call("WebDriver:CloseWindow")
+        self._handle = None
 
     def _select(self):
         """For the automation; what the user looks at stays as it is."""

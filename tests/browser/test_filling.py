@@ -3,8 +3,7 @@
 """A weight on the scale stands in the form of the page that the user looks at, and nowhere else."""
 
 import carrier_pages as pages
-from browser_harness import ALL_CARRIERS, KV_C300, BrowserTest, main
-from harness import Program
+from browser_harness import ALL_CARRIERS, KV_C300, BrowserTest
 
 USPS = "https://www.usps.com"
 UPS = "https://www.ups.com"
@@ -20,8 +19,7 @@ class FillingTest(BrowserTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.program = Program(cls.session, settings=KV_C300 + ALL_CARRIERS)
-        cls.addClassCleanup(cls.program.kill)
+        cls.start_program(settings=KV_C300 + ALL_CARRIERS)
         cls.program.wait_for_polls()
         cls.program.window.click("rg4")  # decimal pounds
 
@@ -139,7 +137,3 @@ class FillingTest(BrowserTest):
         self.wait_for_values(other, {"packageBean.weight": "6"})
         self.assertEqual(self.values(self.page, ["packageBean.weight"]),
                          {"packageBean.weight": "4"})
-
-
-if __name__ == "__main__":
-    main()

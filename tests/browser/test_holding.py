@@ -2,17 +2,19 @@
 # SPDX-License-Identifier: MIT
 """How long a reading holds the program's one thread."""
 
+import os
 import statistics
 import subprocess
 
 import harness
-from browser_harness import BrowserTest, main
+from browser_harness import BrowserTest
 from session import end
 
-READINGS = 200
+# More of them for figures that are to be written down.
+READINGS = int(os.environ.get("POSTAL_SCALE_READINGS", "40"))
 INTERVAL = 40  # ms; what one reading costs does not depend on it
 
-BUSY_READINGS = 100  # longer than the page is busy
+TROUBLED_READINGS = 60  # longer than the trouble lasts
 
 # The program's own limit, and what a busy machine may add before the program runs again.
 DEADLINE = 150
@@ -36,16 +38,37 @@ class HoldingTest(BrowserTest):
                 print(f"{self.browser.name} {carrier}: median {middle:.1f} ms, "
                       f"99th percentile {high:.1f} ms, longest {max(times):.1f} ms")
                 self.assertEqual(len(times), READINGS)
-                self.assertLess(max(times), DEADLINE + LATENESS)
+                self.assert_held_briefly(times)
 
     def test_busy_page(self):
         self.page.go(ADDRESSES["USPS"])
-        timer = self.start_timer("USPS", BUSY_READINGS)
-        self.page.start("const end = Date.now() + 3000; while (Date.now() < end) {}")
+        timer = self.start_timer("USPS", TROUBLED_READINGS)
+        self.page.start("const end = Date.now() + 1500; while (Date.now() < end) {}")
         times = self.finish(timer)
-        self.assertLess(max(times), DEADLINE + LATENESS)
+        self.assert_held_briefly(times)
         # Once it is known to be busy, it is left alone.
         self.assertLessEqual(len([each for each in times if each > DEADLINE / 2]), 3)
+
+    def test_alert(self):
+        self.page.go(ADDRESSES["USPS"] + "&title=alert")
+        timer = self.start_timer("USPS", TROUBLED_READINGS)
+        self.page.start("alert('Are you there?')")
+        times = self.finish(timer)
+        self.close_alert("alert")
+        self.assert_held_briefly(times)
+
+    def test_navigation(self):
+        self.page.go(ADDRESSES["USPS"])
+        timer = self.start_timer("USPS", TROUBLED_READINGS)
+        number = 0
+        while timer.poll() is None:
+            number += 1
+            self.page.go(f"{ADDRESSES['USPS']}&number={number}")
+        self.assertGreater(number, 0)
+        self.assert_held_briefly(self.finish(timer))
+
+    def assert_held_briefly(self, times):
+        self.assertLess(max(times), DEADLINE + LATENESS)
 
     def start_timer(self, carrier, readings):
         timer = self.session.spawn(
@@ -59,7 +82,3 @@ class HoldingTest(BrowserTest):
     def finish(timer):
         output, _ = timer.communicate()
         return [float(line) for line in output.split()]
-
-
-if __name__ == "__main__":
-    main()

@@ -168,9 +168,9 @@ class DeviceTest(unittest.TestCase):
 
     def run(self, result=None):
         self._programs = []
-        before = _problems(result)
+        before = problems(result)
         super().run(result)
-        if _problems(result) > before:
+        if problems(result) > before:
             for program in self._programs:
                 print(f"--- log of {self.id()}\n{program.log.tail()}", file=sys.stderr)
 
@@ -178,7 +178,7 @@ class DeviceTest(unittest.TestCase):
         self.assertEqual(program.stop(), 0, "the program's exit status")
 
 
-def _problems(result):
+def problems(result):
     return len(result.failures) + len(result.errors)
 
 

@@ -1,0 +1,45 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What the window's status area says of the browsers, in every state of the link."""
+
+import harness
+from extension_stand_in import ExtensionStandIn
+from waiting import wait_until
+
+USPS_ONLY = "[defaultValue]\n400=selected\n"
+
+
+class IndicatorTest(harness.DeviceTest):
+    def setUp(self):
+        self.program = self.start(settings=USPS_ONLY)
+
+    def attach(self, **options):
+        extension = ExtensionStandIn(self.session, **options)
+        self.addCleanup(extension.close)
+        return extension
+
+    def wait_for(self, text):
+        wait_until(lambda: self.program.window.says(text), f"{text!r} in the window")
+
+    def test_a_browser_from_its_start_to_its_end(self):
+        self.wait_for("No browser linked")
+        extension = self.attach()
+        self.wait_for("Browser linked, waiting for a carrier page")
+        extension.show(1, "tools.usps.com")
+        self.wait_for("Filling USPS: 6 fields")
+        extension.show(2, "www.fedex.com")
+        self.wait_for("Filling FedEx: 6 fields")
+        extension.stop_answering()
+        self.wait_for("Page not answering")
+        self.program.wait_for_polls(3)
+        self.assertTrue(self.program.window.says("Page not answering"))
+        extension.close()
+        self.wait_for("No browser linked")
+
+    def test_an_extension_that_does_not_fit(self):
+        self.attach(protocol=2, version="7.0")
+        self.wait_for("Browser extension 7.0 does not fit this program")
+
+
+if __name__ == "__main__":
+    harness.main()
