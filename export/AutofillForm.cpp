@@ -31,6 +31,7 @@ void AutofillForm::fillUspsRows()
     const WeightRow &row11 = uspsRow(RowGroup::G11);
     const WeightRow &row14 = uspsRow(RowGroup::G14);
 
+    expectProbes({&row02, &row05, &row08, &row11, &row14});
     const EmptyBoxes empty02 = probe(row02);
     const EmptyBoxes empty05 = probe(row05);
     const EmptyBoxes empty08 = probe(row08);
@@ -90,6 +91,17 @@ void AutofillForm::assignNumber(const char *literal, float number)
     browser.doJavaScript(scriptText(literal, number), tab);
 }
 
+void AutofillForm::expectProbes(std::initializer_list<const WeightRow *> probedRows)
+{
+    QStringList questions;
+    for (const WeightRow *row : probedRows) {
+        questions.append(QString::fromLatin1(row->box));
+        if (row->secondBox != nullptr)
+            questions.append(QString::fromLatin1(row->secondBox));
+    }
+    browser.expect(questions);
+}
+
 AutofillForm::EmptyBoxes AutofillForm::probe(const WeightRow &row)
 {
     EmptyBoxes empty;
@@ -100,6 +112,7 @@ AutofillForm::EmptyBoxes AutofillForm::probe(const WeightRow &row)
 
 void AutofillForm::fillChosenUnit(const WeightRow &row, float ounces, float pounds)
 {
+    browser.expect({QString::fromLatin1(row.ouncesChosen), QString::fromLatin1(row.poundsChosen)});
     const bool inOunces = isChecked(row.ouncesChosen);
     const bool inPounds = isChecked(row.poundsChosen);
     if (inOunces) {

@@ -7,6 +7,7 @@
 #include "export/Browser.h"
 
 #include <QString>
+#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -52,6 +53,7 @@ private:
     void assignText(const char *literal, const QString &text);
     void assignNumber(const char *literal, float number);
 
+    void expectProbes(std::initializer_list<const WeightRow *> probedRows);
     EmptyBoxes probe(const WeightRow &row);
     void fillChosenUnit(const WeightRow &row, float ounces, float pounds);
     void fillLabel();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -39,6 +40,11 @@ public:
     /// An assignment may be sent without waiting, and then gives nothing.
     virtual std::optional<QString> doJavaScript(const QString &text,
                                                 const std::shared_ptr<const BrowserTab> &tab) = 0;
+
+    /// Tells which questions come next, with nothing in between, so that they can travel together:
+    /// each way to a page and back costs as much as all of them. They are run one by one all the
+    /// same, in this order.
+    virtual void expect(const QStringList & /*questions*/) {}
 };
 
 /// Where the program gets its browser from. Constructing one makes it the bridge of the process.

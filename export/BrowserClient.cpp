@@ -62,15 +62,16 @@ void BrowserClient::post(std::uint32_t page, const QString &text)
     posted.append(text);
 }
 
-BrowserResult BrowserClient::ask(std::uint32_t page, const QString &text, QDeadlineTimer deadline)
+QList<BrowserResult> BrowserClient::ask(std::uint32_t page, const QStringList &questions,
+                                        QDeadlineTimer deadline)
 {
     // What cannot be waited for is not asked: the answers would only keep the page busy.
     if (deadline.hasExpired())
-        return std::nullopt;
+        return {};
     if (page != postedPage)
         flush();
-    askedResult.reset();
-    askedRun = send(page, posted + QStringList{text});
+    askedResults.clear();
+    askedRun = send(page, posted + questions);
     posted.clear();
     while (isWaitingFor(askedRun)) {
         const int left = static_cast<int>(deadline.remainingTime());
@@ -78,7 +79,7 @@ BrowserResult BrowserClient::ask(std::uint32_t page, const QString &text, QDeadl
             break;
     }
     askedRun = 0;
-    return askedResult;
+    return askedResults.last(std::min(askedResults.size(), questions.size()));
 }
 
 void BrowserClient::flush()
@@ -146,8 +147,8 @@ bool BrowserClient::handle(const BrowserRan &message)
     if (message.results && results.size() != run.texts.size())
         return false;
     waiting.erase(found);
-    if (run.id == askedRun && !results.isEmpty())
-        askedResult = results.last();
+    if (run.id == askedRun)
+        askedResults = results;
     emit ran(run.texts, results);
     emit changed();
     return true;

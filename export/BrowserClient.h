@@ -40,9 +40,11 @@ public:
 
     /// Runs @p text some time soon, after what was posted before.
     void post(std::uint32_t page, const QString &text);
-    /// Runs @p text after what was posted before, and waits. Holds the thread, without an event
-    /// loop, until @p deadline at most.
-    BrowserResult ask(std::uint32_t page, const QString &text, QDeadlineTimer deadline);
+    /// Runs @p questions after what was posted before, and waits. Holds the thread, without an
+    /// event loop, until @p deadline at most. As many results, or none at all where the page does
+    /// not answer in time or is gone.
+    QList<BrowserResult> ask(std::uint32_t page, const QStringList &questions,
+                             QDeadlineTimer deadline);
     /// Sends what was posted.
     void flush();
 
@@ -83,5 +85,5 @@ private:
     std::uint32_t postedPage = 0;
     QStringList posted;
     std::uint32_t askedRun = 0;
-    BrowserResult askedResult;
+    QList<BrowserResult> askedResults; ///< of what was posted with the questions, too
 };

@@ -57,6 +57,8 @@ private:
     bool inReading = false;
     /// However many questions a reading has, they do not hold the thread for longer.
     QDeadlineTimer readingDeadline;
+    /// A question was not answered in time: nothing more is sent before the next reading.
+    bool readingAbandoned = false;
     QSet<QString> writtenFields;
     QTimer fillingFade;
     QTimer silenceCheck;

@@ -4,11 +4,11 @@
 #include "export/BrowserServer.h"
 
 #include "export/BrowserSocketName.h"
+#include "export/SameUser.h"
 #include "scale/Log.h"
 
 #include <QFile>
 #include <QLocalSocket>
-#include <sys/socket.h>
 #include <unistd.h>
 #include <utility>
 
@@ -21,14 +21,6 @@ bool isInUse(const QString &path)
     QLocalSocket probe;
     probe.connectToServer(path);
     return probe.waitForConnected(connectTime);
-}
-
-bool runsAsThisUser(int descriptor)
-{
-    ucred peer{};
-    socklen_t size = sizeof peer;
-    return getsockopt(descriptor, SOL_SOCKET, SO_PEERCRED, &peer, &size) == 0 &&
-           peer.uid == geteuid();
 }
 
 } // namespace
@@ -70,7 +62,7 @@ bool BrowserServer::listenAt(const QString &path)
 void BrowserServer::incomingConnection(quintptr descriptor)
 {
     const auto peer = static_cast<int>(descriptor);
-    if (!runsAsThisUser(peer)) {
+    if (!isOfSameUser(peer)) {
         logLine(QStringLiteral("Browser link: another user was turned away"));
         ::close(peer);
         return;

@@ -7,6 +7,7 @@
 
 #include "browser/host/BytePump.h"
 #include "export/BrowserSocketName.h"
+#include "export/SameUser.h"
 
 #include <chrono>
 #include <csignal>
@@ -39,7 +40,10 @@ int connectToProgram(const std::string &path)
         return -1;
     std::memcpy(address.sun_path, path.c_str(), path.size());
     const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    if (connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)
+    // Where the folder is not the user's alone, a stranger may listen there; what is said on this
+    // socket is written into the user's pages.
+    if (connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&
+        isOfSameUser(descriptor))
         return descriptor;
     close(descriptor);
     return -1;

@@ -236,6 +236,55 @@ private slots:
         QVERIFY(asked <= 2);
     }
 
+    void expectedQuestionsTravelTogether()
+    {
+        const auto peer = attachedPeer();
+        waitForStatus("Browser linked, USPS page open");
+        QStringList received;
+        peer->answerWith([&received](const QJsonArray &texts) {
+            QJsonArray results;
+            for (const QJsonValue text : texts) {
+                received.append(text.toString());
+                results.append(text);
+            }
+            received.append(QStringLiteral("end"));
+            return results;
+        });
+        const auto application = BrowserBridge::application();
+        const auto tab = currentTab(*application);
+        const QString assignment = box + QStringLiteral("=1");
+        const QStringList texts = {assignment, box, secondBox, assignment, box};
+        for (const QString &text : texts) {
+            if (text == box)
+                application->expect({box, secondBox});
+            const BrowserResult result = application->doJavaScript(text, tab);
+            QCOMPARE(result, text == assignment ? BrowserResult() : BrowserResult(text));
+        }
+        peer->hangUp();
+        waitForStatus("No browser linked");
+        QCOMPARE(received, (QStringList{assignment, box, secondBox, QStringLiteral("end"),
+                                        assignment, box, secondBox, QStringLiteral("end")}));
+    }
+
+    /// An empty box beside one that was not heard of would get another number.
+    void afterAnUnansweredQuestionNothingIsWritten()
+    {
+        const auto peer = attachedPeer();
+        waitForStatus("Browser linked, USPS page open");
+        const auto application = BrowserBridge::application();
+        const auto tab = currentTab(*application);
+        QVERIFY(!application->doJavaScript(box, tab));
+        const auto question = peer->receive(0);
+        QVERIFY(peer->sendRan(idOf(question), QJsonArray{QString()}));
+        QVERIFY(!application->doJavaScript(box + QStringLiteral("=1"), tab));
+        QCoreApplication::processEvents(); // the reading ends, and the answer arrives
+        waitForStatus("Browser linked, USPS page open");
+        QVERIFY(!peer->receive(0));
+        run(box + QStringLiteral("=2"));
+        QCoreApplication::processEvents();
+        QCOMPARE(textsOf(peer->receive()), QStringList{box + QStringLiteral("=2")});
+    }
+
     void writtenFieldsAreCountedOnce()
     {
         const auto peer = attachedPeer();
