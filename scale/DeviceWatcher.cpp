@@ -19,6 +19,9 @@ namespace {
 
 constexpr auto subsystem = "hidraw";
 
+/// Until devices that could not be listed are listed again.
+constexpr auto listingPause = 1000ms;
+
 /// Longest time that udevd needs to set a node's permissions and announce the device.
 constexpr auto announcementGrace = 1000ms;
 
@@ -51,7 +54,9 @@ HidDeviceInfo describe(udev_device *device)
     return info;
 }
 
-void forEachPresent(udev *context, const std::function<void(udev_device *)> &visit)
+enum class Listing { Complete, Failed };
+
+Listing forEachPresent(udev *context, const std::function<void(udev_device *)> &visit)
 {
     struct EnumerateDeleter
     {
@@ -60,7 +65,7 @@ void forEachPresent(udev *context, const std::function<void(udev_device *)> &vis
     const std::unique_ptr<udev_enumerate, EnumerateDeleter> list(udev_enumerate_new(context));
     if (!list || udev_enumerate_add_match_subsystem(list.get(), subsystem) < 0 ||
         udev_enumerate_scan_devices(list.get()) < 0)
-        return;
+        return Listing::Failed;
     udev_list_entry *entry = nullptr;
     udev_list_entry_foreach(entry, udev_enumerate_get_list_entry(list.get()))
     {
@@ -68,6 +73,7 @@ void forEachPresent(udev *context, const std::function<void(udev_device *)> &vis
         if (device)
             visit(device.get());
     }
+    return Listing::Complete;
 }
 
 bool udevdIsRunning()
@@ -139,14 +145,15 @@ void DeviceWatcher::receive()
             reportRemoved(describe(device.get()));
         errno = 0;
     }
-    if (errno == ENOBUFS)
+    // Too many events for the socket's buffer, mostly. What was in them is to be seen all the same.
+    if (errno != 0 && errno != EAGAIN)
         resynchronise();
 }
 
 void DeviceWatcher::reportPresent()
 {
     const auto armedFor = static_cast<quint64>(sinceArmed.nsecsElapsed() / 1000);
-    forEachPresent(context.get(), [&](udev_device *device) {
+    const auto listing = forEachPresent(context.get(), [&](udev_device *device) {
         const HidDeviceInfo info = describe(device);
         if (udev_device_get_is_initialized(device) != 0) {
             // One that became ready after the monitor was armed is announced by an event.
@@ -160,15 +167,27 @@ void DeviceWatcher::reportPresent()
                 reportAddedUnlessKnown(info);
         });
     });
+    if (listing == Listing::Failed)
+        resynchroniseLater();
+}
+
+void DeviceWatcher::resynchroniseLater()
+{
+    QTimer::singleShot(listingPause, this, &DeviceWatcher::resynchronise);
 }
 
 void DeviceWatcher::resynchronise()
 {
     QHash<QString, HidDeviceInfo> found;
-    forEachPresent(context.get(), [&](udev_device *device) {
+    const auto listing = forEachPresent(context.get(), [&](udev_device *device) {
         const HidDeviceInfo info = describe(device);
         found.insert(info.systemPath, info);
     });
+    // No list is no news of a removal.
+    if (listing == Listing::Failed) {
+        resynchroniseLater();
+        return;
+    }
     const QHash<QString, HidDeviceInfo> known = present;
     for (const HidDeviceInfo &device : known) {
         if (!found.contains(device.systemPath))

@@ -53,6 +53,7 @@ private:
     void receive();
     void reportPresent();
     void resynchronise();
+    void resynchroniseLater();
     void reportAdded(const HidDeviceInfo &device);
     void reportAddedUnlessKnown(const HidDeviceInfo &device);
     void reportRemoved(const HidDeviceInfo &device);
