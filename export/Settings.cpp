@@ -154,10 +154,20 @@ void Settings::setAsideIfDamaged()
 
 void Settings::write()
 {
+    // A status stays what it once was. Another object for the same file has one of its own, and
+    // shares what has not been written yet.
+    if (file->status() != QSettings::NoError) {
+        auto successor = openFile();
+        file = std::move(successor);
+    }
     file->sync();
+    const QString unsaved =
+        QStringLiteral("Settings cannot be saved in %1. They last until the program ends.")
+            .arg(file->fileName());
     if (file->status() == QSettings::AccessError)
-        report(QStringLiteral("Settings cannot be saved in %1. They last until the program ends.")
-                   .arg(file->fileName()));
+        report(unsaved);
+    else if (currentTrouble == unsaved)
+        withdrawReport();
 }
 
 void Settings::report(const QString &trouble)
@@ -167,4 +177,10 @@ void Settings::report(const QString &trouble)
     currentTrouble = trouble;
     qCWarning(systemLog).noquote() << trouble;
     emit troubleChanged(trouble);
+}
+
+void Settings::withdrawReport()
+{
+    currentTrouble.clear();
+    emit troubleChanged(currentTrouble);
 }

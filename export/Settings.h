@@ -53,6 +53,7 @@ private:
     void setAsideIfDamaged();
     void write();
     void report(const QString &trouble);
+    void withdrawReport();
 
     std::unique_ptr<QSettings> file;
     QString currentTrouble;

@@ -285,6 +285,22 @@ private slots:
         QVERIFY(notice->toolTip().contains(setAside().first()));
     }
 
+    void troubleThatIsOverIsWithdrawn()
+    {
+        writeFile(folder(), "a file where the folder should be");
+        Settings settings;
+        settings.setLastSelectedValue(3);
+        QVERIFY(settings.trouble().contains(QLatin1String("cannot be saved")));
+        const QSignalSpy troubles(&settings, &Settings::troubleChanged);
+        QVERIFY(QFile::remove(folder()));
+        settings.setSelectedOptions({300});
+        QCOMPARE(settings.trouble(), QString());
+        QCOMPARE(troubles.size(), 1);
+        // What could not be saved before is saved along.
+        QCOMPARE(storedsettings::text(),
+                 "[General]\nlastSelectedValue=3\n\n[defaultValue]\n300=selected\n");
+    }
+
     /// Left behind by a program that was killed as it took the lock.
     void anEmptyLockIsTakenAway()
     {
