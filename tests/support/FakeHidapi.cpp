@@ -6,9 +6,22 @@
 #include <algorithm>
 #include <hidapi.h>
 
+/// Never freed: a handle that is used after it was closed is noticed.
 struct hid_device_
 {
+    bool open = true;
 };
+
+namespace {
+
+bool isOpen(const hid_device *device)
+{
+    if (!device->open)
+        ++FakeHidapi::instance().misuses;
+    return device->open;
+}
+
+} // namespace
 
 FakeHidapi &FakeHidapi::instance()
 {
@@ -25,17 +38,22 @@ hid_device *hid_open_path(const char *path)
         return nullptr;
     hidapi.opened.emplace_back(path);
     ++hidapi.openHandles;
-    return new hid_device_;
+    static std::deque<hid_device_> handles;
+    return &handles.emplace_back();
 }
 
 void hid_close(hid_device *device)
 {
+    if (!isOpen(device))
+        return;
+    device->open = false;
     --FakeHidapi::instance().openHandles;
-    delete device;
 }
 
-int hid_send_feature_report(hid_device *, const unsigned char *data, size_t length)
+int hid_send_feature_report(hid_device *device, const unsigned char *data, size_t length)
 {
+    if (!isOpen(device))
+        return -1;
     FakeHidapi &hidapi = FakeHidapi::instance();
     std::array<std::uint8_t, 9> report{};
     std::copy_n(data, std::min(length, report.size()), report.begin());
@@ -45,10 +63,10 @@ int hid_send_feature_report(hid_device *, const unsigned char *data, size_t leng
     return hidapi.sendFails ? -1 : static_cast<int>(length);
 }
 
-int hid_read(hid_device *, unsigned char *data, size_t length)
+int hid_read(hid_device *device, unsigned char *data, size_t length)
 {
     FakeHidapi &hidapi = FakeHidapi::instance();
-    if (hidapi.reports.empty())
+    if (!isOpen(device) || hidapi.readFails || hidapi.reports.empty())
         return -1;
     const std::vector<std::uint8_t> report = hidapi.reports.front();
     hidapi.reports.pop_front();

@@ -17,10 +17,13 @@ struct FakeHidapi
     bool openFails = false;
     bool sendFails = false;
     std::function<void()> duringSend; ///< what goes on while a report is on its way; may be empty
-    std::deque<std::vector<std::uint8_t>> reports; ///< to be read; none left: the read fails
+    /// To be read, oldest first; none left: the read fails.
+    std::deque<std::vector<std::uint8_t>> reports;
+    bool readFails = false; ///< also while there are reports
     std::vector<std::array<std::uint8_t, 9>> sent;
     std::vector<std::string> opened;
     int openHandles = 0;
+    int misuses = 0; ///< calls with a handle that is closed, closing again among them
 
     static FakeHidapi &instance();
     static void reset() { instance() = {}; }

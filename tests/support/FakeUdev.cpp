@@ -41,6 +41,7 @@ struct World
     std::vector<fakeudev::Device> present;
     std::deque<udev_device> events;
     bool overflow = false;
+    fakeudev::Failing failing;
     int descriptor = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
 };
 
@@ -75,6 +76,13 @@ void calm()
     [[maybe_unused]] const auto taken = read(world().descriptor, &count, sizeof count);
 }
 
+/// A socket stays readable until its last message is taken.
+void wakeForTheRest()
+{
+    if (!world().events.empty())
+        wake();
+}
+
 } // namespace
 
 void fakeudev::reset()
@@ -82,7 +90,13 @@ void fakeudev::reset()
     world().present.clear();
     world().events.clear();
     world().overflow = false;
+    world().failing = {};
     calm();
+}
+
+fakeudev::Failing &fakeudev::failing()
+{
+    return world().failing;
 }
 
 void fakeudev::place(const Device &device)
@@ -134,7 +148,7 @@ udev *udev_unref(udev *)
 
 udev_monitor *udev_monitor_new_from_netlink(udev *, const char *)
 {
-    return reinterpret_cast<udev_monitor *>(&world());
+    return world().failing.monitor ? nullptr : reinterpret_cast<udev_monitor *>(&world());
 }
 
 udev_monitor *udev_monitor_unref(udev_monitor *)
@@ -144,12 +158,12 @@ udev_monitor *udev_monitor_unref(udev_monitor *)
 
 int udev_monitor_filter_add_match_subsystem_devtype(udev_monitor *, const char *, const char *)
 {
-    return 0;
+    return world().failing.filter ? -ENOMEM : 0;
 }
 
 int udev_monitor_enable_receiving(udev_monitor *)
 {
-    return 0;
+    return world().failing.receiving ? -EPERM : 0;
 }
 
 int udev_monitor_get_fd(udev_monitor *)
@@ -162,7 +176,14 @@ udev_device *udev_monitor_receive_device(udev_monitor *)
     calm();
     if (world().overflow) {
         world().overflow = false;
+        wakeForTheRest();
         errno = ENOBUFS;
+        return nullptr;
+    }
+    if (world().failing.receive && !world().events.empty()) {
+        world().events.pop_front();
+        wakeForTheRest();
+        errno = EINVAL;
         return nullptr;
     }
     if (world().events.empty()) {
@@ -176,7 +197,7 @@ udev_device *udev_monitor_receive_device(udev_monitor *)
 
 udev_enumerate *udev_enumerate_new(udev *)
 {
-    return new udev_enumerate;
+    return world().failing.enumeration ? nullptr : new udev_enumerate;
 }
 
 udev_enumerate *udev_enumerate_unref(udev_enumerate *list)
@@ -192,6 +213,8 @@ int udev_enumerate_add_match_subsystem(udev_enumerate *, const char *)
 
 int udev_enumerate_scan_devices(udev_enumerate *list)
 {
+    if (world().failing.scan)
+        return -ENOMEM;
     for (const fakeudev::Device &device : world().present) {
         list->entries.push_back({pathOf(device.name)});
         if (list->entries.size() > 1)

@@ -27,4 +27,16 @@ void announce(const Device &device, const std::string &action);
 /// The next receive fails as it does when the kernel dropped events.
 void overflow();
 
+/// Calls that fail for as long as they are set; reset() takes them all back.
+struct Failing
+{
+    bool monitor = false;
+    bool filter = false;
+    bool receiving = false;   ///< enabling it
+    bool enumeration = false; ///< making the list
+    bool scan = false;        ///< filling it
+    bool receive = false;     ///< of an event, which is lost
+};
+Failing &failing();
+
 } // namespace fakeudev

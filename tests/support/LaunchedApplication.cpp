@@ -119,17 +119,20 @@ QStringList storedsettings::options()
     return keys;
 }
 
-LaunchedApplication::FreshWorld::FreshWorld(Scale scale)
+LaunchedApplication::FreshWorld::FreshWorld(Scale scale, const std::function<void()> &before)
 {
     home();
     FakeHidapi::reset();
     fakeudev::reset();
     if (scale == Scale::Present)
         fakeudev::place(scaleDevice);
+    if (before)
+        before();
 }
 
-LaunchedApplication::LaunchedApplication(Scale scale, const QByteArray &information)
-    : world(scale)
+LaunchedApplication::LaunchedApplication(Scale scale, const QByteArray &information,
+                                         const std::function<void()> &before)
+    : world(scale, before)
     , application(world.argumentCount, arguments)
     , delegate(*launched(application, information).delegate())
     , link(*delegate.hid_obj)
@@ -143,10 +146,10 @@ void LaunchedApplication::turn()
     QCoreApplication::processEvents();
 }
 
-void LaunchedApplication::pass(std::chrono::milliseconds time)
+void LaunchedApplication::pass(std::chrono::milliseconds time, std::chrono::milliseconds step)
 {
-    for (auto gone = 0ms; gone < time; gone += 1ms) {
-        fakeclock::advance(1ms);
+    for (auto gone = 0ms; gone < time; gone += step) {
+        fakeclock::advance(step);
         QCoreApplication::processEvents();
     }
 }

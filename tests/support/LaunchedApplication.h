@@ -14,6 +14,7 @@
 #include <QFile>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 /// The settings of the test's own user. Started programs read what is stored here.
@@ -42,12 +43,15 @@ class LaunchedApplication
 public:
     enum class Scale { Absent, Present };
 
-    explicit LaunchedApplication(Scale scale, const QByteArray &information = {});
+    /// @param before may make calls of the fake libraries fail
+    explicit LaunchedApplication(Scale scale, const QByteArray &information = {},
+                                 const std::function<void()> &before = {});
 
     /// Lets the event loop deliver what is pending.
     static void turn();
-    /// Time goes on in steps of a millisecond, and timers fire as they come due.
-    static void pass(std::chrono::milliseconds time);
+    /// Time goes on step by step, and timers fire as they come due, or at the next step.
+    static void pass(std::chrono::milliseconds time,
+                     std::chrono::milliseconds step = std::chrono::milliseconds(1));
 
     void plug(const fakeudev::Device &device = scaleDevice);
     void unplug(const fakeudev::Device &device = scaleDevice);
@@ -71,7 +75,7 @@ public:
 private:
     struct FreshWorld
     {
-        explicit FreshWorld(Scale scale);
+        FreshWorld(Scale scale, const std::function<void()> &before);
         int argumentCount = 1;
     };
     FreshWorld world;

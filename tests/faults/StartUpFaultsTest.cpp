@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "tests/support/FakeUdev.h"
+#include "tests/support/LaunchedApplication.h"
+
+#include <QLabel>
+#include <QResource>
+#include <QStatusBar>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+// Outside of any namespace, as the resource system wants it.
+static void takePicturesAway()
+{
+    Q_CLEANUP_RESOURCE(panel_pictures);
+}
+
+namespace {
+
+struct Fault
+{
+    const char *name;
+    bool fakeudev::Failing::*call;
+};
+
+constexpr std::array watching{
+    Fault{"none", nullptr},
+    Fault{"no monitor", &fakeudev::Failing::monitor},
+    Fault{"no filter", &fakeudev::Failing::filter},
+    Fault{"no reception", &fakeudev::Failing::receiving},
+};
+constexpr std::array listing{
+    Fault{"none", nullptr},
+    Fault{"no list", &fakeudev::Failing::enumeration},
+    Fault{"an empty list", &fakeudev::Failing::scan},
+};
+
+const QString noEvents =
+    QStringLiteral("No device events: a scale plugged in from now on is not noticed");
+
+void set(const Fault &fault, bool fails)
+{
+    if (fault.call != nullptr)
+        fakeudev::failing().*fault.call = fails;
+}
+
+/// 1234 g, as the scale that counts grams reports them.
+const std::vector<std::uint8_t> report{0x01, 0x34, 0x12};
+
+} // namespace
+
+/// What is missing from the first moment on.
+class StartUpFaultsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { storedsettings::forget(); }
+
+    void devices_data()
+    {
+        QTest::addColumn<std::size_t>("watchingFault");
+        QTest::addColumn<std::size_t>("listingFault");
+        for (std::size_t first = 0; first < watching.size(); ++first) {
+            for (std::size_t second = 0; second < listing.size(); ++second)
+                QTest::addRow("%s, %s", watching.at(first).name, listing.at(second).name)
+                    << first << second;
+        }
+    }
+
+    /// A scale that is there is found once it can be listed, watched for or not.
+    void devices()
+    {
+        QFETCH(std::size_t, watchingFault);
+        QFETCH(std::size_t, listingFault);
+        const Fault &blind = watching.at(watchingFault);
+        const Fault &unlisted = listing.at(listingFault);
+        LaunchedApplication app(LaunchedApplication::Scale::Present, {}, [&] {
+            set(blind, true);
+            set(unlisted, true);
+        });
+        QCOMPARE(app.logged(noEvents), blind.call == nullptr ? 0 : 1);
+        QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
+        app.pass(3000ms);
+        QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
+        set(unlisted, false);
+        app.pass(1000ms);
+        QVERIFY(app.delegate.isDeviceConnected);
+        app.hidapi.reports.push_back(report);
+        app.pass(400ms);
+        QCOMPARE(app.delegate.gmImg->isHidden(), false);
+        QCOMPARE(app.timers().size(), std::size_t{1});
+        QCOMPARE(app.hidapi.openHandles, 1);
+    }
+
+    /// The views stay empty; the weight leaves the program all the same.
+    void pictures()
+    {
+        takePicturesAway();
+        LaunchedApplication app(LaunchedApplication::Scale::Present);
+        // The window has asked for them: what was registered for that is taken away again.
+        takePicturesAway();
+        QVERIFY(!QResource(QStringLiteral(":/panel/1.bmp")).isValid());
+        app.stopPolling();
+        app.delegate.rg5->click();
+        app.read(report);
+        QVERIFY(app.delegate.digZero->isEmpty());
+        QVERIFY(!app.delegate.digZero->isHidden());
+        QCOMPARE(app.delegate.lbLBL->text(), QStringLiteral("1.234"));
+        app.delegate.window->grab();
+    }
+};
+
+QTEST_APPLESS_MAIN(StartUpFaultsTest)
+#include "StartUpFaultsTest.moc"
