@@ -17,7 +17,7 @@ package_packages=(build-essential debhelper)
 package_check_packages=("${package_packages[@]}" lintian devscripts)
 check_packages=(
     "${demo_packages[@]}"
-    clang-format-14 clang-tidy-14 xdotool xclip wmctrl x11-utils locales socat
+    clang-format-14 clang-tidy-14 xdotool xclip wmctrl x11-utils locales socat faketime
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2

@@ -94,6 +94,11 @@ class Program:
             stderr=subprocess.PIPE, text=True, errors="replace")
         self.log = LogLines(self._emulator.stderr)
 
+    @property
+    def emulator_pid(self):
+        """The program is its child."""
+        return self._emulator.pid
+
     def wait_for_polls(self, count=2):
         """Until that many further polls have begun, so that one less is over and shown."""
         self.log.wait_for("readData$", self.log.mark(), count)
