@@ -116,7 +116,9 @@ class AccessibilityBus:
         self._bus = _connection(address.unpack()[0])
 
     def close(self):
-        self._bus.close_sync(None)
+        # It ends by itself when the X server is gone.
+        if not self._bus.is_closed():
+            self._bus.close_sync(None)
 
     def listen_for_names(self):
         """Has programs tell of new names, as a screen reader does. Returns a function that gives

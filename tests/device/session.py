@@ -64,6 +64,11 @@ class Session:
             windows.setdefault(window_class.split(".")[0], []).append(window)
         return windows
 
+    def lose_x_server(self):
+        """As in a crash: its clients learn of it by their broken connections."""
+        self._x_server.kill()
+        self._x_server.wait()
+
     def _start(self):
         _libc.prctl(_PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0)
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="postal-scale-session-"))
@@ -92,10 +97,11 @@ class Session:
     def _start_x_server(self):
         reading, writing = os.pipe()
         # Without resets: between its first clients it would start over, and drop the next one.
-        server = self.spawn(["Xvfb", "-displayfd", str(writing), "-screen", "0", self._screen,
-                             "-nolisten", "tcp", "-noreset"],
-                            pass_fds=[writing], stderr=subprocess.DEVNULL)
-        self._ends_with_session(server)
+        self._x_server = self.spawn(["Xvfb", "-displayfd", str(writing), "-screen", "0",
+                                     self._screen,
+                                     "-nolisten", "tcp", "-noreset"],
+                                    pass_fds=[writing], stderr=subprocess.DEVNULL)
+        self._ends_with_session(self._x_server)
         os.close(writing)
         with os.fdopen(reading) as number:
             self.environment["DISPLAY"] = ":" + number.readline().strip()
