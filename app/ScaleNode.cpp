@@ -3,18 +3,19 @@
 
 #include "app/ScaleNode.h"
 
-#include "scale/DeviceWatcher.h"
+#include "scale/HidDevices.h"
+#include "scale/ScaleDelegate.h"
 #include "scale/ScaleIdentity.h"
 
 #include <cerrno>
-#include <unistd.h>
 
 ScaleNode findScaleNode()
 {
-    const auto device = DeviceWatcher().find(scaleVendorId, scaleProductId);
+    HidDevices &devices = ScaleApplication::sharedApplication()->devices();
+    const auto device = devices.events()->find(scaleVendorId, scaleProductId);
     if (!device)
         return {};
-    const bool refused = access(device->node.toUtf8().constData(), R_OK | W_OK) != 0 &&
-                         (errno == EACCES || errno == EPERM);
+    const int error = devices.accessError(device->node);
+    const bool refused = error == EACCES || error == EPERM;
     return {.access = refused ? ScaleAccess::Denied : ScaleAccess::Granted, .path = device->node};
 }

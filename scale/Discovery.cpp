@@ -10,31 +10,14 @@
 #include "scale/ScaleIdentity.h"
 
 #include <cerrno>
-#include <unistd.h>
-
-namespace {
-
-QString troubleWith(const HidDeviceInfo &device, const QString &libraryError)
-{
-    if (access(device.node.toUtf8().constData(), R_OK | W_OK) == 0 || errno != EACCES)
-        return QStringLiteral("The scale at %1 could not be opened: %2")
-            .arg(device.node, libraryError);
-    return QStringLiteral("No permission to open the scale at %1. Put this line into "
-                          "/etc/udev/rules.d/60-postal-scale.rules and plug the scale in again: "
-                          "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
-                          "ATTRS{idVendor}==\"%2\", ATTRS{idProduct}==\"%3\", TAG+=\"uaccess\"")
-        .arg(device.node)
-        .arg(scaleVendorId, 4, 16, QLatin1Char('0'))
-        .arg(scaleProductId, 4, 16, QLatin1Char('0'));
-}
-
-} // namespace
 
 HIDManager::HIDManager()
-    : library([this] { hid_device_removal_callback(); })
+    : devices(ScaleApplication::sharedApplication()->devices())
+    , watcher(devices.events())
+    , library(devices, [this] { hid_device_removal_callback(); })
 {
-    connect(&watcher, &DeviceWatcher::added, this, &HIDManager::DeviceAdded);
-    connect(&watcher, &DeviceWatcher::removed, this, &HIDManager::DeviceRemoved);
+    connect(watcher.get(), &DeviceEvents::added, this, &HIDManager::DeviceAdded);
+    connect(watcher.get(), &DeviceEvents::removed, this, &HIDManager::DeviceRemoved);
 }
 
 ScaleDelegate *HIDManager::delegate()
@@ -47,7 +30,7 @@ void HIDManager::get_device_handle()
     command = initialCommandByte;
     state.unitnumber = 3;
     state.currentUnit = 4;
-    watcher.start();
+    watcher->start();
 }
 
 void HIDManager::DeviceAdded(const HidDeviceInfo &device)
@@ -69,7 +52,7 @@ void HIDManager::handleMatchingDevice()
 
 void HIDManager::openHandle()
 {
-    const auto device = watcher.find(scaleVendorId, scaleProductId);
+    const auto device = watcher->find(scaleVendorId, scaleProductId);
     handle = device ? library.open(device->node, device->systemPath) : nullptr;
     if (handle)
         delegate()->setConnectionTrouble({});
@@ -89,16 +72,30 @@ void HIDManager::closeHandle()
 
 void HIDManager::reportOpenFailure(const HidDeviceInfo &device)
 {
-    const QString trouble = troubleWith(device, library.lastError());
+    const QString trouble = troubleWith(device);
     logLine(trouble);
     delegate()->setConnectionTrouble(trouble);
+}
+
+QString HIDManager::troubleWith(const HidDeviceInfo &device) const
+{
+    if (devices.accessError(device.node) != EACCES)
+        return QStringLiteral("The scale at %1 could not be opened: %2")
+            .arg(device.node, library.lastError());
+    return QStringLiteral("No permission to open the scale at %1. Put this line into "
+                          "/etc/udev/rules.d/60-postal-scale.rules and plug the scale in again: "
+                          "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
+                          "ATTRS{idVendor}==\"%2\", ATTRS{idProduct}==\"%3\", TAG+=\"uaccess\"")
+        .arg(device.node)
+        .arg(scaleVendorId, 4, 16, QLatin1Char('0'))
+        .arg(scaleProductId, 4, 16, QLatin1Char('0'));
 }
 
 void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
 {
     logLine(QStringLiteral("DeviceRemoved"));
     delegate()->setUnitCaptionHidden(true);
-    if (!watcher.find(scaleVendorId, scaleProductId))
+    if (!watcher->find(scaleVendorId, scaleProductId))
         delegate()->setConnectionTrouble({});
     library.deviceRemoved(device.systemPath);
 }

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "scale/CommandByte.h"
-#include "scale/DeviceWatcher.h"
+#include "scale/HidDevices.h"
 #include "scale/HidLibrary.h"
 #include "scale/WeightDecoder.h"
 
@@ -104,6 +104,7 @@ private:
     void handleMatchingDevice();
     void hid_device_removal_callback();
     void reportOpenFailure(const HidDeviceInfo &device);
+    QString troubleWith(const HidDeviceInfo &device) const;
 
     int sendFeatureReport(const FeatureReport &report);
     void sendCommand(Trace trace);
@@ -113,7 +114,8 @@ private:
     void perform(const ReadingEffect &effect);
     void exportReading(const WeightReport &report, const DecodedReport &decoded, bool highCapacity);
 
-    DeviceWatcher watcher;
+    HidDevices &devices;
+    std::unique_ptr<DeviceEvents> watcher;
     HidLibrary library;
     std::shared_ptr<HidHandle> handle; ///< stays set when the scale is gone; null if never opened
     CommandByte command = 0;

@@ -3,62 +3,48 @@
 
 #include "scale/HidLibrary.h"
 
-#include <hidapi.h>
 #include <utility>
 
-HidHandle::HidHandle(hid_device_ *openDevice, const QString &systemPath)
-    : device(openDevice)
+HidHandle::HidHandle(std::unique_ptr<HidConnection> openConnection, const QString &systemPath)
+    : connection(std::move(openConnection))
     , path(systemPath)
 {
 }
 
-HidHandle::~HidHandle()
-{
-    close();
-}
-
 int HidHandle::sendFeatureReport(std::span<const std::uint8_t> report)
 {
-    if (device == nullptr)
-        return -1;
-    return hid_send_feature_report(device, report.data(), report.size());
+    return connection ? connection->sendFeatureReport(report) : -1;
 }
 
 int HidHandle::read(std::span<std::uint8_t> buffer)
 {
-    if (device == nullptr)
-        return -1;
-    return hid_read(device, buffer.data(), buffer.size());
+    return connection ? connection->read(buffer) : -1;
 }
 
 void HidHandle::close()
 {
-    if (device != nullptr)
-        hid_close(std::exchange(device, nullptr));
+    connection.reset();
 }
 
-HidLibrary::HidLibrary(RemovalHook hook)
-    : removalHook(std::move(hook))
+HidLibrary::HidLibrary(HidDevices &hidDevices, RemovalHook hook)
+    : devices(hidDevices)
+    , removalHook(std::move(hook))
 {
 }
 
 std::shared_ptr<HidHandle> HidLibrary::open(const QString &node, const QString &systemPath)
 {
-    // The same as hid_open does after its search by identity. That search can crash when a device
-    // vanishes under it (hidapi 0.13.1), and a bouncing plug is enough for that. What remains is a
-    // device that vanishes in the microseconds between the library's open and its first request,
-    // where the library uses freed memory; only a newer library mends that.
-    hid_device *device = hid_open_path(node.toUtf8().constData());
-    if (device == nullptr)
+    std::unique_ptr<HidConnection> connection = devices.open(node);
+    if (!connection)
         return nullptr;
     hookArmed = true;
-    openHandles.push_back(std::make_shared<HidHandle>(device, systemPath));
+    openHandles.push_back(std::make_shared<HidHandle>(std::move(connection), systemPath));
     return openHandles.back();
 }
 
 QString HidLibrary::lastError() const
 {
-    return QString::fromWCharArray(hid_error(nullptr));
+    return devices.lastError();
 }
 
 void HidLibrary::deviceRemoved(const QString &systemPath)

@@ -3,23 +3,17 @@
 
 #pragma once
 
-#include <QString>
-#include <cstdint>
+#include "scale/HidDevices.h"
+
 #include <functional>
 #include <memory>
-#include <span>
 #include <vector>
-
-struct hid_device_;
 
 /// One open device. Once it is gone every call answers -1.
 class HidHandle
 {
 public:
-    HidHandle(hid_device_ *openDevice, const QString &systemPath);
-    ~HidHandle();
-    HidHandle(const HidHandle &) = delete;
-    HidHandle &operator=(const HidHandle &) = delete;
+    HidHandle(std::unique_ptr<HidConnection> openConnection, const QString &systemPath);
 
     /// First byte: report number, 0 for none. The length of @p report, or -1.
     int sendFeatureReport(std::span<const std::uint8_t> report);
@@ -32,7 +26,7 @@ public:
     const QString &systemPath() const { return path; }
 
 private:
-    hid_device_ *device;
+    std::unique_ptr<HidConnection> connection;
     QString path;
 };
 
@@ -42,7 +36,7 @@ class HidLibrary
 public:
     using RemovalHook = std::function<void()>;
 
-    explicit HidLibrary(RemovalHook hook);
+    HidLibrary(HidDevices &hidDevices, RemovalHook hook);
 
     /// Null when the node cannot be opened. The first open that succeeds arms the removal hook.
     /// Takes 60 to 80 ms on a real USB device; reports that arrive meanwhile are lost.
@@ -55,6 +49,7 @@ public:
     void deviceRemoved(const QString &systemPath);
 
 private:
+    HidDevices &devices;
     RemovalHook removalHook;
     bool hookArmed = false;
     std::vector<std::shared_ptr<HidHandle>> openHandles;

@@ -3,6 +3,8 @@
 
 #include "scale/ScaleDelegate.h"
 
+#include "scale/SystemHidDevices.h"
+
 namespace {
 
 ScaleApplication *shared = nullptr;
@@ -22,4 +24,10 @@ ScaleApplication::~ScaleApplication()
 ScaleApplication *ScaleApplication::sharedApplication()
 {
     return shared;
+}
+
+HidDevices &ScaleApplication::devices()
+{
+    static SystemHidDevices ofThisMachine;
+    return ofThisMachine;
 }

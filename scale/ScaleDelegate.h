@@ -6,6 +6,8 @@
 #include <QString>
 #include <QtGlobal>
 
+class HidDevices;
+
 /// What the scale link asks of the interface. The link knows no more of it than this, so it works
 /// and is tested without a window.
 class ScaleDelegate
@@ -41,7 +43,8 @@ public:
     virtual bool SetClip() const = 0;
 };
 
-/// The application as the scale link sees it: the place where the delegate is found.
+/// The application as the scale link sees it: the place where the delegate and the devices are
+/// found.
 class ScaleApplication
 {
 public:
@@ -53,4 +56,6 @@ public:
     /// The one application of the process. It must exist before any scale link.
     static ScaleApplication *sharedApplication();
     virtual ScaleDelegate *delegate() const = 0;
+    /// Outlives every scale link.
+    virtual HidDevices &devices();
 };
