@@ -5,6 +5,7 @@
 
 #include "app/BundleInformation.h"
 #include "app/CommandLine.h"
+#include "app/DeviceChoice.h"
 #include "app/Doctor.h"
 #include "app/DoctorFacts.h"
 #include "app/ReadingReportCommand.h"
@@ -39,6 +40,18 @@ Application *Application::sharedApplication()
 ReadingReportDelegate *Application::delegate() const
 {
     return appDelegate.get();
+}
+
+HidDevices &Application::devices()
+{
+    return chosenDevices ? *chosenDevices : ScaleApplication::devices();
+}
+
+QString Application::useDevicesOf(const CommandLine &line)
+{
+    DeviceChoice choice = DeviceChoice::of(line, ScaleApplication::devices());
+    chosenDevices = std::move(choice.devices);
+    return choice.trouble;
 }
 
 void Application::launch(const QString &infoFile)
@@ -78,10 +91,18 @@ int Application::showWindow(const CommandLine &line, const ActivationRight &righ
     SingleInstance instance(SingleInstance::defaultFolder());
     switch (instance.claim(raiseRequest(right)).outcome) {
     case SingleInstance::Claim::Outcome::Ours: break;
-    case SingleInstance::Claim::Outcome::Answered: return 0;
+    case SingleInstance::Claim::Outcome::Answered:
+        if (line.recordFile.isEmpty() && line.replayFile.isEmpty())
+            return 0;
+        std::fputs("Postal Scale is running already; close its window first\n", stderr);
+        return 1;
     case SingleInstance::Claim::Outcome::Unanswered:
         std::fputs("Postal Scale is running already, but does not answer\n", stderr);
         return 1;
+    }
+    if (const QString trouble = useDevicesOf(line); !trouble.isEmpty()) {
+        std::fprintf(stderr, "%s\n", qPrintable(trouble));
+        return EX_USAGE;
     }
     launch(line.infoFile);
     linkBrowsers();

@@ -26,11 +26,14 @@ public:
     static Application *sharedApplication();
     /// Null before the launch.
     ReadingReportDelegate *delegate() const override;
+    HidDevices &devices() override;
 
     /// Creates the delegate and its window, and launches. @p infoFile may be empty.
     void launch(const QString &infoFile);
     /// The same, with the window not shown yet.
     void launchUnseen(const QString &infoFile);
+    /// Before the launch. Empty, or why it cannot be done.
+    QString useDevicesOf(const CommandLine &line);
     /// The whole life of the program; its exit status.
     int run(const ActivationRight &right);
 
@@ -43,6 +46,7 @@ private:
     QJsonObject answer(const QJsonObject &laterStart);
     void lastWindowWasClosed();
 
+    std::unique_ptr<HidDevices> chosenDevices; ///< null: the machine's own
     std::unique_ptr<Settings> settings;
     std::unique_ptr<BrowserLink> browserLink; ///< null until the window is shown
     std::unique_ptr<ReadingReportDelegate> appDelegate;

@@ -40,11 +40,22 @@ struct Parser
         QStringLiteral("doctor"),
         QStringLiteral("Look for what keeps the program from working, with a cure for each.")};
 
+    const QCommandLineOption record{
+        QStringLiteral("record"),
+        QStringLiteral("Write everything that passes between the program and USB devices of its "
+                       "kind into FILE, as text for a bug report."),
+        QStringLiteral("FILE")};
+    const QCommandLineOption replay{
+        QStringLiteral("replay"),
+        QStringLiteral("Show what was recorded in FILE instead of a scale. At its end the last "
+                       "state stays."),
+        QStringLiteral("FILE")};
+
     Parser()
     {
         line.setApplicationDescription(
             QStringLiteral("Shows, copies and fills in the weight of a USB postal scale."));
-        line.addOptions({info, print, json, doctor, help, version});
+        line.addOptions({info, print, json, doctor, record, replay, help, version});
     }
 
     bool has(const QCommandLineOption &option) const { return line.isSet(option); }
@@ -56,6 +67,22 @@ QString exitStatuses()
                           "(overload, under load, off), 3 no permission.\n");
 }
 
+QString trafficRefusal(const Parser &parser)
+{
+    if (parser.has(parser.record) && parser.has(parser.replay))
+        return QStringLiteral("--record and --replay exclude each other.");
+    for (const QCommandLineOption *option : {&parser.record, &parser.replay}) {
+        if (!parser.has(*option))
+            continue;
+        const QString name = option->names().constFirst();
+        if (parser.has(parser.print) || parser.has(parser.doctor))
+            return QStringLiteral("--%1 needs the window.").arg(name);
+        if (parser.line.value(*option).isEmpty())
+            return QStringLiteral("--%1 needs the name of a file.").arg(name);
+    }
+    return {};
+}
+
 QString refusal(const Parser &parser)
 {
     const QStringList surplus = parser.line.positionalArguments();
@@ -63,6 +90,8 @@ QString refusal(const Parser &parser)
         return QStringLiteral("Unexpected argument '%1'.").arg(surplus.constFirst());
     if (parser.has(parser.print) && parser.has(parser.doctor))
         return QStringLiteral("--print and --doctor exclude each other.");
+    if (const QString reason = trafficRefusal(parser); !reason.isEmpty())
+        return reason;
     if (parser.has(parser.json) && !parser.has(parser.print))
         return QStringLiteral("--json goes with --print.");
     return {};
@@ -93,7 +122,9 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         return {.action = Action::Refuse, .text = reason};
     return {.action = wantedAction(parser),
             .format = parser.has(parser.json) ? ReportFormat::Json : ReportFormat::Text,
-            .infoFile = parser.line.value(parser.info)};
+            .infoFile = parser.line.value(parser.info),
+            .recordFile = parser.line.value(parser.record),
+            .replayFile = parser.line.value(parser.replay)};
 }
 
 ToolkitArguments::ToolkitArguments(int argc, char **argv)

@@ -16,8 +16,10 @@ struct CommandLine
 
     Action action = Action::ShowWindow;
     ReportFormat format = ReportFormat::Text;
-    QString infoFile; ///< empty if not given
-    QString text;     ///< the help, or why the line is refused
+    QString infoFile;   ///< empty if not given
+    QString recordFile; ///< empty if not given
+    QString replayFile; ///< empty if not given
+    QString text;       ///< the help, or why the line is refused
 
     /// @param arguments the program's name first, without the toolkit's own options
     static CommandLine parse(const QStringList &arguments);

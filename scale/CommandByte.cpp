@@ -5,6 +5,8 @@
 
 namespace {
 
+constexpr std::uint8_t pollMarker = 0x90;
+
 constexpr CommandByte cleared(CommandByte command, CommandByte bits)
 {
     return static_cast<CommandByte>(command & ~bits);
@@ -76,5 +78,10 @@ FeatureReport commandReport(CommandByte command)
 
 FeatureReport pollReport(CommandByte command)
 {
-    return {0x00, 0x90, command, 0x80};
+    return {0x00, pollMarker, command, 0x80};
+}
+
+bool isPollReport(std::span<const std::uint8_t> report)
+{
+    return report.size() > 1 && report[1] == pollMarker;
 }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 /// The one byte that drives the scale. It goes out with every command and again with every poll.
 using CommandByte = std::uint8_t;
@@ -45,3 +46,6 @@ CommandByte afterPoll(CommandByte command, int unitindex);
 
 FeatureReport commandReport(CommandByte command);
 FeatureReport pollReport(CommandByte command);
+
+/// Asks for a reading; with its report number, as above.
+bool isPollReport(std::span<const std::uint8_t> report);

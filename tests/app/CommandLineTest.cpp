@@ -74,12 +74,19 @@ private slots:
         row("--json --print", Action::PrintReading, ReportFormat::Json);
         row("--print --info my.json", Action::PrintReading, ReportFormat::Text, "my.json");
         row("--doctor", Action::Diagnose);
+        row("--record scale.txt", Action::ShowWindow);
+        row("--replay scale.txt --info my.json", Action::ShowWindow, ReportFormat::Text, "my.json");
         row("--version", Action::ShowVersion);
         row("-v", Action::ShowVersion);
         row("--json", Action::Refuse);
         row("--print --doctor", Action::Refuse);
         row("--info", Action::Refuse);
         row("--weigh", Action::Refuse);
+        row("--record", Action::Refuse);
+        row("--replay=", Action::Refuse);
+        row("--record one.txt --replay two.txt", Action::Refuse);
+        row("--print --record scale.txt", Action::Refuse);
+        row("--doctor --replay scale.txt", Action::Refuse);
         row("parcel", Action::Refuse);
         row("--print parcel", Action::Refuse);
     }
@@ -96,6 +103,16 @@ private slots:
         QCOMPARE(line.text.isEmpty(), action != Action::Refuse);
     }
 
+    void tellsWhichFileTheTrafficIsIn()
+    {
+        const CommandLine recording = CommandLine::parse(words("--record scale.txt"));
+        QCOMPARE(recording.recordFile, QStringLiteral("scale.txt"));
+        QCOMPARE(recording.replayFile, QString());
+        const CommandLine replaying = CommandLine::parse(words("--replay scale.txt"));
+        QCOMPARE(replaying.recordFile, QString());
+        QCOMPARE(replaying.replayFile, QStringLiteral("scale.txt"));
+    }
+
     void aRefusalNamesTheCause()
     {
         QVERIFY(CommandLine::parse(words("--weigh")).text.contains(QStringLiteral("weigh")));
@@ -107,6 +124,7 @@ private slots:
         const CommandLine line = CommandLine::parse(words("--help"));
         QCOMPARE(line.action, Action::ShowHelp);
         for (const char *part : {"--info <FILE>", "--print", "--json", "--doctor", "--help",
+                                 "--record <FILE>", "--replay <FILE>", "last state stays",
                                  "--version", "0 reading", "1 no scale", "3 no permission"})
             QVERIFY2(line.text.contains(QLatin1String(part)), part);
     }
@@ -117,7 +135,8 @@ private slots:
         for (const char *line : {"--print", "--print --json", "--json", "--doctor", "--help", "-h",
                                  "--version", "-v", "--info my.json --print"})
             QTest::newRow(line) << true;
-        for (const char *line : {"", "--info my.json", "--weigh", "-platform xcb"})
+        for (const char *line :
+             {"", "--info my.json", "--replay scale.txt", "--weigh", "-platform xcb"})
             QTest::newRow(line) << false;
     }
 

@@ -60,7 +60,7 @@ class Program:
     """One run of the program, with an emulator of its own around it."""
 
     def __init__(self, session, *, arguments=(), settings=None, settings_folder=None,
-                 environment=None, wrapper=()):
+                 environment=None, wrapper=(), program_arguments=()):
         """@param settings the text of the settings file
         @param settings_folder of an earlier run
         @param wrapper a command that starts the program in its turn"""
@@ -71,7 +71,8 @@ class Program:
             self._settings_file.parent.mkdir()
             self._settings_file.write_text(settings, encoding="utf-8")
         socket = session.new_folder("emulator") / "socket"
-        self._start(socket, arguments, environment or {}, wrapper)
+        self._start(socket, arguments, environment or {},
+                    [*wrapper, binaries() / "postal-scale", *program_arguments])
         try:
             self.scale = EmulatedScale(str(socket))
             self.window = wait_until(self._find_window, "the program's window")
@@ -79,11 +80,10 @@ class Program:
             self.kill()
             raise
 
-    def _start(self, socket, arguments, environment, wrapper):
-        folder = binaries()
+    def _start(self, socket, arguments, environment, command):
         self._emulator = self._session.spawn(
-            [folder / "postal-scale-emulator", "--socket", socket, *arguments, "--",
-             *wrapper, folder / "postal-scale"],
+            [binaries() / "postal-scale-emulator", "--socket", socket, *arguments, "--",
+             *command],
             self._session.environment | {
                 "XDG_CONFIG_HOME": str(self.settings_folder),
                 "QT_QPA_PLATFORM": "xcb",

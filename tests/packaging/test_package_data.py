@@ -139,10 +139,12 @@ class PackageDataTest(unittest.TestCase):
 
     def test_the_shell_completes(self):
         for line, expected in (
-            ("postal-scale --", ["--info", "--print", "--doctor", "--help", "--version"]),
+            ("postal-scale --", ["--info", "--print", "--doctor", "--record", "--replay",
+                                "--help", "--version"]),
             ("postal-scale --d", ["--doctor"]),
             ("postal-scale --print --", ["--json", "--info"]),
             ("postal-scale --info CMakeL", ["CMakeLists.txt"]),
+            ("postal-scale --replay CMakeL", ["CMakeLists.txt"]),
         ):
             with self.subTest(line=line):
                 self.assertEqual(self.completions(line), expected)

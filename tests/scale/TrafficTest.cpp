@@ -1,0 +1,317 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "scale/Traffic.h"
+#include "scale/RecordedHidDevices.h"
+#include "scale/ReplayedHidDevices.h"
+#include "scale/SystemHidDevices.h"
+#include "tests/support/FakeClock.h"
+#include "tests/support/LinkedScale.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
+
+/// An interface whose application gets its devices from the test.
+struct Interface : RecordingDelegate
+{
+    explicit Interface(HidDevices &itsDevices)
+        : source(itsDevices)
+    {
+    }
+
+    HidDevices &devices() override { return source; }
+
+    HidDevices &source;
+};
+
+QByteArray contents(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Without heading and times, which are another run's business.
+QStringList withoutTimes(const QByteArray &record)
+{
+    QStringList lines = QString::fromUtf8(record).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    lines.removeIf([](const QString &line) { return !line.at(0).isDigit(); });
+    for (QString &line : lines)
+        line = line.section(QLatin1Char(' '), 1);
+    return lines;
+}
+
+/// Time goes on, and what has come due happens.
+void pass(std::chrono::milliseconds time)
+{
+    for (auto gone = 0ms; gone < time; gone += 1ms) {
+        fakeclock::advance(1ms);
+        LinkedScale::turn();
+    }
+}
+
+Traffic traffic(const QByteArray &lines)
+{
+    QString trouble;
+    const auto parsed = Traffic::parse(Traffic::heading + '\n' + lines, &trouble);
+    if (!parsed)
+        qFatal("%s", qPrintable(trouble));
+    return *parsed;
+}
+
+} // namespace
+
+/// What is written down of the devices, and that it does the same once more.
+class TrafficTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { QVERIFY(folder.isValid()); }
+
+    void aLineReadsAsItIsWritten_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        for (const char *text :
+             {"0.004 attach hidraw0 04d9:8010", "12.345 detach hidraw12 046d:c077",
+              "0.074 open hidraw0", "0.074 open hidraw0 denied: Permission denied",
+              "0.074 open hidraw0 failed: ", "0.474 send 00 90 ff 80 00 00 00 00 00",
+              "0.475 read 01 34 12", "0.475 read", "100000.999 read failed",
+              "0.875 send failed 00 90 ff 80 00 00 00 00 00"})
+            QTest::newRow(text) << QByteArray(text);
+    }
+
+    void aLineReadsAsItIsWritten()
+    {
+        QFETCH(QByteArray, text);
+        const auto line = TrafficLine::parse(text);
+        QVERIFY(line.has_value());
+        QCOMPARE(line->toText(), text);
+    }
+
+    void nothingElseIsALine_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        for (const char *text :
+             {"attach hidraw0 04d9:8010", "0.4 read", "0,400 read", "-1.000 read", "0.400  read",
+              "0.400 read 1", "0.400 read 0x01", "0.400 read 01,34", "0.400 read 01 failed",
+              "0.400 send", "0.400 send failed", "0.400 attach hidraw0", "0.400 attach 04d9:8010",
+              "0.400 attach /dev/hidraw0 04d9:8010", "0.400 open", "0.400 open hidraw0 refused: x",
+              "0.400 open hidraw0 failed", "0.400 READ 01", "0.400 write 01"})
+            QTest::newRow(text) << QByteArray(text);
+    }
+
+    void nothingElseIsALine()
+    {
+        QFETCH(QByteArray, text);
+        QVERIFY(!TrafficLine::parse(text));
+    }
+
+    void damageIsToldWithItsLine_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("trouble");
+        const auto row = [](const char *text, const char *trouble) {
+            QTest::newRow(trouble) << QByteArray(text) << QString::fromLatin1(trouble);
+        };
+        row("", "line 1: not \"postal-scale traffic 1\"");
+        row("postal-scale traffic 2\n", "line 1: not \"postal-scale traffic 1\"");
+        row("postal-scale traffic 1\n\n# remark\n0.1 read\n", "line 4: cannot be understood");
+        row("postal-scale traffic 1\n0.100 read 01 00 00\n",
+            "line 2: a report, but no device was opened before");
+        row("postal-scale traffic 1\n0.100 open hidraw0 failed: x\n0.200 send 00 90\n",
+            "line 3: a report, but no device was opened before");
+        row("postal-scale traffic 1\n0.100 open hidraw0\n0.099 read\n",
+            "line 3: the time goes back");
+    }
+
+    void damageIsToldWithItsLine()
+    {
+        QFETCH(QByteArray, text);
+        QString trouble;
+        QVERIFY(!Traffic::parse(text, &trouble));
+        QTEST(trouble, "trouble");
+    }
+
+    void whatAMailProgramDoesToALineIsNoDamage()
+    {
+        QString trouble;
+        const auto parsed =
+            Traffic::parse("postal-scale traffic 1\r\n  0.100 open hidraw0 \r\n\r\n", &trouble);
+        QVERIFY2(parsed.has_value(), qPrintable(trouble));
+        QCOMPARE(parsed->lines.size(), std::size_t{1});
+    }
+
+    void everythingThatPassesIsWrittenDown()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        FakeHidapi &hidapi = FakeHidapi::instance();
+        SystemHidDevices machine;
+        RecordedHidDevices record(machine);
+        const QString name = folder.filePath(QStringLiteral("record"));
+        QVERIFY(record.startFile(name));
+        const LogCapture log;
+        Interface interface(record);
+        HIDManager link;
+        link.get_device_handle();
+        LinkedScale::turn();
+        fakeudev::plug(mouse);
+        fakeudev::plug(scaleDevice);
+        LinkedScale::turn();
+        hidapi.reports = {{0x01, 0x34, 0x12}, {}};
+        link.get_device_rawdata();
+        link.set_device_OFF();
+        link.get_device_rawdata();
+        hidapi.sendFails = true;
+        link.get_device_rawdata();
+        hidapi.openFails = true;
+        fakeudev::unplug(scaleDevice.name);
+        LinkedScale::turn();
+        link.get_device_rawdata(); // reaches no device
+        fakeudev::plug(scaleDevice);
+        LinkedScale::turn();
+        QCOMPARE(withoutTimes(contents(name)),
+                 (QStringList{"attach hidraw7 046d:c077", "attach hidraw0 04d9:8010",
+                              "open hidraw0", "send 00 90 ff 80 00 00 00 00 00", "read 01 34 12",
+                              "send 00 a0 ff a0 00 00 00 00 00", "send 00 90 ff 80 00 00 00 00 00",
+                              "read", "send failed 00 90 fe 80 00 00 00 00 00", "read failed",
+                              "detach hidraw0 04d9:8010", "attach hidraw0 04d9:8010",
+                              "open hidraw0 failed: fake failure"}));
+        QString trouble;
+        QVERIFY2(Traffic::parse(contents(name), &trouble), qPrintable(trouble));
+    }
+
+    void aRecordThatCannotBeWrittenIsToldAtOnce()
+    {
+        SystemHidDevices machine;
+        RecordedHidDevices record(machine);
+        QVERIFY(!record.startFile(folder.filePath(QStringLiteral("nowhere/record"))));
+        QCOMPARE(record.errorText(), QStringLiteral("No such file or directory"));
+    }
+
+    void aFullDiskEndsTheRecordAndNothingElse()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        SystemHidDevices machine;
+        RecordedHidDevices record(machine);
+        const LogCapture log;
+        record.startFile(QStringLiteral("/dev/full"));
+        const auto connection = record.open(QStringLiteral("/dev/hidraw0"));
+        QVERIFY(connection != nullptr);
+        FakeHidapi::instance().reports = {{0x01, 0x34, 0x12}};
+        std::array<std::uint8_t, 9> buffer{};
+        QCOMPARE(connection->read(buffer), 3);
+        QCOMPARE(log.lines(),
+                 QStringList{"The record in /dev/full ends here: No space left on device"});
+    }
+
+    void aReplayDoesTheSameOnceMore()
+    {
+        const QByteArray lines = "0.002 attach hidraw0 04d9:8010\n"
+                                 "0.003 open hidraw0\n"
+                                 "0.005 send 00 90 ff 80 00 00 00 00 00\n"
+                                 "0.006 read 01 34 12\n"
+                                 "0.007 send 00 a0 ff a0 00 00 00 00 00\n"
+                                 "0.008 send failed 00 90 ff 80 00 00 00 00 00\n"
+                                 "0.009 read failed\n"
+                                 "0.010 detach hidraw0 04d9:8010\n";
+        ReplayedHidDevices devices(traffic(lines));
+        const LogCapture log;
+        Interface interface(devices);
+        interface.radioButtonIndex = 5;
+        HIDManager link;
+        link.get_device_handle();
+        pass(10ms);
+        QCOMPARE(interface.calls, (QStringList{"setStatusString 1", "setIsDeviceAlive 1"}));
+        QCOMPARE(interface.connectionTrouble, QString());
+        link.get_device_rawdata();
+        QCOMPARE(interface.label, QStringLiteral("1.234"));
+        interface.calls.clear();
+        link.get_device_rawdata();
+        QCOMPARE(log.lines().filter(QStringLiteral("Unable")).size(), 2);
+        pass(10ms);
+        QCOMPARE(interface.calls.last(2), (QStringList{"setIsDeviceAlive 0", "clearAll"}));
+        QVERIFY(!devices.find(scaleVendorId, scaleProductId));
+    }
+
+    void aRefusalComesBackWithItsReason_data()
+    {
+        QTest::addColumn<QByteArray>("outcome");
+        QTest::addColumn<QString>("trouble");
+        QTest::newRow("denied") << QByteArray("denied: hid_open")
+                                << QStringLiteral(
+                                       "No permission to open the scale at /dev/hidraw0");
+        QTest::newRow("failed") << QByteArray("failed: hid_open")
+                                << QStringLiteral(
+                                       "The scale at /dev/hidraw0 could not be opened: hid_open");
+    }
+
+    void aRefusalComesBackWithItsReason()
+    {
+        QFETCH(QByteArray, outcome);
+        ReplayedHidDevices devices(traffic("0.000 attach hidraw0 04d9:8010\n"
+                                           "0.000 open hidraw0 " +
+                                           outcome + '\n'));
+        const LogCapture log;
+        Interface interface(devices);
+        HIDManager link;
+        link.get_device_handle();
+        QFETCH(QString, trouble);
+        pass(10ms);
+        QVERIFY2(interface.connectionTrouble.startsWith(trouble),
+                 qPrintable(interface.connectionTrouble));
+    }
+
+    void nothingIsLostWhenTheProgramPollsLater()
+    {
+        ReplayedHidDevices devices(traffic("0.000 attach hidraw0 04d9:8010\n"
+                                           "0.000 open hidraw0\n"
+                                           "0.001 send 00 90 ff 80 00 00 00 00 00\n"
+                                           "0.001 read 01 34 12\n"
+                                           "0.002 detach hidraw0 04d9:8010\n"));
+        const LogCapture log;
+        Interface interface(devices);
+        interface.radioButtonIndex = 5;
+        HIDManager link;
+        link.get_device_handle();
+        pass(1s);
+        QVERIFY(devices.find(scaleVendorId, scaleProductId));
+        link.get_device_rawdata();
+        QCOMPARE(interface.label, QStringLiteral("1.234"));
+        pass(10ms);
+        QVERIFY(!devices.find(scaleVendorId, scaleProductId));
+    }
+
+    void theLastStateStays()
+    {
+        ReplayedHidDevices devices(traffic("0.000 attach hidraw0 04d9:8010\n"
+                                           "0.000 open hidraw0\n"
+                                           "0.001 send 00 90 ff 80 00 00 00 00 00\n"
+                                           "0.001 read 01 34 12\n"));
+        const LogCapture log;
+        Interface interface(devices);
+        interface.radioButtonIndex = 5;
+        HIDManager link;
+        link.get_device_handle();
+        pass(10ms);
+        for (int reading = 0; reading < 3; ++reading) {
+            interface.label.clear();
+            link.get_device_rawdata();
+            QCOMPARE(interface.label, QStringLiteral("1.234"));
+        }
+        QCOMPARE(log.lines().filter(QStringLiteral("last state stays")).size(), 1);
+    }
+
+private:
+    QTemporaryDir folder{QStringLiteral("/dev/shm/postal-scale-test-XXXXXX")};
+};
+
+QTEST_GUILESS_MAIN(TrafficTest)
+#include "TrafficTest.moc"
