@@ -121,6 +121,12 @@ int ReplayedHidDevices::accessError(const QString &) const
 std::optional<HidDeviceInfo> ReplayedHidDevices::find(std::uint16_t vendorId,
                                                       std::uint16_t productId) const
 {
+    // Which of several scales came first in the system's order is known by what was opened next.
+    if (isNext(Kind::Open)) {
+        const QString node = nodeFolder + nextLine()->device;
+        return HidDeviceInfo{
+            .systemPath = node, .node = node, .vendorId = vendorId, .productId = productId};
+    }
     QStringList nodes;
     for (const HidDeviceInfo &device : present) {
         if (device.vendorId == vendorId && device.productId == productId)
@@ -148,6 +154,7 @@ int ReplayedHidDevices::sendFeatureReport(std::span<const std::uint8_t> report)
         return sent;
     const bool failed = nextLine()->outcome != TrafficLine::Outcome::Done;
     take();
+    scheduleEvent();
     return failed ? -1 : sent;
 }
 

@@ -64,6 +64,32 @@ Traffic traffic(const QByteArray &lines)
     return *parsed;
 }
 
+const QByteArray scaleAttached = "0.000 attach hidraw0 04d9:8010\n"
+                                 "0.000 open hidraw0\n";
+const QByteArray scaleRead = "0.001 send 00 90 ff 80 00 00 00 00 00\n"
+                             "0.001 read 01 34 12\n";
+
+/// The real link on a record, from its start until the first devices have come.
+struct ReplayedScale
+{
+    explicit ReplayedScale(const QByteArray &lines)
+        : devices(traffic(lines))
+    {
+        interface.radioButtonIndex = 5;
+        link.get_device_handle();
+        pass(10ms);
+    }
+
+    bool isPresent() const { return devices.find(scaleVendorId, scaleProductId).has_value(); }
+
+    ReplayedHidDevices devices;
+    LogCapture log;
+    Interface interface {
+        devices
+    };
+    HIDManager link;
+};
+
 } // namespace
 
 /// What is written down of the devices, and that it does the same once more.
@@ -214,31 +240,20 @@ private slots:
 
     void aReplayDoesTheSameOnceMore()
     {
-        const QByteArray lines = "0.002 attach hidraw0 04d9:8010\n"
-                                 "0.003 open hidraw0\n"
-                                 "0.005 send 00 90 ff 80 00 00 00 00 00\n"
-                                 "0.006 read 01 34 12\n"
-                                 "0.007 send 00 a0 ff a0 00 00 00 00 00\n"
-                                 "0.008 send failed 00 90 ff 80 00 00 00 00 00\n"
-                                 "0.009 read failed\n"
-                                 "0.010 detach hidraw0 04d9:8010\n";
-        ReplayedHidDevices devices(traffic(lines));
-        const LogCapture log;
-        Interface interface(devices);
-        interface.radioButtonIndex = 5;
-        HIDManager link;
-        link.get_device_handle();
+        ReplayedScale scale(scaleAttached + scaleRead +
+                            "0.007 send 00 a0 ff a0 00 00 00 00 00\n"
+                            "0.008 send failed 00 90 ff 80 00 00 00 00 00\n"
+                            "0.009 read failed\n"
+                            "0.010 detach hidraw0 04d9:8010\n");
+        QCOMPARE(scale.interface.calls, (QStringList{"setStatusString 1", "setIsDeviceAlive 1"}));
+        QCOMPARE(scale.interface.connectionTrouble, QString());
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")).size(), 2);
         pass(10ms);
-        QCOMPARE(interface.calls, (QStringList{"setStatusString 1", "setIsDeviceAlive 1"}));
-        QCOMPARE(interface.connectionTrouble, QString());
-        link.get_device_rawdata();
-        QCOMPARE(interface.label, QStringLiteral("1.234"));
-        interface.calls.clear();
-        link.get_device_rawdata();
-        QCOMPARE(log.lines().filter(QStringLiteral("Unable")).size(), 2);
-        pass(10ms);
-        QCOMPARE(interface.calls.last(2), (QStringList{"setIsDeviceAlive 0", "clearAll"}));
-        QVERIFY(!devices.find(scaleVendorId, scaleProductId));
+        QCOMPARE(scale.interface.calls.last(2), (QStringList{"setIsDeviceAlive 0", "clearAll"}));
+        QVERIFY(!scale.isPresent());
     }
 
     void aRefusalComesBackWithItsReason_data()
@@ -256,57 +271,65 @@ private slots:
     void aRefusalComesBackWithItsReason()
     {
         QFETCH(QByteArray, outcome);
-        ReplayedHidDevices devices(traffic("0.000 attach hidraw0 04d9:8010\n"
-                                           "0.000 open hidraw0 " +
-                                           outcome + '\n'));
-        const LogCapture log;
-        Interface interface(devices);
-        HIDManager link;
-        link.get_device_handle();
+        const ReplayedScale scale(scaleAttached.trimmed() + ' ' + outcome + '\n');
         QFETCH(QString, trouble);
-        pass(10ms);
-        QVERIFY2(interface.connectionTrouble.startsWith(trouble),
-                 qPrintable(interface.connectionTrouble));
+        QVERIFY2(scale.interface.connectionTrouble.startsWith(trouble),
+                 qPrintable(scale.interface.connectionTrouble));
     }
 
     void nothingIsLostWhenTheProgramPollsLater()
     {
-        ReplayedHidDevices devices(traffic("0.000 attach hidraw0 04d9:8010\n"
-                                           "0.000 open hidraw0\n"
-                                           "0.001 send 00 90 ff 80 00 00 00 00 00\n"
-                                           "0.001 read 01 34 12\n"
-                                           "0.002 detach hidraw0 04d9:8010\n"));
-        const LogCapture log;
-        Interface interface(devices);
-        interface.radioButtonIndex = 5;
-        HIDManager link;
-        link.get_device_handle();
+        ReplayedScale scale(scaleAttached + scaleRead + "0.002 detach hidraw0 04d9:8010\n");
         pass(1s);
-        QVERIFY(devices.find(scaleVendorId, scaleProductId));
-        link.get_device_rawdata();
-        QCOMPARE(interface.label, QStringLiteral("1.234"));
+        QVERIFY(scale.isPresent());
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
         pass(10ms);
-        QVERIFY(!devices.find(scaleVendorId, scaleProductId));
+        QVERIFY(!scale.isPresent());
     }
 
     void theLastStateStays()
     {
-        ReplayedHidDevices devices(traffic("0.000 attach hidraw0 04d9:8010\n"
-                                           "0.000 open hidraw0\n"
-                                           "0.001 send 00 90 ff 80 00 00 00 00 00\n"
-                                           "0.001 read 01 34 12\n"));
-        const LogCapture log;
-        Interface interface(devices);
-        interface.radioButtonIndex = 5;
-        HIDManager link;
-        link.get_device_handle();
-        pass(10ms);
+        ReplayedScale scale(scaleAttached + scaleRead);
         for (int reading = 0; reading < 3; ++reading) {
-            interface.label.clear();
-            link.get_device_rawdata();
-            QCOMPARE(interface.label, QStringLiteral("1.234"));
+            scale.interface.label.clear();
+            scale.link.get_device_rawdata();
+            QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
         }
-        QCOMPARE(log.lines().filter(QStringLiteral("last state stays")).size(), 1);
+        QCOMPARE(scale.log.lines().filter(QStringLiteral("last state stays")).size(), 1);
+    }
+
+    void ofTwoScalesTheSameOneIsOpened()
+    {
+        ReplayedScale scale("0.000 attach hidraw0 04d9:8010\n"
+                            "0.000 open hidraw1\n"
+                            "0.000 attach hidraw1 04d9:8010\n"
+                            "0.000 open hidraw1\n" +
+                            scaleRead);
+        QCOMPARE(scale.interface.connectionTrouble, QString());
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
+    }
+
+    void aLineThatWasLeftOutHoldsNothingUp()
+    {
+        ReplayedScale scale(scaleAttached + "0.001 send 00 90 ff 80 00 00 00 00 00\n"
+                                            "0.002 detach hidraw0 04d9:8010\n");
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
+                 QStringList{"io: Unable to read()"});
+        pass(10ms);
+        QVERIFY(!scale.isPresent());
+    }
+
+    /// A device that answered late is late again.
+    void aReadTakesAsLongAsItDid()
+    {
+        ReplayedScale scale(scaleAttached + "0.100 send 00 90 ff 80 00 00 00 00 00\n"
+                                            "0.150 read 01 34 12\n");
+        const auto start = std::chrono::system_clock::now(); // the other clock stands still
+        scale.link.get_device_rawdata();
+        QVERIFY(std::chrono::system_clock::now() - start >= 50ms);
     }
 
 private:
