@@ -4,6 +4,7 @@
 #include "tests/rules/ExportRules.h"
 #include "tests/rules/ScaleRules.h"
 #include "tests/support/LinkedScale.h"
+#include "tests/support/ReadingRules.h"
 #include "tests/support/Sweep.h"
 
 #include <QTest>
@@ -11,54 +12,9 @@
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
-
-QString callText(const rules::Effect &effect)
-{
-    switch (effect.step) {
-    case rules::Step::HideUnitLabel: return QStringLiteral("unitLBl setHidden 1");
-    case rules::Step::ShowUnitLabel: return QStringLiteral("unitLBl setHidden 0");
-    case rules::Step::DrawOverload: return QStringLiteral("Draw5DigitOverload");
-    case rules::Step::ClearAll: return QStringLiteral("clearAll");
-    case rules::Step::ShowNegative: return QStringLiteral("shownegativeSign %1").arg(effect.number);
-    case rules::Step::Draw5Digit: return QStringLiteral("Draw5Digit %1").arg(effect.number);
-    case rules::Step::DisplayUnit: return QStringLiteral("DisplayUnit %1").arg(effect.number);
-    default: return {};
-    }
-}
-
-QStringList callsOf(const rules::Outcome &outcome)
-{
-    QStringList calls;
-    for (int i = 0; i < outcome.count; ++i) {
-        const QString call = callText(outcome.effects.at(static_cast<std::size_t>(i)));
-        if (!call.isEmpty())
-            calls.append(call);
-    }
-    return calls;
-}
-
-rules::LinkState stateOf(const HIDManager &link)
-{
-    rules::LinkState state;
-    state.currentScale = link.currentScale();
-    state.currentUnit = link.currentUnit();
-    state.unitnumber = link.unitnumber();
-    state.unitindex = link.unitindex();
-    state.currentStatue = link.currentStatue();
-    state.OverloadFlag = link.OverloadFlag();
-    state.scaleCommand = link.scaleCommand();
-    return state;
-}
-
-bool sameState(const HIDManager &link, const rules::LinkState &expected)
-{
-    const rules::LinkState state = stateOf(link);
-    return state.currentScale == expected.currentScale &&
-           state.currentUnit == expected.currentUnit && state.unitnumber == expected.unitnumber &&
-           state.unitindex == expected.unitindex && state.currentStatue == expected.currentStatue &&
-           state.OverloadFlag == expected.OverloadFlag &&
-           state.scaleCommand == expected.scaleCommand;
-}
+using readingrules::callsOf;
+using readingrules::sameState;
+using readingrules::stateOf;
 
 } // namespace
 
@@ -279,7 +235,8 @@ private slots:
                 rules::exportText(expected.state, expected.weight, expected.poundsTimes10000, high,
                                   low, highCapacity, scale.interface.radioButtonIndex, false);
             scale.poll({status, low, high});
-            QVERIFY2(sameState(scale.link, expected.state), qPrintable(QString::number(bits, 16)));
+            QVERIFY2(sameState(stateOf(scale.link), expected.state),
+                     qPrintable(QString::number(bits, 16)));
             QCOMPARE(scale.interface.calls, callsOf(expected));
             QCOMPARE(scale.interface.label.toStdString(), text.text);
             QCOMPARE(scale.link.sWebDataOZ().toStdString(),
