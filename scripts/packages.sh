@@ -17,7 +17,8 @@ package_packages=(build-essential debhelper)
 package_check_packages=("${package_packages[@]}" lintian devscripts)
 check_packages=(
     "${demo_packages[@]}"
-    clang-format-14 clang-tidy-14 xdotool xclip wmctrl x11-utils locales socat faketime
+    clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14
+    xdotool xclip wmctrl x11-utils locales socat faketime
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2
