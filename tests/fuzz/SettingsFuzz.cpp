@@ -56,8 +56,9 @@ Desktop &desktop()
     qputenv("QT_QPA_PLATFORM", "offscreen");
     storedsettings::forget(); // the user's folders are the test's own from here on
     static int argumentCount = 0;
-    static Desktop only(argumentCount);
-    return only;
+    // Never destroyed: at the end the toolkit's own globals go first.
+    static Desktop *const only = new Desktop(argumentCount);
+    return *only;
 }
 
 bool wasKept(const QByteArray &bytes)
