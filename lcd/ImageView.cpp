@@ -6,10 +6,9 @@
 #include <QFile>
 #include <QImageReader>
 #include <QPainter>
-#include <QPixmapCache>
 
-#include <array>
 #include <map>
+#include <utility>
 
 // Outside of the namespace, as the resource system wants it.
 static void registerPictures()
@@ -21,12 +20,6 @@ namespace {
 
 constexpr int largestVariant = 3;
 
-struct Picture
-{
-    QSize size;
-    std::array<QImage, largestVariant> variants;
-};
-
 QString resourceName(const QString &name, int variant)
 {
     if (variant == 1)
@@ -36,30 +29,26 @@ QString resourceName(const QString &name, int variant)
     return QStringLiteral(":/panel/%1@%2x%3").arg(name.left(stem)).arg(variant).arg(name.mid(stem));
 }
 
-// From an open file, because the reader would look for other files when there is none of the name.
-// It goes by content then: the files are called .bmp, and are PNG for the sake of transparency.
-QImage readPicture(const QString &name, int variant)
+/// A picture's file. A reader that were to find out the format would load the plugins of all.
+class PictureFile
 {
-    QFile file(resourceName(name, variant));
-    if (!file.open(QIODevice::ReadOnly))
-        return QImage();
-    return QImageReader(&file).read();
-}
+public:
+    PictureFile(const QString &name, int variant)
+        : file(resourceName(name, variant))
+        , reader(&file, "BMP")
+    {
+        reader.setAutoDetectImageFormat(false);
+        isThere = file.open(QIODevice::ReadOnly);
+    }
 
-Picture &pictureNamed(const QString &name)
-{
-    static std::map<QString, Picture> pictures = [] {
-        registerPictures();
-        return std::map<QString, Picture>();
-    }();
-    const auto known = pictures.find(name);
-    if (known != pictures.end())
-        return known->second;
-    Picture picture;
-    picture.variants[0] = readPicture(name, 1);
-    picture.size = picture.variants[0].size();
-    return pictures.emplace(name, std::move(picture)).first->second;
-}
+    QSize size() { return isThere ? reader.size() : QSize(); }
+    QImage image() { return isThere ? reader.read() : QImage(); }
+
+private:
+    QFile file;
+    QImageReader reader;
+    bool isThere = false;
+};
 
 int variantFor(QSize designed, QSize wanted)
 {
@@ -71,12 +60,32 @@ int variantFor(QSize designed, QSize wanted)
     return largestVariant;
 }
 
-const QImage &variantOf(Picture &picture, const QString &name, int variant)
+/// Pictures of one name at the sizes in which they have been painted.
+struct PaintedPicture
 {
-    QImage &image = picture.variants[static_cast<std::size_t>(variant - 1)];
-    if (image.isNull())
-        image = readPicture(name, variant);
-    return image;
+    QSize size;
+    QPixmap pixmap;
+};
+using PaintedPictures = std::multimap<QString, PaintedPicture>;
+
+// The toolkit's own cache drops what is not on the screen for half a minute, and wakes up for it.
+PaintedPictures &paintedPictures()
+{
+    static PaintedPictures pictures;
+    return pictures;
+}
+
+QPixmap paintedPicture(const QString &name, QSize size)
+{
+    PaintedPictures &pictures = paintedPictures();
+    const auto [begin, end] = pictures.equal_range(name);
+    for (auto known = begin; known != end; ++known) {
+        if (known->second.size == size)
+            return known->second.pixmap;
+    }
+    const QPixmap pixmap = ImageView::picture(name, size);
+    pictures.emplace(name, PaintedPicture{size, pixmap});
+    return pixmap;
 }
 
 } // namespace
@@ -107,31 +116,32 @@ QSize ImageView::sizeHint() const
 
 QSize ImageView::pictureSize(const QString &name)
 {
-    return pictureNamed(name).size;
+    static std::map<QString, QSize> sizes;
+    const auto known = sizes.find(name);
+    if (known != sizes.end())
+        return known->second;
+    registerPictures();
+    return sizes.emplace(name, PictureFile(name, 1).size()).first->second;
 }
 
 QPixmap ImageView::picture(const QString &name, QSize size)
 {
-    Picture &picture = pictureNamed(name);
-    if (picture.size.isEmpty() || size.isEmpty())
+    const QSize designed = pictureSize(name);
+    if (designed.isEmpty() || size.isEmpty())
         return QPixmap();
+    const QImage source = PictureFile(name, variantFor(designed, size)).image();
+    return QPixmap::fromImage(source.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+}
 
-    const QString key =
-        QStringLiteral("panel/%1/%2x%3").arg(name).arg(size.width()).arg(size.height());
-    QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap))
-        return pixmap;
-    const QImage &source = variantOf(picture, name, variantFor(picture.size, size));
-    pixmap =
-        QPixmap::fromImage(source.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
-    QPixmapCache::insert(key, pixmap);
-    return pixmap;
+void ImageView::forgetPaintedPictures()
+{
+    paintedPictures().clear();
 }
 
 void ImageView::paintPicture(QPainter &painter, const QString &name, const QRect &place)
 {
     const qreal ratio = painter.device()->devicePixelRatio();
-    QPixmap pixmap = picture(name, (QSizeF(place.size()) * ratio).toSize());
+    QPixmap pixmap = paintedPicture(name, (QSizeF(place.size()) * ratio).toSize());
     if (pixmap.isNull())
         return;
     pixmap.setDevicePixelRatio(ratio);

@@ -8,8 +8,9 @@
 
 /// One segment or symbol of the display: a picture that fills the view, known by its name.
 ///
-/// Pictures are the resources ":/panel/NAME". Each is decoded once per process, so that naming one
-/// again costs a look-up. A name without a picture leaves the view empty.
+/// Pictures are the resources ":/panel/NAME". What has been painted is kept at the size in which it
+/// was painted, so that naming one again costs a look-up. A name without a picture leaves the view
+/// empty.
 class ImageView : public QWidget
 {
     Q_OBJECT
@@ -30,12 +31,14 @@ public:
     QSize sizeHint() const override;
 
     /// The picture at exactly `size` device pixels, made from the smallest variant that is not
-    /// smaller; null when there is no such picture.
+    /// smaller; null when there is no such picture. Made anew by each call.
     static QPixmap picture(const QString &name, QSize size);
     /// Size at 1x; empty when there is no such picture.
     static QSize pictureSize(const QString &name);
     /// Fills `place`, given in the painter's logical pixels.
     static void paintPicture(QPainter &painter, const QString &name, const QRect &place);
+    /// To be called when the sizes change.
+    static void forgetPaintedPictures();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -104,7 +104,7 @@ bool PanelWidget::eventFilter(QObject *watched, QEvent *event)
     const bool toggled =
         event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent;
     if (watched == m_line && toggled)
-        arrange();
+        placeNumerator();
     return QWidget::eventFilter(watched, event);
 }
 
@@ -144,8 +144,20 @@ void PanelWidget::arrange()
             place.widget->setFont(font);
         }
     }
+    ImageView::forgetPaintedPictures();
     m_backdrop = QPixmap();
     update();
+}
+
+// Readings bring and take the fraction, even both within one: no more is done anew than it changes.
+void PanelWidget::placeNumerator()
+{
+    for (const Place &place : m_places) {
+        if (place.widget == m_numerator)
+            m_numerator->setGeometry(scaled(designedPlace(place)));
+        if (isOfFraction(place.widget))
+            update(scaled(place.designed));
+    }
 }
 
 QRect PanelWidget::designedPlace(const Place &place) const
@@ -182,6 +194,11 @@ QRect PanelWidget::scaled(const QRect &designed) const
                  (QSizeF(designed.size()) * factor).toSize());
 }
 
+bool PanelWidget::isOfFraction(const QWidget *view) const
+{
+    return view == m_numerator || view == m_line || view == m_denominator;
+}
+
 bool PanelWidget::showsFraction() const
 {
     return m_line && !m_line->isHidden();
@@ -194,6 +211,7 @@ void PanelWidget::paintEvent(QPaintEvent *)
         m_backdrop = backdrop();
     QPainter painter(this);
     painter.drawPixmap(0, 0, m_backdrop);
+    paintUnlitSegments(painter, Segments::OfFraction);
     if (hasFocus())
         paintFocus(painter);
 }
@@ -213,7 +231,7 @@ QPixmap PanelWidget::backdrop() const
     QPixmap pixmap = glass();
     pixmap.setDevicePixelRatio(devicePixelRatio());
     QPainter painter(&pixmap);
-    paintUnlitSegments(painter);
+    paintUnlitSegments(painter, Segments::Fixed);
     return pixmap;
 }
 
@@ -233,13 +251,15 @@ QPixmap PanelWidget::glass() const
     return pixmap;
 }
 
-void PanelWidget::paintUnlitSegments(QPainter &painter) const
+void PanelWidget::paintUnlitSegments(QPainter &painter, Segments segments) const
 {
     painter.setOpacity(unlitOpacity);
     for (const Place &place : m_places) {
         const auto *view = qobject_cast<const ImageView *>(place.widget);
-        const bool ofFraction = place.widget == m_line || place.widget == m_denominator;
-        if (view && (showsFraction() || !ofFraction))
+        const bool ofFraction = isOfFraction(place.widget);
+        if (!view || ofFraction != (segments == Segments::OfFraction))
+            continue;
+        if (showsFraction() || !ofFraction || place.widget == m_numerator)
             ImageView::paintPicture(painter, view->unlitImageName(), view->geometry());
     }
 }

@@ -48,16 +48,21 @@ private:
         QRect designed;
     };
 
+    /// The glass and the fixed segments' unlit shapes are one picture, made once for a size.
+    enum class Segments { Fixed, OfFraction };
+
     void rememberDesign();
     void arrange();
+    void placeNumerator();
     QRect designedPlace(const Place &place) const;
     QRect scaled(const QRect &designed) const;
     qreal scale() const;
+    bool isOfFraction(const QWidget *view) const;
     bool showsFraction() const;
     QPixmap backdrop() const;
     QPixmap glass() const;
     void paintFocus(QPainter &painter) const;
-    void paintUnlitSegments(QPainter &painter) const;
+    void paintUnlitSegments(QPainter &painter, Segments segments) const;
 
     QSize m_designSize;
     std::vector<Place> m_places;

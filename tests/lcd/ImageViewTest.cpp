@@ -41,7 +41,7 @@ bool isBlank(const QImage &image)
 QImage resource(const QString &path)
 {
     QImage image;
-    image.load(path, "PNG");
+    image.load(path, "BMP");
     return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 

@@ -31,7 +31,7 @@ QImage load(const QString &name, int variant)
 {
     const QString suffix = variant == 1 ? QString() : QStringLiteral("@%1x").arg(variant);
     QImage image;
-    image.load(QStringLiteral(":/panel/%1%2.bmp").arg(name, suffix), "PNG");
+    image.load(QStringLiteral(":/panel/%1%2.bmp").arg(name, suffix), "BMP");
     return image;
 }
 
