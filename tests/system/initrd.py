@@ -4,9 +4,11 @@
 
 import os
 import pathlib
+import shutil
 import stat
 import subprocess
 import sys
+import tempfile
 
 from guest_parts import MODULES
 
@@ -103,8 +105,25 @@ def add_udev(archive, parts, rule):
     return [path for path in (parts / "udev").iterdir() if path.is_file()]
 
 
-def make(path, parts, program, gadget, rule, qt_plugins):
+def add_package(archive, package):
+    """As dpkg puts it there, its script after the installation among what dpkg keeps. The program
+    and the rule are the package's then."""
+    with tempfile.TemporaryDirectory() as scratch:
+        tree = pathlib.Path(scratch)
+        subprocess.run(["dpkg-deb", "--extract", package, tree], check=True)
+        subprocess.run(["dpkg-deb", "--control", package, tree / "control"], check=True)
+        archive.copy(tree / "control/postinst", "var/lib/dpkg/info/postal-scale.postinst")
+        shutil.rmtree(tree / "control")
+        for file in sorted(each for each in tree.rglob("*") if each.is_file()):
+            archive.copy(file, str(file.relative_to(tree)))
+
+
+def make(path, parts, program, gadget, rule, qt_plugins, package):
+    """@param package None: program and rule as they were built"""
     archive = Archive(path)
+    if package:
+        # First: a file that is there already is not added again.
+        add_package(archive, package)
     for name, target in LINKS.items():
         archive.link(name, target)
     for name in EMPTY_DIRECTORIES:

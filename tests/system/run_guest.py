@@ -8,6 +8,7 @@ Its status tells whether the guest got to the end; verdict.py tells of each scen
 
 import argparse
 import json
+import os
 import pathlib
 import resource
 import shutil
@@ -79,13 +80,15 @@ def collect(results):
 
 def main():
     arguments = parse_arguments()
+    package = os.environ.get("POSTAL_SCALE_PACKAGE")
     check_tools()
     results = arguments.results
     # Nothing of an earlier run may pass for this one's.
     shutil.rmtree(results, ignore_errors=True)
     results.mkdir(parents=True)
     initrd.make(results / "initrd", arguments.parts, arguments.program, arguments.gadget,
-                arguments.rule, arguments.qt_plugins)
+                arguments.rule, arguments.qt_plugins, package)
+    print(f"the program of {package or 'this build'}")
     start = time.monotonic()
     processor = run(qemu_command(arguments.parts, results, arguments.scenarios))
     (results / "initrd").unlink()

@@ -3,8 +3,11 @@
 """What the scenarios act on: the bus, udev, the user at the machine, the program."""
 
 from bus import Bus
-from program import Program
+from program import Program, run
 from system import SEAT_USER, Udev, hidraw_nodes, seat_user, wait_until
+
+
+PROGRAM = "/usr/bin/postal-scale"
 
 
 class Guest:
@@ -16,9 +19,13 @@ class Guest:
         self.notes = []
 
     def start_program(self):
-        program = Program("/usr/bin/postal-scale", SEAT_USER)
+        program = Program(PROGRAM, SEAT_USER)
         self.programs.append(program)
         return program
+
+    def run_program(self, user, *arguments):
+        """A run that ends by itself: its status, output and errors."""
+        return run(PROGRAM, user, *arguments)
 
     def note(self, text):
         self.notes.append(text)

@@ -15,14 +15,25 @@ from system import PATIENCE, wait_until
 SYSTEM_CALL_READ = "0"
 
 
+def as_user(user):
+    """Options of a process of that user's, who has used nothing yet."""
+    home = tempfile.mkdtemp()
+    os.chown(home, user, user)
+    environment = {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8",
+                   "PATH": "/usr/bin:/bin", "QT_QPA_PLATFORM": "offscreen"}
+    return {"user": user, "group": user, "extra_groups": [], "env": environment, "text": True}
+
+
+def run(path, user, *arguments):
+    """Until it ends: its status, what it says and what it complains of."""
+    result = subprocess.run([path, *arguments], check=False, stdout=subprocess.PIPE,
+                            stderr=subprocess.PIPE, **as_user(user))
+    return result.returncode, result.stdout, result.stderr
+
+
 class Program:
     def __init__(self, path, user):
-        home = tempfile.mkdtemp()
-        os.chown(home, user, user)
-        environment = {"HOME": home, "XDG_RUNTIME_DIR": home, "LANG": "C.UTF-8",
-                       "PATH": "/usr/bin:/bin", "QT_QPA_PLATFORM": "offscreen"}
-        self.process = subprocess.Popen([path], user=user, group=user, extra_groups=[],
-                                        env=environment, stderr=subprocess.PIPE, text=True)
+        self.process = subprocess.Popen([path], stderr=subprocess.PIPE, **as_user(user))
         self.lines = []
         self.seen = 0  # lines that expect() has passed
         self.ended = False

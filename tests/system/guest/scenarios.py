@@ -215,6 +215,33 @@ def no_rule(guest):
     expect_grams(program, 42)
 
 
+def installed(guest):
+    """The package comes to a machine whose scale is plugged in: who sits there weighs at once, and
+    who does not is told why not."""
+    guest.udev.remove_rule()
+    guest.bus.weight(1234)
+    guest.bus.plug()
+    wait_until(hidraw_nodes, "a node")
+    check_refused(guest, SEAT_USER, "Install the package")
+    guest.udev.configure_package()
+    wait_until(lambda: can_open(NODE, SEAT_USER), "the user's right")
+    check_equal(guest.run_program(SEAT_USER, "--print")[:2], (0, "1234 grams\n"))
+    _, report, _ = guest.run_program(SEAT_USER, "--doctor")
+    assert "Permission to open it" in report, report
+    check_refused(guest, OTHER_USER, "this session has no seat")
+    program = guest.start_program()
+    expect_grams(program, 1234)
+
+
+def check_refused(guest, user, reason):
+    status, reading, complaint = guest.run_program(user, "--print")
+    check_equal((status, reading), (3, ""))
+    assert "ermission" in complaint, complaint
+    status, report, _ = guest.run_program(user, "--doctor")
+    check_equal(status, 1)
+    assert f"No permission to open {NODE}" in report and reason in report, report
+
+
 def two_scales(guest):
     program = guest.start_program()
     guest.bus.weight(100)

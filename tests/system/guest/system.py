@@ -19,6 +19,7 @@ PACKAGED_RULES = pathlib.Path("/usr/lib/udev/rules.d")
 LOCAL_RULES = pathlib.Path("/etc/udev/rules.d")
 RULE = "60-postal-scale.rules"
 UDEVADM = "/usr/lib/udev/udevadm"
+POSTINST = pathlib.Path("/var/lib/dpkg/info/postal-scale.postinst")
 
 ACL_VERSION = 2
 ACL_NAMED_USER = 2
@@ -52,10 +53,13 @@ def can_open(node, user):
 
 
 def seat_user():
-    """What logind says while a user sits at the machine, as udev reads it."""
-    seats = pathlib.Path("/run/systemd/seats")
-    seats.mkdir(parents=True)
-    (seats / "seat0").write_text(f"IS_SEAT0=1\nACTIVE=1\nACTIVE_UID={SEAT_USER}\n")
+    """What logind says while a user sits at the machine, as udev and the program read it."""
+    logind = pathlib.Path("/run/systemd")
+    for name, text in ((f"users/{SEAT_USER}", "ACTIVE_SEATS=seat0\n"),
+                       ("seats/seat0", f"IS_SEAT0=1\nACTIVE=1\nACTIVE_UID={SEAT_USER}\n")):
+        file = logind / name
+        file.parent.mkdir(parents=True)
+        file.write_text(text)
 
 
 class Udev:
@@ -83,6 +87,15 @@ class Udev:
         (LOCAL_RULES / RULE).unlink(missing_ok=True)
         (PACKAGED_RULES / RULE).write_text(self.rule)
         self.reload()
+
+    def configure_package(self):
+        """What dpkg does once the files are there; without a package, what its script would do."""
+        self.restore()
+        if POSTINST.exists():
+            path = f"{pathlib.Path(UDEVADM).parent}:{os.environ['PATH']}"
+            subprocess.run(["sh", POSTINST, "configure"], check=True, env={"PATH": path})
+        else:
+            self.apply_again()
 
     @staticmethod
     def reload():
