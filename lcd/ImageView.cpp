@@ -29,7 +29,7 @@ QString resourceName(const QString &name, int variant)
     return QStringLiteral(":/panel/%1@%2x%3").arg(name.left(stem)).arg(variant).arg(name.mid(stem));
 }
 
-/// A picture's file. A reader that were to find out the format would load the plugins of all.
+/// A picture's file. A reader that were to find out the format would ask the plugins of all.
 class PictureFile
 {
 public:
