@@ -60,6 +60,14 @@ int variantFor(QSize designed, QSize wanted)
     return largestVariant;
 }
 
+using PictureSizes = std::map<QString, QSize>;
+
+PictureSizes &pictureSizes()
+{
+    static PictureSizes sizes;
+    return sizes;
+}
+
 /// Pictures of one name at the sizes in which they have been painted.
 struct PaintedPicture
 {
@@ -116,11 +124,15 @@ QSize ImageView::sizeHint() const
 
 QSize ImageView::pictureSize(const QString &name)
 {
-    static std::map<QString, QSize> sizes;
+    static const bool registered = [] {
+        registerPictures();
+        return true;
+    }();
+    Q_UNUSED(registered)
+    PictureSizes &sizes = pictureSizes();
     const auto known = sizes.find(name);
     if (known != sizes.end())
         return known->second;
-    registerPictures();
     return sizes.emplace(name, PictureFile(name, 1).size()).first->second;
 }
 
@@ -130,11 +142,14 @@ QPixmap ImageView::picture(const QString &name, QSize size)
     if (designed.isEmpty() || size.isEmpty())
         return QPixmap();
     const QImage source = PictureFile(name, variantFor(designed, size)).image();
+    if (source.isNull())
+        return QPixmap();
     return QPixmap::fromImage(source.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
-void ImageView::forgetPaintedPictures()
+void ImageView::forgetPictures()
 {
+    pictureSizes().clear();
     paintedPictures().clear();
 }
 

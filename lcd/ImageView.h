@@ -37,8 +37,8 @@ public:
     static QSize pictureSize(const QString &name);
     /// Fills `place`, given in the painter's logical pixels.
     static void paintPicture(QPainter &painter, const QString &name, const QRect &place);
-    /// To be called when the sizes change.
-    static void forgetPaintedPictures();
+    /// Of all names, and how they were painted. To be called when the views' sizes change.
+    static void forgetPictures();
 
 protected:
     void paintEvent(QPaintEvent *event) override;

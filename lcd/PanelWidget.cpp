@@ -144,7 +144,7 @@ void PanelWidget::arrange()
             place.widget->setFont(font);
         }
     }
-    ImageView::forgetPaintedPictures();
+    ImageView::forgetPictures();
     m_backdrop = QPixmap();
     update();
 }

@@ -17,6 +17,13 @@ struct RecordedTab : BrowserTab
 {
 };
 
+/// The delegate stands alone here, and has no scale.
+class ScalelessApplication : public ScaleApplication
+{
+public:
+    ScaleDelegate *delegate() const override { return nullptr; }
+};
+
 /// A browser that writes down what it is asked, in order, and answers nothing.
 class RecordingBridge : public BrowserBridge
 {
@@ -106,6 +113,7 @@ class AutofillTest : public QObject
 
 private:
     QTemporaryDir home;
+    std::unique_ptr<ScalelessApplication> application;
     std::unique_ptr<Settings> settings;
     std::unique_ptr<PostalScaleAppDelegate> delegate;
 
@@ -115,6 +123,7 @@ private slots:
     void initTestCase()
     {
         qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
+        application = std::make_unique<ScalelessApplication>();
         settings = std::make_unique<Settings>();
         delegate =
             std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(QString()), *settings);
