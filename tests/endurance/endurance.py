@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
-"""Weeks of weighing in minutes: endurance.py --polls N --cycles N [--seed N]
+"""Days of weighing in minutes: endurance.py --polls N --cycles N [--seed N]
 
 The real program on the emulated scale, its clock sped up a thousandfold by libfaketime: the 0.4 s
 between two polls pass as fast as the exchange itself allows. It is sampled from outside, by what
