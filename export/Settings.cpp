@@ -38,6 +38,13 @@ std::unique_ptr<QSettings> openFile()
                                        QSettings::IniFormat);
 }
 
+/// The lower ones alone: those from 0x7F on, which a file may have as escapes, are written anew as
+/// they are.
+bool isControl(QChar letter)
+{
+    return letter < QLatin1Char(' ') && !letter.isSpace();
+}
+
 /// The parser of the settings takes almost any bytes for a key.
 bool holdsText(const QString &name)
 {
@@ -47,9 +54,7 @@ bool holdsText(const QString &name)
     const QByteArray bytes = file.readAll();
     QStringDecoder decoder(QStringDecoder::Utf8);
     const QString text = decoder(bytes);
-    return !decoder.hasError() && std::none_of(text.begin(), text.end(), [](QChar letter) {
-        return letter.category() == QChar::Other_Control && !letter.isSpace();
-    });
+    return !decoder.hasError() && std::none_of(text.begin(), text.end(), isControl);
 }
 
 bool isDamaged(const QSettings &file)

@@ -194,6 +194,17 @@ private slots:
         QCOMPARE(setAside().size(), 1);
     }
 
+    void whatIsWrittenAnewIsNotDamaged()
+    {
+        storedsettings::store("[General]\nlastSelectedValue=3\nother=\"\\x7f\\x83\\x1\"\n");
+        Settings settings;
+        QCOMPARE(settings.trouble(), QString());
+        settings.setLastSelectedValue(4);
+        const Settings next;
+        QCOMPARE(next.trouble(), QString());
+        QCOMPARE(next.lastSelectedValue(), 4);
+    }
+
     void eachDamagedFileIsKept()
     {
         const LogCapture log;
