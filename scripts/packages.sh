@@ -22,7 +22,9 @@ check_packages=(
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2
+    valgrind
 )
+bench_packages=(libxcb-damage0-dev)
 
 say() { printf '== %s\n' "$*"; }
 

@@ -1,0 +1,194 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// Fills the page that is open in the linked browser, by turns as the program does and as a bare
+// client would: the same texts on the same connection, one after the other, each sent when the one
+// before has been answered.
+//
+//   fill-cost CARRIER READINGS
+//
+// Begins with the line "ready" once a page is open. Then a line for each reading: the milliseconds
+// that the program's fill holds the thread, those until its last answer is there, and those of the
+// bare client.
+
+#include "export/AutofillForm.h"
+#include "export/BrowserFrame.h"
+#include "export/BrowserLink.h"
+#include "export/BrowserMessage.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QLocalSocket>
+#include <QLoggingCategory>
+#include <cstdio>
+#include <poll.h>
+#include <unistd.h>
+
+namespace {
+
+class Kilogram : public WeightTexts
+{
+public:
+    QString pounds() const override { return QStringLiteral("2"); }
+    QString ounces() const override { return QStringLiteral("4"); }
+    QString exported() const override { return QStringLiteral("2.205"); }
+    QString grams() const override { return QStringLiteral("1000"); }
+};
+
+/// Passes on what goes to the browser, and keeps the texts.
+class Recorder : public BrowserApplication
+{
+public:
+    Recorder()
+        : browser(BrowserBridge::application())
+    {
+    }
+
+    std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
+    {
+        return browser->windows();
+    }
+
+    std::optional<QString> doJavaScript(const QString &text,
+                                        const std::shared_ptr<const BrowserTab> &tab) override
+    {
+        texts.append(text);
+        return browser->doJavaScript(text, tab);
+    }
+
+    QStringList texts;
+
+private:
+    std::unique_ptr<BrowserApplication> browser;
+};
+
+QStringList fill(const QString &carrier)
+{
+    Recorder safari;
+    const auto windows = safari.windows();
+    const auto tab = windows.empty() ? nullptr : windows.front()->currentTab();
+    const Kilogram weight;
+    AutofillForm form(safari, tab, weight);
+    if (carrier == QLatin1String("UPS")) {
+        form.assign(upsAssignments());
+    } else if (carrier == QLatin1String("FedEx")) {
+        form.assign(fedexAssignments());
+    } else {
+        form.assign(uspsAssignments());
+        form.fillUspsRows();
+    }
+    return safari.texts;
+}
+
+double milliseconds(const QElapsedTimer &time)
+{
+    return static_cast<double>(time.nsecsElapsed()) / 1e6;
+}
+
+class BareClient
+{
+public:
+    BareClient(qintptr socketDescriptor, std::uint32_t pageId)
+        : descriptor(static_cast<int>(socketDescriptor))
+        , page(pageId)
+    {
+    }
+
+    void run(const QStringList &texts)
+    {
+        for (const QString &text : texts) {
+            // Far from the numbers that the link gives its own.
+            const QByteArray frame = browserFrame(browserRunMessage(++lastRun, page, {text}));
+            if (::write(descriptor, frame.constData(), static_cast<std::size_t>(frame.size())) !=
+                frame.size())
+                qFatal("the browser is gone");
+            while (!isAnswered()) {
+            }
+        }
+    }
+
+private:
+    bool isAnswered()
+    {
+        char bytes[4096];
+        pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
+        ::poll(&waiting, 1, -1);
+        const ssize_t count = ::read(descriptor, bytes, sizeof bytes);
+        if (count <= 0)
+            qFatal("the browser is gone");
+        reader.append(QByteArray(bytes, count));
+        while (const auto json = reader.next()) {
+            const auto message = parseBrowserMessage(*json);
+            if (!message)
+                continue;
+            const auto *ran = std::get_if<BrowserRan>(&*message);
+            if (ran != nullptr && ran->id == lastRun)
+                return true;
+        }
+        return false;
+    }
+
+    int descriptor;
+    std::uint32_t page;
+    std::uint32_t lastRun = 1'000'000'000;
+    BrowserFrameReader reader;
+};
+
+class Comparison
+{
+public:
+    explicit Comparison(BrowserLink &browserLink)
+        : link(browserLink)
+    {
+    }
+
+    void waitForPage()
+    {
+        while (!link.statusText().contains(QLatin1String("page open")))
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+    void compare(const QString &carrier)
+    {
+        auto *client = link.findChild<BrowserClient *>();
+        QElapsedTimer time;
+        time.start();
+        const QStringList texts = fill(carrier);
+        QCoreApplication::sendPostedEvents();
+        const double held = milliseconds(time);
+        const std::uint32_t page = client->currentPage()->id;
+        while (client->isAwaited(page))
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        const double answered = milliseconds(time);
+
+        BareClient bare(client->findChild<QLocalSocket *>()->socketDescriptor(), page);
+        time.start();
+        bare.run(texts);
+        std::printf("%.3f %.3f %.3f\n", held, answered, milliseconds(time));
+        std::fflush(stdout);
+    }
+
+private:
+    BrowserLink &link;
+};
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 3)
+        return 2;
+    QLoggingCategory::setFilterRules(QStringLiteral("postalscale*=false"));
+    BrowserLink link;
+    if (!link.listenAt(BrowserServer::defaultPath()))
+        return 1;
+    Comparison comparison(link);
+    comparison.waitForPage();
+    std::puts("ready");
+    std::fflush(stdout);
+    for (int left = arguments[2].toInt(); left > 0; --left)
+        comparison.compare(arguments[1]);
+    return 0;
+}

@@ -1,0 +1,189 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""One function for each group of figures that are measured in the same runs."""
+
+import contextlib
+import itertools
+import statistics
+import subprocess
+import time
+
+import poll_instructions
+from browser_harness import start_browser
+from carrier_site import CarrierSite
+from harness import POLL_INTERVAL
+from programs import (CLIPBOARD_ON, Started, Weighing, binary, processor_seconds, settled_pss,
+                      wake_ups)
+from samples import Figure, Samples
+from waiting import wait_until
+
+RUNS = 31
+SLICE = 2.0  # s: five polls
+POLLS = 400
+POLLS_OF_GROWTH = 200_000
+READINGS = 40
+
+CARRIER_PAGES = {
+    "USPS": "https://www.usps.com/usps-rows?ounces=02&pounds=05",
+    "UPS": "https://www.ups.com/ups",
+    "FedEx": "https://www.fedex.com/fedex",
+}
+
+
+def start(session):
+    names = ("bench-empty-window", "bench-stock-widgets", "postal-scale")
+    times = {name: [] for name in names}
+    memory = {name: [] for name in names}
+    for _, name in itertools.product(range(RUNS), names):
+        program = Started(session, binary(name))
+        times[name].append(program.milliseconds)
+        memory[name].append(settled_pss(program.process_id))
+        program.end()
+    empty, stock, own = (Samples(times[name]) for name in names)
+    empty_memory, stock_memory, own_memory = (Samples(memory[name]) for name in names)
+    return [
+        Figure("start to first frame, to the empty window", 1.3, "", own.over(empty),
+               f"{own.median:.0f} ms, empty window {empty.median:.0f} ms"),
+        Figure("the same, stock widgets to the empty window", None, "", stock.over(empty),
+               "what no program with such a window goes below"),
+        Figure("the same, to the stock widgets", None, "", own.over(stock)),
+        Figure("memory (PSS) after the start, to the empty window", 1.3, "",
+               own_memory.over(empty_memory),
+               f"{own_memory.median / 1024:.1f} MiB, empty window "
+               f"{empty_memory.median / 1024:.1f} MiB"),
+        Figure("the same, stock widgets to the empty window", None, "",
+               stock_memory.over(empty_memory)),
+        Figure("the same, to the stock widgets", None, "", own_memory.over(stock_memory)),
+    ]
+
+
+def rest(session):
+    """Side by side: none of them does anything most of the time."""
+    with contextlib.ExitStack() as cleanup:
+        def running(program):
+            cleanup.callback(program.end)
+            return program.process_id
+
+        idle = running(Started(session, binary("postal-scale")))
+        same = running(Started(session, binary("bench-label-timer"), "same"))
+        new = running(Started(session, binary("bench-label-timer"), "new"))
+        weighing = running(Weighing(session))
+        settled_pss(idle)
+        used = {each: [] for each in (same, new, weighing)}
+        woken = []
+        for _ in range(RUNS):
+            before = {each: processor_seconds(each) for each in used}
+            wake_ups_before = wake_ups(idle)
+            time.sleep(SLICE)
+            woken.append((wake_ups(idle) - wake_ups_before) / SLICE)
+            for each, values in used.items():
+                values.append((processor_seconds(each) - before[each]) / SLICE * 1000)
+    steady = Samples(used[weighing])
+    return [
+        Figure("wake-ups per second with no scale", 0, "", Samples(woken), "all threads"),
+        Figure("processor time, steady weight, to a timer that sets a label to a new text", 2, "",
+               steady.over(Samples(used[new])), f"{steady.median:.2f} ms per second"),
+        Figure("the same, to a timer that sets it to the same text", None, "",
+               steady.over(Samples(used[same])), "which draws nothing, and logs nothing"),
+    ]
+
+
+def poll(_session):
+    figures = []
+    for load in poll_instructions.loads(binary("poll-cost")):
+        output = subprocess.run(
+            [binary("poll-cost"), "time", load, str(POLLS)], check=True, text=True,
+            env={"QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8"}, stdout=subprocess.PIPE,
+            stderr=subprocess.DEVNULL).stdout
+        figures.append(Figure(f"report in hand to views set: {load}", 50, "µs",
+                              Samples([int(line) / 1000 for line in output.split()])))
+    return figures
+
+
+def pixels(session):
+    weighing = Weighing(session)
+    watch = session.spawn([binary("frame-watch"), "window", weighing.window], text=True,
+                          stdout=subprocess.PIPE)
+    watch.stdout.readline()
+    weighing.scale.tell("silence on")
+    wait_until(lambda: weighing.scale.stays_without_reports(3 * POLL_INTERVAL),
+               "the program waiting in its read")
+    times = []
+    for run in range(RUNS):
+        weighing.scale.tell_all("clear-reports", f"weight {1111 * (1 + run % 8)}")
+        available = time.monotonic_ns()
+        weighing.scale.tell("burst 1")
+        times.append((int(watch.stdout.readline()) - available) / 1e6)
+        # After its next poll the program waits again.
+        wait_until(weighing.scale.polls, "a poll")
+    watch.kill()
+    watch.wait()
+    weighing.end()
+    return [Figure("report on the device to pixels changed", 20, "ms", Samples(times),
+                   "with the request to the emulator and the grab of the frame")]
+
+
+def held(session):
+    log = session.new_folder("loop") / "turns"
+    weighing = Weighing(session, settings=CLIPBOARD_ON, preload="loop-watch.so",
+                        environment={"LOOP_WATCH_FILE": str(log)})
+    sums = []
+    for _ in range(RUNS):
+        seen = len(log.read_text(encoding="ascii").split())
+        weighing.scale.tell("clear-reports")
+        time.sleep(SLICE)
+        turns = [int(line) for line in log.read_text(encoding="ascii").split()[seen:]]
+        polls = len(weighing.scale.polls())
+        sums.append(sum(turns) / 1e6 / polls)
+    weighing.end()
+    return [Figure("main thread held per poll, clipboard on", 2, "ms", Samples(sums),
+                   "with the waits for the emulated scale's answer")]
+
+
+def fill(session):
+    figures = []
+    site = CarrierSite(session.new_folder("site"))
+    with contextlib.closing(site):
+        for name in ("chromium", "firefox"):
+            browser = start_browser(session, site, name)
+            with contextlib.closing(browser):
+                page = browser.first_page()
+                for carrier, address in CARRIER_PAGES.items():
+                    page.go(address)
+                    figures += _fills(session, browser.name, carrier)
+    return figures
+
+
+def _fills(session, browser, carrier):
+    output = session.output_of(binary("fill-cost"), carrier, str(READINGS))
+    rows = [[float(number) for number in line.split()] for line in output.splitlines()[1:]]
+    held_for, answered, bare = (Samples(list(column)) for column in zip(*rows))
+    # What is only written may be sent at once; what is read has to be waited for.
+    goal = 1.1 if carrier == "USPS" else 0.3
+    return [Figure(f"{carrier} fill to its last answer, to a bare client, {browser}", goal, "",
+                   answered.over(bare),
+                   f"{answered.median:.1f} ms, the thread held for {held_for.median:.1f} ms")]
+
+
+def growth(_session):
+    output = subprocess.run(
+        [binary("poll-cost"), "grow", str(POLLS_OF_GROWTH)], check=True, text=True,
+        env={"QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8"}, stdout=subprocess.PIPE,
+        stderr=subprocess.DEVNULL).stdout
+    # What is loaded by the first polls stays; growth would go on.
+    memory = [int(line) for line in output.split()][10:]
+    steps = [(later - earlier) * 100 * 1_000_000 / POLLS_OF_GROWTH
+             for earlier, later in zip(memory, memory[1:])]
+    return [Figure("private memory per million polls", 0, "KiB", Samples(steps),
+                   f"{memory[-1] - memory[0]} KiB in {len(steps) * POLLS_OF_GROWTH // 100:,} polls; "
+                   f"mean {statistics.mean(steps):.0f} KiB per million")]
+
+
+def instructions(_session):
+    counts = poll_instructions.measure(binary("poll-cost"))
+    return [Figure(f"instructions per poll: {name}", None, "", Samples([count, count]),
+                   "guarded by ./check within 5 %") for name, count in counts.items()]
+
+
+ALL = {each.__name__: each
+       for each in (start, rest, poll, pixels, held, fill, growth, instructions)}

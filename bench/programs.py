@@ -1,0 +1,107 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""The measured programs, as a desktop without assistive technology starts them."""
+
+import pathlib
+import subprocess
+import time
+
+import harness
+from emulated_scale import EmulatedScale
+from session import end
+from waiting import wait_until
+
+CLIPBOARD_ON = "[defaultValue]\n300=selected\n"
+
+
+def binary(name):
+    return str((harness.binaries() / name).resolve())
+
+
+def settled_pss(process_id):
+    """KiB, once it stays the same for half a second."""
+    readings = []
+
+    def settled():
+        time.sleep(0.1)
+        readings.append(_smaps_value(process_id, "Pss:"))
+        return len(readings) > 5 and len(set(readings[-5:])) == 1
+
+    wait_until(settled, "the memory settled")
+    return readings[-1]
+
+
+def processor_seconds(process_id):
+    return sum(int(path.read_text(encoding="ascii").split()[0])
+               for path in _tasks(process_id, "schedstat")) / 1e9
+
+
+def wake_ups(process_id):
+    """Of all threads, since the start: each sleep that was begun ends with one."""
+    count = 0
+    for path in _tasks(process_id, "status"):
+        for line in path.read_text(encoding="ascii").splitlines():
+            if line.startswith("voluntary_ctxt_switches:"):
+                count += int(line.split()[1])
+    return count
+
+
+class Started:
+    """A program whose window has been painted for the first time."""
+
+    def __init__(self, session, *command):
+        self._watch = subprocess.Popen(
+            [binary("frame-watch"), "start", *command], env=session.environment, text=True,
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        milliseconds, process_id = self._watch.stdout.readline().split()
+        self.milliseconds = float(milliseconds)
+        self.process_id = int(process_id)
+
+    def end(self):
+        self._watch.stdin.close()
+        self._watch.wait()
+        self._watch.stdout.close()
+
+
+class Weighing:
+    """The program with the emulated scale, a parcel on the pan."""
+
+    def __init__(self, session, *, settings=None, preload=None, environment=None):
+        folder = session.new_folder("weighing")
+        command = [binary("postal-scale")]
+        if preload:
+            command = ["sh", "-c", 'LD_PRELOAD="$LD_PRELOAD:$0" exec "$@"', binary(preload),
+                       *command]
+        if settings:
+            file = folder / "postal-scale" / "postal-scale.ini"
+            file.parent.mkdir()
+            file.write_text(settings, encoding="utf-8")
+        before = set(self._windows(session))
+        self._emulator = session.spawn(
+            [binary("postal-scale-emulator"), "--socket", folder / "socket", "--weight", "1234",
+             "--", *command],
+            session.environment | {"XDG_CONFIG_HOME": str(folder),
+                                   "XDG_RUNTIME_DIR": str(folder)} | (environment or {}),
+            stderr=subprocess.DEVNULL)
+        self.scale = EmulatedScale(str(folder / "socket"))
+        self.scale.wait_for_reports(5)
+        self.window = wait_until(lambda: set(self._windows(session)) - before, "a window").pop()
+        children = pathlib.Path(f"/proc/{self._emulator.pid}/task/{self._emulator.pid}/children")
+        self.process_id = int(children.read_text(encoding="ascii").split()[0])
+
+    def end(self):
+        self.scale.close()
+        end(self._emulator)
+
+    @staticmethod
+    def _windows(session):
+        return session.managed_windows().get("postal-scale", [])
+
+
+def _smaps_value(process_id, key):
+    text = pathlib.Path(f"/proc/{process_id}/smaps_rollup").read_text(encoding="ascii")
+    return next(int(line.split()[1]) for line in text.splitlines() if line.startswith(key))
+
+
+def _tasks(process_id, name):
+    return pathlib.Path(f"/proc/{process_id}/task").glob(f"*/{name}")
