@@ -19,16 +19,17 @@ def binary(name):
 
 
 def settled_pss(process_id):
-    """KiB, once it stays the same for half a second."""
-    readings = []
+    """KiB, once the program's own part stays the same for half a second: what is shared changes
+    with other programs."""
+    own = []
 
     def settled():
         time.sleep(0.1)
-        readings.append(_smaps_value(process_id, "Pss:"))
-        return len(readings) > 5 and len(set(readings[-5:])) == 1
+        own.append(_smaps_value(process_id, "Private_Dirty:"))
+        return len(own) > 5 and len(set(own[-5:])) == 1
 
     wait_until(settled, "the memory settled")
-    return readings[-1]
+    return _smaps_value(process_id, "Pss:")
 
 
 def processor_seconds(process_id):
