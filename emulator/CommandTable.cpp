@@ -5,44 +5,21 @@
 
 #include "emulator/Arguments.h"
 #include "emulator/HexText.h"
+#include "emulator/LineCommand.h"
 
 #include <algorithm>
 #include <array>
 #include <csignal>
-#include <sstream>
 #include <stdexcept>
 
 namespace {
 
-using Words = std::vector<std::string>;
-
-struct Call
-{
-    Emulator &emulator;
-    EmulatedScale &scale;
-    Words arguments;
-    const CommandServer::Reply &reply;
-};
-
-struct Command
-{
-    std::string_view name;
-    std::size_t leastArguments;
-    std::size_t mostArguments;
-    std::string_view help;
-    void (*run)(const Call &call);
-};
-
-enum class Switch { Off, On };
-
-Switch switchFromText(const std::string &text)
-{
-    if (text == "on")
-        return Switch::On;
-    if (text == "off")
-        return Switch::Off;
-    throw std::invalid_argument("on or off, not " + text);
-}
+using linecommand::replyLines;
+using linecommand::Switch;
+using linecommand::switchFromText;
+using linecommand::Words;
+using Call = linecommand::Call<Emulator>;
+using Command = linecommand::Command<Emulator>;
 
 int signalFromText(const std::string &text)
 {
@@ -66,25 +43,17 @@ PluggableDevice &deviceFromWord(const Call &call)
     if (name == "scale")
         return call.scale;
     if (name == "second")
-        return call.emulator.second;
+        return call.devices.second;
     if (name == "mouse")
-        return call.emulator.mouse;
+        return call.devices.mouse;
     if (name == "stranger")
-        return call.emulator.stranger;
+        return call.devices.stranger;
     throw std::invalid_argument("no device is called " + name);
 }
 
 HidrawDevice::Transfer failingIf(Switch wanted)
 {
     return wanted == Switch::On ? HidrawDevice::Transfer::Failed : HidrawDevice::Transfer::Done;
-}
-
-void replyLines(const CommandServer::Reply &reply, const Words &lines)
-{
-    std::string text = std::to_string(lines.size());
-    for (const std::string &line : lines)
-        text += '\n' + line;
-    reply(text);
 }
 
 void setPolls(const Call &call, EmulatedScale::Polls whenOn)
@@ -226,14 +195,14 @@ void openHandles(const Call &call)
 
 void raiseChild(const Call &call)
 {
-    call.emulator.raiseInChild(signalFromText(call.arguments[0]));
+    call.devices.raiseInChild(signalFromText(call.arguments[0]));
     call.reply("ok");
 }
 
 void quit(const Call &call)
 {
     call.reply("ok");
-    call.emulator.raiseInChild(SIGTERM);
+    call.devices.raiseInChild(SIGTERM);
 }
 
 constexpr std::array commands = {
@@ -267,46 +236,13 @@ void help(const Call &call)
 {
     Words lines;
     for (const Command &command : commands)
-        lines.emplace_back(command.help);
+        lines.emplace_back(command.usage);
     replyLines(call.reply, lines);
-}
-
-Words split(const std::string &line)
-{
-    std::istringstream stream(line);
-    Words words;
-    for (std::string word; stream >> word;)
-        words.push_back(word);
-    return words;
-}
-
-void dispatch(Emulator &emulator, Words words, const CommandServer::Reply &reply)
-{
-    EmulatedScale *scale = &emulator.scale;
-    if (!words.empty() && words.front() == "second") {
-        scale = &emulator.second;
-        words.erase(words.begin());
-    }
-    if (words.empty())
-        throw std::invalid_argument("no command");
-    const std::string name = words.front();
-    words.erase(words.begin());
-    const auto *const found = std::find_if(commands.begin(), commands.end(),
-                                           [&](const Command &each) { return each.name == name; });
-    if (found == commands.end())
-        throw std::invalid_argument("unknown command " + name);
-    if (words.size() < found->leastArguments || words.size() > found->mostArguments)
-        throw std::invalid_argument("usage: " + std::string(found->help));
-    found->run({emulator, *scale, std::move(words), reply});
 }
 
 } // namespace
 
 void runCommand(Emulator &emulator, const std::string &line, const CommandServer::Reply &reply)
 {
-    try {
-        dispatch(emulator, split(line), reply);
-    } catch (const std::exception &problem) {
-        reply(std::string("error ") + problem.what());
-    }
+    linecommand::run<Emulator>(commands, emulator, line, reply);
 }
