@@ -13,7 +13,7 @@
 
 namespace {
 
-using Kind = TrafficLine::Kind;
+using LineKind = TrafficLine::Kind;
 using Outcome = TrafficLine::Outcome;
 
 QString nameOf(const QString &node)
@@ -39,11 +39,11 @@ public:
         , record(deviceRecord)
     {
         connect(events.get(), &DeviceEvents::added, this, [this](const HidDeviceInfo &device) {
-            write(Kind::Attach, device);
+            write(LineKind::Attach, device);
             emit added(device);
         });
         connect(events.get(), &DeviceEvents::removed, this, [this](const HidDeviceInfo &device) {
-            write(Kind::Detach, device);
+            write(LineKind::Detach, device);
             emit removed(device);
         });
     }
@@ -57,7 +57,7 @@ public:
     }
 
 private:
-    void write(Kind kind, const HidDeviceInfo &device)
+    void write(LineKind kind, const HidDeviceInfo &device)
     {
         record.write({.kind = kind,
                       .device = nameOf(device.node),
@@ -82,7 +82,8 @@ public:
     int sendFeatureReport(std::span<const std::uint8_t> report) override
     {
         const int sent = connection->sendFeatureReport(report);
-        record.write({.kind = Kind::Send, .outcome = outcomeOf(sent), .report = bytesOf(report)});
+        record.write(
+            {.kind = LineKind::Send, .outcome = outcomeOf(sent), .report = bytesOf(report)});
         return sent;
     }
 
@@ -90,7 +91,7 @@ public:
     {
         const int received = connection->read(buffer);
         const auto length = static_cast<std::size_t>(std::max(received, 0));
-        record.write({.kind = Kind::Read,
+        record.write({.kind = LineKind::Read,
                       .outcome = outcomeOf(received),
                       .report = bytesOf(buffer.first(length))});
         return received;
@@ -130,11 +131,11 @@ std::unique_ptr<HidConnection> RecordedHidDevices::open(const QString &node)
 {
     std::unique_ptr<HidConnection> connection = devices.open(node);
     if (connection) {
-        write({.kind = Kind::Open, .device = nameOf(node)});
+        write({.kind = LineKind::Open, .device = nameOf(node)});
         return std::make_unique<RecordedConnection>(std::move(connection), *this);
     }
     const bool denied = devices.accessError(node) == EACCES;
-    write({.kind = Kind::Open,
+    write({.kind = LineKind::Open,
            .outcome = denied ? Outcome::Denied : Outcome::Failed,
            .device = nameOf(node),
            .reason = devices.lastError().simplified()});

@@ -14,13 +14,13 @@ public:
     /// What is wrong; empty if nothing.
     QString take(const TrafficLine &line)
     {
-        using Kind = TrafficLine::Kind;
+        using LineKind = TrafficLine::Kind;
         if (line.time < latest)
             return QStringLiteral("the time goes back");
         latest = line.time;
-        if (line.kind == Kind::Open)
+        if (line.kind == LineKind::Open)
             opened = opened || line.outcome == TrafficLine::Outcome::Done;
-        else if ((line.kind == Kind::Send || line.kind == Kind::Read) && !opened)
+        else if ((line.kind == LineKind::Send || line.kind == LineKind::Read) && !opened)
             return QStringLiteral("a report, but no device was opened before");
         return {};
     }

@@ -8,7 +8,7 @@
 
 namespace {
 
-using Kind = TrafficLine::Kind;
+using LineKind = TrafficLine::Kind;
 using Outcome = TrafficLine::Outcome;
 
 const std::array<QLatin1String, 5> kindWords{QLatin1String("attach"), QLatin1String("detach"),
@@ -31,18 +31,18 @@ QString hexBytes(const QByteArray &bytes)
 QStringList details(const TrafficLine &line)
 {
     switch (line.kind) {
-    case Kind::Attach:
-    case Kind::Detach:
+    case LineKind::Attach:
+    case LineKind::Detach:
         return {line.device,
                 hexNumber(line.vendorId) + QLatin1Char(':') + hexNumber(line.productId)};
-    case Kind::Open:
+    case LineKind::Open:
         if (line.outcome == Outcome::Done)
             return {line.device};
         return {line.device,
                 (line.outcome == Outcome::Denied ? deniedWord : failedWord) + QLatin1Char(':'),
                 line.reason};
-    case Kind::Send:
-    case Kind::Read: break;
+    case LineKind::Send:
+    case LineKind::Read: break;
     }
     QStringList words;
     if (line.outcome == Outcome::Failed)
@@ -68,7 +68,7 @@ const QRegularExpression &grammar()
 TrafficLine presenceOf(const QRegularExpressionMatch &match)
 {
     const bool attached = match.captured(u"presence") == kindWords.front();
-    return {.kind = attached ? Kind::Attach : Kind::Detach,
+    return {.kind = attached ? LineKind::Attach : LineKind::Detach,
             .device = match.captured(u"node"),
             .vendorId = match.captured(u"vendor").toUShort(nullptr, 16),
             .productId = match.captured(u"product").toUShort(nullptr, 16)};
@@ -76,7 +76,7 @@ TrafficLine presenceOf(const QRegularExpressionMatch &match)
 
 TrafficLine openOf(const QRegularExpressionMatch &match)
 {
-    TrafficLine line{.kind = Kind::Open, .device = match.captured(u"opened")};
+    TrafficLine line{.kind = LineKind::Open, .device = match.captured(u"opened")};
     const QString refusal = match.captured(u"refusal");
     if (refusal.isEmpty())
         return line;
@@ -85,7 +85,7 @@ TrafficLine openOf(const QRegularExpressionMatch &match)
     return line;
 }
 
-TrafficLine reportOf(Kind kind, const QString &failed, const QString &bytes)
+TrafficLine reportOf(LineKind kind, const QString &failed, const QString &bytes)
 {
     return {.kind = kind,
             .outcome = failed.isEmpty() ? Outcome::Done : Outcome::Failed,
@@ -99,8 +99,8 @@ TrafficLine lineOf(const QRegularExpressionMatch &match)
     if (match.hasCaptured(u"open"))
         return openOf(match);
     if (match.hasCaptured(u"send"))
-        return reportOf(Kind::Send, match.captured(u"unsent"), match.captured(u"sent"));
-    return reportOf(Kind::Read, match.captured(u"unread"), match.captured(u"input"));
+        return reportOf(LineKind::Send, match.captured(u"unsent"), match.captured(u"sent"));
+    return reportOf(LineKind::Read, match.captured(u"unread"), match.captured(u"input"));
 }
 
 } // namespace
