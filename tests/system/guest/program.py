@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The program under test, watched from outside: its log and what the kernel knows of it."""
 
+import contextlib
 import os
 import pathlib
 import re
@@ -97,7 +98,9 @@ class Program:
     def descriptors(self):
         targets = []
         for link in pathlib.Path(f"/proc/{self.identifier}/fd").iterdir():
-            targets.append(os.readlink(link))
+            # What is closed while the list is read is no longer open.
+            with contextlib.suppress(FileNotFoundError):
+                targets.append(os.readlink(link))
         return targets
 
     def open_nodes(self):
