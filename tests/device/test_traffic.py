@@ -20,11 +20,11 @@ class TrafficTest(harness.DeviceTest):
                 file = self.session.new_folder("record") / "scale.txt"
                 program = self.start("--type", scale_type, "--weight", "1234",
                                      program_arguments=("--record", file))
-                program.wait_for_reading(grams)
+                self.stay_at(program, grams)
                 program.scale.tell("weight 454")
-                program.wait_for_reading(kilograms)
+                self.stay_at(program, kilograms)
                 program.window.click(POUNDS_OUNCES_FRACTION)
-                program.wait_for_reading(ounces)
+                self.stay_at(program, ounces)
                 program.scale.tell("unplug")
                 program.wait_for_status("Scale not connected")
                 self.assertEqual(program.stop(), 0)
@@ -64,6 +64,12 @@ class TrafficTest(harness.DeviceTest):
         self.assertEqual(self.run_alone("--record", file),
                          (1, "Postal Scale is running already; close its window first\n"))
         self.assertFalse(file.exists())
+
+    @staticmethod
+    def stay_at(program, reading):
+        """For long enough that it cannot be overlooked when it is played back."""
+        program.wait_for_reading(reading)
+        program.wait_for_polls(4)
 
     def run_alone(self, *arguments):
         """Status, and what is said."""
