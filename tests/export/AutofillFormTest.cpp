@@ -137,8 +137,7 @@ private:
         form.assign(uspsAssignments());
         form.fillUspsRows();
 
-        rules::Page rulesPage = page;
-        const auto expected = rules::autofill(0, texts, {.SendtoUSPS = true}, rulesPage);
+        const auto expected = rules::autofill(0, texts, {.SendtoUSPS = true}, page);
         QCOMPARE(browser.scripts, expected.scripts);
         QStringList log;
         for (const std::string &line : expected.log)

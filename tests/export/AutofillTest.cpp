@@ -151,12 +151,11 @@ private slots:
                         delegate->SendtoFedex = static_cast<std::uint8_t>(flagFedex);
                         RecordingBridge browser;
                         delegate->Autofill(carrier);
-                        rules::Page empty;
                         const auto expected = rules::autofill(carrier, weight,
                                                               {.SendtoUSPS = flagUsps == 1,
                                                                .SendtoUPS = flagUps == 1,
                                                                .SendtoFedex = flagFedex == 1},
-                                                              empty);
+                                                              rules::Page());
                         QCOMPARE(browser.scripts, expected.scripts);
                         QCOMPARE(browser.calls, fetched);
                     }

@@ -5,44 +5,26 @@
 
 #include "tests/rules/NumberText.h"
 
-#include <array>
 #include <charconv>
-#include <optional>
 
 namespace rules {
 
 namespace {
 
-template <typename Number> std::optional<Number> numberOf(const std::string &text)
-{
-    if (text.empty() || text.front() < '0' || text.front() > '9')
-        return {};
-    Number number = 0;
-    const char *end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, number);
-    if (result.ec != std::errc() || result.ptr != end)
-        return {};
-    return number;
-}
-
 float floatValue(const std::string &text)
 {
-    return numberOf<float>(text).value_or(0);
-}
-
-/// Weights lie well inside the range in which browsers print numbers without an exponent.
-std::string browserText(double number)
-{
-    std::array<char, 400> buffer;
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number,
-                                   std::chars_format::fixed);
-    return {buffer.data(), end.ptr};
+    if (text.empty() || text.front() < '0' || text.front() > '9')
+        return 0;
+    float number = 0;
+    const char *end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    return result.ec == std::errc() && result.ptr == end ? number : 0;
 }
 
 class Filling
 {
 public:
-    Filling(const WeightTexts &weightTexts, Page &openPage)
+    Filling(const WeightTexts &weightTexts, const Page &openPage)
         : texts(weightTexts)
         , page(openPage)
     {
@@ -181,10 +163,6 @@ private:
     void assign(const std::string &name, const std::string &text)
     {
         outcome.scripts.push_back(valueScript(name) + "=" + text);
-        const auto field = page.fields.find(name);
-        const auto number = numberOf<double>(text);
-        if (field != page.fields.end() && number)
-            field->second = browserText(*number);
     }
 
     bool isEmpty(const std::string &name)
@@ -207,13 +185,13 @@ private:
     }
 
     const WeightTexts &texts;
-    Page &page;
+    const Page &page;
 };
 
 } // namespace
 
 AutofillOutcome autofill(int carrier, const WeightTexts &texts, const CarrierFlags &flags,
-                         Page &page)
+                         const Page &page)
 {
     Filling filling(texts, page);
     if (carrier == 2 && flags.SendtoFedex)

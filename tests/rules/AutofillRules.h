@@ -40,10 +40,9 @@ struct AutofillOutcome
     std::vector<std::string> log;
 };
 
-/// Carrier 0 is USPS, 1 UPS, 2 FedEx. An assignment changes the page's field as a browser would:
-/// the script's number is written back in the browser's own shortest form, so 36.000000 puts 36; a
-/// text that is no decimal number makes the script fail and the field stay.
+/// Carrier 0 is USPS, 1 UPS, 2 FedEx. Each field is asked for before anything is written into it,
+/// so that the page may stay as it is.
 AutofillOutcome autofill(int carrier, const WeightTexts &texts, const CarrierFlags &flags,
-                         Page &page);
+                         const Page &page);
 
 } // namespace rules
