@@ -31,7 +31,7 @@ std::string socketPath()
     return folder == nullptr ? std::string() : std::string(folder) + "/" + browserSocketName;
 }
 
-/// -1 while the program does not run.
+/// -1 while the program does not run, or takes nobody in.
 int connectToProgram(const std::string &path)
 {
     sockaddr_un address{};
@@ -39,7 +39,9 @@ int connectToProgram(const std::string &path)
     if (path.empty() || path.size() >= sizeof address.sun_path)
         return -1;
     std::memcpy(address.sun_path, path.c_str(), path.size());
-    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    // Non-blocking: at a program that hangs, and takes nobody in, connecting would wait for as long
+    // as it hangs, and the browser's end would pass unnoticed.
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     // Where the folder is not the user's alone, a stranger may listen there; what is said on this
     // socket is written into the user's pages.
     if (connect(descriptor, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0 &&

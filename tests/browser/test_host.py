@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The host between browser and program, with either of them played by the test."""
 
+import contextlib
 import os
 import pathlib
 import random
@@ -99,6 +100,19 @@ class HostTest(unittest.TestCase):
 
     def test_a_socket_left_behind_is_no_program(self):
         self.listen().close()
+        host = self.start_host()
+        host.stdin.close()
+        self.assertEqual(host.wait(PATIENCE), 0)
+
+    def test_it_goes_while_the_program_takes_nobody_in(self):
+        listener = self.listen()
+        listener.listen(0)
+        with contextlib.suppress(BlockingIOError):
+            while True:
+                waiting = socket.socket(socket.AF_UNIX)
+                self.addCleanup(waiting.close)
+                waiting.setblocking(False)
+                waiting.connect(self.path)
         host = self.start_host()
         host.stdin.close()
         self.assertEqual(host.wait(PATIENCE), 0)
