@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -21,13 +22,13 @@ template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &v
 {
     const double number = value.toDouble(-1);
     constexpr double greatest = 9007199254740991; // what JSON numbers hold exactly
-    if (!(number >= 0 && number <= greatest) ||
+    if (!(number >= 0 && number <= greatest) || number != std::trunc(number) ||
         number > static_cast<double>(std::numeric_limits<Number>::max()))
         return std::nullopt;
     return static_cast<Number>(number);
 }
 
-/// Host names and versions are shown to the user, so they are nothing but that.
+/// Host names, versions and browsers are shown to the user or logged, so they are nothing but that.
 bool isPlainWord(const QString &text)
 {
     static const QRegularExpression plainWord(QStringLiteral("\\A[A-Za-z0-9._:\\[\\]-]{1,253}\\z"));
@@ -38,11 +39,10 @@ std::optional<BrowserMessage> parseHello(const QJsonValue &value)
 {
     const auto protocol = wholeNumber<int>(value[QLatin1String("protocol")]);
     const QString version = value[QLatin1String("version")].toString();
-    if (!protocol || !isPlainWord(version))
+    const QString browser = value[QLatin1String("browser")].toString();
+    if (!protocol || !isPlainWord(version) || !isPlainWord(browser))
         return std::nullopt;
-    return BrowserHello{.protocol = *protocol,
-                        .version = version,
-                        .browser = value[QLatin1String("browser")].toString()};
+    return BrowserHello{.protocol = *protocol, .version = version, .browser = browser};
 }
 
 std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
