@@ -3,6 +3,8 @@
 
 #include "export/BrowserClient.h"
 
+#include "scale/Log.h"
+
 #include <QCoreApplication>
 #include <QLocalSocket>
 #include <QTimer>
@@ -118,6 +120,10 @@ bool BrowserClient::handle(const BrowserHello &message)
     if (hello)
         return false;
     hello = message;
+    // The status area has room for one browser, and another may well be linked.
+    if (hello->protocol != browserProtocol)
+        logLine(QStringLiteral("Browser link: the extension %1 in %2 does not fit this program")
+                    .arg(hello->version, hello->browser));
     emit changed();
     return true;
 }
@@ -149,7 +155,7 @@ bool BrowserClient::handle(const BrowserRan &message)
     waiting.erase(found);
     if (run.id == askedRun)
         askedResults = results;
-    emit ran(run.texts, results);
+    emit ran(run.page, run.texts, results);
     emit changed();
     return true;
 }

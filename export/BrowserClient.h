@@ -52,7 +52,7 @@ signals:
     void changed();
     void sent();
     /// A run of these texts has ended. No results: the page was gone.
-    void ran(const QStringList &texts, const QList<BrowserResult> &results);
+    void ran(std::uint32_t page, const QStringList &texts, const QList<BrowserResult> &results);
     void closed();
 
 private:

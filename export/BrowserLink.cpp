@@ -4,7 +4,6 @@
 #include "export/BrowserLink.h"
 
 #include <QLocalSocket>
-#include <QPointer>
 #include <algorithm>
 
 using namespace std::chrono_literals;
@@ -13,8 +12,12 @@ namespace {
 
 constexpr qsizetype mostClients = 16;
 
-/// Three readings that wrote nothing, and the page counts as merely open.
-constexpr auto fillingShown = 1200ms;
+/// As long as three readings take. When none has come by then, no option is on any more, and the
+/// page counts as merely open.
+constexpr auto readingShown = 1200ms;
+
+/// Pages whose latest reading is remembered: enough for those that a person turns to and fro.
+constexpr qsizetype mostPageReadings = 16;
 
 const QLatin1String assignmentMark("].value=");
 
@@ -81,7 +84,8 @@ public:
             linked->client->isSilent(linked->pageId))
             return std::nullopt;
         link.joinReading();
-        if (link.readingAbandoned)
+        auto &reading = link.joinPage(linked->client, linked->pageId);
+        if (reading.course != BrowserLink::PageReading::Course::Whole)
             return std::nullopt;
         if (!isAssignment(text))
             return ask(*linked, text);
@@ -99,13 +103,23 @@ private:
             results = tab.client->ask(tab.pageId, asked, link.readingDeadline);
         }
         if (results.isEmpty()) {
-            // Whatever follows would rest on this answer, and a form that is filled by halves
-            // looks like one that is filled.
-            link.readingAbandoned = true;
+            // Whatever follows for this page would rest on the answer. What was posted before went
+            // out with the question, or goes with the end of the reading: it rests on nothing.
+            abandon(tab);
             return std::nullopt;
         }
         asked.removeFirst();
         return results.takeFirst();
+    }
+
+    void abandon(const LinkedTab &tab)
+    {
+        using Course = BrowserLink::PageReading::Course;
+        // A browser whose page is gone says so at once.
+        const bool isLate = link.readingDeadline.hasExpired() ||
+                            tab.client->isAwaited(tab.pageId) || tab.client->isSilent(tab.pageId);
+        link.joinPage(tab.client, tab.pageId).course =
+            isLate ? Course::AnswerMissed : Course::PageGone;
     }
 
     BrowserLink &link;
@@ -118,9 +132,9 @@ BrowserLink::BrowserLink(QObject *parent)
     : QObject(parent)
     , server([this](QLocalSocket *peer) { attach(peer); })
 {
-    fillingFade.setSingleShot(true);
-    fillingFade.setInterval(fillingShown);
-    connect(&fillingFade, &QTimer::timeout, this, &BrowserLink::updateSituation);
+    readingFade.setSingleShot(true);
+    readingFade.setInterval(readingShown);
+    connect(&readingFade, &QTimer::timeout, this, &BrowserLink::updateSituation);
     silenceCheck.setSingleShot(true);
     silenceCheck.setInterval(BrowserClient::answerTime + 20ms);
     connect(&silenceCheck, &QTimer::timeout, this, &BrowserLink::updateSituation);
@@ -143,7 +157,11 @@ void BrowserLink::attach(QLocalSocket *peer)
     auto *client = new BrowserClient(peer, this);
     clients.append(client);
     connect(client, &BrowserClient::changed, this, &BrowserLink::updateSituation);
-    connect(client, &BrowserClient::ran, this, &BrowserLink::countFields);
+    connect(client, &BrowserClient::ran, this,
+            [this, client](std::uint32_t page, const QStringList &texts,
+                           const QList<BrowserResult> &results) {
+                countFields(client, page, texts, results);
+            });
     connect(client, &BrowserClient::sent, &silenceCheck, qOverload<>(&QTimer::start));
     connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
 }
@@ -170,9 +188,8 @@ void BrowserLink::joinReading()
     if (inReading)
         return;
     inReading = true;
-    readingAbandoned = false;
+    ++readingNumber;
     readingDeadline.setRemainingTime(BrowserClient::answerTime);
-    writtenFields.clear();
     QMetaObject::invokeMethod(this, &BrowserLink::endReading, Qt::QueuedConnection);
 }
 
@@ -182,18 +199,45 @@ void BrowserLink::endReading()
     const QList<BrowserClient *> attached = clients; // one that is gone takes itself off the list
     for (BrowserClient *client : attached)
         client->flush();
+    readingFade.start();
     updateSituation();
 }
 
-void BrowserLink::countFields(const QStringList &texts, const QList<BrowserResult> &results)
+BrowserLink::PageReading &BrowserLink::joinPage(BrowserClient *client, std::uint32_t page)
 {
+    const qsizetype place = placeOfReading(client, page);
+    if (place >= 0 && pageReadings.at(place).number == readingNumber)
+        return pageReadings[place];
+    if (place >= 0)
+        pageReadings.removeAt(place);
+    else if (pageReadings.size() >= mostPageReadings)
+        pageReadings.removeFirst();
+    pageReadings.append({.client = client, .page = page, .number = readingNumber});
+    return pageReadings.last();
+}
+
+qsizetype BrowserLink::placeOfReading(const BrowserClient *client, std::uint32_t page) const
+{
+    const auto found = std::find_if(pageReadings.begin(), pageReadings.end(),
+                                    [client, page](const PageReading &each) {
+                                        return each.client == client && each.page == page;
+                                    });
+    return found == pageReadings.end() ? -1 : found - pageReadings.begin();
+}
+
+void BrowserLink::countFields(const BrowserClient *client, std::uint32_t page,
+                              const QStringList &texts, const QList<BrowserResult> &results)
+{
+    const qsizetype place = placeOfReading(client, page);
+    if (place < 0)
+        return;
     for (qsizetype index = 0; index < results.size(); ++index) {
         const QString &text = texts.at(index);
         if (results.at(index) && isAssignment(text))
-            writtenFields.insert(text.left(text.indexOf(assignmentMark)));
+            pageReadings[place].writtenFields.insert(text.left(text.indexOf(assignmentMark)));
     }
-    if (!writtenFields.isEmpty())
-        fillingFade.start();
+    // A page that was silent gets its next reading from now on.
+    readingFade.start();
 }
 
 void BrowserLink::updateSituation()
@@ -227,10 +271,22 @@ BrowserSituation BrowserLink::currentSituation() const
     }
     if (!front->currentPage())
         return {.kind = Kind::NoCarrierPage};
-    const BrowserPage &page = *front->currentPage();
-    if (front->isSilent(page.id))
+    return situationOfPage(*front, *front->currentPage());
+}
+
+BrowserSituation BrowserLink::situationOfPage(const BrowserClient &client,
+                                              const BrowserPage &page) const
+{
+    using Kind = BrowserSituation::Kind;
+    if (client.isSilent(page.id))
         return {.kind = Kind::NotAnswering};
-    if (!fillingFade.isActive() || writtenFields.isEmpty())
+    const qsizetype place = placeOfReading(&client, page.id);
+    if (place < 0 || !readingFade.isActive())
         return {.kind = Kind::PageOpen, .name = page.host};
-    return {.kind = Kind::Filling, .name = page.host, .fields = writtenFields.size()};
+    const PageReading &latest = pageReadings.at(place);
+    if (latest.course == PageReading::Course::AnswerMissed)
+        return {.kind = Kind::NotAnswering};
+    if (latest.writtenFields.isEmpty())
+        return {.kind = Kind::PageOpen, .name = page.host};
+    return {.kind = Kind::Filling, .name = page.host, .fields = latest.writtenFields.size()};
 }

@@ -11,6 +11,7 @@
 #include <QDeadlineTimer>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <QTimer>
 
@@ -42,14 +43,33 @@ private:
     void detach(BrowserClient *client);
     BrowserClient *frontClient() const;
 
+    /// What the latest reading of a page came to.
+    struct PageReading
+    {
+        /// Once an answer is missing, nothing more of the reading is sent to the page.
+        enum class Course : std::uint8_t { Whole, PageGone, AnswerMissed };
+
+        QPointer<BrowserClient> client;
+        std::uint32_t page = 0;
+        unsigned number = 0;
+        Course course = Course::Whole;
+        QSet<QString> writtenFields;
+    };
+
     /// Everything that is sent before the event loop comes round belongs to one reading.
     void joinReading();
     void endReading();
-    void countFields(const QStringList &texts, const QList<BrowserResult> &results);
+    /// That of the reading under way, made anew if the page has had no part in it so far.
+    PageReading &joinPage(BrowserClient *client, std::uint32_t page);
+    /// Among the latest readings; -1 where the page has none.
+    qsizetype placeOfReading(const BrowserClient *client, std::uint32_t page) const;
+    void countFields(const BrowserClient *client, std::uint32_t page, const QStringList &texts,
+                     const QList<BrowserResult> &results);
     void updateSituation();
     /// A reading is under way: only a part of its fields is written.
     bool isFilling() const;
     BrowserSituation currentSituation() const;
+    BrowserSituation situationOfPage(const BrowserClient &client, const BrowserPage &page) const;
 
     BrowserServer server;
     QList<BrowserClient *> clients;
@@ -57,10 +77,10 @@ private:
     bool inReading = false;
     /// However many questions a reading has, they do not hold the thread for longer.
     QDeadlineTimer readingDeadline;
-    /// A question was not answered in time: nothing more is sent before the next reading.
-    bool readingAbandoned = false;
-    QSet<QString> writtenFields;
-    QTimer fillingFade;
+    unsigned readingNumber = 0;
+    QList<PageReading> pageReadings; ///< the page that was read last comes last
+    /// While it runs, the page's latest reading tells how it stands.
+    QTimer readingFade;
     QTimer silenceCheck;
     BrowserSituation situation;
 };

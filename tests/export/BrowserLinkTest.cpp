@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/export/BrowserFixture.h"
+#include "tests/support/LogCapture.h"
 
 #include <QElapsedTimer>
 #include <atomic>
@@ -23,6 +24,12 @@ QStringList textsOf(const std::optional<QJsonObject> &message)
 int idOf(const std::optional<QJsonObject> &message)
 {
     return message ? message->value(QLatin1String("run")).toObject()[QLatin1String("id")].toInt()
+                   : -1;
+}
+
+int pageOf(const std::optional<QJsonObject> &message)
+{
+    return message ? message->value(QLatin1String("run")).toObject()[QLatin1String("page")].toInt()
                    : -1;
 }
 
@@ -82,6 +89,20 @@ private slots:
         waitForStatus("Browser extension 7.0 does not fit this program");
         peer.send(uspsPage);
         QVERIFY(BrowserBridge::application()->windows().empty());
+    }
+
+    /// The status area tells of the one that is linked.
+    void anotherProtocolBesideALinkedBrowserIsLogged()
+    {
+        const LogCapture log;
+        const auto peer = attachedPeer();
+        waitForStatus("Browser linked, USPS page open");
+        BrowserPeer stranger(fixture->path());
+        stranger.send(R"({"hello":{"protocol":2,"version":"7.0","browser":"Firefox"}})");
+        const QStringList expected{
+            QStringLiteral("Browser link: the extension 7.0 in Firefox does not fit this program")};
+        QTRY_COMPARE(LogCapture::lines(), expected);
+        QCOMPARE(fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
     }
 
     void answers_data()
@@ -149,11 +170,29 @@ private slots:
         waitForStatus("Page not answering");
         QVERIFY(!peer->receive(0));
 
+        // It is not known to keep up before it has taken in a whole reading.
+        QStringList shown;
+        connect(&fixture->link, &BrowserLink::statusTextChanged, &fixture->link,
+                [&](const QString &text) { shown.append(text); });
         peer->sendRan(idOf(question), QJsonArray{QString()});
-        waitForStatus("Browser linked, USPS page open");
+        QCoreApplication::processEvents(); // the answer arrives
         run(box + QStringLiteral("=1"));
         QCoreApplication::processEvents();
-        QCOMPARE(textsOf(peer->receive()), QStringList{box + QStringLiteral("=1")});
+        const auto next = peer->receive();
+        QCOMPARE(textsOf(next), QStringList{box + QStringLiteral("=1")});
+        peer->sendRan(idOf(next), QJsonArray{QStringLiteral("1")});
+        waitForStatus("Filling USPS: 1 field");
+        QCOMPARE(shown, QStringList{QStringLiteral("Filling USPS: 1 field")});
+    }
+
+    void aPageThatNobodyFillsAnyMoreIsMerelyOpen()
+    {
+        const auto peer = attachedPeer();
+        waitForStatus("Browser linked, USPS page open");
+        QVERIFY(!run(box));
+        waitForStatus("Page not answering");
+        peer->sendRan(idOf(peer->receive(0)), QJsonArray{QString()});
+        waitForStatus("Browser linked, USPS page open");
     }
 
     void postsThatAreNotAnsweredAreNoticedToo()
@@ -200,6 +239,55 @@ private slots:
         QCOMPARE(message->value(QLatin1String("run"))[QLatin1String("page")].toInt(), 2);
     }
 
+    /// The user turns to another tab while the program waits for the first.
+    void aTabThatIsFetchedLaterInAReadingIsAnotherPage()
+    {
+        const auto peer = attachedPeer();
+        waitForStatus("Browser linked, USPS page open");
+        const auto application = BrowserBridge::application();
+        const auto first = currentTab(*application);
+        peer->send(R"({"current":{"page":2,"host":"www.ups.com"}})");
+        QVERIFY(!application->doJavaScript(box, first));
+        const auto question = peer->receive(0);
+        QCOMPARE(pageOf(question), 1);
+
+        const auto second = currentTab(*application);
+        application->doJavaScript(box + QStringLiteral("=1"), first);
+        application->doJavaScript(box + QStringLiteral("=2"), second);
+        QCoreApplication::processEvents();
+        const auto fill = peer->receive(0);
+        QCOMPARE(pageOf(fill), 2);
+        QCOMPARE(textsOf(fill), QStringList{box + QStringLiteral("=2")});
+        QVERIFY(!peer->receive(0));
+        peer->sendRan(idOf(fill), QJsonArray{QStringLiteral("2")});
+        waitForStatus("Filling UPS: 1 field");
+
+        // The page that was left has still not taken in a reading.
+        peer->sendRan(idOf(question), QJsonArray{QString()});
+        peer->send(uspsPage);
+        waitForStatus("Page not answering");
+    }
+
+    void theCountIsThatOfThePage()
+    {
+        const auto peer = attachedPeer();
+        waitForStatus("Browser linked, USPS page open");
+        QStringList shown;
+        connect(&fixture->link, &BrowserLink::statusTextChanged, &fixture->link,
+                [&](const QString &text) { shown.append(text); });
+        run(box + QStringLiteral("=1"));
+        QCoreApplication::processEvents();
+        peer->sendRan(idOf(peer->receive()), QJsonArray{QStringLiteral("1")});
+        waitForStatus("Filling USPS: 1 field");
+        peer->send(R"({"current":{"page":2,"host":"www.ups.com"}})");
+        waitForStatus("Browser linked, UPS page open");
+        const auto other = attachedPeer(
+            {R"({"current":{"page":1,"host":"www.fedex.com"}})", R"({"focused":2000})"});
+        waitForStatus("Browser linked, FedEx page open");
+        for (const QString &text : std::as_const(shown))
+            QVERIFY(text == shown.front() || !text.startsWith(QLatin1String("Filling")));
+    }
+
     void manySlowAnswersDoNotAddUp()
     {
         const auto peer = attachedPeer();
@@ -232,7 +320,7 @@ private slots:
             run(box);
         // One is answered, one waits in vain, and may still be answered in time for the next.
         QVERIFY(asked <= 2);
-        waitForStatus("Browser linked, USPS page open");
+        waitForStatus("Page not answering");
         QVERIFY(asked <= 2);
     }
 
@@ -278,7 +366,7 @@ private slots:
         QVERIFY(peer->sendRan(idOf(question), QJsonArray{QString()}));
         QVERIFY(!application->doJavaScript(box + QStringLiteral("=1"), tab));
         QCoreApplication::processEvents(); // the reading ends, and the answer arrives
-        waitForStatus("Browser linked, USPS page open");
+        waitForStatus("Page not answering");
         QVERIFY(!peer->receive(0));
         run(box + QStringLiteral("=2"));
         QCoreApplication::processEvents();
