@@ -35,9 +35,10 @@ public:
     /// The one that had the focus last comes first; empty without a browser.
     virtual std::vector<std::shared_ptr<const BrowserWindow>> windows() const = 0;
 
-    /// Runs @p text in @p tab. The value as text: a string as it stands, "1" for true, "0" for
-    /// false; nothing when the script fails, the page does not answer in time or @p tab is null.
-    /// An assignment may be sent without waiting, and then gives nothing.
+    /// Runs @p text in @p tab. The value as text: an empty string as it stands, any text for
+    /// another string, as what a field holds is nobody's business; "1" for true, "0" for false;
+    /// nothing when the script fails, the page does not answer in time or @p tab is null. An
+    /// assignment may be sent without waiting, and then gives nothing.
     virtual std::optional<QString> doJavaScript(const QString &text,
                                                 const std::shared_ptr<const BrowserTab> &tab) = 0;
 

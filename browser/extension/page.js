@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // Lives beside a page's own scripts, out of their sight and beyond the page's content policy. It
-// does three things and no other: write a number into the first field of a name, read the first
-// field of a name, and tell whether an element is checked.
+// does three things and no other: write a number into the first field of a name, tell whether the
+// first field of a name is empty, and tell whether an element is checked.
 'use strict';
 
 (() => {
@@ -14,8 +14,11 @@
     const checkedShape = new RegExp(String.raw`^document\.getElementById\('${name}'\)\.checked$`);
     // A number as a script spells it. With a leading zero a script means something else.
     const numberShape = /^-?(?:(?:0|[1-9]\d*)(?:\.\d*)?|\.\d+)(?:[eE][+-]?\d+)?$/;
-    // Only the beginning of a value is of interest, and a message has a greatest length.
-    const longestValue = 200;
+    // What a field holds stays in the page: whether it holds anything is all that a weight needs to
+    // know, and whoever plays the program could ask for a password.
+    const someValue = 'filled';
+    // Not by a name: the page's elements are properties of the global object by theirs.
+    const connectKey = Symbol.for('org.postalscale.connect');
 
     function fieldNamed(fieldName) {
         const element = document.getElementsByName(fieldName)[0];
@@ -33,7 +36,10 @@
     }
 
     function read(fieldName) {
-        return fieldNamed(fieldName)?.value.slice(0, longestValue) ?? null;
+        const element = fieldNamed(fieldName);
+        if (!element)
+            return null;
+        return element.value === '' ? '' : someValue;
     }
 
     function isChecked(id) {
@@ -63,8 +69,9 @@
     function connect() {
         if (port || left)
             return;
-        const api = globalThis.browser ?? globalThis.chrome;
-        port = api.runtime.connect({name: 'page'});
+        // The one name that is the browser's own in both browsers; in Chromium "browser" may be an
+        // element.
+        port = globalThis.chrome.runtime.connect({name: 'page'});
         port.onMessage.addListener(({id, texts, inputEvents}) => {
             port?.postMessage({id, results: texts.map((text) => run(text, inputEvents))});
         });
@@ -88,11 +95,11 @@
     }
 
     // A second copy of this file in the same document only revives the first.
-    if (globalThis.connectPostalScale) {
-        globalThis.connectPostalScale();
+    if (globalThis[connectKey]) {
+        globalThis[connectKey]();
         return;
     }
-    globalThis.connectPostalScale = connect;
+    globalThis[connectKey] = connect;
     // A page that is left may be kept, and shown again as it was.
     addEventListener('pagehide', leave, {capture: true});
     addEventListener('pageshow', enter, {capture: true});

@@ -107,8 +107,9 @@ def _twins(_):
 
 
 def _shapes(_):
-    return (_box("weight") + _box("empty") + _box("long", "7" * 100000)
-            + '<input type="file" name="file"><p name="paragraph" id="plain">Text</p>'
+    return (_box("weight") + _box("empty") + _box("blank", " ")
+            + '<input type="password" name="secret" value="open sesame">'
+              '<input type="file" name="file"><p name="paragraph" id="plain">Text</p>'
               '<input type="checkbox" id="choice"><input type="checkbox" id="chosen" checked>')
 
 
@@ -133,6 +134,12 @@ _FRAMEWORK = """
 """
 
 
+def _taken_names(_):
+    """Elements are properties of the page's global object, by id and some by name."""
+    names = ("browser", "chrome", "connect", "connectPostalScale", "port", "run")
+    return _box("weight") + "".join(f'<p id="{name}"></p><img name="{name}" alt="">' for name in names)
+
+
 def _framework(_):
     return _box("weight") + '<output id="known">nothing</output><output id="changes"></output>' + _FRAMEWORK
 
@@ -149,6 +156,7 @@ _BODIES = {
     "/fedex": _fedex,
     "/twins": _twins,
     "/shapes": _shapes,
+    "/taken-names": _taken_names,
     "/framework": _framework,
     "/empty": _empty,
 }

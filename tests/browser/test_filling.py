@@ -99,13 +99,17 @@ class FillingTest(BrowserTest):
     def test_strict_pages(self):
         for policy in ("none", "types", "sandbox"):
             with self.subTest(policy):
-                self.page.go(f"{USPS}/usps-boxes?policy={policy}")
-                self.wait_for_values(self.page, {pages.USPS_POUND_BOXES[0]: "2"})
+                self.expect(f"{USPS}/usps-rows?policy={policy}&filled=05&pounds=14",
+                            G02="2", G02_2="4", G05="7", G05_2="", G14="2.25")
 
     def test_first_field_of_a_name(self):
         self.page.go(UPS + "/twins")
         self.wait_for_values(self.page, {"weight": EXPORTED})
         self.assertEqual(self.page.evaluate("document.getElementsByName('weight')[1].value"), "")
+
+    def test_elements_with_the_names_that_scripts_use(self):
+        self.page.go(UPS + "/taken-names")
+        self.wait_for_values(self.page, {"weight": EXPORTED})
 
     def test_other_sites_stay_untouched(self):
         for address in ("https://www.shop.example/ups", "https://notups.com.shop.example/ups"):
