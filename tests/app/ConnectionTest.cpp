@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
+#include "export/Browser.h"
+#include "tests/rules/AutofillRules.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LaunchedApplication.h"
 
@@ -9,6 +11,10 @@
 #include <QMessageBox>
 #include <QPointer>
 #include <QTest>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 using namespace std::chrono_literals;
 
@@ -30,6 +36,54 @@ QPointer<QMessageBox> shownAlert()
             return box;
     }
     return {};
+}
+
+/// A browser without a window, which writes down what it is sent.
+class RecordingBridge : public BrowserBridge
+{
+public:
+    std::vector<std::string> scripts;
+
+private:
+    class Application : public BrowserApplication
+    {
+    public:
+        explicit Application(RecordingBridge &bridge)
+            : recorder(bridge)
+        {
+        }
+
+        std::vector<std::shared_ptr<const BrowserWindow>> windows() const override { return {}; }
+
+        std::optional<QString> doJavaScript(const QString &text,
+                                            const std::shared_ptr<const BrowserTab> &) override
+        {
+            recorder.scripts.push_back(text.toStdString());
+            return std::nullopt;
+        }
+
+    private:
+        RecordingBridge &recorder;
+    };
+
+    std::unique_ptr<BrowserApplication> makeApplication() override
+    {
+        return std::make_unique<Application>(*this);
+    }
+};
+
+const rules::WeightTexts kilogram{.LB = "2", .OZ = "4", .EXPORT = "2.205", .BASIC = "1000"};
+
+/// What one tick sends to a page without any of the fields.
+std::vector<std::string> scriptsOf(const std::vector<int> &carriers)
+{
+    const rules::CarrierFlags flags{.SendtoUSPS = true, .SendtoUPS = true, .SendtoFedex = true};
+    std::vector<std::string> all;
+    for (const int carrier : carriers) {
+        const auto outcome = rules::autofill(carrier, kilogram, flags, rules::Page());
+        all.insert(all.end(), outcome.scripts.begin(), outcome.scripts.end());
+    }
+    return all;
 }
 
 } // namespace
@@ -249,6 +303,42 @@ private slots:
         app.hidapi.reports.push_back({0x01, 0x34, 0x12});
         app.pass(400ms);
         QCOMPARE(app.link.sWebDataBasic(), QStringLiteral("1234"));
+    }
+
+    void carriersOfATick_data()
+    {
+        QTest::addColumn<int>("usps");
+        QTest::addColumn<int>("ups");
+        QTest::addColumn<int>("fedex");
+        QTest::addColumn<std::vector<int>>("carriers");
+        QTest::newRow("none") << 0 << 0 << 0 << std::vector<int>{};
+        QTest::newRow("all, in this order") << 1 << 1 << 1 << std::vector<int>{0, 1, 2};
+        QTest::newRow("the first and the last") << 1 << 0 << 1 << std::vector<int>{0, 2};
+        QTest::newRow("only 1 is on") << 2 << 2 << 2 << std::vector<int>{};
+        QTest::newRow("each on its own") << 2 << 1 << 255 << std::vector<int>{1};
+    }
+
+    void carriersOfATick()
+    {
+        QFETCH(int, usps);
+        QFETCH(int, ups);
+        QFETCH(int, fedex);
+        QFETCH(std::vector<int>, carriers);
+        LaunchedApplication app(Scale::Present);
+        RecordingBridge browser;
+        QAbstractButton *decimalPounds = app.delegate.radiogroup->buttons().at(3);
+        decimalPounds->setEnabled(true);
+        decimalPounds->click();
+        app.delegate.SendtoUSPS = static_cast<std::uint8_t>(usps);
+        app.delegate.SendtoUPS = static_cast<std::uint8_t>(ups);
+        app.delegate.SendtoFedex = static_cast<std::uint8_t>(fedex);
+        app.hidapi.reports.push_back({0x07, 0x34, 0x12}); // 1234 g
+        app.pass(400ms);
+        browser.scripts.clear();
+        // The pages get this very reading, not the one before.
+        app.hidapi.reports.push_back({0x07, 0x00, 0x10}); // 1000 g
+        app.pass(400ms);
+        QCOMPARE(browser.scripts, scriptsOf(carriers));
     }
 
     /// The status keeps to its two texts; the notice line and the tooltip say more.
