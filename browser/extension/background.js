@@ -41,6 +41,7 @@ function connectProgram() {
         retryDelay = programHello ? shortestRetry : Math.min(2 * retryDelay, longestRetry);
         program = null;
         programHello = null;
+        tellOptionsPage();
         setTimeout(connectProgram, retryDelay);
     });
 }
@@ -60,6 +61,7 @@ function greet(hello) {
     programHello = hello;
     const version = api.runtime.getManifest().version;
     send({hello: {protocol, version, browser: browserName}});
+    tellOptionsPage();
     if (!isLinked())
         return;
     send({focused: lastFocus});
@@ -190,6 +192,10 @@ api.runtime.onMessage.addListener((message, sender, answer) => {
     if (message === 'link')
         answer({linked: isLinked(), program: programHello?.version ?? null});
 });
+
+function tellOptionsPage() {
+    api.runtime.sendMessage('link changed').catch(() => {}); // it is not open
+}
 
 async function start() {
     const stored = await api.storage.local.get({inputEvents: false});

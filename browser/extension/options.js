@@ -23,6 +23,11 @@ function ownOrigins() {
     return [...(manifest.host_permissions ?? []), ...manifest.permissions];
 }
 
+/** The user may have let us in by a pattern that names no site. */
+function siteOf(origin) {
+    return /^https:\/\/((?:\*\.)?[^*/]+)\//.exec(origin)?.[1] ?? origin;
+}
+
 async function showSites() {
     const {origins} = await api.permissions.getAll();
     const added = origins.filter((origin) => !ownOrigins().includes(origin));
@@ -34,14 +39,21 @@ async function showSites() {
             await api.permissions.remove({origins: [origin]});
             showSites();
         });
-        item.append(`${new URL(origin).hostname} `, remove);
+        item.append(`${siteOf(origin)} `, remove);
         return item;
     }));
 }
 
 element('add').addEventListener('submit', async (event) => {
     event.preventDefault();
-    await api.permissions.request({origins: [`https://${element('site').value}/*`]});
+    const site = element('site').value;
+    element('answer').textContent = '';
+    try {
+        if (!await api.permissions.request({origins: [`https://${site}/*`]}))
+            element('answer').textContent = `${site} was not allowed.`;
+    } catch (error) {
+        element('answer').textContent = `${site} cannot be added: ${error.message}`;
+    }
     showSites();
 });
 
@@ -53,6 +65,11 @@ async function showOptions() {
     const {inputEvents} = await api.storage.local.get({inputEvents: false});
     element('inputEvents').checked = inputEvents;
 }
+
+api.runtime.onMessage.addListener((message) => {
+    if (message === 'link changed')
+        showLink();
+});
 
 showLink();
 showOptions();

@@ -161,6 +161,9 @@ class FirefoxPage:
         if self._handle:
             self._select()
             self._browser.call("WebDriver:CloseWindow")
+            # A further window cannot be opened from one that is closed.
+            remaining = self._browser.call("WebDriver:GetWindowHandles")[0]
+            self._browser.call("WebDriver:SwitchToWindow", handle=remaining, focus=False)
         self._handle = None
 
     def _select(self):

@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """What the extension does with a text, whoever sends it."""
 
-from browser_harness import BrowserTest
+from browser_harness import SLOW_START, BrowserTest
 from program_stand_in import ProgramStandIn
 from waiting import wait_until
 
@@ -85,6 +85,19 @@ class ShapesTest(BrowserTest):
             self.stand_in.run("document.getElementsByName('secret')[0].value",
                               "document.getElementsByName('blank')[0].value"), ["filled"] * 2)
 
+    def test_navigation_during_a_fill(self):
+        """A field is known to be empty, and then the page is another one with the same field."""
+        self.assertEqual(self.stand_in.run(BOX), [""])
+        left = self.stand_in.page
+        self.page.go("https://www.usps.com/shapes")
+        self.stand_in.wait_for_page("www.usps.com")
+        entered, self.stand_in.page = self.stand_in.page, left
+        self.assertIsNone(self.stand_in.run(f"{BOX}=5"))
+        self.assertEqual(self.value(), "")
+        self.stand_in.page = entered
+        self.assertEqual(self.stand_in.run(BOX, f"{BOX}=6"), ["", "6"])
+        self.assertEqual(self.value(), "6")
+
     def test_only_the_current_page_is_served(self):
         self.stand_in.page = self.stand_in.page | {"page": self.stand_in.page["page"] + 1}
         self.assertIsNone(self.stand_in.run(BOX))
@@ -102,17 +115,12 @@ class InputEventTest(BrowserTest):
 
     def test_they_are_an_option(self):
         self.assertEqual(self.knowledge_after("6"), "nothing")
-        self.click_option()
-        self.addCleanup(self.click_option)
+        self.set_input_events(True)
+        self.addCleanup(self.set_input_events, False)
+        self.stand_in.wait_for_page("www.ups.com")
         wait_until(lambda: self.knowledge_after("7") == "7", "an input event")
         self.assertEqual(self.knowledge_after("7"), "7")
         self.assertEqual(self.text_of("changes"), "*")
-
-    def click_option(self):
-        options = self.options_page()
-        options.evaluate("void document.getElementById('inputEvents').click()")
-        options.close()
-        self.stand_in.wait_for_page("www.ups.com")
 
     def knowledge_after(self, number):
         self.assertEqual(self.stand_in.run(f"{BOX}={number}"), [number])
@@ -120,6 +128,39 @@ class InputEventTest(BrowserTest):
 
     def text_of(self, element):
         return self.page.evaluate(f"document.getElementById('{element}').textContent")
+
+
+class OptionsPageTest(BrowserTest):
+    def test_the_link_line_follows_the_link(self):
+        options = self.options_page()
+        stand_in = ProgramStandIn(self.session)
+        self.wait_for_text(options, "link", "Linked to Postal Scale 9.9.")
+        stand_in.close()
+        self.wait_for_text(options, "link",
+                           "Postal Scale is not running, or not linked to this browser.")
+
+    def test_a_site_that_cannot_be_added(self):
+        options = self.options_page()
+        options.evaluate("""void ((form) => {
+            form.querySelector("input").value = "a..b";
+            form.requestSubmit();
+        })(document.getElementById("add"))""")
+        self.wait_for_text(options, "answer", "a..b cannot be added: ")
+
+    def test_origins_that_name_no_site(self):
+        """A user may have let the extension into all sites at once."""
+        options = self.options_page()
+        for origin, shown in (("https://ship.example.com/*", "ship.example.com"),
+                              ("https://*.example.com/*", "*.example.com"),
+                              ("https://*/*", "https://*/*"), ("<all_urls>", "<all_urls>")):
+            with self.subTest(origin):
+                self.assertEqual(options.evaluate(
+                    f"(window.wrappedJSObject ?? window).siteOf('{origin}')"), shown)
+
+    def wait_for_text(self, page, element, start):
+        text = f"document.getElementById('{element}').textContent"
+        wait_until(lambda: page.evaluate(text).startswith(start),
+                   lambda: f"{start!r} in {element}; it says {page.evaluate(text)!r}", SLOW_START)
 
 
 class OtherProtocolTest(BrowserTest):
