@@ -148,6 +148,20 @@ def _empty(_):
     return "<p>Nothing to fill in.</p>"
 
 
+_RECORDER = """
+<script>
+    const written = [];
+    const recorded = new URLSearchParams(location.search).get("record");
+    document.addEventListener("input", (event) => {
+        if (event.target.name !== recorded)
+            return;
+        written.push([Date.now() / 1000, event.target.value]);
+        document.documentElement.dataset.written = JSON.stringify(written);
+    });
+</script>
+"""
+
+
 _BODIES = {
     "/usps-boxes": _usps_boxes,
     "/usps-rows": _usps_rows,
@@ -163,8 +177,10 @@ _BODIES = {
 
 
 def page(path, query):
-    """The document, None if there is no such page. `title` in the query names its window."""
+    """The document, None if there is no such page. `title` in the query names its window, `record`
+    a field: the page keeps the time and the text of each input into it."""
     make_body = _BODIES.get(path)
     if make_body is None:
         return None
-    return _document(query.get("title", [path])[0], make_body(query))
+    body = make_body(query) + (_RECORDER if "record" in query else "")
+    return _document(query.get("title", [path])[0], body)
