@@ -9,13 +9,15 @@ from message_stream import MessageStream
 
 
 class ExtensionStandIn:
-    """Answers, from a thread of its own, that each field of the page has been written."""
+    """Answers, from a thread of its own, that each field of the page has been written; but a page
+    may have only the first so many of those that it is asked for."""
 
     def __init__(self, session, protocol=1, version="0.1.0"):
         connection = socket.socket(socket.AF_UNIX)
         connection.connect(session.environment["XDG_RUNTIME_DIR"] + "/postal-scale-browser.socket")
         self._connection = connection
         self._stream = MessageStream(connection)
+        self._fields = {}
         self._answers = threading.Event()
         self._answers.set()
         self._thread = threading.Thread(target=self._answer, daemon=True)
@@ -24,7 +26,8 @@ class ExtensionStandIn:
                                      "browser": "stand-in"}})
         self._thread.start()
 
-    def show(self, page, host):
+    def show(self, page, host, fields=None):
+        self._fields[page] = fields
         self._stream.send({"current": {"page": page, "host": host} if host else None})
 
     def stop_answering(self):
@@ -42,7 +45,9 @@ class ExtensionStandIn:
             while True:
                 run = self._stream.receive()["run"]
                 self._answers.wait()
+                fields = self._fields[run["page"]]
+                written = [text for text in run["texts"] if "].value=" in text][:fields]
                 self._stream.send({"ran": {"id": run["id"], "results": [
-                    "1" if "].value=" in text else None for text in run["texts"]]}})
+                    "1" if text in written else None for text in run["texts"]]}})
         except OSError:
             pass  # closed, by either side
