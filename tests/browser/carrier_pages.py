@@ -137,7 +137,8 @@ _FRAMEWORK = """
 def _taken_names(_):
     """Elements are properties of the page's global object, by id and some by name."""
     names = ("browser", "chrome", "connect", "connectPostalScale", "port", "run")
-    return _box("weight") + "".join(f'<p id="{name}"></p><img name="{name}" alt="">' for name in names)
+    return _box("weight") + "".join(
+        f'<p id="{name}"></p><img name="{name}" alt="">' for name in names)
 
 
 def _framework(_):

@@ -110,7 +110,8 @@ class FillingTest(BrowserTest):
     def test_elements_with_the_names_that_scripts_use(self):
         front = self.new_page(UPS + "/empty", "tab")
         self.page.go(UPS + "/taken-names")
-        front.close()  # a page behind is entered when it comes to the front, with its elements there
+        # A page behind is entered when it comes to the front: its elements are there by then.
+        front.close()
         self.wait_for_values(self.page, {"weight": EXPORTED})
 
     def test_other_sites_stay_untouched(self):
