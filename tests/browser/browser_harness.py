@@ -37,6 +37,16 @@ def build_folder():
     return harness.binaries().parent
 
 
+def start_browser(session, site, name):
+    """With the host registered as a user would."""
+    home = session.new_folder(name)
+    environment = session.environment | {
+        "HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
+    subprocess.run([REGISTER, harness.binaries() / "postal-scale-browser-host"], check=True,
+                   env=environment, stdout=subprocess.DEVNULL)
+    return BROWSERS[name](session, site, build_folder(), home)
+
+
 class Surroundings:
     """A desktop, the carriers' sites and a browser. It takes seconds to make them, so that all
     tests have them in common."""
@@ -69,13 +79,7 @@ class Surroundings:
         self._cleanup.close()
 
     def start_browser(self, name):
-        """With the host registered as a user would."""
-        home = self.session.new_folder(name)
-        environment = self.session.environment | {
-            "HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
-        subprocess.run([REGISTER, harness.binaries() / "postal-scale-browser-host"], check=True,
-                       env=environment, stdout=subprocess.DEVNULL)
-        return BROWSERS[name](self.session, self.site, build_folder(), home)
+        return start_browser(self.session, self.site, name)
 
     def restart_browser(self):
         """After it was killed."""
