@@ -55,10 +55,10 @@ class TroubleTest(BrowserTest):
         return json.loads(self.page.evaluate("document.documentElement.dataset.written || '[]'"))
 
     def put_weights_that_the_page_misses(self):
-        for _ in range(4):
+        for _ in range(3):
             self.put_next_weight()
             self.program.wait_for_polls(1)
-        self.program.wait_for_polls(1)
+        self.program.wait_for_polls(2)
         self.latest_since = time.time()
 
     def expect_one_late_weight_at_most(self):
