@@ -12,6 +12,7 @@ const hostName = 'org.postalscale.browser';
 const protocol = 1;
 const shortestRetry = 500; // ms
 const longestRetry = 60000;
+const timeToConnect = 1000;
 
 const browserName = navigator.userAgent.includes('Firefox/') ? 'Firefox' : 'Chromium';
 
@@ -24,6 +25,7 @@ const pages = new Map();
 let lastPageNumber = 0;
 let currentPage = null;
 let lastRefresh = 0;
+let nextTry = 0;
 let lastFocus = 0; // ms since 1970
 
 let sendInputEvents = false;
@@ -150,6 +152,9 @@ async function enter(tab) {
     try {
         await api.scripting.executeScript(
             {target: {tabId: tab.id}, files: ['page.js'], injectImmediately: true});
+        // A page that was just being left or shown again may not have noticed.
+        clearTimeout(nextTry);
+        nextTry = setTimeout(refresh, timeToConnect);
     } catch {
         // The page is gone again, or is one that no extension may enter.
     }

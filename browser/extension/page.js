@@ -71,12 +71,15 @@
             return;
         // The one name that is the browser's own in both browsers; in Chromium "browser" may be an
         // element.
-        port = globalThis.chrome.runtime.connect({name: 'page'});
-        port.onMessage.addListener(({id, texts, inputEvents}) => {
-            port?.postMessage({id, results: texts.map((text) => run(text, inputEvents))});
+        const opened = globalThis.chrome.runtime.connect({name: 'page'});
+        port = opened;
+        opened.onMessage.addListener(({id, texts, inputEvents}) => {
+            if (port === opened)
+                opened.postMessage({id, results: texts.map((text) => run(text, inputEvents))});
         });
-        port.onDisconnect.addListener(() => {
-            port = null;
+        opened.onDisconnect.addListener(() => {
+            if (port === opened)
+                port = null;
         });
     }
 
@@ -89,8 +92,14 @@
         port = null;
     }
 
-    function enter() {
+    function enter(event) {
         left = false;
+        // A kept page that this script came into after it was left has a port that is dead, and
+        // does not know it yet.
+        if (event.persisted) {
+            port?.disconnect();
+            port = null;
+        }
         connect();
     }
 
