@@ -11,10 +11,10 @@
 // that the program's fill holds the thread, those until its last answer is there, and those of the
 // bare client.
 
-#include "export/AutofillForm.h"
 #include "export/BrowserFrame.h"
 #include "export/BrowserLink.h"
 #include "export/BrowserMessage.h"
+#include "tests/browser/CarrierFill.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -25,15 +25,6 @@
 #include <unistd.h>
 
 namespace {
-
-class Kilogram : public WeightTexts
-{
-public:
-    QString pounds() const override { return QStringLiteral("2"); }
-    QString ounces() const override { return QStringLiteral("4"); }
-    QString exported() const override { return QStringLiteral("2.205"); }
-    QString grams() const override { return QStringLiteral("1000"); }
-};
 
 /// Passes on what goes to the browser, and keeps the texts.
 class Recorder : public BrowserApplication
@@ -56,6 +47,8 @@ public:
         return browser->doJavaScript(text, tab);
     }
 
+    void expect(const QStringList &questions) override { browser->expect(questions); }
+
     QStringList texts;
 
 private:
@@ -65,18 +58,7 @@ private:
 QStringList fill(const QString &carrier)
 {
     Recorder safari;
-    const auto windows = safari.windows();
-    const auto tab = windows.empty() ? nullptr : windows.front()->currentTab();
-    const Kilogram weight;
-    AutofillForm form(safari, tab, weight);
-    if (carrier == QLatin1String("UPS")) {
-        form.assign(upsAssignments());
-    } else if (carrier == QLatin1String("FedEx")) {
-        form.assign(fedexAssignments());
-    } else {
-        form.assign(uspsAssignments());
-        form.fillUspsRows();
-    }
+    fillCarrier(carrier, safari);
     return safari.texts;
 }
 
@@ -142,12 +124,6 @@ public:
     {
     }
 
-    void waitForPage()
-    {
-        while (!link.statusText().contains(QLatin1String("page open")))
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-
     void compare(const QString &carrier)
     {
         auto *client = link.findChild<BrowserClient *>();
@@ -185,7 +161,7 @@ int main(int argc, char *argv[])
     if (!link.listenAt(BrowserServer::defaultPath()))
         return 1;
     Comparison comparison(link);
-    comparison.waitForPage();
+    waitForPage(link);
     std::puts("ready");
     std::fflush(stdout);
     for (int left = arguments[2].toInt(); left > 0; --left)

@@ -9,8 +9,8 @@
 // Begins with the line "ready" once a page is open, and then prints the milliseconds of each
 // reading, less those in which the machine gave it no processor.
 
-#include "export/AutofillForm.h"
 #include "export/BrowserLink.h"
+#include "tests/browser/CarrierFill.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -20,32 +20,6 @@
 #include <cstdio>
 
 namespace {
-
-class Kilogram : public WeightTexts
-{
-public:
-    QString pounds() const override { return QStringLiteral("2"); }
-    QString ounces() const override { return QStringLiteral("4"); }
-    QString exported() const override { return QStringLiteral("2.205"); }
-    QString grams() const override { return QStringLiteral("1000"); }
-};
-
-void fill(const QString &carrier)
-{
-    const auto safari = BrowserBridge::application();
-    const auto windows = safari->windows();
-    const auto tab = windows.empty() ? nullptr : windows.front()->currentTab();
-    const Kilogram weight;
-    AutofillForm form(*safari, tab, weight);
-    if (carrier == QLatin1String("UPS")) {
-        form.assign(upsAssignments());
-    } else if (carrier == QLatin1String("FedEx")) {
-        form.assign(fedexAssignments());
-    } else {
-        form.assign(uspsAssignments());
-        form.fillUspsRows();
-    }
-}
 
 /// Nanoseconds in which this thread, so far, could have run and was given no processor. That is the
 /// machine's affair: what is to be measured is what a reading waits for.
@@ -62,16 +36,10 @@ double millisecondsOfReading(const QString &carrier)
     const qint64 before = nanosecondsWithoutProcessor();
     QElapsedTimer time;
     time.start();
-    fill(carrier);
+    fillCarrier(carrier, *BrowserBridge::application());
     QCoreApplication::sendPostedEvents();
     const qint64 elapsed = time.nsecsElapsed();
     return static_cast<double>(elapsed - (nanosecondsWithoutProcessor() - before)) / 1e6;
-}
-
-void waitForPage(const BrowserLink &link)
-{
-    while (!link.statusText().contains(QLatin1String("page open")))
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 } // namespace
