@@ -4,22 +4,18 @@
 #include "app/Application.h"
 
 #include "app/BundleInformation.h"
-#include "app/CommandLine.h"
-#include "app/DeviceChoice.h"
-#include "app/Doctor.h"
-#include "app/DoctorFacts.h"
-#include "app/ReadingReportCommand.h"
-#include "app/SingleInstance.h"
-#include "app/SingleInstanceRequest.h"
-#include "app/WindowStyle.h"
-#include "export/BrowserLink.h"
-#include "export/Settings.h"
+#include "browser/link/BrowserLink.h"
+#include "scale/SystemHidDevices.h"
+#include "settings/Settings.h"
+#include "widgets/WindowStyle.h"
 
-#include <cstdio>
-#include <sysexits.h>
+#include <utility>
 
 Application::Application(int &argc, char **argv)
     : QApplication(argc, argv)
+    , m_devices(std::make_unique<SystemHidDevices>())
+    , m_browserLink(std::make_unique<BrowserLink>())
+    , m_browsers(m_browserLink.get())
 {
     setApplicationName(QStringLiteral("postal-scale"));
     setApplicationVersion(QStringLiteral(POSTALSCALE_VERSION));
@@ -32,122 +28,46 @@ Application::Application(int &argc, char **argv)
 
 Application::~Application() = default;
 
-Application *Application::sharedApplication()
-{
-    return static_cast<Application *>(QCoreApplication::instance());
-}
-
 ReadingReportDelegate *Application::delegate() const
 {
-    return appDelegate.get();
+    return m_delegate.get();
 }
 
-HidDevices &Application::devices()
+void Application::useDevices(std::unique_ptr<HidDevices> devices)
 {
-    return chosenDevices ? *chosenDevices : ScaleApplication::devices();
-}
-
-QString Application::useDevicesOf(const CommandLine &line)
-{
-    DeviceChoice choice = DeviceChoice::of(line, ScaleApplication::devices());
-    chosenDevices = std::move(choice.devices);
-    return choice.trouble;
+    m_devices = std::move(devices);
 }
 
 void Application::launch(const QString &infoFile)
 {
     launchUnseen(infoFile);
-    appDelegate->window->show();
+    m_delegate->window->show();
 }
 
 void Application::launchUnseen(const QString &infoFile)
 {
-    settings = std::make_unique<Settings>();
-    appDelegate =
-        std::make_unique<ReadingReportDelegate>(BundleInformation::load(infoFile), *settings);
-    appDelegate->awakeFromNib();
-    appDelegate->applicationDidFinishLaunching();
-}
-
-int Application::run(const ActivationRight &right)
-{
-    const CommandLine line = CommandLine::parse(arguments());
-    switch (line.action) {
-    case CommandLine::Action::ShowWindow: return showWindow(line, right);
-    case CommandLine::Action::PrintReading: return printReading(line);
-    case CommandLine::Action::Diagnose: return diagnose();
-    case CommandLine::Action::ShowVersion:
-        std::printf("%s %s\n", qPrintable(applicationName()), qPrintable(applicationVersion()));
-        return 0;
-    case CommandLine::Action::ShowHelp: std::fputs(qPrintable(line.text), stdout); return 0;
-    case CommandLine::Action::Refuse: break;
-    }
-    std::fprintf(stderr, "%s\n", qPrintable(line.text));
-    return EX_USAGE;
-}
-
-int Application::showWindow(const CommandLine &line, const ActivationRight &right)
-{
-    SingleInstance instance(SingleInstance::defaultFolder());
-    switch (instance.claim(raiseRequest(right)).outcome) {
-    case SingleInstance::Claim::Outcome::Ours: break;
-    case SingleInstance::Claim::Outcome::Answered:
-        if (line.recordFile.isEmpty() && line.replayFile.isEmpty())
-            return 0;
-        std::fputs("Postal Scale is running already; close its window first\n", stderr);
-        return 1;
-    case SingleInstance::Claim::Outcome::Unanswered:
-        std::fputs("Postal Scale is running already, but does not answer\n", stderr);
-        return 1;
-    }
-    if (const QString trouble = useDevicesOf(line); !trouble.isEmpty()) {
-        std::fprintf(stderr, "%s\n", qPrintable(trouble));
-        return EX_USAGE;
-    }
-    launch(line.infoFile);
-    linkBrowsers();
-    instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
-    return exec();
+    m_settings = std::make_unique<Settings>();
+    m_delegate = std::make_unique<ReadingReportDelegate>(BundleInformation::load(infoFile),
+                                                         *m_settings, *m_browsers);
+    m_delegate->awakeFromNib();
+    m_delegate->applicationDidFinishLaunching();
 }
 
 void Application::linkBrowsers()
 {
-    browserLink = std::make_unique<BrowserLink>();
-    connect(browserLink.get(), &BrowserLink::statusTextChanged, appDelegate.get(),
+    connect(m_browserLink.get(), &BrowserLink::statusTextChanged, m_delegate.get(),
             &PostalScaleAppDelegate::showBrowserStatus);
-    browserLink->listenAt(BrowserServer::defaultPath());
-    appDelegate->showBrowserStatus(browserLink->statusText());
+    m_browserLink->listenAt(BrowserServer::defaultPath());
+    m_delegate->showBrowserStatus(m_browserLink->statusText());
 }
 
-int Application::printReading(const CommandLine &line)
+QString Application::browserLinkText() const
 {
-    SingleInstance instance(SingleInstance::defaultFolder());
-    return ReadingReportCommand(*this, instance).run(line);
-}
-
-int Application::diagnose()
-{
-    SingleInstance instance(SingleInstance::defaultFolder());
-    const QList<Finding> findings = ::diagnose(DoctorFacts::gather(instance));
-    std::fputs(qPrintable(reportText(findings)), stdout);
-    return exitStatus(findings);
-}
-
-QJsonObject Application::answer(const QJsonObject &laterStart)
-{
-    switch (requestOf(laterStart)) {
-    case InstanceRequest::Raise:
-        bringToFront(appDelegate->window.get(), ActivationRight::fromJson(laterStart));
-        break;
-    case InstanceRequest::Reading: return appDelegate->readingReport().toJson();
-    case InstanceRequest::Situation: return {{QStringLiteral("platform"), platformName()}};
-    case InstanceRequest::Unknown: break;
-    }
-    return {};
+    return m_browserLink->statusText();
 }
 
 void Application::lastWindowWasClosed()
 {
-    if (appDelegate && appDelegate->applicationShouldTerminateAfterLastWindowClosed())
+    if (m_delegate && m_delegate->applicationShouldTerminateAfterLastWindowClosed())
         quit();
 }

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "app/ReadingReportDelegate.h"
-#include "app/SingleInstanceActivation.h"
 #include "scale/ScaleDelegate.h"
 
 #include <QApplication>
@@ -12,9 +11,8 @@
 
 class BrowserLink;
 class Settings;
-struct CommandLine;
 
-/// The application object: reads the command line, wires the delegate and runs the event loop.
+/// The application object: makes the delegate and its window, and ends with the window.
 class Application : public QApplication, public ScaleApplication
 {
     Q_OBJECT
@@ -23,31 +21,29 @@ public:
     Application(int &argc, char **argv);
     ~Application() override;
 
-    static Application *sharedApplication();
     /// Null before the launch.
     ReadingReportDelegate *delegate() const override;
-    HidDevices &devices() override;
+    HidDevices &devices() override { return *m_devices; }
 
+    /// To be called before the launch, or not at all: the machine's own are taken then.
+    void useDevices(std::unique_ptr<HidDevices> devices);
+    /// The same for what stands in for the user's browsers. It must outlive the application.
+    void useBrowsers(BrowserBridge &browsers) { m_browsers = &browsers; }
     /// Creates the delegate and its window, and launches. @p infoFile may be empty.
     void launch(const QString &infoFile);
     /// The same, with the window not shown yet.
     void launchUnseen(const QString &infoFile);
-    /// Before the launch. Empty, or why it cannot be done.
-    QString useDevicesOf(const CommandLine &line);
-    /// The whole life of the program; its exit status.
-    int run(const ActivationRight &right);
-
-private:
-    int showWindow(const CommandLine &line, const ActivationRight &right);
-    int printReading(const CommandLine &line);
-    int diagnose();
     /// Lets the user's browsers attach.
     void linkBrowsers();
-    QJsonObject answer(const QJsonObject &laterStart);
+    /// For people; how the link to the browsers stands.
+    QString browserLinkText() const;
+
+private:
     void lastWindowWasClosed();
 
-    std::unique_ptr<HidDevices> chosenDevices; ///< null: the machine's own
-    std::unique_ptr<Settings> settings;
-    std::unique_ptr<BrowserLink> browserLink; ///< null until the window is shown
-    std::unique_ptr<ReadingReportDelegate> appDelegate;
+    std::unique_ptr<HidDevices> m_devices;
+    std::unique_ptr<Settings> m_settings;
+    std::unique_ptr<BrowserLink> m_browserLink;
+    BrowserBridge *m_browsers;
+    std::unique_ptr<ReadingReportDelegate> m_delegate;
 };

@@ -3,7 +3,7 @@
 
 #include "app/BundleInformation.h"
 
-#include "scale/Log.h"
+#include "base/Log.h"
 
 #include <QFile>
 #include <QJsonArray>

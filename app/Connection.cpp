@@ -5,9 +5,8 @@
 
 #include "app/PostalScaleAppDelegate.h"
 
-#include "app/RepeatingTimer.h"
-#include "scale/HIDManager.h"
-#include "scale/Log.h"
+#include "base/Log.h"
+#include "base/RepeatingTimer.h"
 
 #include <QMessageBox>
 #include <QPushButton>
@@ -32,7 +31,7 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
                                            : QStringLiteral("Scale not connected"));
     unitLBl->setHidden(true);
     showConnectionLamp();
-    announceReading();
+    m_panel.announceReading();
     if (!connected)
         return;
     auto *timer = new RepeatingTimer(pollInterval, this);
@@ -41,16 +40,16 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
 
 void PostalScaleAppDelegate::setConnectionTrouble(const QString &trouble)
 {
+    m_connectionTrouble = trouble;
     connectionStatuslbl->setToolTip(trouble);
-    setNotice(Notice::Connection, trouble);
+    m_statusArea.setNotice(StatusArea::Notice::Connection, trouble);
     showConnectionLamp();
 }
 
 void PostalScaleAppDelegate::showConnectionLamp()
 {
     using Light = ConnectionLamp::Light;
-    const bool trouble = !connectionStatuslbl->toolTip().isEmpty();
-    const Light lit = trouble ? Light::Trouble : Light::Connected;
+    const Light lit = m_connectionTrouble.isEmpty() ? Light::Connected : Light::Trouble;
     connectionLamp->setLight(isDeviceConnected ? lit : Light::Out);
 }
 
@@ -65,13 +64,13 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
         return;
     }
     hid_obj->get_device_rawdata();
-    announceReading();
+    m_panel.announceReading();
     if (SendtoUSPS == 1)
-        Autofill(0);
+        Autofill(carrier::usps);
     if (SendtoUPS == 1)
-        Autofill(1);
+        Autofill(carrier::ups);
     if (SendtoFedex == 1)
-        Autofill(2);
+        Autofill(carrier::fedex);
 }
 
 void PostalScaleAppDelegate::showAlert()

@@ -5,17 +5,10 @@
 
 #include "app/ModelIndex.h"
 #include "app/PostalScaleAppDelegate.h"
-#include "scale/HIDManager.h"
-#include "scale/Log.h"
+#include "base/Log.h"
+#include "controls/UnitRows.h"
 
 #include <QThread>
-
-namespace {
-
-/// Pounds and ounces with the fraction: every model but one offers it.
-constexpr int startingRow = 2;
-
-} // namespace
 
 void PostalScaleAppDelegate::modelSelectionAction()
 {
@@ -35,7 +28,7 @@ void PostalScaleAppDelegate::modelSelected(QAction *sender)
     for (QAction *item : modelMenu->actions())
         item->setChecked(false);
     sender->setChecked(true);
-    markedModel = sender;
+    m_markedModel = sender;
     setSelectedModelName(sender->data().toString());
     sendStartingUnit();
     setWindowTitle(selectedModelName());
@@ -45,12 +38,14 @@ void PostalScaleAppDelegate::modelSelected(QAction *sender)
 
 void PostalScaleAppDelegate::sendStartingUnit()
 {
-    showUnitRow(startingRow);
+    // Every model but one offers it.
+    constexpr int startingUnit = unittag::poundsOuncesB;
+    m_units.showRow(*rowOfUnit(startingUnit));
     pausereadtimer = true;
-    hid_obj->setUnitnumber(3);
-    hid_obj->setDotunit(3);
-    hid_obj->setCurrentUnit(4);
-    hid_obj->set_Unit(4);
+    hid_obj->setUnitnumber(startingUnit);
+    hid_obj->setDotunit(startingUnit);
+    hid_obj->setCurrentUnit(unitindex::poundsOuncesB);
+    hid_obj->set_Unit(unitindex::poundsOuncesB);
     QThread::yieldCurrentThread();
     pausereadtimer = false;
 }

@@ -3,23 +3,51 @@
 
 #include "app/PostalScaleAppDelegate.h"
 
-#include "export/Settings.h"
-#include "scale/HIDManager.h"
+#include "settings/Settings.h"
 
-PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &bundleInformation,
-                                               Settings &userSettings)
-    : window(std::make_unique<QMainWindow>())
-    , information(bundleInformation)
-    , settings(userSettings)
+namespace {
+
+/// The widgets come first of all: everything else works on them.
+std::unique_ptr<QMainWindow> windowOf(Ui::MainWindow &form)
 {
-    setupUi(window.get());
-    connectActions();
-    connectUnits();
-    connectOptions();
-    makeStatusArea();
-    announcement.setSingleShot(true);
-    connect(&announcement, &QTimer::timeout, this, &PostalScaleAppDelegate::announceNow);
-    announceReading();
+    auto window = std::make_unique<QMainWindow>();
+    form.setupUi(window.get());
+    return window;
+}
+
+} // namespace
+
+PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &information,
+                                               Settings &settings, BrowserBridge &browsers)
+    : window(windowOf(*this))
+    , hid_obj(std::make_unique<HIDManager>())
+    , m_information(information)
+    , m_settings(settings)
+    , m_statusArea(*window, controlColumns->contentsMargins(), settings)
+    , m_panel(*this, *hid_obj, *this, this)
+    , m_units(
+          *this, *hid_obj, *this,
+          [this](int modelIndex) { m_settings.setLastSelectedValue(modelIndex); }, this)
+    , m_buttons(*this, *hid_obj, *this, m_panel, m_units, this)
+    , m_clipboard(*this,
+                  [this](const QString &text) {
+                      m_statusArea.setNotice(StatusArea::Notice::Clipboard, text);
+                  })
+    , m_options({.form = *this,
+                 .window = *window,
+                 .link = *hid_obj,
+                 .session = *this,
+                 .state = *this,
+                 .clipboard = m_clipboard,
+                 .settings = settings,
+                 .showModelInTitle = [this] { setWindowTitle(optionButton->currentText()); }},
+                this)
+    , m_carrierPages(browsers, *hid_obj, *lbLBL, *this)
+{
+    quitItem->setShortcut(QKeySequence::Quit);
+    connect(quitItem, &QAction::triggered, window.get(), &QWidget::close);
+    connect(optionButton, &QComboBox::activated, this,
+            &PostalScaleAppDelegate::modelSelectionAction);
 }
 
 PostalScaleAppDelegate::~PostalScaleAppDelegate() = default;
@@ -31,47 +59,7 @@ bool PostalScaleAppDelegate::applicationShouldTerminateAfterLastWindowClosed()
     return true;
 }
 
-void PostalScaleAppDelegate::connectActions()
-{
-    quitItem->setShortcut(QKeySequence::Quit);
-    connect(quitItem, &QAction::triggered, window.get(), &QWidget::close);
-    connect(optionButton, &QComboBox::activated, this,
-            &PostalScaleAppDelegate::modelSelectionAction);
-    connectCommand(powerButton, powerItem, Qt::CTRL | Qt::Key_P,
-                   &PostalScaleAppDelegate::ON_Off_TareAction);
-    connectCommand(tareButton, tareItem, Qt::CTRL | Qt::Key_T, &PostalScaleAppDelegate::TareAction);
-    connectCommand(holdButton, holdItem, Qt::CTRL | Qt::Key_H, &PostalScaleAppDelegate::holdAction);
-}
-
-void PostalScaleAppDelegate::connectCommand(QAbstractButton *button, QAction *item,
-                                            QKeySequence shortcut,
-                                            void (PostalScaleAppDelegate::*action)())
-{
-    item->setShortcut(shortcut);
-    // A key held down is one command.
-    item->setAutoRepeat(false);
-    button->setToolTip(
-        tr("%1 (%2)").arg(button->toolTip(), shortcut.toString(QKeySequence::NativeText)));
-    connect(button, &QAbstractButton::clicked, this, action);
-    connect(item, &QAction::triggered, this, action);
-}
-
-void PostalScaleAppDelegate::setUnitCaptionHidden(bool hidden)
-{
-    unitLBl->setHidden(hidden);
-}
-
-QString PostalScaleAppDelegate::exportLabelText() const
-{
-    return lbLBL->text();
-}
-
-void PostalScaleAppDelegate::setExportLabelText(const QString &text)
-{
-    lbLBL->setText(text);
-}
-
 void PostalScaleAppDelegate::setWindowTitle(const QString &model)
 {
-    window->setWindowTitle(information.windowTitle(model));
+    window->setWindowTitle(m_information.windowTitle(model));
 }

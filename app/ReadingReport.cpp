@@ -4,7 +4,6 @@
 #include "app/ReadingReport.h"
 
 #include <QJsonValue>
-#include <QRegularExpression>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -51,51 +50,12 @@ ReportState stateNamed(const QString &name)
     return found == stateFacts.end() ? ReportState::Waiting : found->state;
 }
 
-QString unitSymbol(const QString &word)
-{
-    if (word == QLatin1String("gram"))
-        return QStringLiteral("g");
-    if (word == QLatin1String("kilogram"))
-        return QStringLiteral("kg");
-    return word == QLatin1String("ounce") ? QStringLiteral("oz") : QStringLiteral("lb");
-}
-
-double withFraction(const QRegularExpressionMatch &match)
-{
-    const double whole = match.captured(QStringLiteral("number")).toDouble();
-    const double denominator = match.captured(QStringLiteral("denominator")).toDouble();
-    if (denominator == 0)
-        return whole;
-    return whole + match.captured(QStringLiteral("numerator")).toDouble() / denominator;
-}
-
 QJsonValue numberOrNull(const std::optional<double> &number)
 {
     return number ? QJsonValue(*number) : QJsonValue();
 }
 
 } // namespace
-
-std::optional<ShownWeight> shownWeight(const QString &readingWords)
-{
-    static const QRegularExpression form(
-        QStringLiteral("^(?<minus>minus )?(?:(?<pounds>[0-9]+) pounds? )?(?<number>[0-9.]*)"
-                       "(?: (?<numerator>[0-9]+)/(?<denominator>[0-9]+))?"
-                       " (?<unit>kilogram|gram|pound|ounce)s?(?:, on hold)?$"));
-    const QRegularExpressionMatch match = form.match(readingWords);
-    if (!match.hasMatch())
-        return std::nullopt;
-    constexpr int ouncesPerPound = 16;
-    const QString pounds = match.captured(QStringLiteral("pounds"));
-    ShownWeight shown;
-    if (pounds.isEmpty())
-        shown = {withFraction(match), unitSymbol(match.captured(QStringLiteral("unit")))};
-    else
-        shown = {pounds.toDouble() + withFraction(match) / ouncesPerPound, QStringLiteral("lb oz")};
-    if (!match.captured(QStringLiteral("minus")).isEmpty())
-        shown.weight = -shown.weight;
-    return shown;
-}
 
 QJsonObject ReadingReport::toJson() const
 {

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "lcd/ShownWeight.h"
+
 #include <QJsonObject>
 #include <QString>
 #include <optional>
@@ -20,18 +22,6 @@ enum class ReportState {
     NoPermission,
     Waiting, ///< connected, and nothing certain has come yet
 };
-
-/// A weight as the panel shows it.
-struct ShownWeight
-{
-    double weight = 0; ///< pounds where pounds and ounces are shown
-    QString unit;      ///< "g", "kg", "oz", "lb" or "lb oz"
-
-    bool operator==(const ShownWeight &) const = default;
-};
-
-/// What the panel's words say in numbers; nothing where they tell no weight.
-std::optional<ShownWeight> shownWeight(const QString &readingWords);
 
 /// One reading as it leaves the program for scripts.
 struct ReadingReport

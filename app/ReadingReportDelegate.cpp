@@ -3,58 +3,47 @@
 
 #include "app/ReadingReportDelegate.h"
 
-#include "app/ScaleNode.h"
-#include "scale/HIDManager.h"
+#include "lcd/ReadingWords.h"
+#include "scale/ScaleNode.h"
 
-ReadingReportDelegate::ReadingReportDelegate(const BundleInformation &bundleInformation,
-                                             Settings &userSettings)
-    : PostalScaleAppDelegate(bundleInformation, userSettings)
+ReadingReportDelegate::ReadingReportDelegate(const BundleInformation &information,
+                                             Settings &settings, BrowserBridge &browsers)
+    : PostalScaleAppDelegate(information, settings, browsers)
 {
-    turn.setSingleShot(true);
-    connect(&turn, &QTimer::timeout, this, [this] {
-        if (--turnsToAnnouncement > 0)
-            turn.start();
-    });
+    connect(&panel(), &Panel::readingAnnounced, this, [this] { m_awaitsAnnouncement = false; });
 }
 
 void ReadingReportDelegate::setStatusString(bool connected)
 {
     PostalScaleAppDelegate::setStatusString(connected);
-    readings = 0;
+    m_readings = 0;
 }
 
 void ReadingReportDelegate::Draw5Digit(qint64 nValue)
 {
     PostalScaleAppDelegate::Draw5Digit(nValue);
-    latest = Drawn::Weight;
+    m_latest = Drawn::Weight;
 }
 
 void ReadingReportDelegate::Draw5DigitOverload()
 {
     PostalScaleAppDelegate::Draw5DigitOverload();
     if (hid_obj->OverloadFlag()) {
-        latest = Drawn::Overload;
+        m_latest = Drawn::Overload;
         return;
     }
     // Each reading begins by taking an overload off the panel.
-    beforeLatest = latest;
-    latest = Drawn::Nothing;
-    typeBeforeLatest = hid_obj->currentScale();
-    ++readings;
-    awaitAnnouncement();
-}
-
-/// The panel is read out in the turn of the event loop that follows the reading.
-void ReadingReportDelegate::awaitAnnouncement()
-{
-    turnsToAnnouncement = 2;
-    turn.start();
+    m_beforeLatest = m_latest;
+    m_latest = Drawn::Nothing;
+    m_typeBeforeLatest = hid_obj->currentScale();
+    ++m_readings;
+    m_awaitsAnnouncement = true;
 }
 
 void ReadingReportDelegate::clearAll()
 {
     PostalScaleAppDelegate::clearAll();
-    latest = Drawn::Blank;
+    m_latest = Drawn::Blank;
 }
 
 ReadingReport ReadingReportDelegate::readingReport() const
@@ -64,38 +53,40 @@ ReadingReport ReadingReportDelegate::readingReport() const
         selectedModelName().isEmpty() ? optionButton->currentText() : selectedModelName();
     if (report.state != ReportState::Weight)
         return report;
-    report.words = imageBox->readingText();
-    report.shown = shownWeight(report.words);
+    const PanelContents &shown = panel().announced();
+    report.words = readingWords(shown);
+    report.shown = shownWeight(shown);
     if (!report.shown)
         return ReadingReport::of(ReportState::Waiting);
     const double grams = hid_obj->sWebDataBasic().toDouble();
-    report.grams = minusIMg->isHidden() ? grams : -grams;
-    if (!lockImg->isHidden())
+    report.grams = panel().contents().minus ? -grams : grams;
+    if (panel().contents().hold)
         report.state = ReportState::Hold;
     return report;
 }
 
 ReportState ReadingReportDelegate::state() const
 {
-    const ScaleAccess access = findScaleNode().access;
+    const ScaleAccess access =
+        findScaleNode(ScaleApplication::sharedApplication()->devices()).access;
     if (!isDeviceConnected || access == ScaleAccess::Absent)
         return ReportState::NoScale;
-    if (!connectionStatuslbl->toolTip().isEmpty())
+    if (!connectionTrouble().isEmpty())
         return access == ScaleAccess::Denied ? ReportState::NoPermission : ReportState::NotOpened;
     return stateOfReadings();
 }
 
 ReportState ReadingReportDelegate::stateOfReadings() const
 {
-    if (readings == 0 || turnsToAnnouncement > 0)
+    if (m_readings == 0 || m_awaitsAnnouncement)
         return ReportState::Waiting;
     // A reading that tells the scale's type for the first time was worked out for the other type.
-    if (latest == Drawn::Weight && typeBeforeLatest == hid_obj->currentScale())
+    if (m_latest == Drawn::Weight && m_typeBeforeLatest == hid_obj->currentScale())
         return ReportState::Weight;
     // A scale that announces itself, or one that misses a report, does so once.
-    if (readings < 2 || latest != beforeLatest)
+    if (m_readings < 2 || m_latest != m_beforeLatest)
         return ReportState::Waiting;
-    switch (latest) {
+    switch (m_latest) {
     case Drawn::Weight: break;
     case Drawn::Nothing: return ReportState::UnderLoad;
     case Drawn::Blank: return ReportState::Off;

@@ -5,6 +5,7 @@
 
 #include "app/PostalScaleAppDelegate.h"
 #include "app/ReadingReport.h"
+#include "scale/ScaleCodes.h"
 
 /// The delegate, that also keeps in mind what became of the latest readings: a panel alone does
 /// not tell whether what it shows is still so.
@@ -13,7 +14,8 @@ class ReadingReportDelegate : public PostalScaleAppDelegate
     Q_OBJECT
 
 public:
-    ReadingReportDelegate(const BundleInformation &bundleInformation, Settings &userSettings);
+    ReadingReportDelegate(const BundleInformation &information, Settings &settings,
+                          BrowserBridge &browsers);
 
     /// Waiting until the panel has been read out, shortly after each reading.
     ReadingReport readingReport() const;
@@ -27,14 +29,12 @@ private:
     /// What a reading has drawn. Under load the scale has the panel stay as it was.
     enum class Drawn { Nothing, Weight, Blank, Overload };
 
-    void awaitAnnouncement();
     ReportState state() const;
     ReportState stateOfReadings() const;
 
-    Drawn latest = Drawn::Nothing;
-    Drawn beforeLatest = Drawn::Nothing;
-    int readings = 0; ///< since the scale was attached
-    int typeBeforeLatest = 0;
-    QTimer turn;
-    int turnsToAnnouncement = 0;
+    Drawn m_latest = Drawn::Nothing;
+    Drawn m_beforeLatest = Drawn::Nothing;
+    int m_readings = 0; ///< since the scale was attached
+    int m_typeBeforeLatest = scaletype::packedDecimal;
+    bool m_awaitsAnnouncement = false; ///< the panel is read out shortly after each reading
 };

@@ -5,10 +5,9 @@
 
 #include "app/PostalScaleAppDelegate.h"
 #include "app/WindowPlace.h"
-#include "app/WindowProportion.h"
-#include "export/Settings.h"
-#include "scale/HIDManager.h"
-#include "scale/Log.h"
+#include "base/Log.h"
+#include "settings/Settings.h"
+#include "widgets/WindowProportion.h"
 
 #include <QActionGroup>
 #include <QSysInfo>
@@ -74,22 +73,23 @@ void setFillColour(QWidget *box, const QColor &colour)
 void PostalScaleAppDelegate::awakeFromNib()
 {
     new WindowProportion(window.get(), window->size());
-    new WindowPlace(window.get(), settings);
+    new WindowPlace(window.get(), m_settings);
 }
 
 void PostalScaleAppDelegate::applicationDidFinishLaunching()
 {
-    setSelectedRadioButtonIndex(3);
+    setSelectedRadioButtonIndex(unittag::poundsOuncesB);
     const SystemVersion version = systemVersion();
     logLine(QStringLiteral("OS version is %1").arg(systemVersionText(version)));
     ozLBL->setText(systemVersionText(version));
-    logLine(QStringLiteral("Select %1").arg(information.appNameDisplay()));
-    if (information.isUSPS())
+    logLine(QStringLiteral("Select %1").arg(m_information.appNameDisplay()));
+    if (m_information.isUSPS())
         applyUSPSBranding();
     else
         applyPlainBranding();
     restoreOptions();
-    hid_obj = std::make_unique<HIDManager>();
+    // Rounding is not among what comes back, though its box shows it: it waits for the next click.
+    hid_obj->setSetRound(false);
     hid_obj->get_device_handle();
     restoreModel();
 }
@@ -101,7 +101,7 @@ void PostalScaleAppDelegate::applyUSPSBranding()
         setTextColour(label, Qt::white);
     for (QRadioButton *cell : {rg1, rg2, rg3, rg4, rg5, rg6, rg7})
         setTextColour(cell, Qt::white);
-    if (information.modelNames().isEmpty())
+    if (m_information.modelNames().isEmpty())
         return;
     setWindowTitle(optionButton->currentText());
     listModels(ItemLog::Silent);
@@ -109,7 +109,7 @@ void PostalScaleAppDelegate::applyUSPSBranding()
 
 void PostalScaleAppDelegate::applyPlainBranding()
 {
-    if (information.modelNames().isEmpty())
+    if (m_information.modelNames().isEmpty())
         return;
     setWindowTitle(optionButton->currentText());
     setFillColour(boxContainer, QColor(128, 128, 128));
@@ -122,7 +122,7 @@ void PostalScaleAppDelegate::listModels(ItemLog log)
     optionButton->clear();
     modelMenu->clear();
     auto *choice = new QActionGroup(modelMenu);
-    for (const QString &name : information.modelNames()) {
+    for (const QString &name : m_information.modelNames()) {
         if (log == ItemLog::Named)
             logLine(QStringLiteral("item:%1").arg(name));
         optionButton->addItem(name);
@@ -134,34 +134,29 @@ void PostalScaleAppDelegate::listModels(ItemLog log)
         choice->addAction(item);
         connect(item, &QAction::triggered, this, [this, item] {
             // The toolkit has marked the item already; a refused choice must leave no trace.
-            markedModel->setChecked(true);
+            m_markedModel->setChecked(true);
             modelSelected(item);
         });
     }
     optionButton->setCurrentIndex(0);
-    markedModel = modelMenu->actions().constFirst();
-    markedModel->setChecked(true);
+    m_markedModel = modelMenu->actions().constFirst();
+    m_markedModel->setChecked(true);
     setWindowTitle(modelMenu->actions().constFirst()->data().toString());
 }
 
 void PostalScaleAppDelegate::restoreOptions()
 {
-    const QList<int> tags = settings.selectedOptions();
+    const QList<int> tags = m_settings.selectedOptions();
     if (tags.isEmpty())
         return;
     logLine(QStringLiteral("defaultDic Found"));
     logLine(QStringLiteral("default_Check:%1").arg(describeOptions(tags)));
-    for (const int tag : tags) {
-        QCheckBox *box = optionWithTag(tag);
-        if (box != nullptr)
-            markBox(box, true);
-        checkBoxAction(box);
-    }
+    m_options.restore(tags);
 }
 
 void PostalScaleAppDelegate::restoreModel()
 {
-    const int index = settings.lastSelectedValue().value_or(0);
+    const int index = m_settings.lastSelectedValue().value_or(0);
     if (index >= 0 && index < optionButton->count())
         optionButton->setCurrentIndex(index);
     enableDisableWeight(index);

@@ -1,65 +1,65 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-// What the user should know of, on one line along the window's edge.
+#include "app/StatusArea.h"
 
-#include "app/PostalScaleAppDelegate.h"
+#include "settings/Settings.h"
+#include "widgets/ElidedLabel.h"
 
-#include "app/ElidedLabel.h"
-#include "export/Settings.h"
-
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStatusBar>
 
-void PostalScaleAppDelegate::makeStatusArea()
+StatusArea::StatusArea(QMainWindow &window, const QMargins &above, const Settings &settings)
+    : m_window(window)
+    , m_notice(new ElidedLabel(&window))
+    , m_details(new QPushButton(QStringLiteral("&Details"), &window))
+    , m_browser(new ElidedLabel(&window))
 {
-    QStatusBar &area = *window->statusBar();
-    // In line with what stands above.
-    const QMargins above = controlColumns->contentsMargins();
+    QStatusBar &area = *window.statusBar();
     area.setContentsMargins(above.left(), 0, above.right(), 0);
     area.setSizeGripEnabled(false);
-    noticeLbl = new ElidedLabel(window.get());
-    area.addWidget(noticeLbl);
-    noticeDetails = new QPushButton(tr("&Details"), window.get());
-    area.addWidget(noticeDetails);
-    connect(noticeDetails, &QPushButton::clicked, this, &PostalScaleAppDelegate::explainNotices);
-    browserLbl = new ElidedLabel(window.get());
-    browserLbl->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    area.addPermanentWidget(browserLbl, 1);
+    area.addWidget(m_notice);
+    area.addWidget(m_details);
+    connect(m_details, &QPushButton::clicked, this, &StatusArea::explain);
+    m_browser->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    area.addPermanentWidget(m_browser, 1);
     showNotices();
     setNotice(Notice::Settings, settings.trouble());
     connect(&settings, &Settings::troubleChanged, this,
             [this](const QString &trouble) { setNotice(Notice::Settings, trouble); });
 }
 
-void PostalScaleAppDelegate::setNotice(Notice topic, const QString &text)
+void StatusArea::setNotice(Notice topic, const QString &text)
 {
-    if (notices.value(topic) == text)
+    if (m_notices.value(topic) == text)
         return;
-    notices.insert(topic, text);
+    m_notices.insert(topic, text);
     showNotices();
 }
 
-void PostalScaleAppDelegate::showNotices()
+void StatusArea::showNotices()
 {
     QStringList shown;
     QStringList explained;
-    for (const QString &notice : std::as_const(notices)) {
+    for (const QString &notice : std::as_const(m_notices)) {
         if (notice.isEmpty())
             continue;
         shown.append(notice.section(QStringLiteral(". "), 0, 0));
         explained.append(notice);
     }
-    noticeLbl->setText(shown.join(QStringLiteral(" \u00b7 ")));
-    noticeLbl->setToolTip(explained.join(QStringLiteral("\n\n")));
-    noticeDetails->setHidden(explained.isEmpty());
+    m_shown = shown.join(QStringLiteral(" \u00b7 "));
+    m_explained = explained.join(QStringLiteral("\n\n"));
+    m_notice->setText(m_shown);
+    m_notice->setToolTip(m_explained);
+    m_details->setHidden(explained.isEmpty());
 }
 
-void PostalScaleAppDelegate::explainNotices()
+void StatusArea::explain()
 {
-    auto *box = new QMessageBox(QMessageBox::Information, noticeLbl->text(), noticeLbl->toolTip(),
-                                QMessageBox::Close, window.get());
+    auto *box = new QMessageBox(QMessageBox::Information, m_shown, m_explained, QMessageBox::Close,
+                                &m_window);
     box->setTextFormat(Qt::PlainText);
     // To be copied into a terminal.
     box->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -67,8 +67,8 @@ void PostalScaleAppDelegate::explainNotices()
     box->open();
 }
 
-void PostalScaleAppDelegate::showBrowserStatus(const QString &text)
+void StatusArea::showBrowserStatus(const QString &text)
 {
-    browserLbl->setText(text);
-    browserLbl->setToolTip(text);
+    m_browser->setText(text);
+    m_browser->setToolTip(text);
 }

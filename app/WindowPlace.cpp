@@ -3,7 +3,7 @@
 
 #include "app/WindowPlace.h"
 
-#include "export/Settings.h"
+#include "settings/Settings.h"
 
 #include <QEvent>
 #include <QWidget>

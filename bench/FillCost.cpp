@@ -11,9 +11,9 @@
 // that the program's fill holds the thread, those until its last answer is there, and those of the
 // bare client.
 
-#include "export/BrowserFrame.h"
-#include "export/BrowserLink.h"
-#include "export/BrowserMessage.h"
+#include "browser/link/BrowserFrame.h"
+#include "browser/link/BrowserLink.h"
+#include "browser/link/BrowserMessage.h"
 #include "tests/browser/CarrierFill.h"
 
 #include <QCoreApplication>
@@ -30,8 +30,8 @@ namespace {
 class Recorder : public BrowserApplication
 {
 public:
-    Recorder()
-        : browser(BrowserBridge::application())
+    explicit Recorder(BrowserBridge &browsers)
+        : browser(browsers.application())
     {
     }
 
@@ -47,7 +47,12 @@ public:
         return browser->doJavaScript(text, tab);
     }
 
-    void expect(const QStringList &questions) override { browser->expect(questions); }
+    QList<BrowserResult> ask(const QStringList &questions,
+                             const std::shared_ptr<const BrowserTab> &tab) override
+    {
+        texts += questions;
+        return browser->ask(questions, tab);
+    }
 
     QStringList texts;
 
@@ -55,9 +60,9 @@ private:
     std::unique_ptr<BrowserApplication> browser;
 };
 
-QStringList fill(const QString &carrier)
+QStringList fill(BrowserLink &link, const QString &carrier)
 {
-    Recorder safari;
+    Recorder safari(link);
     fillCarrier(carrier, safari);
     return safari.texts;
 }
@@ -129,7 +134,7 @@ public:
         auto *client = link.findChild<BrowserClient *>();
         QElapsedTimer time;
         time.start();
-        const QStringList texts = fill(carrier);
+        const QStringList texts = fill(link, carrier);
         QCoreApplication::sendPostedEvents();
         const double held = milliseconds(time);
         const std::uint32_t page = client->currentPage()->id;

@@ -36,27 +36,28 @@ std::optional<int> rowOfUnit(int unitnumber)
 
 int powerOnRow(int currentScale)
 {
-    return currentScale == 1 ? 5 : 2;
+    const int tag = currentScale == scaletype::binary ? unittag::kilograms : unittag::poundsOuncesB;
+    return *rowOfUnit(tag);
 }
 
-std::span<const BlinkView> blinkingViews(int currentScale, int unitnumber)
+std::span<const DigitView> blinkingViews(int currentScale, int unitnumber)
 {
-    using enum BlinkView;
+    using enum DigitView;
     static constexpr std::array grams{digThree};
     static constexpr std::array ounces{digTwo, digThree};
     static constexpr std::array poundsOuncesA{digOne, digThree, numeratorImg};
     static constexpr std::array poundsOuncesB{digOne, digThree};
     static constexpr std::array decimalPounds{digThree, digTwo};
     static constexpr std::array kilograms{digOne, digThree, digTwo, digZero};
-    if (currentScale != 0)
+    if (currentScale != scaletype::packedDecimal)
         return {};
     switch (unitnumber) {
-    case 0: return grams;
-    case 1: return ounces;
-    case 2: return poundsOuncesA;
-    case 3: return poundsOuncesB;
-    case 4: return decimalPounds;
-    case 5: return kilograms;
+    case unittag::grams: return grams;
+    case unittag::ounces: return ounces;
+    case unittag::poundsOuncesA: return poundsOuncesA;
+    case unittag::poundsOuncesB: return poundsOuncesB;
+    case unittag::decimalPounds: return decimalPounds;
+    case unittag::kilograms: return kilograms;
     default: return {};
     }
 }

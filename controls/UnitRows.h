@@ -3,8 +3,9 @@
 
 #pragma once
 
+#include "lcd/DigitLayout.h"
+
 #include <array>
-#include <cstdint>
 #include <optional>
 #include <span>
 
@@ -13,15 +14,13 @@ inline constexpr int unitRowCount = 7;
 /// Which rows a model allows. @p modelIndex 0 to 7; any other counts as 7.
 std::array<bool, unitRowCount> enabledRows(int modelIndex);
 
-/// The row of a unit number 0 to 6; none for any other.
+/// The row of a unit tag; none for what is no tag.
 std::optional<int> rowOfUnit(int unitnumber);
 
 /// The row that shows what switching on sets: kilograms on the binary scale, else pounds and
 /// ounces B.
 int powerOnRow(int currentScale);
 
-enum class BlinkView : std::uint8_t { digZero, digOne, digTwo, digThree, numeratorImg };
-
 /// The views that hold zeros on an empty pan, in the order in which a tare makes them blink. None
 /// on the binary scale.
-std::span<const BlinkView> blinkingViews(int currentScale, int unitnumber);
+std::span<const DigitView> blinkingViews(int currentScale, int unitnumber);

@@ -3,10 +3,24 @@
 
 #include "export/AutofillForm.h"
 
-#include "scale/Log.h"
-#include "scale/NumberText.h"
+#include "base/Log.h"
+#include "base/NumberText.h"
 
 #include <utility>
+
+namespace {
+
+bool isEmptyText(const std::optional<QString> &value)
+{
+    return value == QLatin1String("");
+}
+
+bool isTrue(const std::optional<QString> &value)
+{
+    return value == QLatin1String("1");
+}
+
+} // namespace
 
 AutofillForm::AutofillForm(BrowserApplication &userBrowser,
                            std::shared_ptr<const BrowserTab> currentTab,
@@ -31,12 +45,12 @@ void AutofillForm::fillUspsRows()
     const WeightRow &row11 = uspsRow(RowGroup::G11);
     const WeightRow &row14 = uspsRow(RowGroup::G14);
 
-    expectProbes({&row02, &row05, &row08, &row11, &row14});
-    const EmptyBoxes empty02 = probe(row02);
-    const EmptyBoxes empty05 = probe(row05);
-    const EmptyBoxes empty08 = probe(row08);
-    const EmptyBoxes empty11 = probe(row11);
-    probe(row14); // the page is asked, but row 14 follows its radio buttons alone
+    // The page is asked for row 14 too, which then follows its radio buttons alone.
+    const QList<EmptyBoxes> empty = probe({&row02, &row05, &row08, &row11, &row14});
+    const EmptyBoxes empty02 = empty[0];
+    const EmptyBoxes empty05 = empty[1];
+    const EmptyBoxes empty08 = empty[2];
+    const EmptyBoxes empty11 = empty[3];
 
     const float ounces = currentTotalOunces();
     const float pounds = totalPounds(weight.pounds(), weight.ounces());
@@ -54,19 +68,12 @@ void AutofillForm::fillUspsRows()
     fillSingle(row11, empty11);
 }
 
-std::optional<QString> AutofillForm::query(const char *literal)
+QList<std::optional<QString>> AutofillForm::ask(const QList<const char *> &literals)
 {
-    return browser.doJavaScript(QString::fromLatin1(literal), tab);
-}
-
-bool AutofillForm::isEmpty(const char *valueQuery)
-{
-    return query(valueQuery) == QLatin1String("");
-}
-
-bool AutofillForm::isChecked(const char *checkedQuery)
-{
-    return query(checkedQuery) == QLatin1String("1");
+    QStringList questions;
+    for (const char *literal : literals)
+        questions.append(QString::fromLatin1(literal));
+    return browser.ask(questions, tab);
 }
 
 void AutofillForm::assign(const Assignment &assignment)
@@ -91,30 +98,29 @@ void AutofillForm::assignNumber(const char *literal, float number)
     browser.doJavaScript(scriptText(literal, number), tab);
 }
 
-void AutofillForm::expectProbes(std::initializer_list<const WeightRow *> probedRows)
+QList<AutofillForm::EmptyBoxes> AutofillForm::probe(const QList<const WeightRow *> &rows)
 {
-    QStringList questions;
-    for (const WeightRow *row : probedRows) {
-        questions.append(QString::fromLatin1(row->box));
+    QList<const char *> literals;
+    for (const WeightRow *row : rows) {
+        literals.append(row->box);
         if (row->secondBox != nullptr)
-            questions.append(QString::fromLatin1(row->secondBox));
+            literals.append(row->secondBox);
     }
-    browser.expect(questions);
-}
-
-AutofillForm::EmptyBoxes AutofillForm::probe(const WeightRow &row)
-{
-    EmptyBoxes empty;
-    empty.main = isEmpty(row.box);
-    empty.second = row.secondBox != nullptr && isEmpty(row.secondBox);
+    QList<std::optional<QString>> values = ask(literals);
+    QList<EmptyBoxes> empty;
+    for (const WeightRow *row : rows) {
+        const bool main = isEmptyText(values.takeFirst());
+        const bool second = row->secondBox != nullptr && isEmptyText(values.takeFirst());
+        empty.append({.main = main, .second = second});
+    }
     return empty;
 }
 
 void AutofillForm::fillChosenUnit(const WeightRow &row, float ounces, float pounds)
 {
-    browser.expect({QString::fromLatin1(row.ouncesChosen), QString::fromLatin1(row.poundsChosen)});
-    const bool inOunces = isChecked(row.ouncesChosen);
-    const bool inPounds = isChecked(row.poundsChosen);
+    const auto chosen = ask({row.ouncesChosen, row.poundsChosen});
+    const bool inOunces = isTrue(chosen[0]);
+    const bool inPounds = isTrue(chosen[1]);
     if (inOunces) {
         logLine(QStringLiteral("Ounces is selected"));
         assignNumber(row.total, ounces);
@@ -127,7 +133,7 @@ void AutofillForm::fillChosenUnit(const WeightRow &row, float ounces, float poun
 
 void AutofillForm::fillLabel()
 {
-    if (!isChecked(uspsLabelQuery))
+    if (!isTrue(ask({uspsLabelQuery}).constFirst()))
         return;
     logLine(QStringLiteral("Enter Weight is selected"));
     assign(uspsLabelAssignments());

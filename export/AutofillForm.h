@@ -3,11 +3,11 @@
 
 #pragma once
 
+#include "browser/link/Browser.h"
 #include "export/AutofillScripts.h"
-#include "export/Browser.h"
 
+#include <QList>
 #include <QString>
-#include <initializer_list>
 #include <memory>
 #include <optional>
 #include <span>
@@ -46,15 +46,13 @@ private:
         bool second = false;
     };
 
-    std::optional<QString> query(const char *literal);
-    bool isEmpty(const char *valueQuery);
-    bool isChecked(const char *checkedQuery);
+    QList<std::optional<QString>> ask(const QList<const char *> &literals);
     void assign(const Assignment &assignment);
     void assignText(const char *literal, const QString &text);
     void assignNumber(const char *literal, float number);
 
-    void expectProbes(std::initializer_list<const WeightRow *> probedRows);
-    EmptyBoxes probe(const WeightRow &row);
+    /// In the rows' order.
+    QList<EmptyBoxes> probe(const QList<const WeightRow *> &rows);
     void fillChosenUnit(const WeightRow &row, float ounces, float pounds);
     void fillLabel();
     void fillPair(const WeightRow &row, EmptyBoxes empty);

@@ -3,7 +3,7 @@
 
 #include "export/AutofillScripts.h"
 
-#include "scale/NumberText.h"
+#include "base/NumberText.h"
 
 #include <array>
 #include <charconv>

@@ -3,12 +3,15 @@
 
 // The box of six options, which are kept between runs.
 
-#include "app/PostalScaleAppDelegate.h"
+#include "export/Options.h"
 
+#include "base/Log.h"
+#include "export/ExportClipboard.h"
+#include "export/ExportState.h"
 #include "export/OptionTag.h"
-#include "export/Settings.h"
 #include "scale/HIDManager.h"
-#include "scale/Log.h"
+#include "settings/Settings.h"
+#include "ui_MainWindow.h"
 
 #include <QGuiApplication>
 #include <QTimer>
@@ -29,53 +32,40 @@ int tagOf(const QCheckBox *box)
 
 } // namespace
 
-void PostalScaleAppDelegate::connectOptions()
+void Options::connectBox()
 {
-    for (QCheckBox *box : optionBoxes())
+    const Ui::MainWindow &form = m_around.form;
+    for (QCheckBox *box : boxes())
         connect(box, &QAbstractButton::toggled, this, [this, box] { checkBoxAction(box); });
-    connect(optionsToggle, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::optionAction);
-    connect(optionLbl, &QAbstractButton::clicked, this, &PostalScaleAppDelegate::optionLblAction);
-    keepOptionBoxPlace();
-    explainOnTop();
-    connectMenuItem(mnuOnTop, &PostalScaleAppDelegate::onTopClicked);
-    connectMenuItem(mnuRoundToInt, &PostalScaleAppDelegate::roundToIntClicked);
-    connectMenuItem(mnuSendToClip, &PostalScaleAppDelegate::sendToClipClicked);
-    connectMenuItem(mnuSendToUSPS, &PostalScaleAppDelegate::sendToUSPSClicked);
-    connectMenuItem(mnuSendToUPS, &PostalScaleAppDelegate::sendToUPSClicked);
-    connectMenuItem(mnuSendToFEDX, &PostalScaleAppDelegate::sendToFEDXClicked);
-}
-
-/// The window would grow and shrink with the box.
-void PostalScaleAppDelegate::keepOptionBoxPlace()
-{
-    QSizePolicy policy = optionBox->sizePolicy();
+    connect(form.optionsToggle, &QAbstractButton::clicked, this, &Options::optionAction);
+    connect(form.optionLbl, &QAbstractButton::clicked, this, &Options::optionLblAction);
+    // The window would grow and shrink with the box.
+    QSizePolicy policy = form.optionBox->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
-    optionBox->setSizePolicy(policy);
+    form.optionBox->setSizePolicy(policy);
 }
 
-void PostalScaleAppDelegate::explainOnTop()
+void Options::restore(const QList<int> &tags)
 {
-    // Wayland gives a client no such right.
-    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
-        return;
-    const QString explanation = tr("On this desktop, the desktop decides what stays on top");
-    checkOnTop->setToolTip(explanation);
-    mnuOnTop->setToolTip(explanation);
-    optionsMenu->setToolTipsVisible(true);
+    for (const int tag : tags) {
+        QCheckBox *box = boxWithTag(tag);
+        if (box != nullptr)
+            markBox(box, true);
+        checkBoxAction(box);
+    }
 }
 
-void PostalScaleAppDelegate::checkBoxAction(QCheckBox *box)
+void Options::checkBoxAction(QCheckBox *box)
 {
     const int tag = tagOf(box);
     logLine(QStringLiteral("checkBoxAction_WithTag:%1").arg(tag));
     applyOption(tag, box != nullptr && box->isChecked());
     saveOptions();
-    setWindowTitle(optionButton->currentText());
-    QTimer::singleShot(boxClosingDelay, Qt::PreciseTimer, this,
-                       &PostalScaleAppDelegate::hideoPtionBox);
+    m_around.showModelInTitle();
+    QTimer::singleShot(boxClosingDelay, Qt::PreciseTimer, this, &Options::hideoPtionBox);
 }
 
-void PostalScaleAppDelegate::applyOption(int tag, bool on)
+void Options::applyOption(int tag, bool on)
 {
     switch (tag) {
     case option::onTop: applyOnTop(on); break;
@@ -87,119 +77,107 @@ void PostalScaleAppDelegate::applyOption(int tag, bool on)
     }
 }
 
-void PostalScaleAppDelegate::applyOnTop(bool on)
+void Options::applyOnTop(bool on)
 {
     logLine(on ? QStringLiteral("ON") : QStringLiteral("OFF"));
     setOnTop(on);
     if (on)
-        selectionLbl->setText(QStringLiteral("On Top"));
+        showLatest(QStringLiteral("On Top"));
 }
 
-void PostalScaleAppDelegate::applyRoundTo(bool on)
+void Options::applyRoundTo(bool on)
 {
     logLine(QStringLiteral("Round to "));
-    // Options are restored before there is a scale link.
-    if (hid_obj)
-        hid_obj->setSetRound(on);
+    m_around.link.setSetRound(on);
     if (on)
-        selectionLbl->setText(QStringLiteral("Round to"));
+        showLatest(QStringLiteral("Round to"));
 }
 
-void PostalScaleAppDelegate::applyClipboard(bool on)
+void Options::applyClipboard(bool on)
 {
     logLine(QStringLiteral("Send weight to clipboard"));
-    switchClipboard(on);
+    m_around.clipboard.switchTo(on);
     if (!on)
         return;
     // Only what the other boxes show: their options stay as they are.
     for (const int carrier : {option::usps, option::ups, option::fedex})
-        markBox(optionWithTag(carrier), false);
-    selectionLbl->setText(QStringLiteral("Clipboard"));
+        markBox(boxWithTag(carrier), false);
+    showLatest(QStringLiteral("Clipboard"));
 }
 
-void PostalScaleAppDelegate::markBox(QCheckBox *box, bool on)
+void Options::markBox(QCheckBox *box, bool on)
 {
     const QSignalBlocker noAction(box);
     box->setChecked(on);
 }
 
-void PostalScaleAppDelegate::applyUSPS(bool on)
+void Options::applyUSPS(bool on)
 {
     logLine(QStringLiteral("Send weight to USPS page"));
-    markBox(optionWithTag(option::clipboard), false);
-    SendtoUSPS = on;
+    markBox(boxWithTag(option::clipboard), false);
+    m_around.state.SendtoUSPS = on;
     if (on)
-        selectionLbl->setText(QStringLiteral("USPS"));
+        showLatest(QStringLiteral("USPS"));
 }
 
-void PostalScaleAppDelegate::applyUPS(bool on)
+void Options::applyUPS(bool on)
 {
     logLine(QStringLiteral("Send weight to UPS page"));
-    markBox(optionWithTag(option::clipboard), false);
-    SendtoUPS = on;
+    markBox(boxWithTag(option::clipboard), false);
+    m_around.state.SendtoUPS = on;
     if (on)
-        selectionLbl->setText(QStringLiteral("UPS"));
+        showLatest(QStringLiteral("UPS"));
 }
 
-void PostalScaleAppDelegate::applyFedex(bool on)
+void Options::applyFedex(bool on)
 {
     logLine(QStringLiteral("Send weight to Fedex page"));
-    markBox(optionWithTag(option::clipboard), false);
-    SendtoFedex = on;
+    markBox(boxWithTag(option::clipboard), false);
+    m_around.state.SendtoFedex = on;
 }
 
-void PostalScaleAppDelegate::saveOptions()
+void Options::saveOptions()
 {
     QList<int> selected;
-    for (const QCheckBox *box : optionBoxes()) {
+    for (const QCheckBox *box : boxes()) {
         if (box->isChecked())
             selected.append(tagOf(box));
     }
-    settings.setSelectedOptions(selected);
+    m_around.settings.setSelectedOptions(selected);
 }
 
-void PostalScaleAppDelegate::hideoPtionBox()
+void Options::hideoPtionBox()
 {
-    optionBox->setHidden(true);
-    showOption = !showOption;
-    optionBox->setHidden(!showOption);
+    m_around.form.optionBox->setHidden(true);
+    m_around.state.showOption = !m_around.state.showOption;
+    m_around.form.optionBox->setHidden(!m_around.state.showOption);
 }
 
-void PostalScaleAppDelegate::optionAction()
+void Options::optionAction()
 {
     logLine(QStringLiteral("optionAction"));
-    showOption = !showOption;
-    optionBox->setHidden(!showOption);
+    m_around.state.showOption = !m_around.state.showOption;
+    m_around.form.optionBox->setHidden(!m_around.state.showOption);
 }
 
-void PostalScaleAppDelegate::optionLblAction()
+void Options::optionLblAction()
 {
     logLine(QStringLiteral("optionLblAction"));
 }
 
-void PostalScaleAppDelegate::setOnTop(bool onTop)
+QList<QCheckBox *> Options::boxes() const
 {
-    // Before the first show the widget's flags count; afterwards the QWindow's, since the widget
-    // would hide and show itself to change its own.
-    const Qt::WindowFlags flags = window->windowFlags().setFlag(Qt::WindowStaysOnTopHint, onTop);
-    window->overrideWindowFlags(flags);
-    if (QWindow *shown = window->windowHandle())
-        shown->setFlag(Qt::WindowStaysOnTopHint, onTop);
-}
-
-QList<QCheckBox *> PostalScaleAppDelegate::optionBoxes() const
-{
-    QList<QCheckBox *> boxes = optionBox->findChildren<QCheckBox *>();
-    std::sort(boxes.begin(), boxes.end(), [](const QCheckBox *one, const QCheckBox *other) {
+    QList<QCheckBox *> found = m_around.form.optionBox->findChildren<QCheckBox *>();
+    std::sort(found.begin(), found.end(), [](const QCheckBox *one, const QCheckBox *other) {
         return tagOf(one) < tagOf(other);
     });
-    return boxes;
+    return found;
 }
 
-QCheckBox *PostalScaleAppDelegate::optionWithTag(int tag) const
+QCheckBox *Options::boxWithTag(int tag) const
 {
-    const QList<QCheckBox *> boxes = optionBoxes();
-    const auto found = std::find_if(boxes.begin(), boxes.end(),
+    const QList<QCheckBox *> all = boxes();
+    const auto found = std::find_if(all.begin(), all.end(),
                                     [tag](const QCheckBox *box) { return tagOf(box) == tag; });
-    return found == boxes.end() ? nullptr : *found;
+    return found == all.end() ? nullptr : *found;
 }

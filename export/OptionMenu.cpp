@@ -4,13 +4,27 @@
 // The six options of the menu bar. They are not saved, and neither they nor the option boxes
 // follow each other.
 
-#include "app/PostalScaleAppDelegate.h"
+#include "export/Options.h"
 
+#include "base/Log.h"
+#include "export/ExportClipboard.h"
+#include "export/ExportState.h"
 #include "scale/HIDManager.h"
-#include "scale/Log.h"
+#include "scale/ScaleSession.h"
+#include "ui_MainWindow.h"
 
-void PostalScaleAppDelegate::connectMenuItem(QAction *item,
-                                             void (PostalScaleAppDelegate::*action)())
+void Options::connectMenu()
+{
+    const Ui::MainWindow &form = m_around.form;
+    connectMenuItem(form.mnuOnTop, &Options::onTopClicked);
+    connectMenuItem(form.mnuRoundToInt, &Options::roundToIntClicked);
+    connectMenuItem(form.mnuSendToClip, &Options::sendToClipClicked);
+    connectMenuItem(form.mnuSendToUSPS, &Options::sendToUSPSClicked);
+    connectMenuItem(form.mnuSendToUPS, &Options::sendToUPSClicked);
+    connectMenuItem(form.mnuSendToFEDX, &Options::sendToFEDXClicked);
+}
+
+void Options::connectMenuItem(QAction *item, void (Options::*action)())
 {
     connect(item, &QAction::triggered, this, [this, item, action] {
         // The toolkit has switched the item already; that is the action's decision.
@@ -19,9 +33,9 @@ void PostalScaleAppDelegate::connectMenuItem(QAction *item,
     });
 }
 
-PostalScaleAppDelegate::MenuSwitch PostalScaleAppDelegate::toggleMenuItem(QAction *item)
+Options::MenuSwitch Options::toggleMenuItem(QAction *item)
 {
-    if (!isDeviceAlive()) {
+    if (!m_around.session.isDeviceAlive()) {
         logLine(QStringLiteral("Device Not Connected/Detected!!!"));
         return MenuSwitch::Refused;
     }
@@ -29,55 +43,56 @@ PostalScaleAppDelegate::MenuSwitch PostalScaleAppDelegate::toggleMenuItem(QActio
     return item->isChecked() ? MenuSwitch::On : MenuSwitch::Off;
 }
 
-void PostalScaleAppDelegate::onTopClicked()
+void Options::onTopClicked()
 {
-    const MenuSwitch switched = toggleMenuItem(mnuOnTop);
+    const MenuSwitch switched = toggleMenuItem(m_around.form.mnuOnTop);
     if (switched == MenuSwitch::Refused)
         return;
     if (switched == MenuSwitch::On)
-        selectionLbl->setText(QStringLiteral("On Top"));
+        showLatest(QStringLiteral("On Top"));
     setOnTop(switched == MenuSwitch::On);
 }
 
-void PostalScaleAppDelegate::roundToIntClicked()
+void Options::roundToIntClicked()
 {
-    const MenuSwitch switched = toggleMenuItem(mnuRoundToInt);
+    const MenuSwitch switched = toggleMenuItem(m_around.form.mnuRoundToInt);
     if (switched == MenuSwitch::Refused)
         return;
     if (switched == MenuSwitch::On)
-        selectionLbl->setText(QStringLiteral("Round to"));
-    hid_obj->setSetRound(switched == MenuSwitch::On);
+        showLatest(QStringLiteral("Round to"));
+    m_around.link.setSetRound(switched == MenuSwitch::On);
 }
 
-void PostalScaleAppDelegate::sendToClipClicked()
+void Options::sendToClipClicked()
 {
-    const MenuSwitch switched = toggleMenuItem(mnuSendToClip);
+    const MenuSwitch switched = toggleMenuItem(m_around.form.mnuSendToClip);
     if (switched == MenuSwitch::Refused)
         return;
-    switchClipboard(switched == MenuSwitch::On);
+    m_around.clipboard.switchTo(switched == MenuSwitch::On);
     if (switched == MenuSwitch::Off)
         return;
     // Check marks only: the carriers go on.
-    for (QAction *carrier : {mnuSendToUSPS, mnuSendToUPS, mnuSendToFEDX})
+    for (QAction *carrier :
+         {m_around.form.mnuSendToUSPS, m_around.form.mnuSendToUPS, m_around.form.mnuSendToFEDX})
         carrier->setChecked(false);
 }
 
-void PostalScaleAppDelegate::sendToUSPSClicked()
+void Options::sendToUSPSClicked()
 {
-    toggleCarrier(mnuSendToUSPS, SendtoUSPS, QStringLiteral("USPS"));
+    toggleCarrier(m_around.form.mnuSendToUSPS, m_around.state.SendtoUSPS, QStringLiteral("USPS"));
 }
 
-void PostalScaleAppDelegate::sendToUPSClicked()
+void Options::sendToUPSClicked()
 {
-    toggleCarrier(mnuSendToUPS, SendtoUPS, QStringLiteral("UPS"));
+    toggleCarrier(m_around.form.mnuSendToUPS, m_around.state.SendtoUPS, QStringLiteral("UPS"));
 }
 
-void PostalScaleAppDelegate::sendToFEDXClicked()
+void Options::sendToFEDXClicked()
 {
-    toggleCarrier(mnuSendToFEDX, SendtoFedex, QStringLiteral("FEDX"));
+    toggleCarrier(m_around.form.mnuSendToFEDX, m_around.state.SendtoFedex, QStringLiteral("FEDX"));
 }
 
-void PostalScaleAppDelegate::toggleCarrier(QAction *item, std::uint8_t &flag, const QString &name)
+void Options::toggleCarrier(QAction *item, std::uint8_t &flag, const QString &name)
 {
     const MenuSwitch switched = toggleMenuItem(item);
     if (switched == MenuSwitch::Refused)
@@ -86,6 +101,6 @@ void PostalScaleAppDelegate::toggleCarrier(QAction *item, std::uint8_t &flag, co
     if (switched == MenuSwitch::Off)
         return;
     // The check mark only: the clipboard is still written.
-    mnuSendToClip->setChecked(false);
-    selectionLbl->setText(name);
+    m_around.form.mnuSendToClip->setChecked(false);
+    showLatest(name);
 }

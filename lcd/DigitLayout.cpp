@@ -3,7 +3,7 @@
 
 #include "lcd/DigitLayout.h"
 
-#include "scale/NumberText.h"
+#include "base/NumberText.h"
 
 #include <cmath>
 
@@ -32,19 +32,20 @@ void layoutFourPositions(DigitPlan &plan, std::int64_t m, const DigitContext &co
     }
 
     k = m / 100;
-    if (!leadShown && k < 1 && unit != 3)
+    if (!leadShown && k < 1 && unit != unitindex::poundsOuncesA)
         plan.hide(digOne);
     else
         take(digOne, k, 100); // does not count as a leading digit
 
     k = m / 10;
     // An empty remainder keeps the tens: the panel reads "00" rather than "0".
-    if (!leadShown && k < 1 && unit != 1 && m >= 1 && unit != 2)
+    if (!leadShown && k < 1 && unit != unitindex::metric && m >= 1 && unit != unitindex::ounces)
         plan.hide(digTwo);
     else
         take(digTwo, k, 10);
 
-    if (!leadShown && m < 1 && unit != 1 && unit != 3 && unit != 2) {
+    if (!leadShown && m < 1 && unit != unitindex::metric && unit != unitindex::poundsOuncesA &&
+        unit != unitindex::ounces) {
         plan.hide(digThree);
         return;
     }
@@ -101,13 +102,14 @@ private:
     void layoutDigOne()
     {
         const std::int64_t digits = m / 10000;
-        if (!leadShown && digits < 1 && context.dotunit != 3 && context.unitnumber != 5) {
+        if (!leadShown && digits < 1 && context.dotunit != unittag::poundsOuncesB &&
+            context.unitnumber != unittag::kilograms) {
             plan.hide(digOne);
             if (isPoundsAndOunces())
                 plan.show(digOne, digits);
             return;
         }
-        if (context.dotunit == 4 && (m == allEights || m == 0)) {
+        if (context.dotunit == unittag::decimalPounds && (m == allEights || m == 0)) {
             plan.hide(digOne);
         } else {
             plan.show(digOne, digits % 10);
@@ -120,9 +122,10 @@ private:
     {
         const std::int64_t digit = m / 1000;
         // Whole ounces below ten keep a blank before them, also behind pounds.
-        const bool shown = (leadShown && context.currentUnit < 3) || digit > 0 ||
-                           context.currentUnit == 2 || context.unitnumber == 4 ||
-                           context.unitnumber == 5;
+        const bool shown = (leadShown && context.currentUnit < unitindex::poundsOuncesA) ||
+                           digit > 0 || context.currentUnit == unitindex::ounces ||
+                           context.unitnumber == unittag::decimalPounds ||
+                           context.unitnumber == unittag::kilograms;
         if (!shown) {
             plan.hide(digTwo);
             return;
@@ -135,15 +138,15 @@ private:
     void layoutFractionField(std::int64_t rest)
     {
         const std::int64_t numerator = rest / 10;
-        if ((numerator >= 1 || context.currentUnit == 3) && !wide)
+        if ((numerator >= 1 || context.currentUnit == unitindex::poundsOuncesA) && !wide)
             showFraction(numerator, rest % 10);
         else
             showNoFraction(numerator);
         if (!isPoundsAndOunces())
             hideFractionField();
-        if (context.unitnumber == 4)
+        if (context.unitnumber == unittag::decimalPounds)
             plan.unhide(numeratorImg);
-        if (context.highCapacity && context.unitnumber == 4) {
+        if (context.capacity == Capacity::High && context.unitnumber == unittag::decimalPounds) {
             plan.hide(numeratorImg);
             plan.hide(denomImg);
         }
@@ -151,18 +154,19 @@ private:
 
     void showFraction(std::int64_t numerator, std::int64_t denominator)
     {
-        if (context.dotunit != 4)
+        if (context.dotunit != unittag::decimalPounds)
             plan.show(numeratorImg, numerator);
         else
             plan.hide(numeratorImg);
-        if (context.currentUnit == 4 && context.unitnumber != 4) {
+        if (context.currentUnit == unitindex::poundsOuncesB &&
+            context.unitnumber != unittag::decimalPounds) {
             plan.unhide(lineImg);
             plan.show(denomImg, denominator);
         } else {
             plan.hide(lineImg);
             plan.hide(denomImg);
         }
-        if (showsTenths() || context.unitnumber == 4)
+        if (showsTenths() || context.unitnumber == unittag::decimalPounds)
             showAsTenths(numerator, denominator);
         if (context.lbOZlast)
             plan.clearFractionField();
@@ -176,7 +180,7 @@ private:
         plan.hide(denomImg);
         plan.setRoundedDigit(numeratorImg,
                              static_cast<float>(numerator) / static_cast<float>(denominator) * 10);
-        if (context.unitnumber == 4 && numerator != 0) {
+        if (context.unitnumber == unittag::decimalPounds && numerator != 0) {
             plan.setDigit(numeratorImg, numerator);
             plan.log(LogLine::number("Image to print %1.bmp", numerator));
         }
@@ -203,8 +207,15 @@ private:
         plan.hide(denomImg);
     }
 
-    bool isPoundsAndOunces() const { return context.unitnumber == 2 || context.unitnumber == 3; }
-    bool showsTenths() const { return context.unitnumber == 2 && !context.lbOZlast; }
+    bool isPoundsAndOunces() const
+    {
+        return context.unitnumber == unittag::poundsOuncesA ||
+               context.unitnumber == unittag::poundsOuncesB;
+    }
+    bool showsTenths() const
+    {
+        return context.unitnumber == unittag::poundsOuncesA && !context.lbOZlast;
+    }
 
     static constexpr std::int64_t allEights = 88888;
 
@@ -216,11 +227,6 @@ private:
 };
 
 } // namespace
-
-void DigitPlan::add(const DigitStep &step)
-{
-    list.at(count++) = step;
-}
 
 void DigitPlan::show(DigitView view, std::int64_t digit)
 {
@@ -262,7 +268,7 @@ DigitPlan layoutDigits(std::int64_t nValue, const DigitContext &context)
     DigitPlan plan;
     plan.log(LogLine::number("Current Scale is %1 ", context.currentScale));
     plan.log(LogLine::number("nValue sent is %1 ", nValue));
-    if (context.currentScale == 1)
+    if (context.currentScale == scaletype::binary)
         layoutFourPositions(plan, std::abs(nValue), context);
     else
         SixPositions(plan, nValue, context).layout();

@@ -3,11 +3,11 @@
 
 #pragma once
 
-#include "scale/LogLine.h"
+#include "base/LogLine.h"
+#include "base/StepList.h"
+#include "scale/ScaleCodes.h"
 
-#include <array>
 #include <cstdint>
-#include <span>
 
 enum class DigitView : std::uint8_t {
     digZero,
@@ -22,12 +22,12 @@ enum class DigitView : std::uint8_t {
 /// What decides, beside the number, which positions show a digit.
 struct DigitContext
 {
-    int currentScale = 0; ///< 1: four positions; any other: six
+    int currentScale = scaletype::packedDecimal; ///< binary: four positions; any other: six
     int currentUnit = 0;
     int unitnumber = 0;
     int dotunit = 0;
     bool lbOZlast = false;
-    bool highCapacity = false;
+    Capacity capacity = Capacity::Standard;
 };
 
 /// One thing done to the panel to show a number.
@@ -49,13 +49,10 @@ struct DigitStep
     LogLine line;
 };
 
-/// The steps in order. Views that no step names keep what they show.
-class DigitPlan
+/// Views that no step names keep what they show. The longest plan takes 31 steps.
+class DigitPlan : public StepList<DigitStep, 40>
 {
 public:
-    std::span<const DigitStep> steps() const & { return {list.data(), count}; }
-    std::span<const DigitStep> steps() const && = delete; // would look into a plan that is gone
-
     void show(DigitView view, std::int64_t digit);
     void hide(DigitView view);
     void unhide(DigitView view);
@@ -63,13 +60,6 @@ public:
     void setRoundedDigit(DigitView view, float value);
     void clearFractionField();
     void log(const LogLine &line);
-
-private:
-    void add(const DigitStep &step);
-
-    static constexpr std::size_t mostSteps = 40; ///< the longest plan takes 31
-    std::array<DigitStep, mostSteps> list;
-    std::size_t count = 0;
 };
 
 /// How the panel shows the magnitude of @p nValue; the sign is shown apart.

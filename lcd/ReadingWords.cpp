@@ -15,11 +15,16 @@ QString tidied(QString number)
     return number;
 }
 
+QString digitText(PanelContents::Digit digit)
+{
+    return digit ? QString::number(*digit) : QString();
+}
+
 QString positions(const PanelContents &panel, std::size_t first, std::size_t last)
 {
     QString text;
     for (std::size_t i = first; i <= last; ++i) {
-        text += panel.digits[i];
+        text += digitText(panel.digits[i]);
         if (panel.points[i])
             text += QLatin1Char('.');
     }
@@ -29,8 +34,9 @@ QString positions(const PanelContents &panel, std::size_t first, std::size_t las
 QString withFraction(const PanelContents &panel, const QString &number)
 {
     if (!panel.bar)
-        return tidied(number + panel.numerator);
-    return QStringLiteral("%1 %2/%3").arg(tidied(number), panel.numerator, panel.denominator);
+        return tidied(number + digitText(panel.numerator));
+    return QStringLiteral("%1 %2/%3")
+        .arg(tidied(number), digitText(panel.numerator), digitText(panel.denominator));
 }
 
 QString counted(const QString &number, const char *unit)
@@ -60,18 +66,13 @@ QString magnitude(const PanelContents &panel)
     return unitless(panel);
 }
 
-bool isBlank(const PanelContents &panel)
-{
-    return panel.digits == std::array<QString, 4>{} && panel.numerator.isEmpty();
-}
-
 } // namespace
 
 QString readingWords(const PanelContents &panel)
 {
     if (panel.overload)
         return QStringLiteral("overload");
-    if (isBlank(panel))
+    if (panel.isBlank())
         return QStringLiteral("off");
     const QString sign = panel.minus ? QStringLiteral("minus ") : QString();
     const QString held = panel.hold ? QStringLiteral(", on hold") : QString();

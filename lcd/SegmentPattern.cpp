@@ -3,6 +3,8 @@
 
 #include "lcd/SegmentPattern.h"
 
+#include <array>
+
 namespace {
 
 using namespace segment;
@@ -24,13 +26,13 @@ void metric(SegmentPlan &plan, const SegmentContext &context)
 {
     plan.draw({dot1, dot2, dot3, dot4, colon}, Hide);
     plan.draw(usb, Show);
-    if (context.unitnumber == 0) {
+    if (context.unitnumber == unittag::grams) {
         plan.draw(grams, Show);
         plan.draw(kilograms, Hide);
     } else {
         plan.draw(grams, Hide);
         plan.draw(kilograms, Show);
-        plan.draw(context.highCapacity ? dot2 : dot1, Show);
+        plan.draw(context.capacity == Capacity::High ? dot2 : dot1, Show);
     }
     plan.draw({pounds, ounces, battery}, Hide);
     plan.draw(mains, Show);
@@ -52,14 +54,14 @@ void ouncesOnly(SegmentPlan &plan, const SegmentContext &context)
 void poundsOunces(SegmentPlan &plan, const SegmentContext &context, Segment thirdPoint)
 {
     // With the stacked fraction there are no tenths to set apart.
-    plan.draw(dot4, shownIf(context.unitnumber != 3));
+    plan.draw(dot4, shownIf(context.unitnumber != unittag::poundsOuncesB));
     plan.draw({dot2, dot1}, Hide);
     plan.draw(dot3, thirdPoint);
     plan.draw(kilograms, Hide);
     plan.draw(colon, Show);
     plan.draw(grams, Hide);
     plan.draw({pounds, usb}, Show);
-    plan.draw(ounces, shownIf(context.unitnumber != 4));
+    plan.draw(ounces, shownIf(context.unitnumber != unittag::decimalPounds));
     plan.draw(battery, Hide);
     plan.draw(mains, Show);
     plan.draw(hold, holdAction(context));
@@ -68,8 +70,8 @@ void poundsOunces(SegmentPlan &plan, const SegmentContext &context, Segment thir
 void decimalPounds(SegmentPlan &plan, const SegmentContext &context)
 {
     plan.draw({dot4, dot1, dot3}, Hide);
-    plan.draw(dot2, shownIf(!context.highCapacity));
-    plan.draw(dot3, shownIf(context.highCapacity));
+    plan.draw(dot2, shownIf(context.capacity != Capacity::High));
+    plan.draw(dot3, shownIf(context.capacity == Capacity::High));
     plan.draw({colon, kilograms, grams}, Hide);
     plan.draw(pounds, Show);
     plan.draw({ounces, battery}, Hide);
@@ -80,11 +82,11 @@ void decimalPounds(SegmentPlan &plan, const SegmentContext &context)
 void packedDecimalScale(SegmentPlan &plan, int unit, const SegmentContext &context)
 {
     switch (unit) {
-    case 1: metric(plan, context); break;
-    case 2: ouncesOnly(plan, context); break;
-    case 3: poundsOunces(plan, context, Show); break;
-    case 4: poundsOunces(plan, context, Hide); break;
-    case 5: decimalPounds(plan, context); break;
+    case displaycode::metric: metric(plan, context); break;
+    case displaycode::ounces: ouncesOnly(plan, context); break;
+    case displaycode::poundsOuncesBinary: poundsOunces(plan, context, Show); break;
+    case displaycode::poundsOunces: poundsOunces(plan, context, Hide); break;
+    case displaycode::decimalPounds: decimalPounds(plan, context); break;
     default: break;
     }
 }
@@ -93,20 +95,22 @@ void packedDecimalScale(SegmentPlan &plan, int unit, const SegmentContext &conte
 void binaryScale(SegmentPlan &plan, int unit, const SegmentContext &context)
 {
     switch (unit) {
-    case 1: plan.log(LogLine::plain("rechaed under case 1")); break;
-    case 2: plan.log(LogLine::plain("rechaed under case 2")); break;
-    case 3: plan.log(LogLine::plain("rechaed under case 3")); break;
+    case displaycode::metric: plan.log(LogLine::plain("rechaed under case 1")); break;
+    case displaycode::ounces: plan.log(LogLine::plain("rechaed under case 2")); break;
+    case displaycode::poundsOuncesBinary: plan.log(LogLine::plain("rechaed under case 3")); break;
     default: return;
     }
+    const bool isMetric = unit == displaycode::metric;
+    const bool isPoundsOunces = unit == displaycode::poundsOuncesBinary;
     plan.draw({dot1, dot2}, Hide);
-    plan.draw(dot3, shownIf(unit != 3));
+    plan.draw(dot3, shownIf(!isPoundsOunces));
     plan.draw(dot4, Hide);
-    plan.draw(colon, shownIf(unit == 3));
+    plan.draw(colon, shownIf(isPoundsOunces));
     plan.draw(usb, Show);
     plan.draw(grams, Hide);
-    plan.draw(kilograms, shownIf(unit == 1));
-    plan.draw(pounds, shownIf(unit != 1));
-    plan.draw(ounces, shownIf(unit == 3));
+    plan.draw(kilograms, shownIf(isMetric));
+    plan.draw(pounds, shownIf(!isMetric));
+    plan.draw(ounces, shownIf(isPoundsOunces));
     plan.draw(battery, Hide);
     plan.draw(mains, Show);
     plan.draw(hold, holdAction(context));
@@ -116,7 +120,7 @@ void binaryScale(SegmentPlan &plan, int unit, const SegmentContext &context)
 
 void SegmentPlan::draw(const char *name, Segment action)
 {
-    list.at(count++) = {.name = name, .action = action};
+    add({.name = name, .action = action});
 }
 
 void SegmentPlan::draw(std::initializer_list<const char *> names, Segment action)
@@ -127,14 +131,14 @@ void SegmentPlan::draw(std::initializer_list<const char *> names, Segment action
 
 void SegmentPlan::log(const LogLine &line)
 {
-    list.at(count++) = {.line = line};
+    add({.line = line});
 }
 
 SegmentPlan segmentPattern(int unit, const SegmentContext &context)
 {
     SegmentPlan plan;
     plan.log(LogLine::numbers("Inside Display unit=%1 unitnumber=%2 ", unit, context.unitnumber));
-    if (context.currentScale == 1)
+    if (context.currentScale == scaletype::binary)
         binaryScale(plan, unit, context);
     else
         packedDecimalScale(plan, unit, context);

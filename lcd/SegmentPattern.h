@@ -3,10 +3,12 @@
 
 #pragma once
 
+#include "base/LogLine.h"
+#include "base/StepList.h"
 #include "scale/CommandByte.h"
-#include "scale/LogLine.h"
+#include "scale/ScaleCodes.h"
 
-#include <array>
+#include <initializer_list>
 #include <span>
 
 /// The short names of the panel's fixed segments.
@@ -38,31 +40,23 @@ struct SegmentStep
 
 struct SegmentContext
 {
-    int currentScale = 0;
-    int unitnumber = 0;
+    int currentScale = scaletype::packedDecimal;
+    int unitnumber = unittag::grams;
     CommandByte scaleCommand = 0;
-    bool highCapacity = false;
+    Capacity capacity = Capacity::Standard;
 };
 
-class SegmentPlan
+/// The ounce pattern takes 15 steps.
+class SegmentPlan : public StepList<SegmentStep, 16>
 {
 public:
-    std::span<const SegmentStep> steps() const & { return {list.data(), count}; }
-    std::span<const SegmentStep> steps() const && = delete; // would look into a plan that is gone
-
     void draw(const char *name, Segment action);
     void draw(std::initializer_list<const char *> names, Segment action);
     void log(const LogLine &line);
-
-private:
-    static constexpr std::size_t mostSteps = 16; ///< the ounce pattern takes 15
-    std::array<SegmentStep, mostSteps> list;
-    std::size_t count = 0;
 };
 
 /// The segments of a reading, in the order in which they are switched.
-/// @param unit 1 metric, 2 ounces (binary scale: pounds), 3 and 4 pounds and ounces, 5 decimal
-/// pounds; any other switches nothing
+/// @param unit one of displaycode::; any other switches nothing
 SegmentPlan segmentPattern(int unit, const SegmentContext &context);
 
 /// Every segment off, in the order of a blanked panel.

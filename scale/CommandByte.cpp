@@ -3,6 +3,8 @@
 
 #include "scale/CommandByte.h"
 
+#include "scale/ScaleCodes.h"
+
 namespace {
 
 constexpr std::uint8_t pollMarker = 0x90;
@@ -22,10 +24,10 @@ constexpr CommandByte set(CommandByte command, CommandByte bits)
 CommandByte withUnitCode(CommandByte command, int unitindex)
 {
     switch (unitindex) {
-    case 1: return set(command, unitCodeBits);
-    case 2: return set(cleared(command, 0x08), 0x30);
-    case 3: return set(cleared(command, 0x10), 0x28);
-    case 4: return set(cleared(command, 0x20), 0x18);
+    case unitindex::metric: return set(command, unitCodeBits);
+    case unitindex::ounces: return set(cleared(command, 0x08), 0x30);
+    case unitindex::poundsOuncesA: return set(cleared(command, 0x10), 0x28);
+    case unitindex::poundsOuncesB: return set(cleared(command, 0x20), 0x18);
     default: return command;
     }
 }
@@ -33,7 +35,9 @@ CommandByte withUnitCode(CommandByte command, int unitindex)
 CommandByte switchedOn(CommandByte command, int currentScale)
 {
     const CommandByte awake = set(cleared(command, powerOffBit), holdReleasedBit);
-    return set(withUnitCode(awake, currentScale == 1 ? 2 : 4), unitSettledBit);
+    const int unit =
+        currentScale == scaletype::binary ? unitindex::ounces : unitindex::poundsOuncesB;
+    return set(withUnitCode(awake, unit), unitSettledBit);
 }
 
 CommandByte switchedOff(CommandByte command)

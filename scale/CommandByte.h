@@ -28,11 +28,10 @@ inline constexpr CommandByte unitSettledBit = 0x80;
 /// The byte before the first report: every bit set.
 inline constexpr CommandByte initialCommandByte = 0xFF;
 
-/// Unit index 1 metric, 2 ounces (tenth-ounce scale: pounds), 3 and 4 pounds and ounces; any other
-/// index leaves the unit bits as they are.
+/// @param unitindex one of unitindex::; any other leaves the unit bits as they are
 CommandByte withUnitCode(CommandByte command, int unitindex);
 
-/// @p currentScale 1 starts in pounds, any other in pounds and ounces, whatever was chosen before.
+/// The binary scale starts in pounds, any other in pounds and ounces, whatever was chosen before.
 CommandByte switchedOn(CommandByte command, int currentScale);
 CommandByte switchedOff(CommandByte command);
 CommandByte holding(CommandByte command);

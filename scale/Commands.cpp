@@ -5,7 +5,7 @@
 
 #include "scale/HIDManager.h"
 
-#include "scale/Log.h"
+#include "base/Log.h"
 
 void HIDManager::set_device_ON()
 {

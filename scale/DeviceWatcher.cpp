@@ -3,7 +3,7 @@
 
 #include "scale/DeviceWatcher.h"
 
-#include "scale/Log.h"
+#include "base/Log.h"
 
 #include <QFileInfo>
 #include <QSocketNotifier>

@@ -5,7 +5,7 @@
 
 #include "scale/HIDManager.h"
 
-#include "scale/Log.h"
+#include "base/Log.h"
 #include "scale/ScaleDelegate.h"
 #include "scale/ScaleIdentity.h"
 
@@ -28,8 +28,8 @@ ScaleDelegate *HIDManager::delegate()
 void HIDManager::get_device_handle()
 {
     command = initialCommandByte;
-    state.unitnumber = 3;
-    state.currentUnit = 4;
+    state.unitnumber = unittag::poundsOuncesB;
+    state.currentUnit = unitindex::poundsOuncesB;
     watcher->start();
 }
 

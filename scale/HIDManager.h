@@ -38,7 +38,7 @@ public:
     void set_device_HOLDOFF();
     void set_device_ON_TARE();
     void set_device_OFF_TARE();
-    /// @param unit unit index 1 to 4; any other leaves the unit code as it is
+    /// @param unit one of unitindex::; any other leaves the unit code as it is
     void set_Unit(int unit);
 
     /// Makes the web strings of a weight in grams.
@@ -112,7 +112,7 @@ private:
     WeightReport readReport();
     float exportedWeight(const WeightReport &report, float grams);
     void perform(const ReadingEffect &effect);
-    void exportReading(const WeightReport &report, const DecodedReport &decoded, bool highCapacity);
+    void exportReading(const WeightReport &report, const DecodedReport &decoded, Capacity capacity);
 
     HidDevices &devices;
     std::unique_ptr<DeviceEvents> watcher;

@@ -5,7 +5,7 @@
 
 #include <array>
 
-Fraction ounceFraction(int tenths, bool highCapacity)
+Fraction ounceFraction(int tenths, Capacity capacity)
 {
     static constexpr std::array<Fraction, 10> eighths{
         {{0, 0}, {1, 8}, {1, 4}, {1, 4}, {3, 8}, {1, 2}, {5, 8}, {3, 4}, {3, 4}, {7, 8}}};
@@ -14,5 +14,5 @@ Fraction ounceFraction(int tenths, bool highCapacity)
     if (tenths < 0 || tenths > 9)
         return {tenths, 0};
     const auto index = static_cast<std::size_t>(tenths);
-    return highCapacity ? quarters[index] : eighths[index];
+    return capacity == Capacity::High ? quarters[index] : eighths[index];
 }

@@ -5,8 +5,8 @@
 
 #include "scale/HIDManager.h"
 
-#include "scale/Log.h"
-#include "scale/NumberText.h"
+#include "base/Log.h"
+#include "base/NumberText.h"
 #include "scale/ScaleDelegate.h"
 #include "scale/WeightText.h"
 
@@ -16,25 +16,25 @@ void HIDManager::get_device_rawdata()
         traceLine(QStringLiteral("Unable to read command()"));
     const WeightReport report = readReport();
 
-    if (state.currentScale == 0)
+    if (state.currentScale == scaletype::packedDecimal)
         state.currentStatue = true;
     state.OverloadFlag = false;
     delegate()->Draw5DigitOverload();
     delegate()->setUnitCaptionHidden(false);
 
-    const bool highCapacity = isHighCapacityModel(delegate()->selectedModelName());
-    const float grams = packedDecimalGrams(report, state.currentScale, highCapacity);
+    const Capacity capacity = capacityOf(delegate()->selectedModelName());
+    const float grams = packedDecimalGrams(report, state.currentScale, capacity);
     logLine(QStringLiteral("W Value for Scale %1 is %2 ")
                 .arg(state.currentScale)
                 .arg(floatText(grams)));
     const float weight = exportedWeight(report, grams);
 
-    const DecodedReport decoded = decodeStatus(report, weight, state, highCapacity);
+    const DecodedReport decoded = decodeStatus(report, weight, state, capacity);
     state = decoded.state;
-    for (const ReadingEffect &effect : decoded.effects())
+    for (const ReadingEffect &effect : decoded.effects)
         perform(effect);
 
-    exportReading(report, decoded, highCapacity);
+    exportReading(report, decoded, capacity);
     command = afterPoll(command, state.unitindex);
 }
 
@@ -52,7 +52,7 @@ WeightReport HIDManager::readReport()
 float HIDManager::exportedWeight(const WeightReport &report, float grams)
 {
     // The type known from the reports before decides: this one's status is not looked at yet.
-    if (state.currentScale == 0) {
+    if (state.currentScale == scaletype::packedDecimal) {
         changewebData(grams);
         return grams;
     }
@@ -86,7 +86,7 @@ void HIDManager::changewebData(float grams)
 }
 
 void HIDManager::exportReading(const WeightReport &report, const DecodedReport &decoded,
-                               bool highCapacity)
+                               Capacity capacity)
 {
     const ExportText exported =
         exportText({.report = report,
@@ -95,7 +95,7 @@ void HIDManager::exportReading(const WeightReport &report, const DecodedReport &
                     .currentScale = state.currentScale,
                     .currentUnit = state.currentUnit,
                     .unitnumber = state.unitnumber,
-                    .highCapacity = highCapacity},
+                    .capacity = capacity},
                    exportForm(delegate()->selectedRadioButtonIndex()),
                    roundUp ? ExportRounding::UpToWhole : ExportRounding::AsRead);
     if (exported.twoDecimalKilograms)

@@ -3,8 +3,6 @@
 
 #include "scale/ScaleDelegate.h"
 
-#include "scale/SystemHidDevices.h"
-
 namespace {
 
 ScaleApplication *shared = nullptr;
@@ -24,10 +22,4 @@ ScaleApplication::~ScaleApplication()
 ScaleApplication *ScaleApplication::sharedApplication()
 {
     return shared;
-}
-
-HidDevices &ScaleApplication::devices()
-{
-    static SystemHidDevices ofThisMachine;
-    return ofThisMachine;
 }

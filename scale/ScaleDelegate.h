@@ -24,7 +24,7 @@ public:
     virtual void clearAll() = 0;
     virtual void Draw5Digit(qint64 nValue) = 0;
     virtual void Draw5DigitOverload() = 0;
-    /// @param unit 1 to 5; others leave the panel as it is
+    /// @param unit one of displaycode::; others leave the panel as it is
     virtual void DisplayUnit(int unit) = 0;
     virtual void shownegativeSign(bool negative) = 0;
     virtual void setUnitCaptionHidden(bool hidden) = 0;
@@ -37,7 +37,7 @@ public:
 
     /// Empty until the user chooses a model.
     virtual QString selectedModelName() const = 0;
-    /// Tag (0 to 6) of the unit that the user chose last.
+    /// Tag of the unit that the user chose last, one of unittag::.
     virtual int selectedRadioButtonIndex() const = 0;
     /// Whether every reading is to be copied to the clipboard.
     virtual bool SetClip() const = 0;
@@ -57,5 +57,5 @@ public:
     static ScaleApplication *sharedApplication();
     virtual ScaleDelegate *delegate() const = 0;
     /// Outlives every scale link.
-    virtual HidDevices &devices();
+    virtual HidDevices &devices() = 0;
 };

@@ -3,7 +3,7 @@
 
 #include "scale/WeightText.h"
 
-#include "scale/NumberText.h"
+#include "base/NumberText.h"
 
 namespace {
 
@@ -26,11 +26,11 @@ ExportWeight exportWeight(const ExportValues &values)
 {
     ExportWeight weight = packedDecimalWeight(values);
     // Their decimal pounds were cut to one decimal, with three implied ones left.
-    if (values.highCapacity && values.unitnumber == 4)
+    if (values.capacity == Capacity::High && values.unitnumber == unittag::decimalPounds)
         weight.pounds *= 10;
-    if (values.currentScale != 1)
+    if (values.currentScale != scaletype::binary)
         return weight;
-    if (values.currentUnit == 1) {
+    if (values.currentUnit == unitindex::metric) {
         weight.kilograms = binaryHectograms(values.report) / 10;
     } else {
         const int tenths = values.report.high * 16 + (values.report.low >> 4);
@@ -62,8 +62,11 @@ WebStrings webStrings(float grams)
 
 ExportForm exportForm(int selectedRadioButtonIndex)
 {
-    return selectedRadioButtonIndex == 0 || selectedRadioButtonIndex == 5 ? ExportForm::Kilograms
-                                                                          : ExportForm::Pounds;
+    switch (selectedRadioButtonIndex) {
+    case unittag::grams:
+    case unittag::kilograms: return ExportForm::Kilograms;
+    default: return ExportForm::Pounds;
+    }
 }
 
 ExportText exportText(const ExportValues &values, ExportForm form, ExportRounding rounding)
@@ -72,7 +75,8 @@ ExportText exportText(const ExportValues &values, ExportForm form, ExportRoundin
     const float shown = form == ExportForm::Kilograms ? weight.kilograms : weight.pounds;
     if (rounding == ExportRounding::UpToWhole)
         return {roundedUp(shown), {}};
-    if (form == ExportForm::Kilograms && values.currentScale == 1 && values.currentUnit == 1) {
+    if (form == ExportForm::Kilograms && values.currentScale == scaletype::binary &&
+        values.currentUnit == unitindex::metric) {
         const QString text = fixedText(shown, 2);
         return {text, text};
     }

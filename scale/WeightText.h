@@ -27,7 +27,7 @@ struct ExportValues
     int currentScale = 0;
     int currentUnit = 0;
     int unitnumber = 0;
-    bool highCapacity = false;
+    Capacity capacity = Capacity::Standard;
 };
 
 enum class ExportForm { Pounds, Kilograms };

@@ -6,8 +6,8 @@
 // so it need not understand them. It ends when either side does; the extension then starts another.
 
 #include "browser/host/BytePump.h"
-#include "export/BrowserSocketName.h"
-#include "export/SameUser.h"
+#include "browser/link/BrowserSocketName.h"
+#include "browser/link/SameUser.h"
 
 #include <chrono>
 #include <csignal>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-#include "export/Browser.h"
+#include "browser/link/Browser.h"
 #include "tests/rules/AutofillRules.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LaunchedApplication.h"
@@ -42,6 +42,11 @@ QPointer<QMessageBox> shownAlert()
 class RecordingBridge : public BrowserBridge
 {
 public:
+    std::unique_ptr<BrowserApplication> application() override
+    {
+        return std::make_unique<Application>(*this);
+    }
+
     std::vector<std::string> scripts;
 
 private:
@@ -65,11 +70,6 @@ private:
     private:
         RecordingBridge &recorder;
     };
-
-    std::unique_ptr<BrowserApplication> makeApplication() override
-    {
-        return std::make_unique<Application>(*this);
-    }
 };
 
 const rules::WeightTexts kilogram{.LB = "2", .OZ = "4", .EXPORT = "2.205", .BASIC = "1000"};
@@ -324,8 +324,8 @@ private slots:
         QFETCH(int, ups);
         QFETCH(int, fedex);
         QFETCH(std::vector<int>, carriers);
-        LaunchedApplication app(Scale::Present);
         RecordingBridge browser;
+        LaunchedApplication app(Scale::Present, {}, {}, &browser);
         QAbstractButton *decimalPounds = app.delegate.radiogroup->buttons().at(3);
         decimalPounds->setEnabled(true);
         decimalPounds->click();

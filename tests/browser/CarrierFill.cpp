@@ -3,8 +3,8 @@
 
 #include "tests/browser/CarrierFill.h"
 
+#include "browser/link/BrowserLink.h"
 #include "export/AutofillForm.h"
-#include "export/BrowserLink.h"
 
 #include <QCoreApplication>
 

@@ -9,7 +9,7 @@
 // Begins with the line "ready" once a page is open, and then prints the milliseconds of each
 // reading, less those in which the machine gave it no processor.
 
-#include "export/BrowserLink.h"
+#include "browser/link/BrowserLink.h"
 #include "tests/browser/CarrierFill.h"
 
 #include <QCoreApplication>
@@ -31,12 +31,12 @@ qint64 nanosecondsWithoutProcessor()
     return statistics.readAll().split(' ').value(1).toLongLong();
 }
 
-double millisecondsOfReading(const QString &carrier)
+double millisecondsOfReading(BrowserLink &link, const QString &carrier)
 {
     const qint64 before = nanosecondsWithoutProcessor();
     QElapsedTimer time;
     time.start();
-    fillCarrier(carrier, *BrowserBridge::application());
+    fillCarrier(carrier, *link.application());
     QCoreApplication::sendPostedEvents();
     const qint64 elapsed = time.nsecsElapsed();
     return static_cast<double>(elapsed - (nanosecondsWithoutProcessor() - before)) / 1e6;
@@ -62,7 +62,7 @@ int main(int argc, char *argv[])
     QTimer timer;
     timer.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer, &QTimer::timeout, &application, [&] {
-        std::printf("%.3f\n", millisecondsOfReading(arguments[1]));
+        std::printf("%.3f\n", millisecondsOfReading(link, arguments[1]));
         if (--left == 0)
             QCoreApplication::quit();
     });

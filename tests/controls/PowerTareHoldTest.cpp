@@ -28,10 +28,11 @@ QStringList hiddenDigits(const LaunchedApplication &app)
     return names;
 }
 
-void showAllDigits(const LaunchedApplication &app)
+void lightAllDigits(const LaunchedApplication &app, bool lit)
 {
-    for (ImageView *view : digitViews(app.delegate))
-        view->setHidden(false);
+    using enum DigitView;
+    for (const DigitView view : {digZero, digOne, digTwo, digThree, numeratorImg})
+        app.delegate.panel().setLit(view, lit);
 }
 
 } // namespace
@@ -179,7 +180,7 @@ private slots:
         LaunchedApplication app(Scale::Absent);
         app.link.setCurrentStatue(true);
         app.delegate.unitLBl->setHidden(false);
-        showAllDigits(app);
+        lightAllDigits(app, true);
         app.forgetTraffic();
         app.delegate.powerButton->click();
         app.delegate.tareButton->click();
@@ -200,7 +201,7 @@ private slots:
         app.stopPolling();
         app.link.setUnitnumber(1);
         app.link.setScaleCommand(0x9E);
-        showAllDigits(app);
+        lightAllDigits(app, true);
         app.forgetTraffic();
         app.delegate.tareButton->click();
         QCOMPARE(app.commands(), std::vector{0x9C});
@@ -252,12 +253,11 @@ private slots:
         app.stopPolling();
         app.link.setCurrentScale(type);
         app.link.setUnitnumber(unitnumber);
-        showAllDigits(app);
+        lightAllDigits(app, true);
         app.delegate.tareButton->click();
         app.pass(1000ms);
         QCOMPARE(hiddenDigits(app), views);
-        for (ImageView *view : digitViews(app.delegate))
-            view->setHidden(true);
+        lightAllDigits(app, false);
         app.pass(1000ms);
         for (const ImageView *view : digitViews(app.delegate))
             QCOMPARE(view->isHidden(), !views.contains(view->objectName()));
@@ -289,7 +289,7 @@ private slots:
         LaunchedApplication app(Scale::Present);
         app.stopPolling();
         app.link.setUnitnumber(0);
-        showAllDigits(app);
+        lightAllDigits(app, true);
         QList<int> blinks;
         QList<int> commandTimes;
         bool shown = true;

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/PostalScaleAppDelegate.h"
-#include "export/Browser.h"
-#include "export/Settings.h"
-#include "scale/HIDManager.h"
+#include "browser/link/Browser.h"
+#include "scale/SystemHidDevices.h"
+#include "settings/Settings.h"
 #include "tests/rules/AutofillRules.h"
 
 #include <QStandardPaths>
@@ -22,12 +22,29 @@ class ScalelessApplication : public ScaleApplication
 {
 public:
     ScaleDelegate *delegate() const override { return nullptr; }
+    HidDevices &devices() override { return m_machine; }
+
+private:
+    SystemHidDevices m_machine;
 };
 
 /// A browser that writes down what it is asked, in order, and answers nothing.
 class RecordingBridge : public BrowserBridge
 {
 public:
+    std::unique_ptr<BrowserApplication> application() override
+    {
+        calls.append(QStringLiteral("application"));
+        return std::make_unique<Application>(*this);
+    }
+
+    void forget()
+    {
+        calls.clear();
+        scripts.clear();
+        windowCount = 2;
+    }
+
     QStringList calls;
     std::vector<std::string> scripts;
     int windowCount = 2;
@@ -91,12 +108,6 @@ private:
         RecordingBridge &recorder;
     };
 
-    std::unique_ptr<BrowserApplication> makeApplication() override
-    {
-        calls.append(QStringLiteral("application"));
-        return std::make_unique<Application>(*this);
-    }
-
     std::shared_ptr<const BrowserTab> firstTab = std::make_shared<RecordedTab>();
     std::shared_ptr<const BrowserTab> otherTab = std::make_shared<RecordedTab>();
 };
@@ -115,6 +126,7 @@ private:
     QTemporaryDir home;
     std::unique_ptr<ScalelessApplication> application;
     std::unique_ptr<Settings> settings;
+    RecordingBridge browser;
     std::unique_ptr<PostalScaleAppDelegate> delegate;
 
     const rules::WeightTexts weight{.LB = "2", .OZ = "4", .EXPORT = "2.2045", .BASIC = "1000"};
@@ -125,9 +137,8 @@ private slots:
         qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
         application = std::make_unique<ScalelessApplication>();
         settings = std::make_unique<Settings>();
-        delegate =
-            std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(QString()), *settings);
-        delegate->hid_obj = std::make_unique<HIDManager>();
+        delegate = std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(QString()),
+                                                            *settings, browser);
         delegate->hid_obj->setSWebDataLB(QString::fromStdString(weight.LB));
         delegate->hid_obj->setSWebDataOZ(QString::fromStdString(weight.OZ));
         delegate->hid_obj->setSWebDataBasic(QString::fromStdString(weight.BASIC));
@@ -149,7 +160,7 @@ private slots:
                         delegate->SendtoUSPS = static_cast<std::uint8_t>(flagUsps);
                         delegate->SendtoUPS = static_cast<std::uint8_t>(flagUps);
                         delegate->SendtoFedex = static_cast<std::uint8_t>(flagFedex);
-                        RecordingBridge browser;
+                        browser.forget();
                         delegate->Autofill(carrier);
                         const auto expected = rules::autofill(carrier, weight,
                                                               {.SendtoUSPS = flagUsps == 1,
@@ -185,14 +196,14 @@ private slots:
         QFETCH(int, scripts);
         const auto value = static_cast<std::uint8_t>(flag);
         delegate->SendtoUSPS = delegate->SendtoUPS = delegate->SendtoFedex = value;
-        RecordingBridge browser;
+        browser.forget();
         delegate->Autofill(carrier);
         QCOMPARE(browser.scripts.size(), static_cast<std::size_t>(scripts));
     }
 
     void theFirstWindowIsFetchedEachTime()
     {
-        RecordingBridge browser;
+        browser.forget();
         delegate->Autofill(3);
         delegate->Autofill(0);
         QCOMPARE(browser.calls, fetched + fetched);
@@ -200,19 +211,11 @@ private slots:
 
     void withoutAWindowTheScriptsGoNowhere()
     {
-        RecordingBridge browser;
+        browser.forget();
         browser.windowCount = 0;
         delegate->SendtoUPS = 1;
         delegate->Autofill(1);
         QCOMPARE(browser.scripts.size(), std::size_t(28));
-    }
-
-    void withoutABrowserNothingHappens()
-    {
-        delegate->SendtoUSPS = 1;
-        delegate->Autofill(0);
-        QVERIFY(BrowserBridge::application()->windows().empty());
-        QVERIFY(!BrowserBridge::application()->doJavaScript(QStringLiteral("1"), nullptr));
     }
 };
 

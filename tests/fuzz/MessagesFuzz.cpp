@@ -3,8 +3,8 @@
 
 // Any bytes from a browser: cut into messages, however they arrive, and understood or refused.
 
-#include "export/BrowserFrame.h"
-#include "export/BrowserMessage.h"
+#include "browser/link/BrowserFrame.h"
+#include "browser/link/BrowserMessage.h"
 #include "tests/fuzz/Fuzz.h"
 
 namespace {

@@ -5,8 +5,9 @@
 // has left.
 
 #include "app/PostalScaleAppDelegate.h"
-#include "export/Settings.h"
-#include "scale/HIDManager.h"
+#include "browser/link/BrowserLink.h"
+#include "scale/SystemHidDevices.h"
+#include "settings/Settings.h"
 #include "tests/fuzz/Fuzz.h"
 #include "tests/support/LaunchedApplication.h"
 
@@ -27,12 +28,13 @@ public:
     }
 
     ScaleDelegate *delegate() const override { return current; }
+    HidDevices &devices() override { return machine; }
 
     /// The options that are kept when the program has been started and closed.
     QList<int> start()
     {
         Settings settings;
-        PostalScaleAppDelegate appDelegate(BundleInformation::load({}), settings);
+        PostalScaleAppDelegate appDelegate(BundleInformation::load({}), settings, browsers);
         current = &appDelegate;
         appDelegate.awakeFromNib();
         appDelegate.applicationDidFinishLaunching();
@@ -48,6 +50,8 @@ public:
     QString trouble;
 
 private:
+    SystemHidDevices machine;
+    BrowserLink browsers;
     ScaleDelegate *current = nullptr;
 };
 

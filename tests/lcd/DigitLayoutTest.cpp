@@ -33,7 +33,7 @@ void setWhole(rules::ViewState &view, std::int64_t digit)
 /// What a panel shows after the steps.
 void apply(const DigitPlan &plan, rules::Views &views)
 {
-    for (const DigitStep &step : plan.steps()) {
+    for (const DigitStep &step : plan) {
         rules::ViewState &view = views[viewOf(step.view)];
         switch (step.kind) {
         case DigitStep::Kind::Log: break;
@@ -82,7 +82,7 @@ rules::DigitState stateOf(const DigitContext &context)
             .unitnumber = context.unitnumber,
             .dotunit = context.dotunit,
             .lbOZlast = context.lbOZlast,
-            .highCapacityModel = context.highCapacity};
+            .highCapacityModel = context.capacity == Capacity::High};
 }
 
 /// Both panels carry what the number before left on them.
@@ -152,7 +152,7 @@ private slots:
             PairOfPanels panels;
             for (std::int64_t number = own ? 0 : static_cast<std::int64_t>(i % 7); number <= 999999;
                  number += step) {
-                context.highCapacity = (number / step) % 5 == 0;
+                context.capacity = (number / step) % 5 == 0 ? Capacity::High : Capacity::Standard;
                 if (!panels.show(number, context))
                     QFAIL(qPrintable(QStringLiteral("%1 in state %2").arg(number).arg(i)));
             }
@@ -173,9 +173,9 @@ private slots:
                 for (int unitnumber = -1; unitnumber <= 7; ++unitnumber) {
                     for (int dotunit = -1; dotunit <= 7; ++dotunit) {
                         for (const bool lbOZlast : {false, true}) {
-                            for (const bool highCapacity : {false, true}) {
+                            for (const Capacity capacity : {Capacity::Standard, Capacity::High}) {
                                 const DigitContext context{scale,   currentUnit, unitnumber,
-                                                           dotunit, lbOZlast,    highCapacity};
+                                                           dotunit, lbOZlast,    capacity};
                                 for (const std::int64_t number : numbers) {
                                     QVERIFY(panels.show(number, context));
                                     QVERIFY(panels.show(-number, context));
@@ -212,7 +212,7 @@ private slots:
         row("decimal pounds", {.currentUnit = 4, .unitnumber = 4}, 10512,
             {"-", "1.bmp", "0.bmp", "5.bmp", "1.bmp", "-", "-"});
         row("decimal pounds in 10 g steps",
-            {.currentUnit = 4, .unitnumber = 4, .highCapacity = true}, 10512,
+            {.currentUnit = 4, .unitnumber = 4, .capacity = Capacity::High}, 10512,
             {"-", "1.bmp", "0.bmp", "5.bmp", "-", "-", "-"});
         row("all eights keep the second digit dark", {.currentUnit = 1, .dotunit = 4}, 88888,
             {"-", "-", "8.bmp", "8.bmp", "-", "-", "-"});
@@ -268,7 +268,7 @@ private slots:
                 rules::drawDigits(number, stateOf(context), views, &expected);
                 std::vector<std::string> lines;
                 const DigitPlan plan = layoutDigits(number, context);
-                for (const DigitStep &step : plan.steps()) {
+                for (const DigitStep &step : plan) {
                     if (step.kind == DigitStep::Kind::Log)
                         lines.push_back(step.line.toString().toStdString());
                 }

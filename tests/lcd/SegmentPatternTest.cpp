@@ -18,9 +18,9 @@ private slots:
             for (int scale = 0; scale <= 2; ++scale) {
                 for (int unitnumber = -1; unitnumber <= 7; ++unitnumber) {
                     for (int byte = 0; byte <= 0xFF; ++byte) {
-                        for (const bool highCapacity : {false, true})
+                        for (const Capacity capacity : {Capacity::Standard, Capacity::High})
                             comparePattern(code, {scale, unitnumber, static_cast<CommandByte>(byte),
-                                                  highCapacity});
+                                                  capacity});
                     }
                 }
             }
@@ -42,10 +42,10 @@ private:
         const SegmentPlan plan = segmentPattern(code, context);
         const rules::IconOutcome expected =
             rules::displayUnit(code, context.currentScale, context.unitnumber, context.scaleCommand,
-                               context.highCapacity);
+                               context.capacity == Capacity::High);
         std::size_t call = 0;
         std::size_t line = 0;
-        for (const SegmentStep &step : plan.steps()) {
+        for (const SegmentStep &step : plan) {
             if (step.name == nullptr) {
                 QVERIFY(line < expected.log.size());
                 QCOMPARE(call, std::size_t{0}); // lines come before any segment is switched

@@ -22,15 +22,15 @@ struct ProductReading
     CommandByte command;
 
     ProductReading(const WeightReport &report, ReadingState state, CommandByte before,
-                   bool highCapacity)
+                   Capacity capacity)
     {
         if (state.currentScale == 0)
             state.currentStatue = true;
         state.OverloadFlag = false;
-        float weight = packedDecimalGrams(report, state.currentScale, highCapacity);
+        float weight = packedDecimalGrams(report, state.currentScale, capacity);
         if (state.currentScale == 1)
             weight = binaryHectograms(report);
-        decoded = decodeStatus(report, weight, state, highCapacity);
+        decoded = decodeStatus(report, weight, state, capacity);
         command = afterPoll(before, decoded.state.unitindex);
     }
 };
@@ -118,18 +118,18 @@ bool sameWeight(float one, float other)
 
 enum class Texts { Skip, Compare };
 
-bool agrees(const WeightReport &report, const rules::LinkState &before, bool highCapacity,
+bool agrees(const WeightReport &report, const rules::LinkState &before, Capacity capacity,
             Texts texts)
 {
-    const rules::Outcome expected =
-        rules::readReport(report.status, report.low, report.high, before, highCapacity);
-    const ProductReading reading(report, readingState(before), before.scaleCommand, highCapacity);
+    const rules::Outcome expected = rules::readReport(report.status, report.low, report.high,
+                                                      before, capacity == Capacity::High);
+    const ProductReading reading(report, readingState(before), before.scaleCommand, capacity);
     return reading.decoded.state == readingState(expected.state) &&
            reading.command == expected.state.scaleCommand &&
            sameWeight(reading.decoded.weight, expected.weight) &&
            reading.decoded.poundsTimes10000 == expected.poundsTimes10000 &&
-           sameEffects(reading.decoded.effects(), expected) &&
-           (texts == Texts::Skip || sameTexts(reading.decoded.effects(), expected));
+           sameEffects(reading.decoded.effects, expected) &&
+           (texts == Texts::Skip || sameTexts(reading.decoded.effects, expected));
 }
 
 /// A state to start from, another one for each number, so that a sweep over the reports goes
@@ -165,22 +165,22 @@ private slots:
     void everyReport_data()
     {
         QTest::addColumn<int>("scale");
-        QTest::addColumn<bool>("highCapacity");
-        QTest::newRow("gram scale") << 0 << false;
-        QTest::newRow("gram scale in 10 g steps") << 0 << true;
-        QTest::newRow("tenth-ounce scale") << 1 << false;
-        QTest::newRow("tenth-ounce scale, 10 g model chosen") << 1 << true;
+        QTest::addColumn<Capacity>("capacity");
+        QTest::newRow("gram scale") << 0 << Capacity::Standard;
+        QTest::newRow("gram scale in 10 g steps") << 0 << Capacity::High;
+        QTest::newRow("tenth-ounce scale") << 1 << Capacity::Standard;
+        QTest::newRow("tenth-ounce scale, 10 g model chosen") << 1 << Capacity::High;
     }
 
     void everyReport()
     {
         QFETCH(int, scale);
-        QFETCH(bool, highCapacity);
+        QFETCH(Capacity, capacity);
         constexpr unsigned reports = 1U << 24;
         unsigned compared = 0;
         for (unsigned bits = 0; bits < reports; bits += static_cast<unsigned>(sweepStep(61))) {
             const Texts texts = compared % 251 == 0 ? Texts::Compare : Texts::Skip;
-            if (!agrees(reportOf(bits), stateFor(bits, scale), highCapacity, texts))
+            if (!agrees(reportOf(bits), stateFor(bits, scale), capacity, texts))
                 QFAIL(qPrintable(QStringLiteral("report %1").arg(bits, 6, 16)));
             ++compared;
         }
@@ -197,9 +197,9 @@ private slots:
             for (const unsigned weight : weights) {
                 for (unsigned number = 0; number < 350; ++number) {
                     for (const int scale : {0, 1}) {
-                        for (const bool highCapacity : {false, true})
+                        for (const Capacity capacity : {Capacity::Standard, Capacity::High})
                             QVERIFY(agrees(reportOf(status << 16 | weight), stateFor(number, scale),
-                                           highCapacity, Texts::Skip));
+                                           capacity, Texts::Skip));
                     }
                 }
             }

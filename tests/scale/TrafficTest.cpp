@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-#include "scale/Traffic.h"
-#include "scale/RecordedHidDevices.h"
-#include "scale/ReplayedHidDevices.h"
+#include "scale/traffic/Traffic.h"
 #include "scale/SystemHidDevices.h"
+#include "scale/traffic/RecordedHidDevices.h"
+#include "scale/traffic/ReplayedHidDevices.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LinkedScale.h"
 
@@ -178,8 +178,7 @@ private slots:
         FakeHidapi::reset();
         fakeudev::reset();
         FakeHidapi &hidapi = FakeHidapi::instance();
-        SystemHidDevices machine;
-        RecordedHidDevices record(machine);
+        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
         const QString name = folder.filePath(QStringLiteral("record"));
         QVERIFY(record.startFile(name));
         const LogCapture log;
@@ -215,8 +214,7 @@ private slots:
 
     void aRecordThatCannotBeWrittenIsToldAtOnce()
     {
-        SystemHidDevices machine;
-        RecordedHidDevices record(machine);
+        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
         QVERIFY(!record.startFile(folder.filePath(QStringLiteral("nowhere/record"))));
         QCOMPARE(record.errorText(), QStringLiteral("No such file or directory"));
     }
@@ -225,8 +223,7 @@ private slots:
     {
         FakeHidapi::reset();
         fakeudev::reset();
-        SystemHidDevices machine;
-        RecordedHidDevices record(machine);
+        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
         const LogCapture log;
         record.startFile(QStringLiteral("/dev/full"));
         const auto connection = record.open(QStringLiteral("/dev/hidraw0"));

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "scale/WeightText.h"
-#include "scale/NumberText.h"
+#include "base/NumberText.h"
 #include "tests/rules/ExportRules.h"
 #include "tests/support/Sweep.h"
 
@@ -26,7 +26,7 @@ bool sameExport(const ExportValues &values, int tag, bool round)
     state.unitnumber = values.unitnumber;
     const rules::ExportOutcome expected =
         rules::exportText(state, values.weight, values.poundsTimes10000, values.report.high,
-                          values.report.low, values.highCapacity, tag, round);
+                          values.report.low, values.capacity == Capacity::High, tag, round);
     const ExportText made = exportText(values, exportForm(tag),
                                        round ? ExportRounding::UpToWhole : ExportRounding::AsRead);
     return made.text.toStdString() == expected.text &&
@@ -92,7 +92,7 @@ private slots:
                     values.weight = static_cast<float>(highCapacity ? grams * 10 : grams);
                     values.poundsTimes10000 = static_cast<int>(values.weight / 0.4536 + 0.5) * 10;
                     values.unitnumber = unitnumber;
-                    values.highCapacity = highCapacity;
+                    values.capacity = highCapacity ? Capacity::High : Capacity::Standard;
                     for (const int tag : {0, 3, 4, 5}) {
                         QVERIFY(sameExport(values, tag, false));
                         QVERIFY(sameExport(values, tag, true));
@@ -129,7 +129,8 @@ private slots:
         const ExportValues hairAbove{.poundsTimes10000 = 20001};
         const ExportValues emptyPan{.currentScale = 1, .currentUnit = 1};
         const ExportValues kilogram{.weight = 1234};
-        const ExportValues coarse{.poundsTimes10000 = 9600, .unitnumber = 4, .highCapacity = true};
+        const ExportValues coarse{
+            .poundsTimes10000 = 9600, .unitnumber = 4, .capacity = Capacity::High};
         QTest::newRow("two pounds") << twoPounds << 3 << false << QStringLiteral("2");
         QTest::newRow("two pounds, rounded") << twoPounds << 3 << true << QStringLiteral("2");
         QTest::newRow("a hair above, rounded") << hairAbove << 3 << true << QStringLiteral("3");

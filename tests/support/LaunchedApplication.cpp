@@ -3,6 +3,7 @@
 
 #include "tests/support/LaunchedApplication.h"
 
+#include "base/RepeatingTimer.h"
 #include "tests/support/FakeClock.h"
 
 #include <QDateTime>
@@ -56,8 +57,11 @@ void write(const QString &name, const QByteArray &text)
         qFatal("cannot write %s", qPrintable(name));
 }
 
-Application &launched(Application &application, const QByteArray &information)
+Application &launched(Application &application, const QByteArray &information,
+                      BrowserBridge *browsers)
 {
+    if (browsers != nullptr)
+        application.useBrowsers(*browsers);
     const QString name = home() + QStringLiteral("/Info.json");
     if (!information.isNull())
         write(name, information);
@@ -131,10 +135,11 @@ LaunchedApplication::FreshWorld::FreshWorld(Scale scale, const std::function<voi
 }
 
 LaunchedApplication::LaunchedApplication(Scale scale, const QByteArray &information,
-                                         const std::function<void()> &before)
+                                         const std::function<void()> &before,
+                                         BrowserBridge *browsers)
     : world(scale, before)
     , application(world.argumentCount, arguments)
-    , delegate(*launched(application, information).delegate())
+    , delegate(*launched(application, information, browsers).delegate())
     , link(*delegate.hid_obj)
 {
     turn();
@@ -182,7 +187,7 @@ void LaunchedApplication::read(std::vector<std::uint8_t> report)
 std::vector<QTimer *> LaunchedApplication::timers() const
 {
     std::vector<QTimer *> running;
-    for (QTimer *timer : delegate.findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly)) {
+    for (QTimer *timer : delegate.findChildren<RepeatingTimer *>()) {
         if (timer->isActive())
             running.push_back(timer);
     }

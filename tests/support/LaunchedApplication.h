@@ -44,8 +44,10 @@ public:
     enum class Scale { Absent, Present };
 
     /// @param before may make calls of the fake libraries fail
+    /// @param browsers stands in for the user's; must outlive the object
     explicit LaunchedApplication(Scale scale, const QByteArray &information = {},
-                                 const std::function<void()> &before = {});
+                                 const std::function<void()> &before = {},
+                                 BrowserBridge *browsers = nullptr);
 
     /// Lets the event loop deliver what is pending.
     static void turn();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "scale/ScaleDelegate.h"
+#include "scale/SystemHidDevices.h"
 
 #include <QStringList>
 
@@ -12,6 +13,8 @@ class RecordingDelegate : public ScaleDelegate, public ScaleApplication
 {
 public:
     ScaleDelegate *delegate() const override { return const_cast<RecordingDelegate *>(this); }
+
+    HidDevices &devices() override { return machine; }
 
     void setStatusString(bool connected) override { call("setStatusString", connected); }
     void setIsDeviceAlive(bool alive) override { call("setIsDeviceAlive", alive); }
@@ -42,6 +45,8 @@ public:
     bool clip = false;
 
 private:
+    SystemHidDevices machine;
+
     void call(const char *name, qint64 argument)
     {
         calls.append(QStringLiteral("%1 %2").arg(QLatin1String(name)).arg(argument));

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+class ElidedLabel;
+class QMainWindow;
+class QMargins;
+class QPushButton;
+class Settings;
+
+/// What the user should know of, on one line along the window's edge.
+class StatusArea : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Notice { Connection, Settings, Clipboard };
+
+    /// @param above margins of what stands above, to be in line with it
+    /// @param settings tell of their own trouble, and must outlive the area
+    StatusArea(QMainWindow &window, const QMargins &above, const Settings &settings);
+
+    /// The first sentence is shown, the whole text on hover; empty takes the notice away.
+    void setNotice(Notice topic, const QString &text);
+    void showBrowserStatus(const QString &text);
+
+private:
+    void showNotices();
+    /// The whole texts, in a window of their own.
+    void explain();
+
+    QMainWindow &m_window;
+    ElidedLabel *m_notice;
+    QPushButton *m_details;
+    ElidedLabel *m_browser;
+    QMap<Notice, QString> m_notices;
+    QString m_shown;
+    QString m_explained;
+};

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "browser/link/BrowserFrame.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr auto lengthBytes = static_cast<qsizetype>(sizeof(std::uint32_t));
+
+} // namespace
+
+QByteArray browserFrame(const QByteArray &message)
+{
+    const auto length = static_cast<std::uint32_t>(message.size());
+    QByteArray frame(lengthBytes, Qt::Uninitialized);
+    std::memcpy(frame.data(), &length, sizeof length);
+    return frame + message;
+}
+
+void BrowserFrameReader::append(const QByteArray &bytes)
+{
+    if (!broken)
+        buffer.append(bytes);
+}
+
+std::optional<QByteArray> BrowserFrameReader::next()
+{
+    if (broken || buffer.size() < lengthBytes)
+        return std::nullopt;
+    std::uint32_t length = 0;
+    std::memcpy(&length, buffer.constData(), sizeof length);
+    if (length == 0 || length > longestBrowserMessage) {
+        broken = true;
+        buffer.clear();
+        return std::nullopt;
+    }
+    const auto size = static_cast<qsizetype>(length);
+    if (buffer.size() < lengthBytes + size)
+        return std::nullopt;
+    const QByteArray message = buffer.mid(lengthBytes, size);
+    buffer.remove(0, lengthBytes + size);
+    return message;
+}

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "browser/link/BrowserServer.h"
+
+#include "base/Log.h"
+#include "browser/link/BrowserSocketName.h"
+#include "browser/link/SameUser.h"
+
+#include <QFile>
+#include <QLocalSocket>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+constexpr int connectTime = 100; // ms
+
+bool isInUse(const QString &path)
+{
+    QLocalSocket probe;
+    probe.connectToServer(path);
+    return probe.waitForConnected(connectTime);
+}
+
+} // namespace
+
+BrowserServer::BrowserServer(PeerHandler peerHandler, QObject *parent)
+    : QLocalServer(parent)
+    , handler(std::move(peerHandler))
+{
+    setSocketOptions(UserAccessOption);
+}
+
+QString BrowserServer::defaultPath()
+{
+    const QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (folder.isEmpty())
+        return {};
+    return folder + QLatin1Char('/') + QLatin1String(browserSocketName);
+}
+
+bool BrowserServer::listenAt(const QString &path)
+{
+    if (path.isEmpty()) {
+        logLine(QStringLiteral("Browser link: XDG_RUNTIME_DIR is not set"));
+        return false;
+    }
+    if (isInUse(path)) {
+        logLine(QStringLiteral("Browser link: %1 is in use by another program").arg(path));
+        return false;
+    }
+    removeServer(path);
+    if (!listen(path)) {
+        logLine(QStringLiteral("Browser link: %1: %2").arg(path, errorString()));
+        return false;
+    }
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    return true;
+}
+
+void BrowserServer::incomingConnection(quintptr descriptor)
+{
+    const auto peer = static_cast<int>(descriptor);
+    if (!isOfSameUser(peer)) {
+        logLine(QStringLiteral("Browser link: another user was turned away"));
+        ::close(peer);
+        return;
+    }
+    auto *socket = new QLocalSocket(this);
+    socket->setSocketDescriptor(peer);
+    handler(socket);
+}

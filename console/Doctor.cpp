@@ -1,0 +1,189 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/Doctor.h"
+
+#include "console/DoctorFacts.h"
+#include "scale/ScaleIdentity.h"
+
+#include <QFileInfo>
+#include <algorithm>
+
+namespace {
+
+Finding good(const QString &text)
+{
+    return {.kind = Finding::Kind::Good, .text = text, .cure = {}};
+}
+
+Finding note(const QString &text)
+{
+    return {.kind = Finding::Kind::Note, .text = text, .cure = {}};
+}
+
+Finding trouble(const QString &text, const QString &cure)
+{
+    return {.kind = Finding::Kind::Trouble, .text = text, .cure = cure};
+}
+
+QString identity(const QString &form)
+{
+    return form.arg(scaleVendorId, 4, 16, QLatin1Char('0'))
+        .arg(scaleProductId, 4, 16, QLatin1Char('0'));
+}
+
+/// udev gives the user in front permission at 73: a rule that comes later comes too late.
+bool sortsInTime(const QString &rule)
+{
+    return QFileInfo(rule).fileName() < QLatin1String("73-seat-late.rules");
+}
+
+Finding node(const DoctorFacts &facts)
+{
+    if (facts.node.access != ScaleAccess::Absent)
+        return good(QStringLiteral("Scale found at %1").arg(facts.node.path));
+    return trouble(
+        identity(QStringLiteral("No scale (USB id %1:%2)")),
+        identity(QStringLiteral("Plug it in. If it is, try another cable or socket until "
+                                "\"lsusb -d %1:%2\" lists it.")));
+}
+
+QString permissionCure(const DoctorFacts &facts)
+{
+    if (facts.rule.isEmpty())
+        return QStringLiteral("Install the udev rule, see below, and plug the scale in again.");
+    if (facts.seats == 0)
+        return QStringLiteral("The scale belongs to the user who sits at this machine, and this "
+                              "session has no seat: log in at its own screen, not over the "
+                              "network.");
+    return QStringLiteral("Plug the scale in again: the rule came after it.");
+}
+
+Finding permission(const DoctorFacts &facts)
+{
+    switch (facts.node.access) {
+    case ScaleAccess::Absent: break;
+    case ScaleAccess::Denied:
+        return trouble(QStringLiteral("No permission to open %1").arg(facts.node.path),
+                       permissionCure(facts));
+    case ScaleAccess::Granted: return good(QStringLiteral("Permission to open it"));
+    }
+    return note(QStringLiteral("Permission shows once a scale is there"));
+}
+
+Finding rule(const DoctorFacts &facts)
+{
+    if (facts.rule.isEmpty())
+        return trouble(QStringLiteral("No udev rule for the scale"),
+                       identity(QStringLiteral("Install the package, or put this line into "
+                                               "/etc/udev/rules.d/60-postal-scale.rules: "
+                                               "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
+                                               "ATTRS{idVendor}==\"%1\", ATTRS{idProduct}==\"%2\", "
+                                               "TAG+=\"uaccess\"")));
+    if (!sortsInTime(facts.rule))
+        return trouble(QStringLiteral("The udev rule %1 is applied too late").arg(facts.rule),
+                       QStringLiteral("Give the file a name that begins with 60."));
+    return good(QStringLiteral("udev rule %1").arg(facts.rule));
+}
+
+Finding holders(const DoctorFacts &facts)
+{
+    if (facts.otherHolders.isEmpty())
+        return good(QStringLiteral("No other program has the scale open"));
+    return trouble(
+        QStringLiteral("Also open in %1").arg(facts.otherHolders.join(QStringLiteral(", "))),
+        QStringLiteral("End it: two programs that read a scale take each other's answers."));
+}
+
+Finding running(const DoctorFacts &facts)
+{
+    switch (facts.running) {
+    case DoctorFacts::Running::No: break;
+    case DoctorFacts::Running::Yes: return good(QStringLiteral("Postal Scale is running"));
+    case DoctorFacts::Running::NotAnswering:
+        return trouble(QStringLiteral("Postal Scale is running, but does not answer"),
+                       QStringLiteral("It waits for the scale: plug the scale in again."));
+    }
+    return note(QStringLiteral("Postal Scale is not running"));
+}
+
+Finding clipboard(const DoctorFacts &facts)
+{
+    switch (facts.desktop) {
+    case Desktop::None: break;
+    case Desktop::X11: return good(QStringLiteral("Clipboard: can be written at every reading"));
+    case Desktop::Wayland:
+        return trouble(
+            QStringLiteral("Clipboard: this desktop lets only the front window write it"),
+            QStringLiteral("Start with QT_QPA_PLATFORM=xcb postal-scale."));
+    }
+    return note(QStringLiteral("Clipboard: there is no desktop in this session"));
+}
+
+Finding onTop(const DoctorFacts &facts)
+{
+    switch (facts.desktop) {
+    case Desktop::None: break;
+    case Desktop::X11:
+        if (facts.keepsOnTop)
+            return good(QStringLiteral("On top: the window manager does it"));
+        return trouble(QStringLiteral("On top: the window manager does not offer it"),
+                       QStringLiteral("Use one that knows _NET_WM_STATE_ABOVE, as most do."));
+    case Desktop::Wayland:
+        return trouble(QStringLiteral("On top: this desktop does not let programs ask for it"),
+                       QStringLiteral("Choose it in the window's own menu, or start with "
+                                      "QT_QPA_PLATFORM=xcb postal-scale."));
+    }
+    return note(QStringLiteral("On top: there is no desktop in this session"));
+}
+
+Finding browser(const DoctorFacts &facts)
+{
+    if (facts.linkedBrowsers.isEmpty())
+        return trouble(QStringLiteral("Browser link: not set up for any browser"),
+                       QStringLiteral("Install the package and start the browser again; from the "
+                                      "sources, ./run --browser-link."));
+    const QString browsers = facts.linkedBrowsers.join(QStringLiteral(", "));
+    if (facts.browserLink.isEmpty())
+        return note(QStringLiteral("Browser link: set up for %1; it is up while Postal Scale runs")
+                        .arg(browsers));
+    return good(QStringLiteral("Browser link (%1): %2").arg(browsers, facts.browserLink));
+}
+
+QLatin1String mark(Finding::Kind kind)
+{
+    switch (kind) {
+    case Finding::Kind::Good: return QLatin1String("ok");
+    case Finding::Kind::Trouble: return QLatin1String("!!");
+    case Finding::Kind::Note: break;
+    }
+    return QLatin1String("--");
+}
+
+} // namespace
+
+QList<Finding> diagnose(const DoctorFacts &facts)
+{
+    return {node(facts),    permission(facts), rule(facts),  holders(facts),
+            running(facts), clipboard(facts),  onTop(facts), browser(facts)};
+}
+
+QString reportText(const QList<Finding> &findings)
+{
+    QString text;
+    for (const Finding &finding : findings) {
+        text += QStringLiteral("%1  %2\n").arg(mark(finding.kind), finding.text);
+        if (!finding.cure.isEmpty())
+            text += QStringLiteral("    %1\n").arg(finding.cure);
+    }
+    return text;
+}
+
+int exitStatus(const QList<Finding> &findings)
+{
+    return std::any_of(
+               findings.begin(), findings.end(),
+               [](const Finding &finding) { return finding.kind == Finding::Kind::Trouble; })
+               ? 1
+               : 0;
+}

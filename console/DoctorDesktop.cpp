@@ -1,0 +1,68 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/DoctorDesktop.h"
+
+#include "widgets/X11Atom.h"
+
+#include <QDir>
+#include <QLibraryInfo>
+#include <QString>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <span>
+
+namespace {
+
+bool hasWaylandPlugin()
+{
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) +
+                       QStringLiteral("/platforms"));
+    return !plugins.entryList({QStringLiteral("libqwayland*")}, QDir::Files).isEmpty();
+}
+
+bool prefersWayland()
+{
+    const QString chosen = qEnvironmentVariable("QT_QPA_PLATFORM");
+    if (!chosen.isEmpty())
+        return chosen.startsWith(QLatin1String("wayland"));
+    // The toolkit leaves GNOME's Wayland to X11.
+    return !qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+                .contains(QLatin1String("gnome"), Qt::CaseInsensitive);
+}
+
+bool windowManagerSupports(xcb_connection_t *connection, const char *feature)
+{
+    constexpr uint32_t mostAtoms = 4096;
+    const auto cookie =
+        xcb_get_property(connection, 0, x11RootWindow(connection),
+                         x11Atom(connection, "_NET_SUPPORTED"), XCB_ATOM_ATOM, 0, mostAtoms);
+    const X11Reply<xcb_get_property_reply_t> reply(
+        xcb_get_property_reply(connection, cookie, nullptr), &std::free);
+    if (!reply)
+        return false;
+    const auto bytes = static_cast<size_t>(xcb_get_property_value_length(reply.get()));
+    const std::span supported(static_cast<const xcb_atom_t *>(xcb_get_property_value(reply.get())),
+                              bytes / sizeof(xcb_atom_t));
+    return std::find(supported.begin(), supported.end(), x11Atom(connection, feature)) !=
+           supported.end();
+}
+
+} // namespace
+
+Desktop expectedDesktop()
+{
+    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && hasWaylandPlugin() && prefersWayland())
+        return Desktop::Wayland;
+    return qEnvironmentVariableIsSet("DISPLAY") ? Desktop::X11 : Desktop::None;
+}
+
+bool x11KeepsOnTop()
+{
+    const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    return xcb_connection_has_error(connection.get()) == 0 &&
+           windowManagerSupports(connection.get(), "_NET_WM_STATE_ABOVE");
+}

@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/DoctorFacts.h"
+
+#include "console/DoctorDesktop.h"
+#include "console/SingleInstance.h"
+#include "console/SingleInstanceRequest.h"
+#include "scale/ScaleIdentity.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+#include <algorithm>
+#include <array>
+#include <systemd/sd-login.h>
+#include <unistd.h>
+#include <utility>
+
+namespace {
+
+const QStringList ruleFolders{
+    QStringLiteral("/etc/udev/rules.d"),           QStringLiteral("/run/udev/rules.d"),
+    QStringLiteral("/usr/local/lib/udev/rules.d"), QStringLiteral("/usr/lib/udev/rules.d"),
+    QStringLiteral("/lib/udev/rules.d"),
+};
+
+bool namesTheScale(const QString &ruleFile)
+{
+    QFile file(ruleFile);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray text = file.readAll().toLower();
+    const auto id = [](int number) {
+        return '"' + QByteArray::number(number, 16).rightJustified(4, '0') + '"';
+    };
+    return text.contains(id(scaleVendorId)) && text.contains(id(scaleProductId)) &&
+           text.contains("uaccess");
+}
+
+std::optional<int> activeSeats()
+{
+    constexpr int activeOnly = 1;
+    const int seats = sd_uid_get_seats(getuid(), activeOnly, nullptr);
+    return seats < 0 ? std::nullopt : std::optional(seats);
+}
+
+bool hasOpen(const QString &process, const QString &node)
+{
+    const QDir descriptors(process + QStringLiteral("/fd"));
+    const auto links =
+        descriptors.entryInfoList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System);
+    return std::any_of(links.begin(), links.end(),
+                       [&](const QFileInfo &link) { return link.symLinkTarget() == node; });
+}
+
+QString programName(const QString &process)
+{
+    QFile name(process + QStringLiteral("/comm"));
+    return name.open(QIODevice::ReadOnly) ? QString::fromUtf8(name.readAll()).trimmed() : QString();
+}
+
+QStringList linkedBrowsers()
+{
+    const QString home = QDir::homePath();
+    const std::array<std::pair<QString, QStringList>, 3> folders{{
+        {QStringLiteral("Chromium"),
+         {QStringLiteral("/etc/chromium/native-messaging-hosts"),
+          home + QStringLiteral("/.config/chromium/NativeMessagingHosts")}},
+        {QStringLiteral("Chrome"),
+         {QStringLiteral("/etc/opt/chrome/native-messaging-hosts"),
+          home + QStringLiteral("/.config/google-chrome/NativeMessagingHosts")}},
+        {QStringLiteral("Firefox"),
+         {QStringLiteral("/usr/lib/mozilla/native-messaging-hosts"),
+          home + QStringLiteral("/.mozilla/native-messaging-hosts")}},
+    }};
+    QStringList linked;
+    for (const auto &[browser, places] : folders) {
+        for (const QString &place : places) {
+            if (!linked.contains(browser) &&
+                QFileInfo::exists(place + QStringLiteral("/org.postalscale.browser.json")))
+                linked.append(browser);
+        }
+    }
+    return linked;
+}
+
+void askWindow(SingleInstance &instance, DoctorFacts &facts)
+{
+    using Outcome = SingleInstance::Claim::Outcome;
+    const SingleInstance::Claim claim = instance.claim(situationRequest());
+    if (claim.outcome == Outcome::Ours)
+        return;
+    facts.running = claim.outcome == Outcome::Answered ? DoctorFacts::Running::Yes
+                                                       : DoctorFacts::Running::NotAnswering;
+    facts.browserLink = claim.answer.value(QLatin1String("browserLink")).toString();
+    const QString platform = claim.answer.value(QLatin1String("platform")).toString();
+    if (platform.startsWith(QLatin1String("wayland")))
+        facts.desktop = Desktop::Wayland;
+    else if (platform == QLatin1String("xcb"))
+        facts.desktop = Desktop::X11;
+}
+
+} // namespace
+
+QString findRule(const QStringList &folders)
+{
+    QSet<QString> seen;
+    for (const QString &folder : folders) {
+        const auto files = QDir(folder).entryInfoList({QStringLiteral("*.rules")}, QDir::Files);
+        for (const QFileInfo &file : files) {
+            if (!seen.contains(file.fileName()) && namesTheScale(file.filePath()))
+                return file.filePath();
+            seen.insert(file.fileName());
+        }
+    }
+    return {};
+}
+
+QStringList holdersOf(const QString &node, qint64 exceptProcess)
+{
+    QStringList holders;
+    const QStringList entries = QDir(QStringLiteral("/proc")).entryList(QDir::Dirs);
+    for (const QString &entry : entries) {
+        bool isNumber = false;
+        const qint64 process = entry.toLongLong(&isNumber);
+        const QString folder = QStringLiteral("/proc/") + entry;
+        if (isNumber && process != exceptProcess && hasOpen(folder, node))
+            holders.append(QStringLiteral("%1 (process %2)").arg(programName(folder), entry));
+    }
+    return holders;
+}
+
+DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
+{
+    DoctorFacts facts;
+    facts.node = findScaleNode(devices);
+    facts.rule = findRule(ruleFolders);
+    facts.seats = activeSeats();
+    facts.desktop = expectedDesktop();
+    facts.linkedBrowsers = ::linkedBrowsers();
+    askWindow(instance, facts);
+    if (facts.node.access != ScaleAccess::Absent)
+        facts.otherHolders = holdersOf(facts.node.path, instance.ownerProcess());
+    facts.keepsOnTop = facts.desktop == Desktop::X11 && x11KeepsOnTop();
+    return facts;
+}

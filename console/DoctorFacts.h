@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "console/DoctorDesktop.h"
+#include "scale/ScaleNode.h"
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+class SingleInstance;
+
+/// What --doctor has found out about this machine and session.
+struct DoctorFacts
+{
+    enum class Running { No, Yes, NotAnswering };
+
+    ScaleNode node;
+    QString rule;             ///< the udev rules file that names the scale; empty if there is none
+    std::optional<int> seats; ///< where the user is in front; nothing where no logind tells
+    QStringList otherHolders; ///< programs that have the scale open, without Postal Scale itself
+    Running running = Running::No;
+    Desktop desktop = Desktop::None; ///< that the window is on, or would be
+    bool keepsOnTop = false;
+    QStringList linkedBrowsers; ///< those whose extension can reach the program
+    QString browserLink;        ///< how the running window sees it; empty if it has none
+
+    static DoctorFacts gather(HidDevices &devices, SingleInstance &instance);
+};
+
+/// The first rules file that lets a user open the scale. A file takes the place of those of the
+/// same name in later folders, as for udev.
+QString findRule(const QStringList &folders);
+
+/// The programs that have @p node open. Those of other users show themselves to root only.
+QStringList holdersOf(const QString &node, qint64 exceptProcess);

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/Program.h"
+
+#include "app/Application.h"
+#include "console/CommandLine.h"
+#include "console/Doctor.h"
+#include "console/DoctorFacts.h"
+#include "console/ReadingReportCommand.h"
+#include "console/SingleInstance.h"
+#include "console/WindowCommand.h"
+
+#include <cstdio>
+#include <sysexits.h>
+
+namespace {
+
+int showWindow(Application &application, const CommandLine &line, const ActivationRight &right)
+{
+    SingleInstance instance(SingleInstance::defaultFolder());
+    return WindowCommand(application, instance).run(line, right);
+}
+
+int printReading(Application &application, const CommandLine &line)
+{
+    SingleInstance instance(SingleInstance::defaultFolder());
+    return ReadingReportCommand(application, instance).run(line);
+}
+
+int diagnoseMachine(Application &application)
+{
+    SingleInstance instance(SingleInstance::defaultFolder());
+    const QList<Finding> findings = diagnose(DoctorFacts::gather(application.devices(), instance));
+    std::fputs(qPrintable(reportText(findings)), stdout);
+    return exitStatus(findings);
+}
+
+int showVersion()
+{
+    std::printf("%s %s\n", qPrintable(QCoreApplication::applicationName()),
+                qPrintable(QCoreApplication::applicationVersion()));
+    return 0;
+}
+
+int showHelp(const CommandLine &line)
+{
+    std::fputs(qPrintable(line.text), stdout);
+    return 0;
+}
+
+int refuse(const CommandLine &line)
+{
+    std::fprintf(stderr, "%s\n", qPrintable(line.text));
+    return EX_USAGE;
+}
+
+} // namespace
+
+int runProgram(Application &application, const ActivationRight &right)
+{
+    const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
+    switch (line.action) {
+    case CommandLine::Action::ShowWindow: return showWindow(application, line, right);
+    case CommandLine::Action::PrintReading: return printReading(application, line);
+    case CommandLine::Action::Diagnose: return diagnoseMachine(application);
+    case CommandLine::Action::ShowVersion: return showVersion();
+    case CommandLine::Action::ShowHelp: return showHelp(line);
+    case CommandLine::Action::Refuse: break;
+    }
+    return refuse(line);
+}

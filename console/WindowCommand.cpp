@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/WindowCommand.h"
+
+#include "app/Application.h"
+#include "console/DeviceChoice.h"
+#include "console/SingleInstance.h"
+#include "console/SingleInstanceRequest.h"
+
+#include <cstdio>
+#include <sysexits.h>
+
+WindowCommand::WindowCommand(Application &application, SingleInstance &instance)
+    : m_application(application)
+    , m_instance(instance)
+{
+}
+
+int WindowCommand::run(const CommandLine &line, const ActivationRight &right)
+{
+    switch (m_instance.claim(raiseRequest(right)).outcome) {
+    case SingleInstance::Claim::Outcome::Ours: break;
+    case SingleInstance::Claim::Outcome::Answered:
+        if (line.recordFile.isEmpty() && line.replayFile.isEmpty())
+            return 0;
+        std::fputs("Postal Scale is running already; close its window first\n", stderr);
+        return 1;
+    case SingleInstance::Claim::Outcome::Unanswered:
+        std::fputs("Postal Scale is running already, but does not answer\n", stderr);
+        return 1;
+    }
+    return weigh(line);
+}
+
+int WindowCommand::weigh(const CommandLine &line)
+{
+    DeviceChoice choice = DeviceChoice::of(line);
+    if (!choice.devices) {
+        std::fprintf(stderr, "%s\n", qPrintable(choice.trouble));
+        return EX_USAGE;
+    }
+    m_application.useDevices(std::move(choice.devices));
+    m_application.launch(line.infoFile);
+    m_application.linkBrowsers();
+    m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
+    return Application::exec();
+}
+
+QJsonObject WindowCommand::answer(const QJsonObject &laterStart)
+{
+    switch (requestOf(laterStart)) {
+    case InstanceRequest::Raise:
+        bringToFront(m_application.delegate()->window.get(), ActivationRight::fromJson(laterStart));
+        break;
+    case InstanceRequest::Reading: return m_application.delegate()->readingReport().toJson();
+    case InstanceRequest::Situation:
+        return {{QStringLiteral("platform"), Application::platformName()}};
+    case InstanceRequest::Unknown: break;
+    }
+    return {};
+}

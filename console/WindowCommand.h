@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "console/CommandLine.h"
+#include "console/SingleInstanceActivation.h"
+
+class Application;
+class SingleInstance;
+
+/// The program as it is mostly started: shows the window, or has the one that is there come to the
+/// front, and answers later starts.
+class WindowCommand
+{
+public:
+    WindowCommand(Application &application, SingleInstance &instance);
+
+    /// Until the window is closed. The exit status.
+    int run(const CommandLine &line, const ActivationRight &right);
+
+private:
+    int weigh(const CommandLine &line);
+    QJsonObject answer(const QJsonObject &laterStart);
+
+    Application &m_application;
+    SingleInstance &m_instance;
+};

@@ -1,0 +1,15 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/Application.h"
+#include "console/CommandLine.h"
+#include "console/Program.h"
+#include "console/SingleInstanceActivation.h"
+
+int main(int argc, char **argv)
+{
+    const ActivationRight right = ActivationRight::fromEnvironment();
+    ToolkitArguments arguments(argc, argv);
+    Application application(arguments.count(), arguments.values());
+    return runProgram(application, right);
+}

@@ -1,0 +1,69 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "export/CarrierPages.h"
+
+#include "export/AutofillForm.h"
+#include "export/ExportState.h"
+#include "scale/HIDManager.h"
+
+#include <QLabel>
+
+namespace {
+
+class LatestReading : public WeightTexts
+{
+public:
+    LatestReading(const HIDManager &link, const QLabel &exportLabel)
+        : m_link(link)
+        , m_exportLabel(exportLabel)
+    {
+    }
+
+    QString pounds() const override { return m_link.sWebDataLB(); }
+    QString ounces() const override { return m_link.sWebDataOZ(); }
+    QString exported() const override { return m_exportLabel.text(); }
+    QString grams() const override { return m_link.sWebDataBasic(); }
+
+private:
+    const HIDManager &m_link;
+    const QLabel &m_exportLabel;
+};
+
+} // namespace
+
+CarrierPages::CarrierPages(BrowserBridge &browsers, const HIDManager &link,
+                           const QLabel &exportLabel, ExportState &state)
+    : m_browsers(browsers)
+    , m_link(link)
+    , m_exportLabel(exportLabel)
+    , m_state(state)
+{
+}
+
+void CarrierPages::Autofill(int carrier)
+{
+    // All of it anew each time: the user may have changed window or tab since.
+    m_state.safari = m_browsers.application();
+    m_state.windows = m_state.safari->windows();
+    m_state.currentTab = m_state.windows.empty() ? nullptr : m_state.windows.front()->currentTab();
+
+    const LatestReading weight(m_link, m_exportLabel);
+    AutofillForm form(*m_state.safari, m_state.currentTab, weight);
+    switch (carrier) {
+    case carrier::fedex:
+        if (m_state.SendtoFedex == 1)
+            form.assign(fedexAssignments());
+        break;
+    case carrier::ups:
+        if (m_state.SendtoUPS == 1)
+            form.assign(upsAssignments());
+        break;
+    case carrier::usps:
+        form.assign(uspsAssignments());
+        if (m_state.SendtoUSPS == 1)
+            form.fillUspsRows();
+        break;
+    default: break;
+    }
+}

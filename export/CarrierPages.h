@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+class BrowserBridge;
+class ExportState;
+class HIDManager;
+class QLabel;
+
+/// The numbers by which carriers are named.
+namespace carrier {
+inline constexpr int usps = 0;
+inline constexpr int ups = 1;
+inline constexpr int fedex = 2;
+} // namespace carrier
+
+/// The latest weight on the carriers' pages.
+class CarrierPages
+{
+public:
+    /// All must outlive the object.
+    CarrierPages(BrowserBridge &browsers, const HIDManager &link, const QLabel &exportLabel,
+                 ExportState &state);
+
+    /// Into the current tab of the browser's first window, as the carrier's flag says.
+    /// @param carrier one of carrier::; for any other, the tab is only looked up
+    void Autofill(int carrier);
+
+private:
+    BrowserBridge &m_browsers;
+    const HIDManager &m_link;
+    const QLabel &m_exportLabel;
+    ExportState &m_state;
+};

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// What the box and the menu have in common.
+
+#include "export/Options.h"
+
+#include "ui_MainWindow.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+
+Options::Options(const Surroundings &surroundings, QObject *parent)
+    : QObject(parent)
+    , m_around(surroundings)
+{
+    connectBox();
+    explainOnTop();
+    connectMenu();
+}
+
+void Options::explainOnTop()
+{
+    // Wayland gives a client no such right.
+    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        return;
+    const QString explanation =
+        QStringLiteral("On this desktop, the desktop decides what stays on top");
+    m_around.form.checkOnTop->setToolTip(explanation);
+    m_around.form.mnuOnTop->setToolTip(explanation);
+    m_around.form.optionsMenu->setToolTipsVisible(true);
+}
+
+void Options::setOnTop(bool onTop)
+{
+    // Before the first show the widget's flags count; afterwards the QWindow's, since the widget
+    // would hide and show itself to change its own.
+    QWidget &window = m_around.window;
+    window.overrideWindowFlags(window.windowFlags().setFlag(Qt::WindowStaysOnTopHint, onTop));
+    if (QWindow *shown = window.windowHandle())
+        shown->setFlag(Qt::WindowStaysOnTopHint, onTop);
+}
+
+void Options::showLatest(const QString &option)
+{
+    m_around.form.selectionLbl->setText(option);
+}

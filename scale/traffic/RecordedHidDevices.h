@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "scale/HidDevices.h"
+#include "scale/traffic/TrafficLine.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+
+/// Passes everything on to other devices, unchanged, and writes down what passes. Each line is in
+/// the file before the program goes on: whatever ends the program, what led to it is there.
+class RecordedHidDevices : public HidDevices
+{
+public:
+    explicit RecordedHidDevices(std::unique_ptr<HidDevices> recordedDevices);
+
+    /// Replaces a file of that name. False where that is not possible; errorText() says why.
+    bool startFile(const QString &name);
+    QString errorText() const { return file.errorString(); }
+
+    std::unique_ptr<DeviceEvents> events() override;
+    std::unique_ptr<HidConnection> open(const QString &node) override;
+    QString lastError() const override { return m_devices->lastError(); }
+    int accessError(const QString &node) const override { return m_devices->accessError(node); }
+
+    /// Puts the time to it.
+    void write(TrafficLine line);
+
+private:
+    /// When the disk is full, for example, the program goes on without the record.
+    void put(const QByteArray &text);
+
+    std::unique_ptr<HidDevices> m_devices;
+    QFile file;
+    QElapsedTimer sinceStart;
+};

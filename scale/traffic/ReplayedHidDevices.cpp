@@ -1,0 +1,233 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "scale/traffic/ReplayedHidDevices.h"
+
+#include "base/Log.h"
+#include "scale/CommandByte.h"
+
+#include <QFileInfo>
+#include <QThread>
+#include <algorithm>
+#include <cerrno>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+const QLatin1String nodeFolder("/dev/");
+
+class ReplayedEvents : public DeviceEvents
+{
+public:
+    explicit ReplayedEvents(ReplayedHidDevices &replayedDevices)
+        : devices(replayedDevices)
+    {
+    }
+
+    void start() override { devices.startReporting(this); }
+
+    std::optional<HidDeviceInfo> find(std::uint16_t vendorId,
+                                      std::uint16_t productId) const override
+    {
+        return devices.find(vendorId, productId);
+    }
+
+private:
+    ReplayedHidDevices &devices;
+};
+
+class ReplayedConnection : public HidConnection
+{
+public:
+    explicit ReplayedConnection(ReplayedHidDevices &replayedDevices)
+        : devices(replayedDevices)
+    {
+    }
+
+    int sendFeatureReport(std::span<const std::uint8_t> report) override
+    {
+        return devices.sendFeatureReport(report);
+    }
+
+    int read(std::span<std::uint8_t> buffer) override { return devices.read(buffer); }
+
+private:
+    ReplayedHidDevices &devices;
+};
+
+HidDeviceInfo deviceOf(const TrafficLine &line)
+{
+    const QString node = nodeFolder + line.device;
+    return {
+        .systemPath = node, .node = node, .vendorId = line.vendorId, .productId = line.productId};
+}
+
+bool isCommand(const TrafficLine &line)
+{
+    return line.kind == TrafficLine::Kind::Send &&
+           !isPollReport({reinterpret_cast<const std::uint8_t *>(line.report.constData()),
+                          static_cast<std::size_t>(line.report.size())});
+}
+
+int copied(const TrafficLine &line, std::span<std::uint8_t> buffer)
+{
+    if (line.outcome != TrafficLine::Outcome::Done)
+        return -1;
+    const std::size_t length =
+        std::min(buffer.size(), static_cast<std::size_t>(line.report.size()));
+    std::copy_n(line.report.begin(), length, buffer.begin());
+    return static_cast<int>(length);
+}
+
+} // namespace
+
+ReplayedHidDevices::ReplayedHidDevices(Traffic traffic)
+    : lines(std::move(traffic.lines))
+{
+    // Nothing to repeat yet.
+    latestRead.outcome = TrafficLine::Outcome::Failed;
+    eventDue.setSingleShot(true);
+    eventDue.setTimerType(Qt::PreciseTimer);
+    connect(&eventDue, &QTimer::timeout, this, &ReplayedHidDevices::reportEvent);
+}
+
+std::unique_ptr<DeviceEvents> ReplayedHidDevices::events()
+{
+    return std::make_unique<ReplayedEvents>(*this);
+}
+
+std::unique_ptr<HidConnection> ReplayedHidDevices::open(const QString &node)
+{
+    openErrorNumber = ENOENT;
+    openError = QStringLiteral("not opened in the record");
+    if (!isNext(Kind::Open) || nodeFolder + nextLine()->device != node)
+        return nullptr;
+    const TrafficLine line = *nextLine();
+    take();
+    scheduleEvent();
+    if (line.outcome == TrafficLine::Outcome::Done)
+        return std::make_unique<ReplayedConnection>(*this);
+    openErrorNumber = line.outcome == TrafficLine::Outcome::Denied ? EACCES : 0;
+    openError = line.reason;
+    return nullptr;
+}
+
+int ReplayedHidDevices::accessError(const QString &) const
+{
+    return openErrorNumber == EACCES ? EACCES : 0;
+}
+
+std::optional<HidDeviceInfo> ReplayedHidDevices::find(std::uint16_t vendorId,
+                                                      std::uint16_t productId) const
+{
+    // Which of several scales came first in the system's order is known by what was opened next.
+    if (isNext(Kind::Open)) {
+        const QString node = nodeFolder + nextLine()->device;
+        return HidDeviceInfo{
+            .systemPath = node, .node = node, .vendorId = vendorId, .productId = productId};
+    }
+    QStringList nodes;
+    for (const HidDeviceInfo &device : present) {
+        if (device.vendorId == vendorId && device.productId == productId)
+            nodes.append(device.node);
+    }
+    if (nodes.isEmpty())
+        return std::nullopt;
+    return present.value(*std::min_element(nodes.begin(), nodes.end()));
+}
+
+void ReplayedHidDevices::startReporting(DeviceEvents *eventListener)
+{
+    listener = eventListener;
+    sinceTaken.start();
+    scheduleEvent();
+}
+
+int ReplayedHidDevices::sendFeatureReport(std::span<const std::uint8_t> report)
+{
+    const int sent = static_cast<int>(report.size());
+    if (!isPollReport(report))
+        return sent;
+    passCommands();
+    if (!isNext(Kind::Send))
+        return sent;
+    const bool failed = nextLine()->outcome != TrafficLine::Outcome::Done;
+    take();
+    scheduleEvent();
+    return failed ? -1 : sent;
+}
+
+int ReplayedHidDevices::read(std::span<std::uint8_t> buffer)
+{
+    passCommands();
+    if (isNext(Kind::Read)) {
+        latestRead = *nextLine();
+        QThread::msleep(static_cast<unsigned long>(untilDue(latestRead).count()));
+        take();
+        scheduleEvent();
+    }
+    return copied(latestRead, buffer);
+}
+
+const TrafficLine *ReplayedHidDevices::nextLine() const
+{
+    return next < lines.size() ? &lines[next] : nullptr;
+}
+
+bool ReplayedHidDevices::isNext(Kind kind) const
+{
+    return nextLine() != nullptr && nextLine()->kind == kind;
+}
+
+void ReplayedHidDevices::passCommands()
+{
+    while (nextLine() != nullptr && isCommand(*nextLine()))
+        ++next;
+}
+
+void ReplayedHidDevices::take()
+{
+    takenTime = lines[next].time;
+    ++next;
+    sinceTaken.restart();
+}
+
+std::chrono::milliseconds ReplayedHidDevices::untilDue(const TrafficLine &line) const
+{
+    const auto gone = std::chrono::milliseconds(sinceTaken.elapsed());
+    return std::max(line.time - takenTime - gone, 0ms);
+}
+
+void ReplayedHidDevices::scheduleEvent()
+{
+    passCommands();
+    if (nextLine() == nullptr)
+        noteEnd();
+    else if (isNext(Kind::Attach) || isNext(Kind::Detach))
+        eventDue.start(untilDue(*nextLine()));
+}
+
+void ReplayedHidDevices::reportEvent()
+{
+    const TrafficLine line = *nextLine();
+    take();
+    const HidDeviceInfo device = deviceOf(line);
+    if (line.kind == Kind::Attach)
+        present.insert(device.node, device);
+    else
+        present.remove(device.node);
+    if (listener && line.kind == Kind::Attach)
+        emit listener->added(device);
+    else if (listener)
+        emit listener->removed(device);
+    scheduleEvent();
+}
+
+void ReplayedHidDevices::noteEnd()
+{
+    if (endNoted)
+        return;
+    endNoted = true;
+    logLine(QStringLiteral("The record has been played back; its last state stays"));
+}

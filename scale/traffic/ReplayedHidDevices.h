@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "scale/HidDevices.h"
+#include "scale/traffic/Traffic.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QPointer>
+#include <QTimer>
+
+/// Devices that do once more what they did when they were recorded.
+///
+/// Devices come and go at their recorded distance from the line before, and not before everything
+/// that was read earlier has been read again: a replay neither loses a report nor runs ahead. A
+/// read takes as long as it did. Commands are taken and have no effect; only polls are matched
+/// with the recorded ones. A read beyond what was recorded gets the latest report once more, so
+/// that the last state stays when the record has ended.
+class ReplayedHidDevices : public QObject, public HidDevices
+{
+    Q_OBJECT
+
+public:
+    explicit ReplayedHidDevices(Traffic traffic);
+
+    std::unique_ptr<DeviceEvents> events() override;
+    std::unique_ptr<HidConnection> open(const QString &node) override;
+    QString lastError() const override { return openError; }
+    int accessError(const QString &node) const override;
+
+    std::optional<HidDeviceInfo> find(std::uint16_t vendorId, std::uint16_t productId) const;
+    void startReporting(DeviceEvents *listener);
+    int sendFeatureReport(std::span<const std::uint8_t> report);
+    int read(std::span<std::uint8_t> buffer);
+
+private:
+    using Kind = TrafficLine::Kind;
+
+    /// Null at the end.
+    const TrafficLine *nextLine() const;
+    bool isNext(Kind kind) const;
+    /// Lines that nobody will ask for: the commands of the recorded user.
+    void passCommands();
+    void take();
+    std::chrono::milliseconds untilDue(const TrafficLine &line) const;
+    void scheduleEvent();
+    void reportEvent();
+    void noteEnd();
+
+    std::vector<TrafficLine> lines;
+    std::size_t next = 0;
+    std::chrono::milliseconds takenTime{0}; ///< recorded time of the line taken last
+    QElapsedTimer sinceTaken;
+    QPointer<DeviceEvents> listener;
+    QTimer eventDue;
+    QHash<QString, HidDeviceInfo> present; ///< by node
+    TrafficLine latestRead;
+    QString openError;
+    int openErrorNumber = 0;
+    bool endNoted = false;
+};

@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "settings/Settings.h"
+
+#include "base/Log.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QStringDecoder>
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+namespace {
+
+const auto lastSelectedKey = QStringLiteral("lastSelectedValue");
+const auto optionGroup = QStringLiteral("defaultValue");
+const auto geometryKey = QStringLiteral("windowGeometry");
+const auto selectedValue = QStringLiteral("selected");
+
+/// The number that the text starts with, 0 if none, cut to 32 bits.
+int integerValue(const QString &text)
+{
+    const long number = std::strtol(text.toUtf8().constData(), nullptr, 10);
+    return static_cast<int>(std::clamp(number, long{std::numeric_limits<int>::min()},
+                                       long{std::numeric_limits<int>::max()}));
+}
+
+/// The user's file alone: an option that stood in a file of the machine could never be switched
+/// off.
+std::unique_ptr<QSettings> openFile()
+{
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return std::make_unique<QSettings>(folder + QStringLiteral("/postal-scale/postal-scale.ini"),
+                                       QSettings::IniFormat);
+}
+
+/// The lower ones alone: those from 0x7F on, which a file may have as escapes, are written anew as
+/// they are.
+bool isControl(QChar letter)
+{
+    return letter < QLatin1Char(' ') && !letter.isSpace();
+}
+
+/// The parser of the settings takes almost any bytes for a key.
+bool holdsText(const QString &name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        return true;
+    const QByteArray bytes = file.readAll();
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    const QString text = decoder(bytes);
+    return !decoder.hasError() && std::none_of(text.begin(), text.end(), isControl);
+}
+
+bool isDamaged(const QSettings &file)
+{
+    // Parsing waits until the keys are asked for.
+    const QStringList keys = file.allKeys();
+    return file.status() == QSettings::FormatError || !holdsText(file.fileName());
+}
+
+/// A program that is killed as it takes the lock leaves it empty, and an empty lock, which names
+/// nobody, holds up the next write for half a minute.
+void removeAbandonedLock(const QString &name)
+{
+    const QFileInfo lock(name + QStringLiteral(".lock"));
+    if (lock.exists() && lock.size() == 0)
+        QFile::remove(lock.filePath());
+}
+
+/// With the first number that no file has.
+QString unusedName(const QString &start)
+{
+    int number = 1;
+    while (QFile::exists(start + QString::number(number)))
+        ++number;
+    return start + QString::number(number);
+}
+
+} // namespace
+
+Settings::Settings()
+    : file(openFile())
+{
+    removeAbandonedLock(file->fileName());
+    setAsideIfDamaged();
+}
+
+Settings::~Settings() = default;
+
+std::optional<int> Settings::lastSelectedValue() const
+{
+    if (!file->contains(lastSelectedKey))
+        return {};
+    return integerValue(file->value(lastSelectedKey).toString());
+}
+
+void Settings::setLastSelectedValue(int modelIndex)
+{
+    file->setValue(lastSelectedKey, modelIndex);
+    write();
+}
+
+QList<int> Settings::selectedOptions() const
+{
+    file->beginGroup(optionGroup);
+    const QStringList keys = file->childKeys();
+    file->endGroup();
+    QList<int> tags;
+    for (const QString &key : keys)
+        tags.append(integerValue(key));
+    std::sort(tags.begin(), tags.end());
+    return tags;
+}
+
+void Settings::setSelectedOptions(const QList<int> &tags)
+{
+    file->beginGroup(optionGroup);
+    file->remove(QString());
+    for (const int tag : tags)
+        file->setValue(QString::number(tag), selectedValue);
+    file->endGroup();
+    write();
+}
+
+QByteArray Settings::windowGeometry() const
+{
+    return file->value(geometryKey).toByteArray();
+}
+
+void Settings::setWindowGeometry(const QByteArray &geometry)
+{
+    file->setValue(geometryKey, geometry);
+    write();
+}
+
+void Settings::setAsideIfDamaged()
+{
+    const QString name = file->fileName();
+    if (file->status() == QSettings::AccessError)
+        report(QStringLiteral("The settings in %1 cannot be read. This run starts without them.")
+                   .arg(name));
+    if (!isDamaged(*file))
+        return;
+    const QString aside = unusedName(name + QStringLiteral(".damaged-"));
+    // The file must be let go of before it is renamed, or it would be written again.
+    file.reset();
+    if (QFile::rename(name, aside))
+        report(QStringLiteral("The settings were damaged. They were kept as %1.").arg(aside));
+    else
+        report(QStringLiteral("The settings in %1 are damaged and could not be moved.").arg(name));
+    file = openFile();
+}
+
+void Settings::write()
+{
+    // A status stays what it once was. Another object for the same file has one of its own, and
+    // shares what has not been written yet.
+    if (file->status() != QSettings::NoError) {
+        auto successor = openFile();
+        file = std::move(successor);
+    }
+    file->sync();
+    const QString unsaved =
+        QStringLiteral("Settings cannot be saved in %1. They last until the program ends.")
+            .arg(file->fileName());
+    if (file->status() == QSettings::AccessError)
+        report(unsaved);
+    else if (currentTrouble == unsaved)
+        withdrawReport();
+}
+
+void Settings::report(const QString &trouble)
+{
+    if (trouble == currentTrouble)
+        return;
+    currentTrouble = trouble;
+    qCWarning(systemLog).noquote() << trouble;
+    emit troubleChanged(trouble);
+}
+
+void Settings::withdrawReport()
+{
+    currentTrouble.clear();
+    emit troubleChanged(currentTrouble);
+}

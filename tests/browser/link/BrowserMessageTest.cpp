@@ -1,0 +1,217 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "browser/link/BrowserMessage.h"
+#include "browser/link/BrowserFrame.h"
+#include "browser/link/BrowserSituation.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTest>
+#include <random>
+
+namespace {
+
+QByteArray bytes(std::initializer_list<int> values)
+{
+    QByteArray result;
+    for (const int value : values)
+        result.append(static_cast<char>(value));
+    return result;
+}
+
+} // namespace
+
+/// What goes over the socket, on its own.
+class BrowserMessageTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void aFrameIsItsLengthAndTheMessage()
+    {
+        QCOMPARE(browserFrame("ab"), bytes({0x02, 0x00, 0x00, 0x00, 'a', 'b'}));
+    }
+
+    void framesArriveInAnyPieces()
+    {
+        const QByteArray stream = browserFrame("{}") + browserFrame("[1]") + browserFrame("x");
+        for (qsizetype piece = 1; piece <= stream.size(); ++piece) {
+            BrowserFrameReader reader;
+            QList<QByteArray> messages;
+            for (qsizetype start = 0; start < stream.size(); start += piece) {
+                reader.append(stream.mid(start, piece));
+                while (const auto message = reader.next())
+                    messages.append(*message);
+            }
+            QCOMPARE(messages, (QList<QByteArray>{"{}", "[1]", "x"}));
+            QVERIFY(!reader.isBroken());
+        }
+    }
+
+    void lengths_data()
+    {
+        QTest::addColumn<QByteArray>("stream");
+        QTest::addColumn<bool>("broken");
+        QTest::newRow("none") << bytes({0x00, 0x00, 0x00, 0x00}) << true;
+        QTest::newRow("incomplete") << bytes({0x00, 0x00, 0x00}) << false;
+        QTest::newRow("greatest") << bytes({0x00, 0x00, 0x01, 0x00}) << false;
+        QTest::newRow("one more") << bytes({0x01, 0x00, 0x01, 0x00}) << true;
+        QTest::newRow("gigabytes") << bytes({0xFF, 0xFF, 0xFF, 0xFF}) << true;
+    }
+
+    void lengths()
+    {
+        QFETCH(QByteArray, stream);
+        QFETCH(bool, broken);
+        BrowserFrameReader reader;
+        reader.append(stream);
+        QVERIFY(!reader.next());
+        QCOMPARE(reader.isBroken(), broken);
+        reader.append(browserFrame("{}"));
+        QVERIFY(!broken || !reader.next());
+    }
+
+    void noBytesDoHarm()
+    {
+        std::mt19937 random(20261121);
+        const QByteArray sound = browserFrame(R"({"ran":{"id":3,"results":["",null,"1"]}})") +
+                                 browserFrame(R"({"current":{"page":4,"host":"www.usps.com"}})");
+        for (int attempt = 0; attempt < 20000; ++attempt) {
+            QByteArray stream = sound;
+            for (int change = 0; change < 3; ++change)
+                stream[static_cast<qsizetype>(random() % static_cast<unsigned>(stream.size()))] =
+                    static_cast<char>(random());
+            BrowserFrameReader reader;
+            reader.append(stream);
+            int messages = 0;
+            while (const auto message = reader.next()) {
+                QVERIFY(message->size() <= longestBrowserMessage);
+                parseBrowserMessage(*message);
+                ++messages;
+            }
+            QVERIFY(messages <= stream.size() / 5);
+        }
+    }
+
+    void refusedMessages_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        const char *const refused[] = {
+            "",
+            "nonsense",
+            "[]",
+            "{}",
+            R"({"run":{"id":1,"page":1,"texts":[]}})",
+            R"({"hello":{"protocol":"1","version":"2.0","browser":"Firefox"}})",
+            R"({"hello":{"protocol":-1,"version":"2.0","browser":"Firefox"}})",
+            R"({"hello":{"protocol":1.5,"version":"2.0","browser":"Firefox"}})",
+            R"({"hello":{"protocol":1},"current":null})",
+            R"({"current":{"page":1}})",
+            R"({"current":{"page":-1,"host":"www.usps.com"}})",
+            R"({"current":{"page":4294967296,"host":"www.usps.com"}})",
+            R"({"current":{"page":1.5,"host":"www.usps.com"}})",
+            R"({"current":{"page":4294967295.5,"host":"www.usps.com"}})",
+            R"({"current":7})",
+            R"({"current":{"page":1,"host":"<b>www.usps.com</b>"}})",
+            R"({"current":{"page":1,"host":"www.usps.com\n"}})",
+            R"({"current":{"page":1,"host":"www usps com"}})",
+            R"({"hello":{"protocol":2,"version":"2<img src='/'>","browser":"Firefox"}})",
+            R"({"hello":{"protocol":2,"version":"","browser":"Firefox"}})",
+            R"({"hello":{"protocol":2,"version":"2.0","browser":"Fire\nfox"}})",
+            R"({"hello":{"protocol":2,"version":"2.0"}})",
+            R"({"focused":"now"})",
+            R"({"focused":1e300})",
+            R"({"focused":0.5})",
+            R"({"ran":null})",
+            R"({"ran":{"results":[]}})",
+            R"({"ran":{"id":1.5,"results":[]}})",
+            R"({"ran":{"id":1,"results":"1"}})",
+            R"({"ran":{"id":1,"results":[1]}})",
+            R"({"ran":{"id":1,"results":[true]}})",
+        };
+        for (const char *json : refused)
+            QTest::newRow(json) << QByteArray(json);
+    }
+
+    void refusedMessages()
+    {
+        QFETCH(QByteArray, json);
+        QVERIFY(!parseBrowserMessage(json));
+    }
+
+    void understoodMessages()
+    {
+        const auto hello =
+            parseBrowserMessage(R"({"hello":{"protocol":1,"version":"2.0","browser":"Firefox"}})");
+        QVERIFY(hello);
+        QCOMPARE(std::get<BrowserHello>(*hello).protocol, 1);
+        QCOMPARE(std::get<BrowserHello>(*hello).version, QStringLiteral("2.0"));
+
+        const auto current = parseBrowserMessage(R"({"current":{"page":4,"host":"a.ups.com"}})");
+        QVERIFY(current);
+        QCOMPARE(std::get<BrowserCurrent>(*current).page,
+                 (BrowserPage{.id = 4, .host = QStringLiteral("a.ups.com")}));
+        const auto none = parseBrowserMessage(R"({"current":null})");
+        QVERIFY(none);
+        QVERIFY(!std::get<BrowserCurrent>(*none).page);
+
+        const auto focused = parseBrowserMessage(R"({"focused":1795000000000})");
+        QVERIFY(focused);
+        QCOMPARE(std::get<BrowserFocus>(*focused).milliseconds, 1795000000000LL);
+
+        const auto ran = parseBrowserMessage(R"({"ran":{"id":3,"results":["",null,"1"]}})");
+        QVERIFY(ran);
+        QCOMPARE(std::get<BrowserRan>(*ran).id, 3U);
+        const QList<BrowserResult> results{QStringLiteral(""), std::nullopt, QStringLiteral("1")};
+        QCOMPARE(*std::get<BrowserRan>(*ran).results, results);
+        const auto gone = parseBrowserMessage(R"({"ran":{"id":3,"results":null}})");
+        QVERIFY(gone);
+        QVERIFY(!std::get<BrowserRan>(*gone).results);
+    }
+
+    void sentMessages()
+    {
+        QCOMPARE(browserHelloMessage(QStringLiteral("0.1.0")),
+                 QByteArray("{'hello':{'protocol':1,'version':'0.1.0'}}").replace('\'', '"'));
+        QCOMPARE(
+            browserRunMessage(4000000000U, 7, {QStringLiteral("a"), QStringLiteral("b")}),
+            QByteArray("{'run':{'id':4000000000,'page':7,'texts':['a','b']}}").replace('\'', '"'));
+    }
+
+    void situations_data()
+    {
+        using Kind = BrowserSituation::Kind;
+        QTest::addColumn<BrowserSituation>("situation");
+        QTest::addColumn<QString>("text");
+        const auto row = [](BrowserSituation situation, const char *text) {
+            QTest::newRow(text) << situation << QString::fromLatin1(text);
+        };
+        row({.kind = Kind::NoBrowser}, "No browser linked");
+        row({.kind = Kind::WrongVersion, .name = QStringLiteral("9.1")},
+            "Browser extension 9.1 does not fit this program");
+        row({.kind = Kind::NoCarrierPage}, "Browser linked, waiting for a carrier page");
+        row({.kind = Kind::PageOpen, .name = QStringLiteral("tools.usps.com")},
+            "Browser linked, USPS page open");
+        row({.kind = Kind::PageOpen, .name = QStringLiteral("ups.com")},
+            "Browser linked, UPS page open");
+        row({.kind = Kind::PageOpen, .name = QStringLiteral("groups.com")},
+            "Browser linked, groups.com page open");
+        row({.kind = Kind::Filling, .name = QStringLiteral("www.fedex.com"), .fields = 13},
+            "Filling FedEx: 13 fields");
+        row({.kind = Kind::Filling, .name = QStringLiteral("www.usps.com"), .fields = 1},
+            "Filling USPS: 1 field");
+        row({.kind = Kind::NotAnswering}, "Page not answering");
+    }
+
+    void situations()
+    {
+        QFETCH(BrowserSituation, situation);
+        QFETCH(QString, text);
+        QCOMPARE(situation.text(), text);
+    }
+};
+
+QTEST_GUILESS_MAIN(BrowserMessageTest)
+#include "BrowserMessageTest.moc"

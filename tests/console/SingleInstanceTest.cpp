@@ -1,0 +1,143 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/SingleInstance.h"
+#include "console/SingleInstanceRequest.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <chrono>
+#include <future>
+#include <memory>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+using Outcome = SingleInstance::Claim::Outcome;
+
+/// As a later process does it, which has no event loop running.
+SingleInstance::Claim claimApart(const QString &folder, const QJsonObject &request)
+{
+    auto claim = std::async(std::launch::async, [&] {
+        SingleInstance later(folder);
+        return later.claim(request);
+    });
+    while (claim.wait_for(0ms) != std::future_status::ready)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return claim.get();
+}
+
+} // namespace
+
+class SingleInstanceTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { folder = std::make_unique<QTemporaryDir>(); }
+
+    void theFirstOneHasTheScale()
+    {
+        SingleInstance first(folder->path());
+        QCOMPARE(first.claim(readingRequest()).outcome, Outcome::Ours);
+        QCOMPARE(first.ownerProcess(), QCoreApplication::applicationPid());
+    }
+
+    void aLaterOneGetsItsAnswer()
+    {
+        SingleInstance first(folder->path());
+        first.claim({});
+        QJsonObject asked;
+        first.serve([&](const QJsonObject &request) {
+            asked = request;
+            return QJsonObject{{QStringLiteral("grams"), 1234}};
+        });
+        const auto claim = claimApart(folder->path(), readingRequest());
+        QCOMPARE(claim.outcome, Outcome::Answered);
+        QCOMPARE(claim.answer, (QJsonObject{{QStringLiteral("grams"), 1234}}));
+        QCOMPARE(asked, readingRequest());
+    }
+
+    void onlyTheUserCanReachIt()
+    {
+        SingleInstance first(folder->path());
+        first.claim({});
+        first.serve([](const QJsonObject &) { return QJsonObject(); });
+        const QFileInfo socket(folder->filePath(QStringLiteral("postal-scale.socket")));
+        QVERIFY(socket.exists());
+        constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+        QCOMPARE(socket.permissions() & others, QFile::Permissions());
+    }
+
+    void theNextOneTakesOverFromOneThatHasEnded()
+    {
+        {
+            SingleInstance first(folder->path());
+            first.claim({});
+            first.serve([](const QJsonObject &) { return QJsonObject(); });
+        }
+        SingleInstance next(folder->path());
+        QCOMPARE(next.claim({}).outcome, Outcome::Ours);
+    }
+
+    void theNextOneTakesOverFromOneThatCrashed()
+    {
+        // What is left behind: a lock of a process that is gone, and a socket that nobody serves.
+        QFile lock(folder->filePath(QStringLiteral("postal-scale.lock")));
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+        lock.write("4194305\npostal-scale\n" + QSysInfo::machineHostName().toUtf8() + "\n\n\n");
+        lock.close();
+        QFile socket(folder->filePath(QStringLiteral("postal-scale.socket")));
+        QVERIFY(socket.open(QIODevice::WriteOnly));
+        socket.close();
+
+        SingleInstance next(folder->path());
+        QCOMPARE(next.claim({}).outcome, Outcome::Ours);
+        next.serve([](const QJsonObject &) { return QJsonObject{{QStringLiteral("here"), true}}; });
+        QCOMPARE(claimApart(folder->path(), {}).outcome, Outcome::Answered);
+    }
+
+    void aLaterOneWaitsForOneWithoutAWindowToEnd()
+    {
+        auto first = std::make_unique<SingleInstance>(folder->path());
+        first->claim({});
+        QTimer::singleShot(300, this, [&] { first.reset(); });
+        QCOMPARE(claimApart(folder->path(), {}).outcome, Outcome::Ours);
+        QVERIFY(first == nullptr);
+    }
+
+    void withoutAFolderEveryOneIsTheFirst()
+    {
+        SingleInstance lonely(folder->filePath(QStringLiteral("missing")));
+        QCOMPARE(lonely.claim({}).outcome, Outcome::Ours);
+    }
+
+    void requestsComeBack()
+    {
+        const ActivationRight right{QStringLiteral("launcher-1_TIME77"), QStringLiteral("token")};
+        QCOMPARE(requestOf(raiseRequest(right)), InstanceRequest::Raise);
+        QCOMPARE(ActivationRight::fromJson(raiseRequest(right)), right);
+        QCOMPARE(requestOf(readingRequest()), InstanceRequest::Reading);
+        QCOMPARE(requestOf(situationRequest()), InstanceRequest::Situation);
+        QCOMPARE(requestOf({}), InstanceRequest::Unknown);
+    }
+
+    void theTimeOfAStart()
+    {
+        QCOMPARE(startTime(QStringLiteral("launcher-4711-host-program_TIME123456")), 123456u);
+        QCOMPARE(startTime(QStringLiteral("odd_TIME1_TIME2")), 2u);
+        QCOMPARE(startTime(QStringLiteral("launcher-4711")), 0u);
+        QCOMPARE(startTime({}), 0u);
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> folder;
+};
+
+QTEST_GUILESS_MAIN(SingleInstanceTest)
+#include "SingleInstanceTest.moc"

@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "widgets/WindowStyle.h"
+
+#include <QFontInfo>
+#include <QPainter>
+#include <QStyleOption>
+#include <algorithm>
+
+namespace {
+
+/// Three times as bright or as dark as the window behind it, at least.
+constexpr float outlineOpacity = 0.6F;
+
+bool growsWithText(QStyle::PixelMetric metric)
+{
+    switch (metric) {
+    case QStyle::PM_ButtonMargin:
+    case QStyle::PM_CheckBoxLabelSpacing:
+    case QStyle::PM_ExclusiveIndicatorHeight:
+    case QStyle::PM_ExclusiveIndicatorWidth:
+    case QStyle::PM_IndicatorHeight:
+    case QStyle::PM_IndicatorWidth:
+    case QStyle::PM_RadioButtonLabelSpacing: return true;
+    default: return false;
+    }
+}
+
+/// Points; what the styles' own sizes are made for.
+constexpr qreal usualTextSize = 10;
+
+qreal textScale(const QWidget *widget)
+{
+    return std::max(1.0, QFontInfo(widget->font()).pointSizeF() / usualTextSize);
+}
+
+void drawFocus(QPainter *painter, const QRect &place, const QColor &colour)
+{
+    constexpr int width = 2;
+    painter->save();
+    painter->setPen(QPen(colour, width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(place.adjusted(1, 1, -1, -1));
+    painter->restore();
+}
+
+/// Pixels, with text of the usual size.
+constexpr int shortestButton = 80;
+
+} // namespace
+
+int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption *option,
+                             const QWidget *widget) const
+{
+    const int size = QProxyStyle::pixelMetric(metric, option, widget);
+    if (!widget || !growsWithText(metric))
+        return size;
+    return qRound(size * textScale(widget));
+}
+
+QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
+                                    const QSize &contents, const QWidget *widget) const
+{
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    if (type != CT_PushButton || !button || !widget ||
+        button->features.testFlag(QStyleOptionButton::Flat))
+        return size;
+    return size.expandedTo(QSize(qRound(shortestButton * textScale(widget)), 0));
+}
+
+void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
+                                QPainter *painter, const QWidget *widget) const
+{
+    if (element == PE_FrameFocusRect) {
+        drawFocus(painter, option->rect, option->palette.color(QPalette::WindowText));
+        return;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element != PE_IndicatorCheckBox)
+        return;
+    QColor outline = option->palette.color(QPalette::WindowText);
+    outline.setAlphaF(outlineOpacity);
+    painter->setPen(outline);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+}
+
+void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex *option,
+                                     QPainter *painter, const QWidget *widget) const
+{
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    if (control == CC_ComboBox && option->state.testFlag(State_HasFocus) &&
+        option->state.testFlag(State_KeyboardFocusChange))
+        drawFocus(painter, option->rect.adjusted(1, 1, -1, -1),
+                  option->palette.color(QPalette::ButtonText));
+}
