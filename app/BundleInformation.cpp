@@ -56,25 +56,25 @@ std::optional<BundleInformation> BundleInformation::parse(const QByteArray &json
 }
 
 BundleInformation::BundleInformation(const QJsonObject &object)
-    : values(object)
+    : m_values(object)
 {
 }
 
 QString BundleInformation::appNameDisplay() const
 {
-    return values.value(QLatin1String("appNameDisplay")).toString();
+    return m_values.value(QLatin1String("appNameDisplay")).toString();
 }
 
 bool BundleInformation::isUSPS() const
 {
-    return values.value(QLatin1String("isUSPS")).toString() == QLatin1String("YES");
+    return m_values.value(QLatin1String("isUSPS")).toString() == QLatin1String("YES");
 }
 
 QStringList BundleInformation::modelNames() const
 {
     const QLatin1String key(isUSPS() ? "KayForUSPS" : "KeyForNonUSPS");
     QStringList names;
-    for (const auto &name : values.value(key).toArray()) {
+    for (const auto &name : m_values.value(key).toArray()) {
         if (name.isString())
             names.append(name.toString());
     }

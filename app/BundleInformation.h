@@ -31,5 +31,5 @@ public:
 private:
     explicit BundleInformation(const QJsonObject &object);
 
-    QJsonObject values;
+    QJsonObject m_values;
 };

@@ -20,23 +20,23 @@ constexpr auto restAfterChange = 500ms;
 
 WindowPlace::WindowPlace(QWidget *watchedWindow, Settings &userSettings)
     : QObject(watchedWindow)
-    , window(watchedWindow)
-    , settings(userSettings)
+    , m_window(watchedWindow)
+    , m_settings(userSettings)
 {
     // The toolkit takes what a cut-off text lacks for zeros.
-    const QByteArray stored = settings.windowGeometry();
-    if (stored.size() == window->saveGeometry().size())
-        window->restoreGeometry(stored);
-    window->installEventFilter(this);
-    atRest.setSingleShot(true);
-    atRest.setInterval(restAfterChange);
-    connect(&atRest, &QTimer::timeout, this, &WindowPlace::remember);
+    const QByteArray stored = m_settings.windowGeometry();
+    if (stored.size() == m_window->saveGeometry().size())
+        m_window->restoreGeometry(stored);
+    m_window->installEventFilter(this);
+    m_atRest.setSingleShot(true);
+    m_atRest.setInterval(restAfterChange);
+    connect(&m_atRest, &QTimer::timeout, this, &WindowPlace::remember);
 }
 
 bool WindowPlace::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Move || event->type() == QEvent::Resize)
-        atRest.start();
+        m_atRest.start();
     if (event->type() == QEvent::Close)
         remember();
     return QObject::eventFilter(watched, event);
@@ -44,7 +44,7 @@ bool WindowPlace::eventFilter(QObject *watched, QEvent *event)
 
 void WindowPlace::remember()
 {
-    const QByteArray geometry = window->saveGeometry();
-    if (geometry != settings.windowGeometry())
-        settings.setWindowGeometry(geometry);
+    const QByteArray geometry = m_window->saveGeometry();
+    if (geometry != m_settings.windowGeometry())
+        m_settings.setWindowGeometry(geometry);
 }

@@ -24,7 +24,7 @@ public:
 private:
     void remember();
 
-    QWidget *window;
-    Settings &settings;
-    QTimer atRest;
+    QWidget *m_window;
+    Settings &m_settings;
+    QTimer m_atRest;
 };

@@ -5,12 +5,12 @@
 
 RepeatingTimer::RepeatingTimer(std::chrono::milliseconds interval, QObject *parent)
     : QTimer(parent)
-    , period(interval)
+    , m_period(interval)
 {
     setSingleShot(true);
     setTimerType(Qt::PreciseTimer);
     connect(this, &QTimer::timeout, this, &RepeatingTimer::fire);
-    sinceStart.start();
+    m_sinceStart.start();
     waitForNextMultiple();
 }
 
@@ -25,6 +25,6 @@ void RepeatingTimer::fire()
 
 void RepeatingTimer::waitForNextMultiple()
 {
-    const std::chrono::milliseconds elapsed(sinceStart.elapsed());
-    start(period - elapsed % period);
+    const std::chrono::milliseconds elapsed(m_sinceStart.elapsed());
+    start(m_period - elapsed % m_period);
 }

@@ -23,6 +23,6 @@ private:
     void fire();
     void waitForNextMultiple();
 
-    std::chrono::milliseconds period;
-    QElapsedTimer sinceStart;
+    std::chrono::milliseconds m_period;
+    QElapsedTimer m_sinceStart;
 };

@@ -31,33 +31,33 @@ class Recorder : public BrowserApplication
 {
 public:
     explicit Recorder(BrowserBridge &browsers)
-        : browser(browsers.application())
+        : m_browser(browsers.application())
     {
     }
 
     std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
     {
-        return browser->windows();
+        return m_browser->windows();
     }
 
     std::optional<QString> doJavaScript(const QString &text,
                                         const std::shared_ptr<const BrowserTab> &tab) override
     {
         texts.append(text);
-        return browser->doJavaScript(text, tab);
+        return m_browser->doJavaScript(text, tab);
     }
 
     QList<BrowserResult> ask(const QStringList &questions,
                              const std::shared_ptr<const BrowserTab> &tab) override
     {
         texts += questions;
-        return browser->ask(questions, tab);
+        return m_browser->ask(questions, tab);
     }
 
     QStringList texts;
 
 private:
-    std::unique_ptr<BrowserApplication> browser;
+    std::unique_ptr<BrowserApplication> m_browser;
 };
 
 QStringList fill(BrowserLink &link, const QString &carrier)
@@ -76,8 +76,8 @@ class BareClient
 {
 public:
     BareClient(qintptr socketDescriptor, std::uint32_t pageId)
-        : descriptor(static_cast<int>(socketDescriptor))
-        , page(pageId)
+        : m_descriptor(static_cast<int>(socketDescriptor))
+        , m_page(pageId)
     {
     }
 
@@ -85,8 +85,8 @@ public:
     {
         for (const QString &text : texts) {
             // Far from the numbers that the link gives its own.
-            const QByteArray frame = browserFrame(browserRunMessage(++lastRun, page, {text}));
-            if (::write(descriptor, frame.constData(), static_cast<std::size_t>(frame.size())) !=
+            const QByteArray frame = browserFrame(browserRunMessage(++m_lastRun, m_page, {text}));
+            if (::write(m_descriptor, frame.constData(), static_cast<std::size_t>(frame.size())) !=
                 frame.size())
                 qFatal("the browser is gone");
             while (!isAnswered()) {
@@ -98,43 +98,43 @@ private:
     bool isAnswered()
     {
         char bytes[4096];
-        pollfd waiting{.fd = descriptor, .events = POLLIN, .revents = 0};
+        pollfd waiting{.fd = m_descriptor, .events = POLLIN, .revents = 0};
         ::poll(&waiting, 1, -1);
-        const ssize_t count = ::read(descriptor, bytes, sizeof bytes);
+        const ssize_t count = ::read(m_descriptor, bytes, sizeof bytes);
         if (count <= 0)
             qFatal("the browser is gone");
-        reader.append(QByteArray(bytes, count));
-        while (const auto json = reader.next()) {
+        m_reader.append(QByteArray(bytes, count));
+        while (const auto json = m_reader.next()) {
             const auto message = parseBrowserMessage(*json);
             if (!message)
                 continue;
             const auto *ran = std::get_if<BrowserRan>(&*message);
-            if (ran != nullptr && ran->id == lastRun)
+            if (ran != nullptr && ran->id == m_lastRun)
                 return true;
         }
         return false;
     }
 
-    int descriptor;
-    std::uint32_t page;
-    std::uint32_t lastRun = 1'000'000'000;
-    BrowserFrameReader reader;
+    int m_descriptor;
+    std::uint32_t m_page;
+    std::uint32_t m_lastRun = 1'000'000'000;
+    BrowserFrameReader m_reader;
 };
 
 class Comparison
 {
 public:
     explicit Comparison(BrowserLink &browserLink)
-        : link(browserLink)
+        : m_link(browserLink)
     {
     }
 
     void compare(const QString &carrier)
     {
-        auto *client = link.findChild<BrowserClient *>();
+        auto *client = m_link.findChild<BrowserClient *>();
         QElapsedTimer time;
         time.start();
-        const QStringList texts = fill(link, carrier);
+        const QStringList texts = fill(m_link, carrier);
         QCoreApplication::sendPostedEvents();
         const double held = milliseconds(time);
         const std::uint32_t page = client->currentPage()->id;
@@ -150,7 +150,7 @@ public:
     }
 
 private:
-    BrowserLink &link;
+    BrowserLink &m_link;
 };
 
 } // namespace

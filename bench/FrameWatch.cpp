@@ -49,7 +49,7 @@ class Display
 {
 public:
     Display()
-        : connection(xcb_connect(nullptr, nullptr))
+        : m_connection(xcb_connect(nullptr, nullptr))
     {
         if (xcb_connection_has_error(connection) != 0)
             throw std::runtime_error("no X server");
@@ -58,18 +58,18 @@ public:
         if (extension == nullptr || extension->present == 0)
             throw std::runtime_error("the X server does not report damage");
         damageEvent = static_cast<std::uint8_t>(extension->first_event + XCB_DAMAGE_NOTIFY);
-        const auto version = xcb_damage_query_version(connection, 1, 1);
+        const auto version = xcb_damage_query_version(m_connection, 1, 1);
         const Owned<xcb_damage_query_version_reply_t> reply(
             xcb_damage_query_version_reply(connection, version, nullptr));
     }
 
-    ~Display() { xcb_disconnect(connection); }
+    ~Display() { xcb_disconnect(m_connection); }
     Display(const Display &) = delete;
     Display &operator=(const Display &) = delete;
 
     xcb_window_t root() const
     {
-        return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+        return xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
     }
 
     /// Takes effect before this returns.
@@ -85,12 +85,12 @@ public:
     {
         xcb_damage_create(connection, xcb_generate_id(connection), window,
                           XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
-        xcb_flush(connection);
+        xcb_flush(m_connection);
     }
 
     Owned<xcb_generic_event_t> nextEvent() const
     {
-        return Owned<xcb_generic_event_t>(xcb_wait_for_event(connection));
+        return Owned<xcb_generic_event_t>(xcb_wait_for_event(m_connection));
     }
 
     const xcb_damage_notify_event_t *asDamage(const xcb_generic_event_t &event) const
@@ -122,8 +122,8 @@ public:
     }
 
 private:
-    xcb_connection_t *connection;
-    std::uint8_t damageEvent = 0;
+    xcb_connection_t *m_connection;
+    std::uint8_t m_damageEvent = 0;
 };
 
 /// The server fills a new window with black; what is drawn in it is not black in its middle.

@@ -79,17 +79,17 @@ class Bench
 {
 public:
     Bench()
-        : program(LaunchedApplication::Scale::Present)
+        : m_program(LaunchedApplication::Scale::Present)
     {
         // The lines go where they would go without a test that reads them.
         qInstallMessageHandler(nullptr);
-        program.stopPolling();
+        m_program.stopPolling();
         LaunchedApplication::turn();
     }
 
     [[gnu::noinline]] void choose(const Load &load)
     {
-        (program.delegate.*load.row)->click();
+        (m_program.delegate.*load.row)->click();
         // The unit's own first drawing, and pictures that are met for the first time.
         for (std::size_t i = 0; i < 2 * load.reports.size(); ++i)
             poll(load);
@@ -98,14 +98,14 @@ public:
     void poll(const Load &load)
     {
         hand(load);
-        onePoll(program);
+        onePoll(m_program);
     }
 
     std::int64_t nanosecondsOfPoll(const Load &load)
     {
         hand(load);
         const std::int64_t start = now();
-        program.link.get_device_rawdata();
+        m_program.link.get_device_rawdata();
         const std::int64_t taken = now() - start;
         LaunchedApplication::turn();
         return taken;
@@ -114,12 +114,12 @@ public:
 private:
     void hand(const Load &load)
     {
-        program.hidapi.sent.clear();
-        program.hidapi.reports.push_back(load.reports[next++ % load.reports.size()]);
+        m_program.hidapi.sent.clear();
+        m_program.hidapi.reports.push_back(load.reports[m_next++ % load.reports.size()]);
     }
 
-    LaunchedApplication program;
-    std::size_t next = 0;
+    LaunchedApplication m_program;
+    std::size_t m_next = 0;
 };
 
 int privateKibibytes()

@@ -128,7 +128,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
 }
 
 ToolkitArguments::ToolkitArguments(int argc, char **argv)
-    : pointers(argv, argv + argc)
+    : m_pointers(argv, argv + argc)
 {
     const bool windowless = std::any_of(argv, argv + argc, [](std::string_view argument) {
         return std::find(windowlessOptions.begin(), windowlessOptions.end(), argument) !=
@@ -136,7 +136,7 @@ ToolkitArguments::ToolkitArguments(int argc, char **argv)
     });
     // Last, so that it also wins over a platform that the user names.
     if (windowless)
-        pointers.insert(pointers.end(), {platformOption, platformWithoutDisplay});
-    number = static_cast<int>(pointers.size());
-    pointers.push_back(nullptr);
+        m_pointers.insert(m_pointers.end(), {platformOption, platformWithoutDisplay});
+    m_number = static_cast<int>(m_pointers.size());
+    m_pointers.push_back(nullptr);
 }

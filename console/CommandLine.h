@@ -33,10 +33,10 @@ public:
     ToolkitArguments(int argc, char **argv);
 
     /// Both stay the toolkit's for as long as its application lives.
-    int &count() { return number; }
-    char **values() { return pointers.data(); }
+    int &count() { return m_number; }
+    char **values() { return m_pointers.data(); }
 
 private:
-    std::vector<char *> pointers; ///< closed by a null
-    int number = 0;
+    std::vector<char *> m_pointers; ///< closed by a null
+    int m_number = 0;
 };

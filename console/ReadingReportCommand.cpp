@@ -47,18 +47,18 @@ class Watchdog
 {
 public:
     explicit Watchdog(std::function<void()> action)
-        : thread([this, act = std::move(action)](const std::stop_token &stop) {
-            std::unique_lock lock(mutex);
-            if (!stopped.wait_for(lock, stop, blockedTime, [&] { return stop.stop_requested(); }))
+        : m_thread([this, act = std::move(action)](const std::stop_token &stop) {
+            std::unique_lock lock(m_mutex);
+            if (!m_stopped.wait_for(lock, stop, blockedTime, [&] { return stop.stop_requested(); }))
                 act();
         })
     {
     }
 
 private:
-    std::mutex mutex;
-    std::condition_variable_any stopped;
-    std::jthread thread;
+    std::mutex m_mutex;
+    std::condition_variable_any m_stopped;
+    std::jthread m_thread;
 };
 
 /// The event loop has not attached the scale yet, or nothing certain has come from it.
@@ -80,9 +80,9 @@ bool isFinal(const ReadingReport &report)
 
 ReadingReportCommand::ReadingReportCommand(Application &owningApplication,
                                            SingleInstance &singleInstance)
-    : application(owningApplication)
-    , instance(singleInstance)
-    , deadline(answerPatience)
+    : m_application(owningApplication)
+    , m_instance(singleInstance)
+    , m_deadline(answerPatience)
 {
 }
 
@@ -102,13 +102,13 @@ int ReadingReportCommand::run(const CommandLine &line)
 ReadingReport ReadingReportCommand::fromWindowOrScale(const QString &infoFile)
 {
     for (;;) {
-        const SingleInstance::Claim claim = instance.claim(readingRequest());
+        const SingleInstance::Claim claim = m_instance.claim(readingRequest());
         if (claim.outcome == SingleInstance::Claim::Outcome::Ours)
             return fromScale(infoFile);
         if (claim.outcome == SingleInstance::Claim::Outcome::Unanswered)
             return ReadingReport::of(ReportState::NoAnswer);
         const ReadingReport report = ReadingReport::fromJson(claim.answer);
-        if (report.state != ReportState::Waiting || deadline.hasExpired())
+        if (report.state != ReportState::Waiting || m_deadline.hasExpired())
             return report;
         QThread::msleep(answerInterval.count());
     }
@@ -116,18 +116,18 @@ ReadingReport ReadingReportCommand::fromWindowOrScale(const QString &infoFile)
 
 ReadingReport ReadingReportCommand::fromScale(const QString &infoFile)
 {
-    const ScaleAccess access = findScaleNode(application.devices()).access;
+    const ScaleAccess access = findScaleNode(m_application.devices()).access;
     if (access == ScaleAccess::Absent)
         return ReadingReport::of(ReportState::NoScale);
     if (access == ScaleAccess::Denied)
         return ReadingReport::of(ReportState::NoPermission);
 
-    application.launchUnseen(infoFile);
+    m_application.launchUnseen(infoFile);
     ReadingReport report;
     QEventLoop readings;
     const auto look = [&] {
-        report = application.delegate()->readingReport();
-        if (isFinal(report) || deadline.hasExpired())
+        report = m_application.delegate()->readingReport();
+        if (isFinal(report) || m_deadline.hasExpired())
             readings.quit();
     };
     QTimer interval;

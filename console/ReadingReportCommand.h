@@ -24,7 +24,7 @@ private:
     ReadingReport fromWindowOrScale(const QString &infoFile);
     ReadingReport fromScale(const QString &infoFile);
 
-    Application &application;
-    SingleInstance &instance;
-    QDeadlineTimer deadline;
+    Application &m_application;
+    SingleInstance &m_instance;
+    QDeadlineTimer m_deadline;
 };

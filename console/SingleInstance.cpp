@@ -46,13 +46,13 @@ bool waitForLine(QLocalSocket &socket)
 
 SingleInstance::SingleInstance(const QString &folder, QObject *parent)
     : QObject(parent)
-    , socketPath(folder + QStringLiteral("/postal-scale.socket"))
-    , lock(folder + QStringLiteral("/postal-scale.lock"))
+    , m_socketPath(folder + QStringLiteral("/postal-scale.socket"))
+    , m_lock(folder + QStringLiteral("/postal-scale.lock"))
 {
     // However long it is held: it is stale only when its process is gone.
-    lock.setStaleLockTime(0);
-    server.setSocketOptions(QLocalServer::UserAccessOption);
-    connect(&server, &QLocalServer::newConnection, this, &SingleInstance::greet);
+    m_lock.setStaleLockTime(0);
+    m_server.setSocketOptions(QLocalServer::UserAccessOption);
+    connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::greet);
 }
 
 QString SingleInstance::defaultFolder()
@@ -63,10 +63,10 @@ QString SingleInstance::defaultFolder()
 SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
 {
     const QDeadlineTimer deadline(claimPatience);
-    while (!lock.tryLock()) {
-        if (lock.error() != QLockFile::LockFailedError) {
+    while (!m_lock.tryLock()) {
+        if (m_lock.error() != QLockFile::LockFailedError) {
             logLine(QStringLiteral("Other running instances cannot be looked for: %1 is not usable")
-                        .arg(socketPath));
+                        .arg(m_socketPath));
             return {};
         }
         if (const auto answered = ask(request))
@@ -83,14 +83,14 @@ qint64 SingleInstance::ownerProcess() const
     qint64 process = 0;
     QString host;
     QString program;
-    return lock.getLockInfo(&process, &host, &program) ? process : 0;
+    return m_lock.getLockInfo(&process, &host, &program) ? process : 0;
 }
 
 /// Nothing where nobody listens yet, or no longer.
 std::optional<SingleInstance::Claim> SingleInstance::ask(const QJsonObject &request) const
 {
     QLocalSocket socket;
-    socket.connectToServer(socketPath);
+    socket.connectToServer(m_socketPath);
     if (!socket.waitForConnected(connectTime.count()))
         return std::nullopt;
     socket.write(line(request));
@@ -104,20 +104,21 @@ std::optional<SingleInstance::Claim> SingleInstance::ask(const QJsonObject &requ
 
 void SingleInstance::serve(Handler requestHandler)
 {
-    handler = std::move(requestHandler);
-    QLocalServer::removeServer(socketPath);
-    if (!server.listen(socketPath))
-        logLine(QStringLiteral("Later starts cannot reach this one: %1").arg(server.errorString()));
+    m_handler = std::move(requestHandler);
+    QLocalServer::removeServer(m_socketPath);
+    if (!m_server.listen(m_socketPath))
+        logLine(
+            QStringLiteral("Later starts cannot reach this one: %1").arg(m_server.errorString()));
 }
 
 void SingleInstance::greet()
 {
-    QLocalSocket *peer = server.nextPendingConnection();
+    QLocalSocket *peer = m_server.nextPendingConnection();
     connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
     connect(peer, &QLocalSocket::readyRead, peer, [this, peer] {
         if (!peer->canReadLine())
             return;
-        peer->write(line(handler(message(peer->readLine()))));
+        peer->write(line(m_handler(message(peer->readLine()))));
         peer->disconnectFromServer();
     });
 }

@@ -46,8 +46,8 @@ private:
     std::optional<Claim> ask(const QJsonObject &request) const;
     void greet();
 
-    QString socketPath;
-    QLockFile lock;
-    QLocalServer server;
-    Handler handler;
+    QString m_socketPath;
+    QLockFile m_lock;
+    QLocalServer m_server;
+    Handler m_handler;
 };

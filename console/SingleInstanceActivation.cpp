@@ -24,8 +24,8 @@ class X11Desktop
 {
 public:
     explicit X11Desktop(xcb_connection_t *x11Connection)
-        : connection(x11Connection)
-        , root(x11RootWindow(connection))
+        : m_connection(x11Connection)
+        , m_root(x11RootWindow(m_connection))
     {
     }
 
@@ -50,7 +50,7 @@ public:
             std::memset(event.data.data8, 0, chunk);
             std::memcpy(event.data.data8, text.constData() + sent, static_cast<size_t>(left));
             send(event, XCB_EVENT_MASK_PROPERTY_CHANGE);
-            event.type = x11Atom(connection, "_NET_STARTUP_INFO");
+            event.type = x11Atom(m_connection, "_NET_STARTUP_INFO");
         }
     }
 
@@ -66,18 +66,18 @@ private:
         event.response_type = XCB_CLIENT_MESSAGE;
         event.format = format;
         event.window = window;
-        event.type = x11Atom(connection, type);
+        event.type = x11Atom(m_connection, type);
         return event;
     }
 
     void send(const xcb_client_message_event_t &event, uint32_t mask) const
     {
-        xcb_send_event(connection, 0, root, mask, reinterpret_cast<const char *>(&event));
-        xcb_flush(connection);
+        xcb_send_event(m_connection, 0, m_root, mask, reinterpret_cast<const char *>(&event));
+        xcb_flush(m_connection);
     }
 
-    xcb_connection_t *connection;
-    xcb_window_t root;
+    xcb_connection_t *m_connection;
+    xcb_window_t m_root;
 };
 
 void activateOnX11(const X11Desktop &desktop, const QWidget &window, const ActivationRight &right)

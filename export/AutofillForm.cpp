@@ -25,9 +25,9 @@ bool isTrue(const std::optional<QString> &value)
 AutofillForm::AutofillForm(BrowserApplication &userBrowser,
                            std::shared_ptr<const BrowserTab> currentTab,
                            const WeightTexts &currentWeight)
-    : browser(userBrowser)
-    , tab(std::move(currentTab))
-    , weight(currentWeight)
+    : m_browser(userBrowser)
+    , m_tab(std::move(currentTab))
+    , m_weight(currentWeight)
 {
 }
 
@@ -53,7 +53,7 @@ void AutofillForm::fillUspsRows()
     const EmptyBoxes empty11 = empty[3];
 
     const float ounces = currentTotalOunces();
-    const float pounds = totalPounds(weight.pounds(), weight.ounces());
+    const float pounds = totalPounds(m_weight.pounds(), m_weight.ounces());
     for (const WeightRow *row : {&row02, &row05, &row08, &row11})
         fillChosenUnit(*row, ounces, pounds);
     fillLabel();
@@ -73,29 +73,29 @@ QList<std::optional<QString>> AutofillForm::ask(const QList<const char *> &liter
     QStringList questions;
     for (const char *literal : literals)
         questions.append(QString::fromLatin1(literal));
-    return browser.ask(questions, tab);
+    return m_browser.ask(questions, m_tab);
 }
 
 void AutofillForm::assign(const Assignment &assignment)
 {
     switch (assignment.value) {
-    case PageValue::Pounds: assignText(assignment.literal, weight.pounds()); break;
-    case PageValue::Ounces: assignText(assignment.literal, weight.ounces()); break;
-    case PageValue::Export: assignText(assignment.literal, weight.exported()); break;
+    case PageValue::Pounds: assignText(assignment.literal, m_weight.pounds()); break;
+    case PageValue::Ounces: assignText(assignment.literal, m_weight.ounces()); break;
+    case PageValue::Export: assignText(assignment.literal, m_weight.exported()); break;
     case PageValue::PoundsFromGrams:
-        assignText(assignment.literal, fixedText(poundsFromGrams(weight.grams()), 3));
+        assignText(assignment.literal, fixedText(poundsFromGrams(m_weight.grams()), 3));
         break;
     }
 }
 
 void AutofillForm::assignText(const char *literal, const QString &text)
 {
-    browser.doJavaScript(scriptText(literal, text), tab);
+    m_browser.doJavaScript(scriptText(literal, text), m_tab);
 }
 
 void AutofillForm::assignNumber(const char *literal, float number)
 {
-    browser.doJavaScript(scriptText(literal, number), tab);
+    m_browser.doJavaScript(scriptText(literal, number), m_tab);
 }
 
 QList<AutofillForm::EmptyBoxes> AutofillForm::probe(const QList<const WeightRow *> &rows)
@@ -143,8 +143,8 @@ void AutofillForm::fillPair(const WeightRow &row, EmptyBoxes empty)
 {
     if (!empty.second || !empty.main)
         return;
-    assignText(row.poundsOfPair, weight.pounds());
-    assignText(row.ouncesOfPair, weight.ounces());
+    assignText(row.poundsOfPair, m_weight.pounds());
+    assignText(row.ouncesOfPair, m_weight.ounces());
 }
 
 void AutofillForm::fillSingle(const WeightRow &row, EmptyBoxes empty)
@@ -155,5 +155,5 @@ void AutofillForm::fillSingle(const WeightRow &row, EmptyBoxes empty)
 
 float AutofillForm::currentTotalOunces() const
 {
-    return totalOunces(weight.pounds(), weight.ounces());
+    return totalOunces(m_weight.pounds(), m_weight.ounces());
 }

@@ -59,7 +59,7 @@ private:
     void fillSingle(const WeightRow &row, EmptyBoxes empty);
     float currentTotalOunces() const;
 
-    BrowserApplication &browser;
-    std::shared_ptr<const BrowserTab> tab;
-    const WeightTexts &weight;
+    BrowserApplication &m_browser;
+    std::shared_ptr<const BrowserTab> m_tab;
+    const WeightTexts &m_weight;
 };

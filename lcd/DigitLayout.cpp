@@ -58,9 +58,9 @@ class SixPositions
 {
 public:
     SixPositions(DigitPlan &digitPlan, std::int64_t nValue, const DigitContext &digitContext)
-        : plan(digitPlan)
-        , context(digitContext)
-        , m(std::abs(nValue))
+        : m_plan(digitPlan)
+        , m_context(digitContext)
+        , m_rest(std::abs(nValue))
     {
         logInput(nValue);
     }
@@ -70,160 +70,161 @@ public:
         layoutDigZero();
         layoutDigOne();
         layoutDigTwo();
-        const std::int64_t digit = m / 100;
-        plan.show(digThree, digit);
-        layoutFractionField(m - digit * 100);
+        const std::int64_t digit = m_rest / 100;
+        m_plan.show(digThree, digit);
+        layoutFractionField(m_rest - digit * 100);
     }
 
 private:
     void logInput(std::int64_t nValue)
     {
-        plan.log(LogLine::number("nvalue is ------------>%1", nValue));
-        plan.log(LogLine::plain("Now drawing 5 digits"));
-        plan.log(LogLine::number("Current unit is %1", context.currentUnit));
-        plan.log(LogLine::number("Unit Number is %1", context.unitnumber));
-        plan.log(LogLine::number("nValue %1", nValue));
+        m_plan.log(LogLine::number("nvalue is ------------>%1", nValue));
+        m_plan.log(LogLine::plain("Now drawing 5 digits"));
+        m_plan.log(LogLine::number("Current unit is %1", m_context.currentUnit));
+        m_plan.log(LogLine::number("Unit Number is %1", m_context.unitnumber));
+        m_plan.log(LogLine::number("nValue %1", nValue));
     }
 
     void layoutDigZero()
     {
-        const auto digit = static_cast<std::int32_t>(m / 100000);
-        plan.log(LogLine::number("temp1 value is ------------>%1", digit));
-        wide = digit >= 1 && m != allEights;
+        const auto digit = static_cast<std::int32_t>(m_rest / 100000);
+        m_plan.log(LogLine::number("temp1 value is ------------>%1", digit));
+        m_wide = digit >= 1 && m_rest != allEights;
         if (digit < 1) {
-            plan.hide(digZero);
+            m_plan.hide(digZero);
             return;
         }
-        plan.log(LogLine::plain("temp is greater than 0"));
-        plan.show(digZero, digit);
-        leadShown = true;
+        m_plan.log(LogLine::plain("temp is greater than 0"));
+        m_plan.show(digZero, digit);
+        m_leadShown = true;
     }
 
     void layoutDigOne()
     {
-        const std::int64_t digits = m / 10000;
-        if (!leadShown && digits < 1 && context.dotunit != unittag::poundsOuncesB &&
-            context.unitnumber != unittag::kilograms) {
-            plan.hide(digOne);
+        const std::int64_t digits = m_rest / 10000;
+        if (!m_leadShown && digits < 1 && m_context.dotunit != unittag::poundsOuncesB &&
+            m_context.unitnumber != unittag::kilograms) {
+            m_plan.hide(digOne);
             if (isPoundsAndOunces())
-                plan.show(digOne, digits);
+                m_plan.show(digOne, digits);
             return;
         }
-        if (context.dotunit == unittag::decimalPounds && (m == allEights || m == 0)) {
-            plan.hide(digOne);
+        if (m_context.dotunit == unittag::decimalPounds && (m_rest == allEights || m_rest == 0)) {
+            m_plan.hide(digOne);
         } else {
-            plan.show(digOne, digits % 10);
-            leadShown = true;
+            m_plan.show(digOne, digits % 10);
+            m_leadShown = true;
         }
-        m -= digits * 10000;
+        m_rest -= digits * 10000;
     }
 
     void layoutDigTwo()
     {
-        const std::int64_t digit = m / 1000;
+        const std::int64_t digit = m_rest / 1000;
         // Whole ounces below ten keep a blank before them, also behind pounds.
-        const bool shown = (leadShown && context.currentUnit < unitindex::poundsOuncesA) ||
-                           digit > 0 || context.currentUnit == unitindex::ounces ||
-                           context.unitnumber == unittag::decimalPounds ||
-                           context.unitnumber == unittag::kilograms;
+        const bool shown = (m_leadShown && m_context.currentUnit < unitindex::poundsOuncesA) ||
+                           digit > 0 || m_context.currentUnit == unitindex::ounces ||
+                           m_context.unitnumber == unittag::decimalPounds ||
+                           m_context.unitnumber == unittag::kilograms;
         if (!shown) {
-            plan.hide(digTwo);
+            m_plan.hide(digTwo);
             return;
         }
-        plan.show(digTwo, digit);
-        m -= digit * 1000;
-        leadShown = true;
+        m_plan.show(digTwo, digit);
+        m_rest -= digit * 1000;
+        m_leadShown = true;
     }
 
     void layoutFractionField(std::int64_t rest)
     {
         const std::int64_t numerator = rest / 10;
-        if ((numerator >= 1 || context.currentUnit == unitindex::poundsOuncesA) && !wide)
+        if ((numerator >= 1 || m_context.currentUnit == unitindex::poundsOuncesA) && !m_wide)
             showFraction(numerator, rest % 10);
         else
             showNoFraction(numerator);
         if (!isPoundsAndOunces())
             hideFractionField();
-        if (context.unitnumber == unittag::decimalPounds)
-            plan.unhide(numeratorImg);
-        if (context.capacity == Capacity::High && context.unitnumber == unittag::decimalPounds) {
-            plan.hide(numeratorImg);
-            plan.hide(denomImg);
+        if (m_context.unitnumber == unittag::decimalPounds)
+            m_plan.unhide(numeratorImg);
+        if (m_context.capacity == Capacity::High &&
+            m_context.unitnumber == unittag::decimalPounds) {
+            m_plan.hide(numeratorImg);
+            m_plan.hide(denomImg);
         }
     }
 
     void showFraction(std::int64_t numerator, std::int64_t denominator)
     {
-        if (context.dotunit != unittag::decimalPounds)
-            plan.show(numeratorImg, numerator);
+        if (m_context.dotunit != unittag::decimalPounds)
+            m_plan.show(numeratorImg, numerator);
         else
-            plan.hide(numeratorImg);
-        if (context.currentUnit == unitindex::poundsOuncesB &&
-            context.unitnumber != unittag::decimalPounds) {
-            plan.unhide(lineImg);
-            plan.show(denomImg, denominator);
+            m_plan.hide(numeratorImg);
+        if (m_context.currentUnit == unitindex::poundsOuncesB &&
+            m_context.unitnumber != unittag::decimalPounds) {
+            m_plan.unhide(lineImg);
+            m_plan.show(denomImg, denominator);
         } else {
-            plan.hide(lineImg);
-            plan.hide(denomImg);
+            m_plan.hide(lineImg);
+            m_plan.hide(denomImg);
         }
-        if (showsTenths() || context.unitnumber == unittag::decimalPounds)
+        if (showsTenths() || m_context.unitnumber == unittag::decimalPounds)
             showAsTenths(numerator, denominator);
-        if (context.lbOZlast)
-            plan.clearFractionField();
+        if (m_context.lbOZlast)
+            m_plan.clearFractionField();
     }
 
     void showAsTenths(std::int64_t numerator, std::int64_t denominator)
     {
-        plan.log(LogLine::numbers("numerator=%1,denomenator=%2", numerator, denominator));
-        plan.unhide(numeratorImg);
-        plan.hide(lineImg);
-        plan.hide(denomImg);
-        plan.setRoundedDigit(numeratorImg,
-                             static_cast<float>(numerator) / static_cast<float>(denominator) * 10);
-        if (context.unitnumber == unittag::decimalPounds && numerator != 0) {
-            plan.setDigit(numeratorImg, numerator);
-            plan.log(LogLine::number("Image to print %1.bmp", numerator));
+        m_plan.log(LogLine::numbers("numerator=%1,denomenator=%2", numerator, denominator));
+        m_plan.unhide(numeratorImg);
+        m_plan.hide(lineImg);
+        m_plan.hide(denomImg);
+        m_plan.setRoundedDigit(numeratorImg, static_cast<float>(numerator) /
+                                                 static_cast<float>(denominator) * 10);
+        if (m_context.unitnumber == unittag::decimalPounds && numerator != 0) {
+            m_plan.setDigit(numeratorImg, numerator);
+            m_plan.log(LogLine::number("Image to print %1.bmp", numerator));
         }
     }
 
     void showNoFraction(std::int64_t numerator)
     {
         if (showsTenths()) {
-            plan.setRoundedDigit(numeratorImg, static_cast<float>(numerator) * 10);
-            plan.unhide(numeratorImg);
-            plan.hide(lineImg);
-            plan.hide(denomImg);
+            m_plan.setRoundedDigit(numeratorImg, static_cast<float>(numerator) * 10);
+            m_plan.unhide(numeratorImg);
+            m_plan.hide(lineImg);
+            m_plan.hide(denomImg);
         } else {
             hideFractionField();
         }
-        if (context.lbOZlast)
-            plan.clearFractionField();
+        if (m_context.lbOZlast)
+            m_plan.clearFractionField();
     }
 
     void hideFractionField()
     {
-        plan.hide(numeratorImg);
-        plan.hide(lineImg);
-        plan.hide(denomImg);
+        m_plan.hide(numeratorImg);
+        m_plan.hide(lineImg);
+        m_plan.hide(denomImg);
     }
 
     bool isPoundsAndOunces() const
     {
-        return context.unitnumber == unittag::poundsOuncesA ||
-               context.unitnumber == unittag::poundsOuncesB;
+        return m_context.unitnumber == unittag::poundsOuncesA ||
+               m_context.unitnumber == unittag::poundsOuncesB;
     }
     bool showsTenths() const
     {
-        return context.unitnumber == unittag::poundsOuncesA && !context.lbOZlast;
+        return m_context.unitnumber == unittag::poundsOuncesA && !m_context.lbOZlast;
     }
 
     static constexpr std::int64_t allEights = 88888;
 
-    DigitPlan &plan;
-    const DigitContext &context;
-    std::int64_t m; ///< what is still to be shown
-    bool leadShown = false;
-    bool wide = false;
+    DigitPlan &m_plan;
+    const DigitContext &m_context;
+    std::int64_t m_rest; ///< what is still to be shown
+    bool m_leadShown = false;
+    bool m_wide = false;
 };
 
 } // namespace

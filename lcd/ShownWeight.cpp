@@ -80,7 +80,7 @@ QString unitOf(const PanelContents &panel)
     return panel.ounces ? QStringLiteral("oz") : QString();
 }
 
-std::optional<ShownWeight> magnitude(const PanelContents &panel)
+std::optional<ShownWeight> numberAndUnit(const PanelContents &panel)
 {
     if (panel.colon)
         return poundsAndOunces(panel);
@@ -97,7 +97,7 @@ std::optional<ShownWeight> shownWeight(const PanelContents &panel)
 {
     if (panel.overload || panel.isBlank())
         return std::nullopt;
-    std::optional<ShownWeight> shown = magnitude(panel);
+    std::optional<ShownWeight> shown = numberAndUnit(panel);
     if (shown && panel.minus)
         shown->weight = -shown->weight;
     return shown;

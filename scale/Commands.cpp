@@ -9,66 +9,66 @@
 
 void HIDManager::set_device_ON()
 {
-    command = switchedOn(command, state.currentScale);
+    m_scaleCommand = switchedOn(m_scaleCommand, m_state.currentScale);
     sendCommand(Trace::Io);
-    state.currentStatue = true;
-    turnedOn = true;
+    m_state.currentStatue = true;
+    m_TurnON = true;
 }
 
 void HIDManager::set_device_OFF()
 {
     logLine(QStringLiteral("set_device_OFF"));
-    command = switchedOff(command);
+    m_scaleCommand = switchedOff(m_scaleCommand);
     sendCommand(Trace::SystemArrow);
-    state.currentStatue = false;
-    turnedOff = true;
-    turnedOn = false;
+    m_state.currentStatue = false;
+    m_TurnOff = true;
+    m_TurnON = false;
 }
 
 void HIDManager::set_device_HOLD()
 {
     logLine(QStringLiteral("set_device_HOLD"));
-    command = holding(command);
+    m_scaleCommand = holding(m_scaleCommand);
     sendCommand(Trace::Io);
 }
 
 void HIDManager::set_device_HOLDOFF()
 {
     logLine(QStringLiteral("set_device_HOLDOFF"));
-    command = holdReleased(command);
+    m_scaleCommand = holdReleased(m_scaleCommand);
     sendCommand(Trace::Io);
 }
 
 void HIDManager::set_device_ON_TARE()
 {
     logLine(QStringLiteral("set_device_ON_TARE"));
-    command = taring(command);
+    m_scaleCommand = taring(m_scaleCommand);
     sendCommand(Trace::Io);
 }
 
 void HIDManager::set_device_OFF_TARE()
 {
     logLine(QStringLiteral("set_device_OFF_TARE"));
-    command = tareReleased(command);
+    m_scaleCommand = tareReleased(m_scaleCommand);
     sendCommand(Trace::System);
 }
 
 void HIDManager::set_Unit(int unit)
 {
-    state.unitindex = unit;
-    command = unitChanged(command, unit);
+    m_state.unitindex = unit;
+    m_scaleCommand = unitChanged(m_scaleCommand, unit);
     sendCommand(Trace::Io);
-    state.currentUnit = unit;
+    m_state.currentUnit = unit;
 }
 
 int HIDManager::sendFeatureReport(const FeatureReport &report)
 {
-    return handle ? handle->sendFeatureReport(report) : -1;
+    return m_handle ? m_handle->sendFeatureReport(report) : -1;
 }
 
 void HIDManager::sendCommand(Trace trace)
 {
-    const int sent = sendFeatureReport(commandReport(command));
+    const int sent = sendFeatureReport(commandReport(m_scaleCommand));
     if (sent < 0)
         traceLine(QStringLiteral("Unable to read()"));
     // Commands are not answered: the trace counts the bytes that went out.

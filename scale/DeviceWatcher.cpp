@@ -94,7 +94,7 @@ void DeviceWatcher::UdevDeleter::operator()(udev_monitor *handle) const
 }
 
 DeviceWatcher::DeviceWatcher()
-    : context(udev_new())
+    : m_context(udev_new())
 {
 }
 
@@ -110,7 +110,7 @@ std::optional<HidDeviceInfo> DeviceWatcher::find(std::uint16_t vendorId,
                                                  std::uint16_t productId) const
 {
     std::optional<HidDeviceInfo> found;
-    forEachPresent(context.get(), [&](udev_device *device) {
+    forEachPresent(m_context.get(), [&](udev_device *device) {
         const HidDeviceInfo info = describe(device);
         if (!found && info.vendorId == vendorId && info.productId == productId)
             found = info;
@@ -121,23 +121,23 @@ std::optional<HidDeviceInfo> DeviceWatcher::find(std::uint16_t vendorId,
 void DeviceWatcher::arm()
 {
     // "udev", not "kernel": its events come after the rules have set the node's permissions.
-    monitor.reset(udev_monitor_new_from_netlink(context.get(), "udev"));
-    sinceArmed.start();
-    if (!monitor ||
-        udev_monitor_filter_add_match_subsystem_devtype(monitor.get(), subsystem, nullptr) < 0 ||
-        udev_monitor_enable_receiving(monitor.get()) < 0) {
+    m_monitor.reset(udev_monitor_new_from_netlink(m_context.get(), "udev"));
+    m_sinceArmed.start();
+    if (!m_monitor ||
+        udev_monitor_filter_add_match_subsystem_devtype(m_monitor.get(), subsystem, nullptr) < 0 ||
+        udev_monitor_enable_receiving(m_monitor.get()) < 0) {
         logLine(QStringLiteral("No device events: a scale plugged in from now on is not noticed"));
         return;
     }
     auto *notifier =
-        new QSocketNotifier(udev_monitor_get_fd(monitor.get()), QSocketNotifier::Read, this);
+        new QSocketNotifier(udev_monitor_get_fd(m_monitor.get()), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, &DeviceWatcher::receive);
 }
 
 void DeviceWatcher::receive()
 {
     errno = 0;
-    while (const Device device{udev_monitor_receive_device(monitor.get())}) {
+    while (const Device device{udev_monitor_receive_device(m_monitor.get())}) {
         const QByteArray action = udev_device_get_action(device.get());
         if (action == "add")
             reportAdded(describe(device.get()));
@@ -152,8 +152,8 @@ void DeviceWatcher::receive()
 
 void DeviceWatcher::reportPresent()
 {
-    const auto armedFor = static_cast<quint64>(sinceArmed.nsecsElapsed() / 1000);
-    const auto listing = forEachPresent(context.get(), [&](udev_device *device) {
+    const auto armedFor = static_cast<quint64>(m_sinceArmed.nsecsElapsed() / 1000);
+    const auto listing = forEachPresent(m_context.get(), [&](udev_device *device) {
         const HidDeviceInfo info = describe(device);
         if (udev_device_get_is_initialized(device) != 0) {
             // One that became ready after the monitor was armed is announced by an event.
@@ -179,7 +179,7 @@ void DeviceWatcher::resynchroniseLater()
 void DeviceWatcher::resynchronise()
 {
     QHash<QString, HidDeviceInfo> found;
-    const auto listing = forEachPresent(context.get(), [&](udev_device *device) {
+    const auto listing = forEachPresent(m_context.get(), [&](udev_device *device) {
         const HidDeviceInfo info = describe(device);
         found.insert(info.systemPath, info);
     });
@@ -188,7 +188,7 @@ void DeviceWatcher::resynchronise()
         resynchroniseLater();
         return;
     }
-    const QHash<QString, HidDeviceInfo> known = present;
+    const QHash<QString, HidDeviceInfo> known = m_present;
     for (const HidDeviceInfo &device : known) {
         if (!found.contains(device.systemPath))
             reportRemoved(device);
@@ -199,20 +199,20 @@ void DeviceWatcher::resynchronise()
 
 void DeviceWatcher::reportAdded(const HidDeviceInfo &device)
 {
-    present.insert(device.systemPath, device);
+    m_present.insert(device.systemPath, device);
     emit added(device);
 }
 
 void DeviceWatcher::reportAddedUnlessKnown(const HidDeviceInfo &device)
 {
-    if (!present.contains(device.systemPath))
+    if (!m_present.contains(device.systemPath))
         reportAdded(device);
 }
 
 void DeviceWatcher::reportRemoved(const HidDeviceInfo &device)
 {
-    const auto known = present.constFind(device.systemPath);
-    const HidDeviceInfo remembered = known == present.constEnd() ? device : *known;
-    present.remove(device.systemPath);
+    const auto known = m_present.constFind(device.systemPath);
+    const HidDeviceInfo remembered = known == m_present.constEnd() ? device : *known;
+    m_present.remove(device.systemPath);
     emit removed(remembered);
 }

@@ -40,8 +40,8 @@ private:
     void reportAddedUnlessKnown(const HidDeviceInfo &device);
     void reportRemoved(const HidDeviceInfo &device);
 
-    std::unique_ptr<udev, UdevDeleter> context;
-    std::unique_ptr<udev_monitor, UdevDeleter> monitor;
-    QElapsedTimer sinceArmed;
-    QHash<QString, HidDeviceInfo> present; ///< by system path
+    std::unique_ptr<udev, UdevDeleter> m_context;
+    std::unique_ptr<udev_monitor, UdevDeleter> m_monitor;
+    QElapsedTimer m_sinceArmed;
+    QHash<QString, HidDeviceInfo> m_present; ///< by system path
 };

@@ -12,12 +12,12 @@
 #include <cerrno>
 
 HIDManager::HIDManager()
-    : devices(ScaleApplication::sharedApplication()->devices())
-    , watcher(devices.events())
-    , library(devices, [this] { hid_device_removal_callback(); })
+    : m_devices(ScaleApplication::sharedApplication()->devices())
+    , m_watcher(m_devices.events())
+    , m_library(m_devices, [this] { hid_device_removal_callback(); })
 {
-    connect(watcher.get(), &DeviceEvents::added, this, &HIDManager::DeviceAdded);
-    connect(watcher.get(), &DeviceEvents::removed, this, &HIDManager::DeviceRemoved);
+    connect(m_watcher.get(), &DeviceEvents::added, this, &HIDManager::DeviceAdded);
+    connect(m_watcher.get(), &DeviceEvents::removed, this, &HIDManager::DeviceRemoved);
 }
 
 ScaleDelegate *HIDManager::delegate()
@@ -27,10 +27,10 @@ ScaleDelegate *HIDManager::delegate()
 
 void HIDManager::get_device_handle()
 {
-    command = initialCommandByte;
-    state.unitnumber = unittag::poundsOuncesB;
-    state.currentUnit = unitindex::poundsOuncesB;
-    watcher->start();
+    m_scaleCommand = initialCommandByte;
+    m_state.unitnumber = unittag::poundsOuncesB;
+    m_state.currentUnit = unitindex::poundsOuncesB;
+    m_watcher->start();
 }
 
 void HIDManager::DeviceAdded(const HidDeviceInfo &device)
@@ -52,9 +52,9 @@ void HIDManager::handleMatchingDevice()
 
 void HIDManager::openHandle()
 {
-    const auto device = watcher->find(scaleVendorId, scaleProductId);
-    handle = device ? library.open(device->node, device->systemPath) : nullptr;
-    if (handle)
+    const auto device = m_watcher->find(scaleVendorId, scaleProductId);
+    m_handle = device ? m_library.open(device->node, device->systemPath) : nullptr;
+    if (m_handle)
         delegate()->setConnectionTrouble({});
     else if (device)
         reportOpenFailure(*device);
@@ -66,8 +66,8 @@ void HIDManager::openHandle()
 
 void HIDManager::closeHandle()
 {
-    if (handle)
-        handle->close();
+    if (m_handle)
+        m_handle->close();
 }
 
 void HIDManager::reportOpenFailure(const HidDeviceInfo &device)
@@ -79,9 +79,9 @@ void HIDManager::reportOpenFailure(const HidDeviceInfo &device)
 
 QString HIDManager::troubleWith(const HidDeviceInfo &device) const
 {
-    if (devices.accessError(device.node) != EACCES)
+    if (m_devices.accessError(device.node) != EACCES)
         return QStringLiteral("The scale at %1 could not be opened: %2")
-            .arg(device.node, library.lastError());
+            .arg(device.node, m_library.lastError());
     return QStringLiteral("No permission to open the scale at %1. Put this line into "
                           "/etc/udev/rules.d/60-postal-scale.rules and plug the scale in again: "
                           "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
@@ -95,9 +95,9 @@ void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
 {
     logLine(QStringLiteral("DeviceRemoved"));
     delegate()->setUnitCaptionHidden(true);
-    if (!watcher->find(scaleVendorId, scaleProductId))
+    if (!m_watcher->find(scaleVendorId, scaleProductId))
         delegate()->setConnectionTrouble({});
-    library.deviceRemoved(device.systemPath);
+    m_library.deviceRemoved(device.systemPath);
 }
 
 void HIDManager::hid_device_removal_callback()

@@ -48,51 +48,51 @@ public:
     void openHandle();
     void closeHandle();
 
-    int currentScale() const { return state.currentScale; }
-    void setCurrentScale(int type) { state.currentScale = type; }
-    int currentUnit() const { return state.currentUnit; }
-    void setCurrentUnit(int unit) { state.currentUnit = unit; }
-    int unitnumber() const { return state.unitnumber; }
-    void setUnitnumber(int number) { state.unitnumber = number; }
-    int unitindex() const { return state.unitindex; }
-    void setUnitindex(int index) { state.unitindex = index; }
+    int currentScale() const { return m_state.currentScale; }
+    void setCurrentScale(int type) { m_state.currentScale = type; }
+    int currentUnit() const { return m_state.currentUnit; }
+    void setCurrentUnit(int unit) { m_state.currentUnit = unit; }
+    int unitnumber() const { return m_state.unitnumber; }
+    void setUnitnumber(int number) { m_state.unitnumber = number; }
+    int unitindex() const { return m_state.unitindex; }
+    void setUnitindex(int index) { m_state.unitindex = index; }
     /// Decimal-point selector of the digit layouts: the unit tag that was chosen last.
-    int dotunit() const { return decimalPointUnit; }
-    void setDotunit(int unit) { decimalPointUnit = unit; }
-    CommandByte scaleCommand() const { return command; }
-    void setScaleCommand(CommandByte byte) { command = byte; }
+    int dotunit() const { return m_dotunit; }
+    void setDotunit(int unit) { m_dotunit = unit; }
+    CommandByte scaleCommand() const { return m_scaleCommand; }
+    void setScaleCommand(CommandByte byte) { m_scaleCommand = byte; }
     /// The scale's display is on.
-    bool currentStatue() const { return state.currentStatue; }
-    void setCurrentStatue(bool on) { state.currentStatue = on; }
-    bool TurnON() const { return turnedOn; }
-    void setTurnON(bool on) { turnedOn = on; }
-    bool TurnOff() const { return turnedOff; }
-    void setTurnOff(bool off) { turnedOff = off; }
+    bool currentStatue() const { return m_state.currentStatue; }
+    void setCurrentStatue(bool on) { m_state.currentStatue = on; }
+    bool TurnON() const { return m_TurnON; }
+    void setTurnON(bool on) { m_TurnON = on; }
+    bool TurnOff() const { return m_TurnOff; }
+    void setTurnOff(bool off) { m_TurnOff = off; }
     /// Pounds with whole ounces, no fraction.
-    bool lbOZlast() const { return wholeOunces; }
-    void setLbOZlast(bool whole) { wholeOunces = whole; }
+    bool lbOZlast() const { return m_lbOZlast; }
+    void setLbOZlast(bool whole) { m_lbOZlast = whole; }
     /// Round the export text up to a whole unit.
-    bool SetRound() const { return roundUp; }
-    void setSetRound(bool round) { roundUp = round; }
-    bool OverloadFlag() const { return state.OverloadFlag; }
-    void setOverloadFlag(bool overload) { state.OverloadFlag = overload; }
-    bool setNegative() const { return negativeReserved; }
-    void setSetNegative(bool negative) { negativeReserved = negative; }
-    int webPageUnit() const { return reservedWebUnit; }
-    void setWebPageUnit(int unit) { reservedWebUnit = unit; }
-    float webPageData() const { return reservedWebWeight; }
-    void setWebPageData(float weight) { reservedWebWeight = weight; }
+    bool SetRound() const { return m_SetRound; }
+    void setSetRound(bool round) { m_SetRound = round; }
+    bool OverloadFlag() const { return m_state.OverloadFlag; }
+    void setOverloadFlag(bool overload) { m_state.OverloadFlag = overload; }
+    bool setNegative() const { return m_setNegative; }
+    void setSetNegative(bool negative) { m_setNegative = negative; }
+    int webPageUnit() const { return m_webPageUnit; }
+    void setWebPageUnit(int unit) { m_webPageUnit = unit; }
+    float webPageData() const { return m_webPageData; }
+    void setWebPageData(float weight) { m_webPageData = weight; }
 
     // Null before the first reading; the latest reading's afterwards, also when the scale is gone.
-    const QString &sWebDataLB() const { return webPounds; }
-    void setSWebDataLB(const QString &text) { webPounds = text; }
-    const QString &sWebDataOZ() const { return webOunces; }
-    void setSWebDataOZ(const QString &text) { webOunces = text; }
-    const QString &sWebDataBasic() const { return webGrams; }
-    void setSWebDataBasic(const QString &text) { webGrams = text; }
+    const QString &sWebDataLB() const { return m_sWebDataLB; }
+    void setSWebDataLB(const QString &text) { m_sWebDataLB = text; }
+    const QString &sWebDataOZ() const { return m_sWebDataOZ; }
+    void setSWebDataOZ(const QString &text) { m_sWebDataOZ = text; }
+    const QString &sWebDataBasic() const { return m_sWebDataBasic; }
+    void setSWebDataBasic(const QString &text) { m_sWebDataBasic = text; }
     /// The export label's text of the reading before.
-    const QString &sWebDataLBOnly() const { return webPreviousExport; }
-    void setSWebDataLBOnly(const QString &text) { webPreviousExport = text; }
+    const QString &sWebDataLBOnly() const { return m_sWebDataLBOnly; }
+    void setSWebDataLBOnly(const QString &text) { m_sWebDataLBOnly = text; }
 
 private:
     enum class Trace { Io, System, SystemArrow };
@@ -114,22 +114,22 @@ private:
     void perform(const ReadingEffect &effect);
     void exportReading(const WeightReport &report, const DecodedReport &decoded, Capacity capacity);
 
-    HidDevices &devices;
-    std::unique_ptr<DeviceEvents> watcher;
-    HidLibrary library;
-    std::shared_ptr<HidHandle> handle; ///< stays set when the scale is gone; null if never opened
-    CommandByte command = 0;
-    ReadingState state;
-    int decimalPointUnit = 0;
-    bool turnedOn = false;
-    bool turnedOff = false;
-    bool wholeOunces = false;
-    bool roundUp = false;
-    bool negativeReserved = false;
-    int reservedWebUnit = 0;
-    float reservedWebWeight = 0;
-    QString webPounds;
-    QString webOunces;
-    QString webGrams;
-    QString webPreviousExport;
+    HidDevices &m_devices;
+    std::unique_ptr<DeviceEvents> m_watcher;
+    HidLibrary m_library;
+    std::shared_ptr<HidHandle> m_handle; ///< stays set when the scale is gone; null if never opened
+    CommandByte m_scaleCommand = 0;
+    ReadingState m_state;
+    int m_dotunit = 0;
+    bool m_TurnON = false;
+    bool m_TurnOff = false;
+    bool m_lbOZlast = false;
+    bool m_SetRound = false;
+    bool m_setNegative = false;
+    int m_webPageUnit = 0;
+    float m_webPageData = 0;
+    QString m_sWebDataLB;
+    QString m_sWebDataOZ;
+    QString m_sWebDataBasic;
+    QString m_sWebDataLBOnly;
 };

@@ -23,11 +23,11 @@ public:
     /// Releases the library's handle: one that stays open keeps its kernel minor, and there are
     /// only 64 of them for all programs.
     void close();
-    const QString &systemPath() const { return path; }
+    const QString &systemPath() const { return m_path; }
 
 private:
-    std::unique_ptr<HidConnection> connection;
-    QString path;
+    std::unique_ptr<HidConnection> m_connection;
+    QString m_path;
 };
 
 /// The HID access library, extended by the removal hook that it does not have itself.
@@ -49,8 +49,8 @@ public:
     void deviceRemoved(const QString &systemPath);
 
 private:
-    HidDevices &devices;
-    RemovalHook removalHook;
-    bool hookArmed = false;
-    std::vector<std::shared_ptr<HidHandle>> openHandles;
+    HidDevices &m_devices;
+    RemovalHook m_removalHook;
+    bool m_hookArmed = false;
+    std::vector<std::shared_ptr<HidHandle>> m_openHandles;
 };

@@ -12,36 +12,36 @@
 
 void HIDManager::get_device_rawdata()
 {
-    if (sendFeatureReport(pollReport(command)) < 0)
+    if (sendFeatureReport(pollReport(m_scaleCommand)) < 0)
         traceLine(QStringLiteral("Unable to read command()"));
     const WeightReport report = readReport();
 
-    if (state.currentScale == scaletype::packedDecimal)
-        state.currentStatue = true;
-    state.OverloadFlag = false;
+    if (m_state.currentScale == scaletype::packedDecimal)
+        m_state.currentStatue = true;
+    m_state.OverloadFlag = false;
     delegate()->Draw5DigitOverload();
     delegate()->setUnitCaptionHidden(false);
 
     const Capacity capacity = capacityOf(delegate()->selectedModelName());
-    const float grams = packedDecimalGrams(report, state.currentScale, capacity);
+    const float grams = packedDecimalGrams(report, m_state.currentScale, capacity);
     logLine(QStringLiteral("W Value for Scale %1 is %2 ")
-                .arg(state.currentScale)
+                .arg(m_state.currentScale)
                 .arg(floatText(grams)));
     const float weight = exportedWeight(report, grams);
 
-    const DecodedReport decoded = decodeStatus(report, weight, state, capacity);
-    state = decoded.state;
+    const DecodedReport decoded = decodeStatus(report, weight, m_state, capacity);
+    m_state = decoded.state;
     for (const ReadingEffect &effect : decoded.effects)
         perform(effect);
 
     exportReading(report, decoded, capacity);
-    command = afterPoll(command, state.unitindex);
+    m_scaleCommand = afterPoll(m_scaleCommand, m_state.unitindex);
 }
 
 WeightReport HIDManager::readReport()
 {
     std::array<std::uint8_t, 9> buffer{};
-    const int received = handle ? handle->read(buffer) : -1;
+    const int received = m_handle ? m_handle->read(buffer) : -1;
     if (received < 0)
         traceLine(QStringLiteral("Unable to read()"));
     for (int i = 0; i < received; ++i)
@@ -52,7 +52,7 @@ WeightReport HIDManager::readReport()
 float HIDManager::exportedWeight(const WeightReport &report, float grams)
 {
     // The type known from the reports before decides: this one's status is not looked at yet.
-    if (state.currentScale == scaletype::packedDecimal) {
+    if (m_state.currentScale == scaletype::packedDecimal) {
         changewebData(grams);
         return grams;
     }
@@ -79,10 +79,10 @@ void HIDManager::changewebData(float grams)
 {
     logLine(QStringLiteral("Basic weight is %1").arg(floatText(grams)));
     const WebStrings strings = webStrings(grams);
-    webPounds = strings.pounds;
-    webOunces = strings.ounces;
-    webGrams = strings.basic;
-    webPreviousExport = delegate()->exportLabelText();
+    m_sWebDataLB = strings.pounds;
+    m_sWebDataOZ = strings.ounces;
+    m_sWebDataBasic = strings.basic;
+    m_sWebDataLBOnly = delegate()->exportLabelText();
 }
 
 void HIDManager::exportReading(const WeightReport &report, const DecodedReport &decoded,
@@ -92,12 +92,12 @@ void HIDManager::exportReading(const WeightReport &report, const DecodedReport &
         exportText({.report = report,
                     .weight = decoded.weight,
                     .poundsTimes10000 = decoded.poundsTimes10000,
-                    .currentScale = state.currentScale,
-                    .currentUnit = state.currentUnit,
-                    .unitnumber = state.unitnumber,
+                    .currentScale = m_state.currentScale,
+                    .currentUnit = m_state.currentUnit,
+                    .unitnumber = m_state.unitnumber,
                     .capacity = capacity},
                    exportForm(delegate()->selectedRadioButtonIndex()),
-                   roundUp ? ExportRounding::UpToWhole : ExportRounding::AsRead);
+                   m_SetRound ? ExportRounding::UpToWhole : ExportRounding::AsRead);
     if (exported.twoDecimalKilograms)
         logLine(QStringLiteral("kg value is %1").arg(*exported.twoDecimalKilograms));
     delegate()->setExportLabelText(exported.text);

@@ -15,24 +15,24 @@ class HidapiConnection : public HidConnection
 {
 public:
     explicit HidapiConnection(hid_device *openDevice)
-        : device(openDevice)
+        : m_device(openDevice)
     {
     }
 
-    ~HidapiConnection() override { hid_close(device); }
+    ~HidapiConnection() override { hid_close(m_device); }
 
     int sendFeatureReport(std::span<const std::uint8_t> report) override
     {
-        return hid_send_feature_report(device, report.data(), report.size());
+        return hid_send_feature_report(m_device, report.data(), report.size());
     }
 
     int read(std::span<std::uint8_t> buffer) override
     {
-        return hid_read(device, buffer.data(), buffer.size());
+        return hid_read(m_device, buffer.data(), buffer.size());
     }
 
 private:
-    hid_device *device;
+    hid_device *m_device;
 };
 
 } // namespace

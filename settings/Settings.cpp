@@ -85,9 +85,9 @@ QString unusedName(const QString &start)
 } // namespace
 
 Settings::Settings()
-    : file(openFile())
+    : m_file(openFile())
 {
-    removeAbandonedLock(file->fileName());
+    removeAbandonedLock(m_file->fileName());
     setAsideIfDamaged();
 }
 
@@ -95,22 +95,22 @@ Settings::~Settings() = default;
 
 std::optional<int> Settings::lastSelectedValue() const
 {
-    if (!file->contains(lastSelectedKey))
+    if (!m_file->contains(lastSelectedKey))
         return {};
-    return integerValue(file->value(lastSelectedKey).toString());
+    return integerValue(m_file->value(lastSelectedKey).toString());
 }
 
 void Settings::setLastSelectedValue(int modelIndex)
 {
-    file->setValue(lastSelectedKey, modelIndex);
+    m_file->setValue(lastSelectedKey, modelIndex);
     write();
 }
 
 QList<int> Settings::selectedOptions() const
 {
-    file->beginGroup(optionGroup);
-    const QStringList keys = file->childKeys();
-    file->endGroup();
+    m_file->beginGroup(optionGroup);
+    const QStringList keys = m_file->childKeys();
+    m_file->endGroup();
     QList<int> tags;
     for (const QString &key : keys)
         tags.append(integerValue(key));
@@ -120,72 +120,72 @@ QList<int> Settings::selectedOptions() const
 
 void Settings::setSelectedOptions(const QList<int> &tags)
 {
-    file->beginGroup(optionGroup);
-    file->remove(QString());
+    m_file->beginGroup(optionGroup);
+    m_file->remove(QString());
     for (const int tag : tags)
-        file->setValue(QString::number(tag), selectedValue);
-    file->endGroup();
+        m_file->setValue(QString::number(tag), selectedValue);
+    m_file->endGroup();
     write();
 }
 
 QByteArray Settings::windowGeometry() const
 {
-    return file->value(geometryKey).toByteArray();
+    return m_file->value(geometryKey).toByteArray();
 }
 
 void Settings::setWindowGeometry(const QByteArray &geometry)
 {
-    file->setValue(geometryKey, geometry);
+    m_file->setValue(geometryKey, geometry);
     write();
 }
 
 void Settings::setAsideIfDamaged()
 {
-    const QString name = file->fileName();
-    if (file->status() == QSettings::AccessError)
+    const QString name = m_file->fileName();
+    if (m_file->status() == QSettings::AccessError)
         report(QStringLiteral("The settings in %1 cannot be read. This run starts without them.")
                    .arg(name));
-    if (!isDamaged(*file))
+    if (!isDamaged(*m_file))
         return;
     const QString aside = unusedName(name + QStringLiteral(".damaged-"));
     // The file must be let go of before it is renamed, or it would be written again.
-    file.reset();
+    m_file.reset();
     if (QFile::rename(name, aside))
         report(QStringLiteral("The settings were damaged. They were kept as %1.").arg(aside));
     else
         report(QStringLiteral("The settings in %1 are damaged and could not be moved.").arg(name));
-    file = openFile();
+    m_file = openFile();
 }
 
 void Settings::write()
 {
     // A status stays what it once was. Another object for the same file has one of its own, and
     // shares what has not been written yet.
-    if (file->status() != QSettings::NoError) {
+    if (m_file->status() != QSettings::NoError) {
         auto successor = openFile();
-        file = std::move(successor);
+        m_file = std::move(successor);
     }
-    file->sync();
+    m_file->sync();
     const QString unsaved =
         QStringLiteral("Settings cannot be saved in %1. They last until the program ends.")
-            .arg(file->fileName());
-    if (file->status() == QSettings::AccessError)
+            .arg(m_file->fileName());
+    if (m_file->status() == QSettings::AccessError)
         report(unsaved);
-    else if (currentTrouble == unsaved)
+    else if (m_currentTrouble == unsaved)
         withdrawReport();
 }
 
 void Settings::report(const QString &trouble)
 {
-    if (trouble == currentTrouble)
+    if (trouble == m_currentTrouble)
         return;
-    currentTrouble = trouble;
+    m_currentTrouble = trouble;
     qCWarning(systemLog).noquote() << trouble;
     emit troubleChanged(trouble);
 }
 
 void Settings::withdrawReport()
 {
-    currentTrouble.clear();
-    emit troubleChanged(currentTrouble);
+    m_currentTrouble.clear();
+    emit troubleChanged(m_currentTrouble);
 }

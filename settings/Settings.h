@@ -44,7 +44,7 @@ public:
     void setWindowGeometry(const QByteArray &geometry);
 
     /// What is wrong with the file or its folder, in words for the user; empty if nothing.
-    const QString &trouble() const { return currentTrouble; }
+    const QString &trouble() const { return m_currentTrouble; }
 
 signals:
     void troubleChanged(const QString &trouble);
@@ -55,6 +55,6 @@ private:
     void report(const QString &trouble);
     void withdrawReport();
 
-    std::unique_ptr<QSettings> file;
-    QString currentTrouble;
+    std::unique_ptr<QSettings> m_file;
+    QString m_currentTrouble;
 };

@@ -36,15 +36,15 @@ ConnectionLamp::ConnectionLamp(QWidget *parent)
     : QWidget(parent)
 {
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAccessibleName(nameOf(light));
+    setAccessibleName(nameOf(m_light));
 }
 
 void ConnectionLamp::setLight(Light shown)
 {
-    if (light == shown)
+    if (m_light == shown)
         return;
-    light = shown;
-    setAccessibleName(nameOf(light));
+    m_light = shown;
+    setAccessibleName(nameOf(m_light));
     update();
 }
 
@@ -60,9 +60,9 @@ void ConnectionLamp::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     const qreal rim = width() * rimShare;
     painter.setPen(QPen(QColor(0xf4, 0xf7, 0xfb), rim));
-    painter.setBrush(colourOf(light));
+    painter.setBrush(colourOf(m_light));
     painter.drawEllipse(QRectF(rect()).adjusted(rim / 2, rim / 2, -rim / 2, -rim / 2));
-    if (light == Light::Trouble)
+    if (m_light == Light::Trouble)
         paintExclamationMark(painter);
 }
 

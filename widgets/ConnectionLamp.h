@@ -24,5 +24,5 @@ protected:
 private:
     void paintExclamationMark(QPainter &painter) const;
 
-    Light light = Light::Out;
+    Light m_light = Light::Out;
 };

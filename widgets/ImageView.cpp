@@ -34,20 +34,20 @@ class PictureFile
 {
 public:
     PictureFile(const QString &name, int variant)
-        : file(resourceName(name, variant))
-        , reader(&file, "BMP")
+        : m_file(resourceName(name, variant))
+        , m_reader(&m_file, "BMP")
     {
-        reader.setAutoDetectImageFormat(false);
-        isThere = file.open(QIODevice::ReadOnly);
+        m_reader.setAutoDetectImageFormat(false);
+        m_isThere = m_file.open(QIODevice::ReadOnly);
     }
 
-    QSize size() { return isThere ? reader.size() : QSize(); }
-    QImage image() { return isThere ? reader.read() : QImage(); }
+    QSize size() { return m_isThere ? m_reader.size() : QSize(); }
+    QImage image() { return m_isThere ? m_reader.read() : QImage(); }
 
 private:
-    QFile file;
-    QImageReader reader;
-    bool isThere = false;
+    QFile m_file;
+    QImageReader m_reader;
+    bool m_isThere = false;
 };
 
 int variantFor(QSize designed, QSize wanted)

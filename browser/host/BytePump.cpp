@@ -24,17 +24,17 @@ short BytePump::awaitedEvent() const
 BytePump::State BytePump::step()
 {
     if (isEmpty()) {
-        const ssize_t count = read(source, buffer.data(), buffer.size());
+        const ssize_t count = read(m_source, m_buffer.data(), m_buffer.size());
         if (count == 0 || (count < 0 && !isPassing(errno)))
             return State::Closed;
-        begin = 0;
-        end = count < 0 ? 0 : static_cast<std::size_t>(count);
+        m_begin = 0;
+        m_end = count < 0 ? 0 : static_cast<std::size_t>(count);
         return State::Open;
     }
-    const ssize_t count = write(target, buffer.data() + begin, end - begin);
+    const ssize_t count = write(m_target, m_buffer.data() + m_begin, m_end - m_begin);
     if (count < 0)
         return isPassing(errno) ? State::Open : State::Closed;
-    begin += static_cast<std::size_t>(count);
+    m_begin += static_cast<std::size_t>(count);
     return State::Open;
 }
 

@@ -14,26 +14,26 @@ public:
     enum class State { Open, Closed };
 
     BytePump(int from, int to)
-        : source(from)
-        , target(to)
+        : m_source(from)
+        , m_target(to)
     {
     }
 
     /// The descriptor that must become ready next, and for what (poll's POLLIN or POLLOUT).
-    int awaited() const { return isEmpty() ? source : target; }
+    int awaited() const { return isEmpty() ? m_source : m_target; }
     short awaitedEvent() const;
 
     /// To be called when awaited() is ready.
     State step();
 
 private:
-    bool isEmpty() const { return begin == end; }
+    bool isEmpty() const { return m_begin == m_end; }
 
-    int source;
-    int target;
-    std::array<std::byte, 16384> buffer;
-    std::size_t begin = 0;
-    std::size_t end = 0;
+    int m_source;
+    int m_target;
+    std::array<std::byte, 16384> m_buffer;
+    std::size_t m_begin = 0;
+    std::size_t m_end = 0;
 };
 
 /// Waits until one of the two can go on, and lets it. Closed as soon as one is.

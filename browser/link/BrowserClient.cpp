@@ -24,14 +24,14 @@ constexpr qint64 mostUnread = longestBrowserMessage;
 
 BrowserClient::BrowserClient(QLocalSocket *connectedSocket, QObject *parent)
     : QObject(parent)
-    , socket(connectedSocket)
+    , m_socket(connectedSocket)
 {
-    socket->setParent(this);
-    socket->setReadBufferSize(longestBrowserMessage);
-    connect(socket, &QLocalSocket::readyRead, this, &BrowserClient::receive);
-    connect(socket, &QLocalSocket::disconnected, this, &BrowserClient::closed);
+    m_socket->setParent(this);
+    m_socket->setReadBufferSize(longestBrowserMessage);
+    connect(m_socket, &QLocalSocket::readyRead, this, &BrowserClient::receive);
+    connect(m_socket, &QLocalSocket::disconnected, this, &BrowserClient::closed);
     QTimer::singleShot(introductionTime, this, [this] {
-        if (!hello)
+        if (!m_hello)
             disconnectPeer();
     });
     write(browserHelloMessage(QCoreApplication::applicationVersion()));
@@ -39,29 +39,29 @@ BrowserClient::BrowserClient(QLocalSocket *connectedSocket, QObject *parent)
 
 bool BrowserClient::isLinked() const
 {
-    return hello && hello->protocol == browserProtocol &&
-           socket->state() == QLocalSocket::ConnectedState;
+    return m_hello && m_hello->protocol == browserProtocol &&
+           m_socket->state() == QLocalSocket::ConnectedState;
 }
 
 bool BrowserClient::isSilent(std::uint32_t page) const
 {
-    return std::any_of(waiting.begin(), waiting.end(), [page](const Run &run) {
+    return std::any_of(m_waiting.begin(), m_waiting.end(), [page](const Run &run) {
         return run.page == page && run.answerDue.hasExpired();
     });
 }
 
 bool BrowserClient::isAwaited(std::uint32_t page) const
 {
-    return !isSilent(page) && std::any_of(waiting.begin(), waiting.end(),
+    return !isSilent(page) && std::any_of(m_waiting.begin(), m_waiting.end(),
                                           [page](const Run &run) { return run.page == page; });
 }
 
 void BrowserClient::post(std::uint32_t page, const QString &text)
 {
-    if (page != postedPage)
+    if (page != m_postedPage)
         flush();
-    postedPage = page;
-    posted.append(text);
+    m_postedPage = page;
+    m_posted.append(text);
 }
 
 QList<BrowserResult> BrowserClient::ask(std::uint32_t page, const QStringList &questions,
@@ -70,32 +70,32 @@ QList<BrowserResult> BrowserClient::ask(std::uint32_t page, const QStringList &q
     // What cannot be waited for is not asked: the answers would only keep the page busy.
     if (deadline.hasExpired())
         return {};
-    if (page != postedPage)
+    if (page != m_postedPage)
         flush();
-    askedResults.clear();
-    askedRun = send(page, posted + questions);
-    posted.clear();
-    while (isWaitingFor(askedRun)) {
+    m_askedResults.clear();
+    m_askedRun = send(page, m_posted + questions);
+    m_posted.clear();
+    while (isWaitingFor(m_askedRun)) {
         const int left = static_cast<int>(deadline.remainingTime());
-        if (left <= 0 || !socket->waitForReadyRead(left)) // receives, on its way
+        if (left <= 0 || !m_socket->waitForReadyRead(left)) // receives, on its way
             break;
     }
-    askedRun = 0;
-    return askedResults.last(std::min(askedResults.size(), questions.size()));
+    m_askedRun = 0;
+    return m_askedResults.last(std::min(m_askedResults.size(), questions.size()));
 }
 
 void BrowserClient::flush()
 {
-    if (!posted.isEmpty() && !isSilent(postedPage))
-        send(postedPage, posted);
-    posted.clear();
+    if (!m_posted.isEmpty() && !isSilent(m_postedPage))
+        send(m_postedPage, m_posted);
+    m_posted.clear();
 }
 
 void BrowserClient::receive()
 {
     for (;;) {
-        reader.append(socket->readAll());
-        const std::optional<QByteArray> json = reader.next();
+        m_reader.append(m_socket->readAll());
+        const std::optional<QByteArray> json = m_reader.next();
         if (!json)
             break;
         const std::optional<BrowserMessage> message = parseBrowserMessage(*json);
@@ -104,57 +104,57 @@ void BrowserClient::receive()
             return;
         }
     }
-    if (reader.isBroken())
+    if (m_reader.isBroken())
         disconnectPeer();
 }
 
 bool BrowserClient::handle(const BrowserMessage &message)
 {
-    if (!hello && !std::holds_alternative<BrowserHello>(message))
+    if (!m_hello && !std::holds_alternative<BrowserHello>(message))
         return false;
     return std::visit([this](const auto &kind) { return handle(kind); }, message);
 }
 
 bool BrowserClient::handle(const BrowserHello &message)
 {
-    if (hello)
+    if (m_hello)
         return false;
-    hello = message;
+    m_hello = message;
     // The status area has room for one browser, and another may well be linked.
-    if (hello->protocol != browserProtocol)
+    if (m_hello->protocol != browserProtocol)
         logLine(QStringLiteral("Browser link: the extension %1 in %2 does not fit this program")
-                    .arg(hello->version, hello->browser));
+                    .arg(m_hello->version, m_hello->browser));
     emit changed();
     return true;
 }
 
 bool BrowserClient::handle(const BrowserCurrent &message)
 {
-    current = message.page;
+    m_current = message.page;
     emit changed();
     return true;
 }
 
 bool BrowserClient::handle(const BrowserFocus &message)
 {
-    focus = message.milliseconds;
+    m_focus = message.milliseconds;
     emit changed();
     return true;
 }
 
 bool BrowserClient::handle(const BrowserRan &message)
 {
-    const auto found = std::find_if(waiting.begin(), waiting.end(),
+    const auto found = std::find_if(m_waiting.begin(), m_waiting.end(),
                                     [&](const Run &each) { return each.id == message.id; });
-    if (found == waiting.end())
+    if (found == m_waiting.end())
         return false;
     const Run run = *found;
     const QList<BrowserResult> results = message.results.value_or(QList<BrowserResult>());
     if (message.results && results.size() != run.texts.size())
         return false;
-    waiting.erase(found);
-    if (run.id == askedRun)
-        askedResults = results;
+    m_waiting.erase(found);
+    if (run.id == m_askedRun)
+        m_askedResults = results;
     emit ran(run.page, run.texts, results);
     emit changed();
     return true;
@@ -162,30 +162,30 @@ bool BrowserClient::handle(const BrowserRan &message)
 
 void BrowserClient::disconnectPeer()
 {
-    waiting.clear();
-    socket->abort();
+    m_waiting.clear();
+    m_socket->abort();
 }
 
 void BrowserClient::write(const QByteArray &message)
 {
-    socket->write(browserFrame(message));
-    socket->flush();
+    m_socket->write(browserFrame(message));
+    m_socket->flush();
 }
 
 std::uint32_t BrowserClient::send(std::uint32_t page, const QStringList &texts)
 {
-    ++lastRun;
-    waiting.append(
-        {.id = lastRun, .page = page, .texts = texts, .answerDue = QDeadlineTimer(answerTime)});
-    write(browserRunMessage(lastRun, page, texts));
+    ++m_lastRun;
+    m_waiting.append(
+        {.id = m_lastRun, .page = page, .texts = texts, .answerDue = QDeadlineTimer(answerTime)});
+    write(browserRunMessage(m_lastRun, page, texts));
     emit sent();
-    if (waiting.size() > mostUnanswered || socket->bytesToWrite() > mostUnread)
+    if (m_waiting.size() > mostUnanswered || m_socket->bytesToWrite() > mostUnread)
         disconnectPeer();
-    return lastRun;
+    return m_lastRun;
 }
 
 bool BrowserClient::isWaitingFor(std::uint32_t run) const
 {
-    return std::any_of(waiting.begin(), waiting.end(),
+    return std::any_of(m_waiting.begin(), m_waiting.end(),
                        [run](const Run &each) { return each.id == run; });
 }

@@ -29,9 +29,9 @@ public:
     /// Both sides speak the same protocol.
     bool isLinked() const;
     /// Nothing before the extension has introduced itself.
-    const std::optional<BrowserHello> &extension() const { return hello; }
-    const std::optional<BrowserPage> &currentPage() const { return current; }
-    std::int64_t lastFocus() const { return focus; }
+    const std::optional<BrowserHello> &extension() const { return m_hello; }
+    const std::optional<BrowserPage> &currentPage() const { return m_current; }
+    std::int64_t lastFocus() const { return m_focus; }
 
     /// A run has waited for longer than answerTime.
     bool isSilent(std::uint32_t page) const;
@@ -75,15 +75,15 @@ private:
     std::uint32_t send(std::uint32_t page, const QStringList &texts);
     bool isWaitingFor(std::uint32_t run) const;
 
-    QLocalSocket *socket;
-    BrowserFrameReader reader;
-    std::optional<BrowserHello> hello;
-    std::optional<BrowserPage> current;
-    std::int64_t focus = 0;
-    std::uint32_t lastRun = 0;
-    QList<Run> waiting;
-    std::uint32_t postedPage = 0;
-    QStringList posted;
-    std::uint32_t askedRun = 0;
-    QList<BrowserResult> askedResults; ///< of what was posted with the questions, too
+    QLocalSocket *m_socket;
+    BrowserFrameReader m_reader;
+    std::optional<BrowserHello> m_hello;
+    std::optional<BrowserPage> m_current;
+    std::int64_t m_focus = 0;
+    std::uint32_t m_lastRun = 0;
+    QList<Run> m_waiting;
+    std::uint32_t m_postedPage = 0;
+    QStringList m_posted;
+    std::uint32_t m_askedRun = 0;
+    QList<BrowserResult> m_askedResults; ///< of what was posted with the questions, too
 };

@@ -21,25 +21,25 @@ QByteArray browserFrame(const QByteArray &message)
 
 void BrowserFrameReader::append(const QByteArray &bytes)
 {
-    if (!broken)
-        buffer.append(bytes);
+    if (!m_broken)
+        m_buffer.append(bytes);
 }
 
 std::optional<QByteArray> BrowserFrameReader::next()
 {
-    if (broken || buffer.size() < lengthBytes)
+    if (m_broken || m_buffer.size() < lengthBytes)
         return std::nullopt;
     std::uint32_t length = 0;
-    std::memcpy(&length, buffer.constData(), sizeof length);
+    std::memcpy(&length, m_buffer.constData(), sizeof length);
     if (length == 0 || length > longestBrowserMessage) {
-        broken = true;
-        buffer.clear();
+        m_broken = true;
+        m_buffer.clear();
         return std::nullopt;
     }
     const auto size = static_cast<qsizetype>(length);
-    if (buffer.size() < lengthBytes + size)
+    if (m_buffer.size() < lengthBytes + size)
         return std::nullopt;
-    const QByteArray message = buffer.mid(lengthBytes, size);
-    buffer.remove(0, lengthBytes + size);
+    const QByteArray message = m_buffer.mid(lengthBytes, size);
+    m_buffer.remove(0, lengthBytes + size);
     return message;
 }

@@ -27,9 +27,9 @@ public:
 
     /// A message of no length or of too great a length was announced: nothing that follows can be
     /// made sense of.
-    bool isBroken() const { return broken; }
+    bool isBroken() const { return m_broken; }
 
 private:
-    QByteArray buffer;
-    bool broken = false;
+    QByteArray m_buffer;
+    bool m_broken = false;
 };

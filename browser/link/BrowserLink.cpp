@@ -43,19 +43,19 @@ class LinkedWindow : public BrowserWindow
 {
 public:
     explicit LinkedWindow(BrowserClient *browser)
-        : client(browser)
+        : m_client(browser)
     {
     }
 
     std::shared_ptr<const BrowserTab> currentTab() const override
     {
-        if (!client || !client->currentPage())
+        if (!m_client || !m_client->currentPage())
             return nullptr;
-        return std::make_shared<LinkedTab>(client, client->currentPage()->id);
+        return std::make_shared<LinkedTab>(m_client, m_client->currentPage()->id);
     }
 
 private:
-    QPointer<BrowserClient> client;
+    QPointer<BrowserClient> m_client;
 };
 
 } // namespace
@@ -64,13 +64,13 @@ class LinkedApplication : public BrowserApplication
 {
 public:
     explicit LinkedApplication(BrowserLink &browserLink)
-        : link(browserLink)
+        : m_link(browserLink)
     {
     }
 
     std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
     {
-        BrowserClient *front = link.frontClient();
+        BrowserClient *front = m_link.frontClient();
         if (front == nullptr)
             return {};
         return {std::make_shared<LinkedWindow>(front)};
@@ -94,7 +94,7 @@ public:
         if (!linked)
             return unanswered;
         const QList<BrowserResult> results =
-            linked->client->ask(linked->pageId, questions, link.readingDeadline);
+            linked->client->ask(linked->pageId, questions, m_link.m_readingDeadline);
         if (!results.isEmpty())
             return results;
         // Whatever follows for this page would rest on the answers. What was posted before went
@@ -111,8 +111,8 @@ private:
         if (!linked || !linked->client || !linked->client->isLinked() ||
             linked->client->isSilent(linked->pageId))
             return nullptr;
-        link.joinReading();
-        const auto &reading = link.joinPage(linked->client, linked->pageId);
+        m_link.joinReading();
+        const auto &reading = m_link.joinPage(linked->client, linked->pageId);
         return reading.course == BrowserLink::PageReading::Course::Whole ? linked : nullptr;
     }
 
@@ -120,25 +120,25 @@ private:
     {
         using Course = BrowserLink::PageReading::Course;
         // A browser whose page is gone says so at once.
-        const bool isLate = link.readingDeadline.hasExpired() ||
+        const bool isLate = m_link.m_readingDeadline.hasExpired() ||
                             tab.client->isAwaited(tab.pageId) || tab.client->isSilent(tab.pageId);
-        link.joinPage(tab.client, tab.pageId).course =
+        m_link.joinPage(tab.client, tab.pageId).course =
             isLate ? Course::AnswerMissed : Course::PageGone;
     }
 
-    BrowserLink &link;
+    BrowserLink &m_link;
 };
 
 BrowserLink::BrowserLink(QObject *parent)
     : QObject(parent)
-    , server([this](QLocalSocket *peer) { attach(peer); })
+    , m_server([this](QLocalSocket *peer) { attach(peer); })
 {
-    readingFade.setSingleShot(true);
-    readingFade.setInterval(readingShown);
-    connect(&readingFade, &QTimer::timeout, this, &BrowserLink::updateSituation);
-    silenceCheck.setSingleShot(true);
-    silenceCheck.setInterval(BrowserClient::answerTime + 20ms);
-    connect(&silenceCheck, &QTimer::timeout, this, &BrowserLink::updateSituation);
+    m_readingFade.setSingleShot(true);
+    m_readingFade.setInterval(readingShown);
+    connect(&m_readingFade, &QTimer::timeout, this, &BrowserLink::updateSituation);
+    m_silenceCheck.setSingleShot(true);
+    m_silenceCheck.setInterval(BrowserClient::answerTime + 20ms);
+    connect(&m_silenceCheck, &QTimer::timeout, this, &BrowserLink::updateSituation);
 }
 
 BrowserLink::~BrowserLink() = default;
@@ -150,26 +150,26 @@ std::unique_ptr<BrowserApplication> BrowserLink::application()
 
 void BrowserLink::attach(QLocalSocket *peer)
 {
-    if (clients.size() >= mostClients) {
+    if (m_clients.size() >= mostClients) {
         peer->abort();
         peer->deleteLater();
         return;
     }
     auto *client = new BrowserClient(peer, this);
-    clients.append(client);
+    m_clients.append(client);
     connect(client, &BrowserClient::changed, this, &BrowserLink::updateSituation);
     connect(client, &BrowserClient::ran, this,
             [this, client](std::uint32_t page, const QStringList &texts,
                            const QList<BrowserResult> &results) {
                 countFields(client, page, texts, results);
             });
-    connect(client, &BrowserClient::sent, &silenceCheck, qOverload<>(&QTimer::start));
+    connect(client, &BrowserClient::sent, &m_silenceCheck, qOverload<>(&QTimer::start));
     connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
 }
 
 void BrowserLink::detach(BrowserClient *client)
 {
-    clients.removeOne(client);
+    m_clients.removeOne(client);
     client->deleteLater();
     updateSituation();
 }
@@ -177,7 +177,7 @@ void BrowserLink::detach(BrowserClient *client)
 BrowserClient *BrowserLink::frontClient() const
 {
     BrowserClient *front = nullptr;
-    for (BrowserClient *client : clients) {
+    for (BrowserClient *client : m_clients) {
         if (client->isLinked() && (front == nullptr || client->lastFocus() > front->lastFocus()))
             front = client;
     }
@@ -186,44 +186,44 @@ BrowserClient *BrowserLink::frontClient() const
 
 void BrowserLink::joinReading()
 {
-    if (inReading)
+    if (m_inReading)
         return;
-    inReading = true;
-    ++readingNumber;
-    readingDeadline.setRemainingTime(BrowserClient::answerTime);
+    m_inReading = true;
+    ++m_readingNumber;
+    m_readingDeadline.setRemainingTime(BrowserClient::answerTime);
     QMetaObject::invokeMethod(this, &BrowserLink::endReading, Qt::QueuedConnection);
 }
 
 void BrowserLink::endReading()
 {
-    inReading = false;
-    const QList<BrowserClient *> attached = clients; // one that is gone takes itself off the list
+    m_inReading = false;
+    const QList<BrowserClient *> attached = m_clients; // one that is gone takes itself off the list
     for (BrowserClient *client : attached)
         client->flush();
-    readingFade.start();
+    m_readingFade.start();
     updateSituation();
 }
 
 BrowserLink::PageReading &BrowserLink::joinPage(BrowserClient *client, std::uint32_t page)
 {
     const qsizetype place = placeOfReading(client, page);
-    if (place >= 0 && pageReadings.at(place).number == readingNumber)
-        return pageReadings[place];
+    if (place >= 0 && m_pageReadings.at(place).number == m_readingNumber)
+        return m_pageReadings[place];
     if (place >= 0)
-        pageReadings.removeAt(place);
-    else if (pageReadings.size() >= mostPageReadings)
-        pageReadings.removeFirst();
-    pageReadings.append({.client = client, .page = page, .number = readingNumber});
-    return pageReadings.last();
+        m_pageReadings.removeAt(place);
+    else if (m_pageReadings.size() >= mostPageReadings)
+        m_pageReadings.removeFirst();
+    m_pageReadings.append({.client = client, .page = page, .number = m_readingNumber});
+    return m_pageReadings.last();
 }
 
 qsizetype BrowserLink::placeOfReading(const BrowserClient *client, std::uint32_t page) const
 {
-    const auto found = std::find_if(pageReadings.begin(), pageReadings.end(),
+    const auto found = std::find_if(m_pageReadings.begin(), m_pageReadings.end(),
                                     [client, page](const PageReading &each) {
                                         return each.client == client && each.page == page;
                                     });
-    return found == pageReadings.end() ? -1 : found - pageReadings.begin();
+    return found == m_pageReadings.end() ? -1 : found - m_pageReadings.begin();
 }
 
 void BrowserLink::countFields(const BrowserClient *client, std::uint32_t page,
@@ -235,10 +235,10 @@ void BrowserLink::countFields(const BrowserClient *client, std::uint32_t page,
     for (qsizetype index = 0; index < results.size(); ++index) {
         const QString &text = texts.at(index);
         if (results.at(index) && isAssignment(text))
-            pageReadings[place].writtenFields.insert(text.left(text.indexOf(assignmentMark)));
+            m_pageReadings[place].writtenFields.insert(text.left(text.indexOf(assignmentMark)));
     }
     // A page that was silent gets its next reading from now on.
-    readingFade.start();
+    m_readingFade.start();
 }
 
 void BrowserLink::updateSituation()
@@ -246,7 +246,7 @@ void BrowserLink::updateSituation()
     if (isFilling())
         return;
     const QString before = statusText();
-    situation = currentSituation();
+    m_situation = currentSituation();
     if (statusText() != before)
         emit statusTextChanged(statusText());
 }
@@ -254,7 +254,7 @@ void BrowserLink::updateSituation()
 bool BrowserLink::isFilling() const
 {
     const BrowserClient *front = frontClient();
-    return inReading ||
+    return m_inReading ||
            (front != nullptr && front->currentPage() && front->isAwaited(front->currentPage()->id));
 }
 
@@ -263,10 +263,10 @@ BrowserSituation BrowserLink::currentSituation() const
     using Kind = BrowserSituation::Kind;
     const BrowserClient *front = frontClient();
     if (front == nullptr) {
-        const auto stranger = std::find_if(clients.begin(), clients.end(), [](const auto *client) {
-            return client->extension().has_value();
-        });
-        if (stranger == clients.end())
+        const auto stranger =
+            std::find_if(m_clients.begin(), m_clients.end(),
+                         [](const auto *client) { return client->extension().has_value(); });
+        if (stranger == m_clients.end())
             return {.kind = Kind::NoBrowser};
         return {.kind = Kind::WrongVersion, .name = (*stranger)->extension()->version};
     }
@@ -282,9 +282,9 @@ BrowserSituation BrowserLink::situationOfPage(const BrowserClient &client,
     if (client.isSilent(page.id))
         return {.kind = Kind::NotAnswering};
     const qsizetype place = placeOfReading(&client, page.id);
-    if (place < 0 || !readingFade.isActive())
+    if (place < 0 || !m_readingFade.isActive())
         return {.kind = Kind::PageOpen, .name = page.host};
-    const PageReading &latest = pageReadings.at(place);
+    const PageReading &latest = m_pageReadings.at(place);
     if (latest.course == PageReading::Course::AnswerMissed)
         return {.kind = Kind::NotAnswering};
     if (latest.writtenFields.isEmpty())

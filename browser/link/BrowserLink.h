@@ -26,12 +26,12 @@ public:
     ~BrowserLink() override;
 
     /// Lets browsers attach. False where that is not possible; the link then stays without one.
-    bool listenAt(const QString &path) { return server.listenAt(path); }
+    bool listenAt(const QString &path) { return m_server.listenAt(path); }
 
     std::unique_ptr<BrowserApplication> application() override;
 
     /// For the status area.
-    QString statusText() const { return situation.text(); }
+    QString statusText() const { return m_situation.text(); }
 
 signals:
     void statusTextChanged(const QString &text);
@@ -71,16 +71,16 @@ private:
     BrowserSituation currentSituation() const;
     BrowserSituation situationOfPage(const BrowserClient &client, const BrowserPage &page) const;
 
-    BrowserServer server;
-    QList<BrowserClient *> clients;
+    BrowserServer m_server;
+    QList<BrowserClient *> m_clients;
 
-    bool inReading = false;
+    bool m_inReading = false;
     /// However many questions a reading has, they do not hold the thread for longer.
-    QDeadlineTimer readingDeadline;
-    unsigned readingNumber = 0;
-    QList<PageReading> pageReadings; ///< the page that was read last comes last
+    QDeadlineTimer m_readingDeadline;
+    unsigned m_readingNumber = 0;
+    QList<PageReading> m_pageReadings; ///< the page that was read last comes last
     /// While it runs, the page's latest reading tells how it stands.
-    QTimer readingFade;
-    QTimer silenceCheck;
-    BrowserSituation situation;
+    QTimer m_readingFade;
+    QTimer m_silenceCheck;
+    BrowserSituation m_situation;
 };

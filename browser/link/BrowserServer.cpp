@@ -27,7 +27,7 @@ bool isInUse(const QString &path)
 
 BrowserServer::BrowserServer(PeerHandler peerHandler, QObject *parent)
     : QLocalServer(parent)
-    , handler(std::move(peerHandler))
+    , m_handler(std::move(peerHandler))
 {
     setSocketOptions(UserAccessOption);
 }
@@ -69,5 +69,5 @@ void BrowserServer::incomingConnection(quintptr descriptor)
     }
     auto *socket = new QLocalSocket(this);
     socket->setSocketDescriptor(peer);
-    handler(socket);
+    m_handler(socket);
 }

@@ -31,5 +31,5 @@ public:
 private:
     void incomingConnection(quintptr descriptor) override;
 
-    PeerHandler handler;
+    PeerHandler m_handler;
 };

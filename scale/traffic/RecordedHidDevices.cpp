@@ -35,38 +35,38 @@ class RecordedEvents : public DeviceEvents
 {
 public:
     RecordedEvents(std::unique_ptr<DeviceEvents> recordedEvents, RecordedHidDevices &deviceRecord)
-        : events(std::move(recordedEvents))
-        , record(deviceRecord)
+        : m_events(std::move(recordedEvents))
+        , m_record(deviceRecord)
     {
-        connect(events.get(), &DeviceEvents::added, this, [this](const HidDeviceInfo &device) {
+        connect(m_events.get(), &DeviceEvents::added, this, [this](const HidDeviceInfo &device) {
             write(LineKind::Attach, device);
             emit added(device);
         });
-        connect(events.get(), &DeviceEvents::removed, this, [this](const HidDeviceInfo &device) {
+        connect(m_events.get(), &DeviceEvents::removed, this, [this](const HidDeviceInfo &device) {
             write(LineKind::Detach, device);
             emit removed(device);
         });
     }
 
-    void start() override { events->start(); }
+    void start() override { m_events->start(); }
 
     std::optional<HidDeviceInfo> find(std::uint16_t vendorId,
                                       std::uint16_t productId) const override
     {
-        return events->find(vendorId, productId);
+        return m_events->find(vendorId, productId);
     }
 
 private:
     void write(LineKind kind, const HidDeviceInfo &device)
     {
-        record.write({.kind = kind,
-                      .device = nameOf(device.node),
-                      .vendorId = device.vendorId,
-                      .productId = device.productId});
+        m_record.write({.kind = kind,
+                        .device = nameOf(device.node),
+                        .vendorId = device.vendorId,
+                        .productId = device.productId});
     }
 
-    std::unique_ptr<DeviceEvents> events;
-    RecordedHidDevices &record;
+    std::unique_ptr<DeviceEvents> m_events;
+    RecordedHidDevices &m_record;
 };
 
 class RecordedConnection : public HidConnection
@@ -74,32 +74,32 @@ class RecordedConnection : public HidConnection
 public:
     RecordedConnection(std::unique_ptr<HidConnection> recordedConnection,
                        RecordedHidDevices &deviceRecord)
-        : connection(std::move(recordedConnection))
-        , record(deviceRecord)
+        : m_connection(std::move(recordedConnection))
+        , m_record(deviceRecord)
     {
     }
 
     int sendFeatureReport(std::span<const std::uint8_t> report) override
     {
-        const int sent = connection->sendFeatureReport(report);
-        record.write(
+        const int sent = m_connection->sendFeatureReport(report);
+        m_record.write(
             {.kind = LineKind::Send, .outcome = outcomeOf(sent), .report = bytesOf(report)});
         return sent;
     }
 
     int read(std::span<std::uint8_t> buffer) override
     {
-        const int received = connection->read(buffer);
+        const int received = m_connection->read(buffer);
         const auto length = static_cast<std::size_t>(std::max(received, 0));
-        record.write({.kind = LineKind::Read,
-                      .outcome = outcomeOf(received),
-                      .report = bytesOf(buffer.first(length))});
+        m_record.write({.kind = LineKind::Read,
+                        .outcome = outcomeOf(received),
+                        .report = bytesOf(buffer.first(length))});
         return received;
     }
 
 private:
-    std::unique_ptr<HidConnection> connection;
-    RecordedHidDevices &record;
+    std::unique_ptr<HidConnection> m_connection;
+    RecordedHidDevices &m_record;
 };
 
 } // namespace
@@ -107,19 +107,19 @@ private:
 RecordedHidDevices::RecordedHidDevices(std::unique_ptr<HidDevices> recordedDevices)
     : m_devices(std::move(recordedDevices))
 {
-    sinceStart.start();
+    m_sinceStart.start();
 }
 
 bool RecordedHidDevices::startFile(const QString &name)
 {
-    file.setFileName(name);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+    m_file.setFileName(name);
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         return false;
     put(Traffic::heading);
     put("# by version " + QCoreApplication::applicationVersion().toUtf8() + ", " +
         QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toUtf8() +
         "; seconds since the start");
-    return file.isOpen();
+    return m_file.isOpen();
 }
 
 std::unique_ptr<DeviceEvents> RecordedHidDevices::events()
@@ -144,16 +144,16 @@ std::unique_ptr<HidConnection> RecordedHidDevices::open(const QString &node)
 
 void RecordedHidDevices::write(TrafficLine line)
 {
-    line.time = std::chrono::milliseconds(sinceStart.elapsed());
+    line.time = std::chrono::milliseconds(m_sinceStart.elapsed());
     put(line.toText());
 }
 
 void RecordedHidDevices::put(const QByteArray &text)
 {
-    if (!file.isOpen() || file.write(text + '\n') == text.size() + 1)
+    if (!m_file.isOpen() || m_file.write(text + '\n') == text.size() + 1)
         return;
-    const QString reason = file.errorString();
-    file.close();
+    const QString reason = m_file.errorString();
+    m_file.close();
     qCWarning(systemLog).noquote()
-        << QStringLiteral("The record in %1 ends here: %2").arg(file.fileName(), reason);
+        << QStringLiteral("The record in %1 ends here: %2").arg(m_file.fileName(), reason);
 }

@@ -18,7 +18,7 @@ public:
 
     /// Replaces a file of that name. False where that is not possible; errorText() says why.
     bool startFile(const QString &name);
-    QString errorText() const { return file.errorString(); }
+    QString errorText() const { return m_file.errorString(); }
 
     std::unique_ptr<DeviceEvents> events() override;
     std::unique_ptr<HidConnection> open(const QString &node) override;
@@ -33,6 +33,6 @@ private:
     void put(const QByteArray &text);
 
     std::unique_ptr<HidDevices> m_devices;
-    QFile file;
-    QElapsedTimer sinceStart;
+    QFile m_file;
+    QElapsedTimer m_sinceStart;
 };

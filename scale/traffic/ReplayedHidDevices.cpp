@@ -21,39 +21,39 @@ class ReplayedEvents : public DeviceEvents
 {
 public:
     explicit ReplayedEvents(ReplayedHidDevices &replayedDevices)
-        : devices(replayedDevices)
+        : m_devices(replayedDevices)
     {
     }
 
-    void start() override { devices.startReporting(this); }
+    void start() override { m_devices.startReporting(this); }
 
     std::optional<HidDeviceInfo> find(std::uint16_t vendorId,
                                       std::uint16_t productId) const override
     {
-        return devices.find(vendorId, productId);
+        return m_devices.find(vendorId, productId);
     }
 
 private:
-    ReplayedHidDevices &devices;
+    ReplayedHidDevices &m_devices;
 };
 
 class ReplayedConnection : public HidConnection
 {
 public:
     explicit ReplayedConnection(ReplayedHidDevices &replayedDevices)
-        : devices(replayedDevices)
+        : m_devices(replayedDevices)
     {
     }
 
     int sendFeatureReport(std::span<const std::uint8_t> report) override
     {
-        return devices.sendFeatureReport(report);
+        return m_devices.sendFeatureReport(report);
     }
 
-    int read(std::span<std::uint8_t> buffer) override { return devices.read(buffer); }
+    int read(std::span<std::uint8_t> buffer) override { return m_devices.read(buffer); }
 
 private:
-    ReplayedHidDevices &devices;
+    ReplayedHidDevices &m_devices;
 };
 
 HidDeviceInfo deviceOf(const TrafficLine &line)
@@ -83,13 +83,13 @@ int copied(const TrafficLine &line, std::span<std::uint8_t> buffer)
 } // namespace
 
 ReplayedHidDevices::ReplayedHidDevices(Traffic traffic)
-    : lines(std::move(traffic.lines))
+    : m_lines(std::move(traffic.lines))
 {
     // Nothing to repeat yet.
-    latestRead.outcome = TrafficLine::Outcome::Failed;
-    eventDue.setSingleShot(true);
-    eventDue.setTimerType(Qt::PreciseTimer);
-    connect(&eventDue, &QTimer::timeout, this, &ReplayedHidDevices::reportEvent);
+    m_latestRead.outcome = TrafficLine::Outcome::Failed;
+    m_eventDue.setSingleShot(true);
+    m_eventDue.setTimerType(Qt::PreciseTimer);
+    connect(&m_eventDue, &QTimer::timeout, this, &ReplayedHidDevices::reportEvent);
 }
 
 std::unique_ptr<DeviceEvents> ReplayedHidDevices::events()
@@ -99,8 +99,8 @@ std::unique_ptr<DeviceEvents> ReplayedHidDevices::events()
 
 std::unique_ptr<HidConnection> ReplayedHidDevices::open(const QString &node)
 {
-    openErrorNumber = ENOENT;
-    openError = QStringLiteral("not opened in the record");
+    m_openErrorNumber = ENOENT;
+    m_openError = QStringLiteral("not opened in the record");
     if (!isNext(Kind::Open) || nodeFolder + nextLine()->device != node)
         return nullptr;
     const TrafficLine line = *nextLine();
@@ -108,14 +108,14 @@ std::unique_ptr<HidConnection> ReplayedHidDevices::open(const QString &node)
     scheduleEvent();
     if (line.outcome == TrafficLine::Outcome::Done)
         return std::make_unique<ReplayedConnection>(*this);
-    openErrorNumber = line.outcome == TrafficLine::Outcome::Denied ? EACCES : 0;
-    openError = line.reason;
+    m_openErrorNumber = line.outcome == TrafficLine::Outcome::Denied ? EACCES : 0;
+    m_openError = line.reason;
     return nullptr;
 }
 
 int ReplayedHidDevices::accessError(const QString &) const
 {
-    return openErrorNumber == EACCES ? EACCES : 0;
+    return m_openErrorNumber == EACCES ? EACCES : 0;
 }
 
 std::optional<HidDeviceInfo> ReplayedHidDevices::find(std::uint16_t vendorId,
@@ -128,19 +128,19 @@ std::optional<HidDeviceInfo> ReplayedHidDevices::find(std::uint16_t vendorId,
             .systemPath = node, .node = node, .vendorId = vendorId, .productId = productId};
     }
     QStringList nodes;
-    for (const HidDeviceInfo &device : present) {
+    for (const HidDeviceInfo &device : m_present) {
         if (device.vendorId == vendorId && device.productId == productId)
             nodes.append(device.node);
     }
     if (nodes.isEmpty())
         return std::nullopt;
-    return present.value(*std::min_element(nodes.begin(), nodes.end()));
+    return m_present.value(*std::min_element(nodes.begin(), nodes.end()));
 }
 
 void ReplayedHidDevices::startReporting(DeviceEvents *eventListener)
 {
-    listener = eventListener;
-    sinceTaken.start();
+    m_listener = eventListener;
+    m_sinceTaken.start();
     scheduleEvent();
 }
 
@@ -162,17 +162,17 @@ int ReplayedHidDevices::read(std::span<std::uint8_t> buffer)
 {
     passCommands();
     if (isNext(Kind::Read)) {
-        latestRead = *nextLine();
-        QThread::msleep(static_cast<unsigned long>(untilDue(latestRead).count()));
+        m_latestRead = *nextLine();
+        QThread::msleep(static_cast<unsigned long>(untilDue(m_latestRead).count()));
         take();
         scheduleEvent();
     }
-    return copied(latestRead, buffer);
+    return copied(m_latestRead, buffer);
 }
 
 const TrafficLine *ReplayedHidDevices::nextLine() const
 {
-    return next < lines.size() ? &lines[next] : nullptr;
+    return m_next < m_lines.size() ? &m_lines[m_next] : nullptr;
 }
 
 bool ReplayedHidDevices::isNext(Kind kind) const
@@ -183,20 +183,20 @@ bool ReplayedHidDevices::isNext(Kind kind) const
 void ReplayedHidDevices::passCommands()
 {
     while (nextLine() != nullptr && isCommand(*nextLine()))
-        ++next;
+        ++m_next;
 }
 
 void ReplayedHidDevices::take()
 {
-    takenTime = lines[next].time;
-    ++next;
-    sinceTaken.restart();
+    m_takenTime = m_lines[m_next].time;
+    ++m_next;
+    m_sinceTaken.restart();
 }
 
 std::chrono::milliseconds ReplayedHidDevices::untilDue(const TrafficLine &line) const
 {
-    const auto gone = std::chrono::milliseconds(sinceTaken.elapsed());
-    return std::max(line.time - takenTime - gone, 0ms);
+    const auto gone = std::chrono::milliseconds(m_sinceTaken.elapsed());
+    return std::max(line.time - m_takenTime - gone, 0ms);
 }
 
 void ReplayedHidDevices::scheduleEvent()
@@ -205,7 +205,7 @@ void ReplayedHidDevices::scheduleEvent()
     if (nextLine() == nullptr)
         noteEnd();
     else if (isNext(Kind::Attach) || isNext(Kind::Detach))
-        eventDue.start(untilDue(*nextLine()));
+        m_eventDue.start(untilDue(*nextLine()));
 }
 
 void ReplayedHidDevices::reportEvent()
@@ -214,20 +214,20 @@ void ReplayedHidDevices::reportEvent()
     take();
     const HidDeviceInfo device = deviceOf(line);
     if (line.kind == Kind::Attach)
-        present.insert(device.node, device);
+        m_present.insert(device.node, device);
     else
-        present.remove(device.node);
-    if (listener && line.kind == Kind::Attach)
-        emit listener->added(device);
-    else if (listener)
-        emit listener->removed(device);
+        m_present.remove(device.node);
+    if (m_listener && line.kind == Kind::Attach)
+        emit m_listener->added(device);
+    else if (m_listener)
+        emit m_listener->removed(device);
     scheduleEvent();
 }
 
 void ReplayedHidDevices::noteEnd()
 {
-    if (endNoted)
+    if (m_endNoted)
         return;
-    endNoted = true;
+    m_endNoted = true;
     logLine(QStringLiteral("The record has been played back; its last state stays"));
 }

@@ -27,7 +27,7 @@ public:
 
     std::unique_ptr<DeviceEvents> events() override;
     std::unique_ptr<HidConnection> open(const QString &node) override;
-    QString lastError() const override { return openError; }
+    QString lastError() const override { return m_openError; }
     int accessError(const QString &node) const override;
 
     std::optional<HidDeviceInfo> find(std::uint16_t vendorId, std::uint16_t productId) const;
@@ -49,15 +49,15 @@ private:
     void reportEvent();
     void noteEnd();
 
-    std::vector<TrafficLine> lines;
-    std::size_t next = 0;
-    std::chrono::milliseconds takenTime{0}; ///< recorded time of the line taken last
-    QElapsedTimer sinceTaken;
-    QPointer<DeviceEvents> listener;
-    QTimer eventDue;
-    QHash<QString, HidDeviceInfo> present; ///< by node
-    TrafficLine latestRead;
-    QString openError;
-    int openErrorNumber = 0;
-    bool endNoted = false;
+    std::vector<TrafficLine> m_lines;
+    std::size_t m_next = 0;
+    std::chrono::milliseconds m_takenTime{0}; ///< recorded time of the line taken last
+    QElapsedTimer m_sinceTaken;
+    QPointer<DeviceEvents> m_listener;
+    QTimer m_eventDue;
+    QHash<QString, HidDeviceInfo> m_present; ///< by node
+    TrafficLine m_latestRead;
+    QString m_openError;
+    int m_openErrorNumber = 0;
+    bool m_endNoted = false;
 };

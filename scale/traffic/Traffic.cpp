@@ -15,19 +15,19 @@ public:
     QString take(const TrafficLine &line)
     {
         using LineKind = TrafficLine::Kind;
-        if (line.time < latest)
+        if (line.time < m_latest)
             return QStringLiteral("the time goes back");
-        latest = line.time;
+        m_latest = line.time;
         if (line.kind == LineKind::Open)
-            opened = opened || line.outcome == TrafficLine::Outcome::Done;
-        else if ((line.kind == LineKind::Send || line.kind == LineKind::Read) && !opened)
+            m_opened = m_opened || line.outcome == TrafficLine::Outcome::Done;
+        else if ((line.kind == LineKind::Send || line.kind == LineKind::Read) && !m_opened)
             return QStringLiteral("a report, but no device was opened before");
         return {};
     }
 
 private:
-    std::chrono::milliseconds latest{0};
-    bool opened = false;
+    std::chrono::milliseconds m_latest{0};
+    bool m_opened = false;
 };
 
 bool isRemark(const QByteArray &line)

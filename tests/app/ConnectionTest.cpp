@@ -54,7 +54,7 @@ private:
     {
     public:
         explicit Application(RecordingBridge &bridge)
-            : recorder(bridge)
+            : m_recorder(bridge)
         {
         }
 
@@ -63,12 +63,12 @@ private:
         std::optional<QString> doJavaScript(const QString &text,
                                             const std::shared_ptr<const BrowserTab> &) override
         {
-            recorder.scripts.push_back(text.toStdString());
+            m_recorder.scripts.push_back(text.toStdString());
             return std::nullopt;
         }
 
     private:
-        RecordingBridge &recorder;
+        RecordingBridge &m_recorder;
     };
 };
 

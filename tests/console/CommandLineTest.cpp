@@ -21,14 +21,14 @@ public:
     explicit Arguments(const QStringList &line)
     {
         for (const QString &argument : line)
-            texts.push_back(argument.toStdString());
-        for (std::string &text : texts)
-            pointers.push_back(text.data());
+            m_texts.push_back(argument.toStdString());
+        for (std::string &text : m_texts)
+            m_pointers.push_back(text.data());
     }
 
     QStringList asToolkitTakesThem()
     {
-        ToolkitArguments arguments(static_cast<int>(pointers.size()), pointers.data());
+        ToolkitArguments arguments(static_cast<int>(m_pointers.size()), m_pointers.data());
         QStringList line;
         for (int i = 0; i < arguments.count(); ++i)
             line.append(QString::fromUtf8(arguments.values()[i]));
@@ -38,8 +38,8 @@ public:
     }
 
 private:
-    std::vector<std::string> texts;
-    std::vector<char *> pointers;
+    std::vector<std::string> m_texts;
+    std::vector<char *> m_pointers;
 };
 
 QStringList words(const char *line)

@@ -66,11 +66,11 @@ private:
 
     static inline char programName[] = "postal-scale";
     static inline char *arguments[] = {programName, nullptr};
-    int argumentCount = freshWorld();
-    LogCapture log;
+    int m_argumentCount = freshWorld();
+    LogCapture m_log;
 
 public:
-    Application application{argumentCount, arguments};
+    Application application{m_argumentCount, arguments};
 };
 
 } // namespace

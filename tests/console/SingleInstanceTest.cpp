@@ -38,25 +38,25 @@ class SingleInstanceTest : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { folder = std::make_unique<QTemporaryDir>(); }
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
 
     void theFirstOneHasTheScale()
     {
-        SingleInstance first(folder->path());
+        SingleInstance first(m_folder->path());
         QCOMPARE(first.claim(readingRequest()).outcome, Outcome::Ours);
         QCOMPARE(first.ownerProcess(), QCoreApplication::applicationPid());
     }
 
     void aLaterOneGetsItsAnswer()
     {
-        SingleInstance first(folder->path());
+        SingleInstance first(m_folder->path());
         first.claim({});
         QJsonObject asked;
         first.serve([&](const QJsonObject &request) {
             asked = request;
             return QJsonObject{{QStringLiteral("grams"), 1234}};
         });
-        const auto claim = claimApart(folder->path(), readingRequest());
+        const auto claim = claimApart(m_folder->path(), readingRequest());
         QCOMPARE(claim.outcome, Outcome::Answered);
         QCOMPARE(claim.answer, (QJsonObject{{QStringLiteral("grams"), 1234}}));
         QCOMPARE(asked, readingRequest());
@@ -64,10 +64,10 @@ private slots:
 
     void onlyTheUserCanReachIt()
     {
-        SingleInstance first(folder->path());
+        SingleInstance first(m_folder->path());
         first.claim({});
         first.serve([](const QJsonObject &) { return QJsonObject(); });
-        const QFileInfo socket(folder->filePath(QStringLiteral("postal-scale.socket")));
+        const QFileInfo socket(m_folder->filePath(QStringLiteral("postal-scale.socket")));
         QVERIFY(socket.exists());
         constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                 QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
@@ -77,43 +77,43 @@ private slots:
     void theNextOneTakesOverFromOneThatHasEnded()
     {
         {
-            SingleInstance first(folder->path());
+            SingleInstance first(m_folder->path());
             first.claim({});
             first.serve([](const QJsonObject &) { return QJsonObject(); });
         }
-        SingleInstance next(folder->path());
+        SingleInstance next(m_folder->path());
         QCOMPARE(next.claim({}).outcome, Outcome::Ours);
     }
 
     void theNextOneTakesOverFromOneThatCrashed()
     {
         // What is left behind: a lock of a process that is gone, and a socket that nobody serves.
-        QFile lock(folder->filePath(QStringLiteral("postal-scale.lock")));
+        QFile lock(m_folder->filePath(QStringLiteral("postal-scale.lock")));
         QVERIFY(lock.open(QIODevice::WriteOnly));
         lock.write("4194305\npostal-scale\n" + QSysInfo::machineHostName().toUtf8() + "\n\n\n");
         lock.close();
-        QFile socket(folder->filePath(QStringLiteral("postal-scale.socket")));
+        QFile socket(m_folder->filePath(QStringLiteral("postal-scale.socket")));
         QVERIFY(socket.open(QIODevice::WriteOnly));
         socket.close();
 
-        SingleInstance next(folder->path());
+        SingleInstance next(m_folder->path());
         QCOMPARE(next.claim({}).outcome, Outcome::Ours);
         next.serve([](const QJsonObject &) { return QJsonObject{{QStringLiteral("here"), true}}; });
-        QCOMPARE(claimApart(folder->path(), {}).outcome, Outcome::Answered);
+        QCOMPARE(claimApart(m_folder->path(), {}).outcome, Outcome::Answered);
     }
 
     void aLaterOneWaitsForOneWithoutAWindowToEnd()
     {
-        auto first = std::make_unique<SingleInstance>(folder->path());
+        auto first = std::make_unique<SingleInstance>(m_folder->path());
         first->claim({});
         QTimer::singleShot(300, this, [&] { first.reset(); });
-        QCOMPARE(claimApart(folder->path(), {}).outcome, Outcome::Ours);
+        QCOMPARE(claimApart(m_folder->path(), {}).outcome, Outcome::Ours);
         QVERIFY(first == nullptr);
     }
 
     void withoutAFolderEveryOneIsTheFirst()
     {
-        SingleInstance lonely(folder->filePath(QStringLiteral("missing")));
+        SingleInstance lonely(m_folder->filePath(QStringLiteral("missing")));
         QCOMPARE(lonely.claim({}).outcome, Outcome::Ours);
     }
 
@@ -136,7 +136,7 @@ private slots:
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> folder;
+    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 QTEST_GUILESS_MAIN(SingleInstanceTest)

@@ -139,11 +139,11 @@ private:
         compareUsps(pageOf(states, labelChoice), kilogram);
     }
 
-    std::optional<LogCapture> capture; // the test framework captures the log before each function
+    std::optional<LogCapture> m_capture; // the test framework captures the log before each function
 
 private slots:
-    void init() { capture.emplace(); }
-    void cleanup() { capture.reset(); }
+    void init() { m_capture.emplace(); }
+    void cleanup() { m_capture.reset(); }
 
     void assignmentLists_data()
     {

@@ -54,47 +54,47 @@ private:
     {
     public:
         Window(RecordingBridge &bridge, std::shared_ptr<const BrowserTab> tab, int index)
-            : recorder(bridge)
-            , shownTab(std::move(tab))
-            , number(index)
+            : m_recorder(bridge)
+            , m_shownTab(std::move(tab))
+            , m_number(index)
         {
         }
 
         std::shared_ptr<const BrowserTab> currentTab() const override
         {
-            recorder.calls.append(QStringLiteral("currentTab of %1").arg(number));
-            return shownTab;
+            m_recorder.calls.append(QStringLiteral("currentTab of %1").arg(m_number));
+            return m_shownTab;
         }
 
     private:
-        RecordingBridge &recorder;
-        std::shared_ptr<const BrowserTab> shownTab;
-        int number;
+        RecordingBridge &m_recorder;
+        std::shared_ptr<const BrowserTab> m_shownTab;
+        int m_number;
     };
 
     class Application : public BrowserApplication
     {
     public:
         explicit Application(RecordingBridge &bridge)
-            : recorder(bridge)
+            : m_recorder(bridge)
         {
         }
 
         std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
         {
-            recorder.calls.append(QStringLiteral("windows"));
+            m_recorder.calls.append(QStringLiteral("windows"));
             std::vector<std::shared_ptr<const BrowserWindow>> all;
-            for (int index = 0; index < recorder.windowCount; ++index)
+            for (int index = 0; index < m_recorder.windowCount; ++index)
                 all.push_back(std::make_shared<Window>(
-                    recorder, index == 0 ? recorder.firstTab : recorder.otherTab, index));
+                    m_recorder, index == 0 ? m_recorder.m_firstTab : m_recorder.m_otherTab, index));
             return all;
         }
 
         std::optional<QString> doJavaScript(const QString &text,
                                             const std::shared_ptr<const BrowserTab> &tab) override
         {
-            expectTab(tab, recorder.windowCount > 0 ? recorder.firstTab : nullptr);
-            recorder.scripts.push_back(text.toStdString());
+            expectTab(tab, m_recorder.windowCount > 0 ? m_recorder.m_firstTab : nullptr);
+            m_recorder.scripts.push_back(text.toStdString());
             return std::nullopt;
         }
 
@@ -105,11 +105,11 @@ private:
             QCOMPARE(tab, expected);
         }
 
-        RecordingBridge &recorder;
+        RecordingBridge &m_recorder;
     };
 
-    std::shared_ptr<const BrowserTab> firstTab = std::make_shared<RecordedTab>();
-    std::shared_ptr<const BrowserTab> otherTab = std::make_shared<RecordedTab>();
+    std::shared_ptr<const BrowserTab> m_firstTab = std::make_shared<RecordedTab>();
+    std::shared_ptr<const BrowserTab> m_otherTab = std::make_shared<RecordedTab>();
 };
 
 const QStringList fetched{QStringLiteral("application"), QStringLiteral("windows"),
@@ -123,32 +123,32 @@ class AutofillTest : public QObject
     Q_OBJECT
 
 private:
-    QTemporaryDir home;
-    std::unique_ptr<ScalelessApplication> application;
-    std::unique_ptr<Settings> settings;
-    RecordingBridge browser;
-    std::unique_ptr<PostalScaleAppDelegate> delegate;
+    QTemporaryDir m_home;
+    std::unique_ptr<ScalelessApplication> m_application;
+    std::unique_ptr<Settings> m_settings;
+    RecordingBridge m_browser;
+    std::unique_ptr<PostalScaleAppDelegate> m_delegate;
 
-    const rules::WeightTexts weight{.LB = "2", .OZ = "4", .EXPORT = "2.2045", .BASIC = "1000"};
+    const rules::WeightTexts m_weight{.LB = "2", .OZ = "4", .EXPORT = "2.2045", .BASIC = "1000"};
 
 private slots:
     void initTestCase()
     {
-        qputenv("XDG_CONFIG_HOME", home.path().toLocal8Bit());
-        application = std::make_unique<ScalelessApplication>();
-        settings = std::make_unique<Settings>();
-        delegate = std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(QString()),
-                                                            *settings, browser);
-        delegate->hid_obj->setSWebDataLB(QString::fromStdString(weight.LB));
-        delegate->hid_obj->setSWebDataOZ(QString::fromStdString(weight.OZ));
-        delegate->hid_obj->setSWebDataBasic(QString::fromStdString(weight.BASIC));
-        delegate->lbLBL->setText(QString::fromStdString(weight.EXPORT));
+        qputenv("XDG_CONFIG_HOME", m_home.path().toLocal8Bit());
+        m_application = std::make_unique<ScalelessApplication>();
+        m_settings = std::make_unique<Settings>();
+        m_delegate = std::make_unique<PostalScaleAppDelegate>(BundleInformation::load(QString()),
+                                                              *m_settings, m_browser);
+        m_delegate->hid_obj->setSWebDataLB(QString::fromStdString(m_weight.LB));
+        m_delegate->hid_obj->setSWebDataOZ(QString::fromStdString(m_weight.OZ));
+        m_delegate->hid_obj->setSWebDataBasic(QString::fromStdString(m_weight.BASIC));
+        m_delegate->lbLBL->setText(QString::fromStdString(m_weight.EXPORT));
     }
 
     void cleanupTestCase()
     {
-        delegate.reset();
-        settings.reset();
+        m_delegate.reset();
+        m_settings.reset();
     }
 
     void everyCarrierUnderEveryFlag()
@@ -157,18 +157,18 @@ private slots:
             for (const int flagUps : {0, 1, 2, 255}) {
                 for (const int flagFedex : {0, 1, 2, 255}) {
                     for (const int carrier : {-1, 0, 1, 2, 3, 4, 256}) {
-                        delegate->SendtoUSPS = static_cast<std::uint8_t>(flagUsps);
-                        delegate->SendtoUPS = static_cast<std::uint8_t>(flagUps);
-                        delegate->SendtoFedex = static_cast<std::uint8_t>(flagFedex);
-                        browser.forget();
-                        delegate->Autofill(carrier);
-                        const auto expected = rules::autofill(carrier, weight,
+                        m_delegate->SendtoUSPS = static_cast<std::uint8_t>(flagUsps);
+                        m_delegate->SendtoUPS = static_cast<std::uint8_t>(flagUps);
+                        m_delegate->SendtoFedex = static_cast<std::uint8_t>(flagFedex);
+                        m_browser.forget();
+                        m_delegate->Autofill(carrier);
+                        const auto expected = rules::autofill(carrier, m_weight,
                                                               {.SendtoUSPS = flagUsps == 1,
                                                                .SendtoUPS = flagUps == 1,
                                                                .SendtoFedex = flagFedex == 1},
                                                               rules::Page());
-                        QCOMPARE(browser.scripts, expected.scripts);
-                        QCOMPARE(browser.calls, fetched);
+                        QCOMPARE(m_browser.scripts, expected.scripts);
+                        QCOMPARE(m_browser.calls, fetched);
                     }
                 }
             }
@@ -195,27 +195,27 @@ private slots:
         QFETCH(int, flag);
         QFETCH(int, scripts);
         const auto value = static_cast<std::uint8_t>(flag);
-        delegate->SendtoUSPS = delegate->SendtoUPS = delegate->SendtoFedex = value;
-        browser.forget();
-        delegate->Autofill(carrier);
-        QCOMPARE(browser.scripts.size(), static_cast<std::size_t>(scripts));
+        m_delegate->SendtoUSPS = m_delegate->SendtoUPS = m_delegate->SendtoFedex = value;
+        m_browser.forget();
+        m_delegate->Autofill(carrier);
+        QCOMPARE(m_browser.scripts.size(), static_cast<std::size_t>(scripts));
     }
 
     void theFirstWindowIsFetchedEachTime()
     {
-        browser.forget();
-        delegate->Autofill(3);
-        delegate->Autofill(0);
-        QCOMPARE(browser.calls, fetched + fetched);
+        m_browser.forget();
+        m_delegate->Autofill(3);
+        m_delegate->Autofill(0);
+        QCOMPARE(m_browser.calls, fetched + fetched);
     }
 
     void withoutAWindowTheScriptsGoNowhere()
     {
-        browser.forget();
-        browser.windowCount = 0;
-        delegate->SendtoUPS = 1;
-        delegate->Autofill(1);
-        QCOMPARE(browser.scripts.size(), std::size_t(28));
+        m_browser.forget();
+        m_browser.windowCount = 0;
+        m_delegate->SendtoUPS = 1;
+        m_delegate->Autofill(1);
+        QCOMPARE(m_browser.scripts.size(), std::size_t(28));
     }
 };
 

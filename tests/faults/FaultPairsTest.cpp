@@ -193,14 +193,14 @@ private slots:
         for (const Fault &second : faults()) {
             for (const Situation situation : situations) {
                 for (const Spacing spacing : spacings) {
-                    if (cases++ % sweepStep(11) != 0)
+                    if (m_cases++ % sweepStep(11) != 0)
                         continue;
                     world.unplug();
                     pass(recovery);
                     bring(world, situation);
                     strike(world, first, second, spacing);
                     recover(world, first, second);
-                    ++played;
+                    ++m_played;
                     const QString wrong = wrongReading(world) + wrongSettings(world);
                     QVERIFY2(wrong.isEmpty(),
                              qPrintable(QStringLiteral("%1, %2, %3: %4")
@@ -214,13 +214,13 @@ private slots:
 
     void cleanupTestCase()
     {
-        qInfo("%zu faults; %d of %d pairs, situations and spacings played", faults().size(), played,
-              cases);
+        qInfo("%zu faults; %d of %d pairs, situations and spacings played", faults().size(),
+              m_played, m_cases);
     }
 
 private:
-    int cases = 0;
-    int played = 0;
+    int m_cases = 0;
+    int m_played = 0;
 };
 
 QTEST_APPLESS_MAIN(FaultPairsTest)

@@ -27,7 +27,7 @@ FaultyWorld::FaultyWorld()
 {
     // A write beyond the limit is to fail, not to end the process.
     std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &fileSize);
+    getrlimit(RLIMIT_FSIZE, &m_fileSize);
     app.hidapi.duringSend = [this] { exchange(); };
     model.setLoad(1234);
 }
@@ -42,24 +42,24 @@ FaultyWorld::~FaultyWorld()
 // As long as the program holds the node of an earlier plug, the kernel gives out another number.
 void FaultyWorld::plug(Notice notice)
 {
-    if (plugged)
+    if (m_plugged)
         return;
-    plugged = true;
-    scale.name = scale.name == "hidraw0" ? "hidraw1" : "hidraw0";
+    m_plugged = true;
+    m_scale.name = m_scale.name == "hidraw0" ? "hidraw1" : "hidraw0";
     model.plugIn();
     if (notice == Notice::Sent)
-        fakeudev::plug(scale);
+        fakeudev::plug(m_scale);
     else
-        fakeudev::place(scale);
+        fakeudev::place(m_scale);
     applyTransfers();
 }
 
 void FaultyWorld::unplug(Notice notice)
 {
-    if (!plugged)
+    if (!m_plugged)
         return;
-    plugged = false;
-    fakeudev::unplug(scale.name);
+    m_plugged = false;
+    fakeudev::unplug(m_scale.name);
     if (notice == Notice::Dropped)
         fakeudev::overflow();
     applyTransfers();
@@ -67,27 +67,27 @@ void FaultyWorld::unplug(Notice notice)
 
 void FaultyWorld::deliver(Reports kind)
 {
-    reports = kind;
+    m_reports = kind;
     applyTransfers();
 }
 
 void FaultyWorld::failSending(bool fails)
 {
-    sendingFails = fails;
+    m_sendingFails = fails;
     applyTransfers();
 }
 
 void FaultyWorld::applyTransfers()
 {
-    app.hidapi.sendFails = sendingFails || !plugged;
-    app.hidapi.readFails = reports == Reports::None || !plugged;
-    if (!plugged)
+    app.hidapi.sendFails = m_sendingFails || !m_plugged;
+    app.hidapi.readFails = m_reports == Reports::None || !m_plugged;
+    if (!m_plugged)
         app.hidapi.reports.clear();
 }
 
 void FaultyWorld::fillDisk(bool full)
 {
-    rlimit limit = fileSize;
+    rlimit limit = m_fileSize;
     if (full)
         limit.rlim_cur = 0;
     setrlimit(RLIMIT_FSIZE, &limit);
@@ -95,13 +95,13 @@ void FaultyWorld::fillDisk(bool full)
 
 void FaultyWorld::loseSettingsFolder()
 {
-    if (!folderIsBlocked)
+    if (!m_folderIsBlocked)
         storedsettings::forget();
 }
 
 void FaultyWorld::blockSettingsFolder(bool blocked)
 {
-    if (blocked == std::exchange(folderIsBlocked, blocked))
+    if (blocked == std::exchange(m_folderIsBlocked, blocked))
         return;
     if (blocked) {
         QDir().mkpath(settingsFolder());
@@ -115,14 +115,14 @@ void FaultyWorld::blockSettingsFolder(bool blocked)
 
 void FaultyWorld::duringNextExchange(const std::function<void()> &what)
 {
-    happening = what;
+    m_happening = what;
 }
 
 void FaultyWorld::exchange()
 {
     const auto sent = app.hidapi.sent.back();
-    if (happening)
-        std::exchange(happening, {})();
+    if (m_happening)
+        std::exchange(m_happening, {})();
     if (app.hidapi.sendFails)
         return;
     const auto answer = model.receive(std::span(sent).subspan(1));
@@ -134,7 +134,7 @@ std::vector<std::uint8_t> FaultyWorld::distorted(const ScaleModel::InputReport &
 {
     constexpr std::size_t longReport = 64;
     std::vector<std::uint8_t> bytes(report.begin(), report.end());
-    switch (reports) {
+    switch (m_reports) {
     case Reports::Whole: break;
     case Reports::None:
     case Reports::Empty: bytes.clear(); break;
@@ -142,7 +142,7 @@ std::vector<std::uint8_t> FaultyWorld::distorted(const ScaleModel::InputReport &
     case Reports::Long: bytes.resize(longReport, 0xFF); break;
     case Reports::Nonsense:
         for (std::uint8_t &byte : bytes)
-            byte = static_cast<std::uint8_t>(nonsense());
+            byte = static_cast<std::uint8_t>(m_nonsense());
         break;
     }
     return bytes;

@@ -24,9 +24,9 @@ public:
 
     void plug(Notice notice = Notice::Sent);
     void unplug(Notice notice = Notice::Sent);
-    bool isPlugged() const { return plugged; }
+    bool isPlugged() const { return m_plugged; }
     /// Of the scale as it is plugged in now.
-    const fakeudev::Device &device() const { return scale; }
+    const fakeudev::Device &device() const { return m_scale; }
 
     void deliver(Reports reports);
     void failSending(bool fails);
@@ -39,7 +39,7 @@ public:
     /// Once, while the next report to the scale is on its way.
     void duringNextExchange(const std::function<void()> &happening);
     /// Whether such a happening is still to come.
-    bool awaitsExchange() const { return static_cast<bool>(happening); }
+    bool awaitsExchange() const { return static_cast<bool>(m_happening); }
 
     LaunchedApplication app;
     ScaleModel model;
@@ -49,12 +49,12 @@ private:
     std::vector<std::uint8_t> distorted(const ScaleModel::InputReport &report);
     void applyTransfers();
 
-    fakeudev::Device scale = scaleDevice;
-    bool plugged = false;
-    bool sendingFails = false;
-    bool folderIsBlocked = false;
-    Reports reports = Reports::Whole;
-    std::function<void()> happening;
-    std::mt19937 nonsense;
-    rlimit fileSize{};
+    fakeudev::Device m_scale = scaleDevice;
+    bool m_plugged = false;
+    bool m_sendingFails = false;
+    bool m_folderIsBlocked = false;
+    Reports m_reports = Reports::Whole;
+    std::function<void()> m_happening;
+    std::mt19937 m_nonsense;
+    rlimit m_fileSize{};
 };

@@ -91,20 +91,20 @@ class PairOfPanels
 public:
     bool show(std::int64_t number, const DigitContext &context)
     {
-        apply(layoutDigits(number, context), product);
-        rules::drawDigits(number, stateOf(context), expected);
-        return sameViews(product, expected);
+        apply(layoutDigits(number, context), m_product);
+        rules::drawDigits(number, stateOf(context), m_expected);
+        return sameViews(m_product, m_expected);
     }
 
     QString picture(rules::View view) const
     {
-        const rules::ViewState &state = product[view];
+        const rules::ViewState &state = m_product[view];
         return state.hidden ? QStringLiteral("-") : QString::fromStdString(rules::imageName(state));
     }
 
 private:
-    rules::Views product{};
-    rules::Views expected{};
+    rules::Views m_product{};
+    rules::Views m_expected{};
 };
 
 /// The states that choosing a unit and reading a scale can leave.

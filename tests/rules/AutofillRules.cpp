@@ -25,21 +25,21 @@ class Filling
 {
 public:
     Filling(const WeightTexts &weightTexts, const Page &openPage)
-        : texts(weightTexts)
-        , page(openPage)
+        : m_texts(weightTexts)
+        , m_page(openPage)
     {
     }
 
     void fedex()
     {
-        const auto pounds = static_cast<float>(floatValue(texts.BASIC) * 0.0022045);
+        const auto pounds = static_cast<float>(floatValue(m_texts.BASIC) * 0.0022045);
         assign("psdData.mpsRowDataList[0].weight", fixedText(pounds, 3));
         for (const char *name :
              {"perPackageWeight", "aryShipmentWeight[0]", "aryShipmentWeight[1]",
               "aryShipmentWeight[2]", "aryShipmentWeight[3]", "aryShipmentWeight[4]",
               "aryShipmentWeight[5]", "arrayWeight[0]", "arrayWeight[1]", "arrayWeight[2]",
               "arrayWeight[3]", "arrayWeight[4]"})
-            assign(name, texts.EXPORT);
+            assign(name, m_texts.EXPORT);
     }
 
     void ups()
@@ -47,7 +47,7 @@ public:
         for (const char *name :
              {"formbean.shipping.weight", "formbean.packageBean.weight", "shipmentWeight", "weight",
               "shipmentBean.weight", "packageBean.weight"})
-            assign(name, texts.LB);
+            assign(name, m_texts.LB);
         for (const char *name : {"estimateShipmentWeight",
                                  "weight",
                                  "weight1",
@@ -70,17 +70,17 @@ public:
                                  "weights5",
                                  "approxWeight",
                                  "totalWeight"})
-            assign(name, texts.EXPORT);
+            assign(name, m_texts.EXPORT);
     }
 
     void uspsAlways()
     {
-        assign("ctl00$ContentPlaceHolder1$TextBoxPounds", texts.LB);
-        assign("shippingWeightInPounds", texts.LB);
-        assign("ctl00$maincontent$txtPounds", texts.LB);
-        assign("ctl00$ContentPlaceHolder1$TextBoxOunces", texts.OZ);
-        assign("shippingWeightInOunces", texts.OZ);
-        assign("ctl00$maincontent$txtOunces", texts.OZ);
+        assign("ctl00$ContentPlaceHolder1$TextBoxPounds", m_texts.LB);
+        assign("shippingWeightInPounds", m_texts.LB);
+        assign("ctl00$maincontent$txtPounds", m_texts.LB);
+        assign("ctl00$ContentPlaceHolder1$TextBoxOunces", m_texts.OZ);
+        assign("shippingWeightInOunces", m_texts.OZ);
+        assign("ctl00$maincontent$txtOunces", m_texts.OZ);
     }
 
     void uspsRows()
@@ -136,7 +136,8 @@ private:
         }
         if (pounds) {
             outcome.log.emplace_back("Pound is selected");
-            assign(mainBox(row), fixedText(floatValue(texts.LB) + floatValue(texts.OZ) / 16.0F, 6));
+            assign(mainBox(row),
+                   fixedText(floatValue(m_texts.LB) + floatValue(m_texts.OZ) / 16.0F, 6));
         }
     }
 
@@ -145,19 +146,19 @@ private:
         if (!isChecked("flatRateNo"))
             return;
         outcome.log.emplace_back("Enter Weight is selected");
-        assign("cnsCartList[0].labelPkg.pounds", texts.LB);
-        assign("cnsCartList[0].labelPkg.ounces", texts.OZ);
+        assign("cnsCartList[0].labelPkg.pounds", m_texts.LB);
+        assign("cnsCartList[0].labelPkg.ounces", m_texts.OZ);
     }
 
     void fillPair(const std::string &row)
     {
-        assign(mainBox(row), texts.LB);
-        assign(secondBox(row), texts.OZ);
+        assign(mainBox(row), m_texts.LB);
+        assign(secondBox(row), m_texts.OZ);
     }
 
     void fillTotalOunces(const std::string &row)
     {
-        assign(mainBox(row), fixedText(floatValue(texts.LB) * 16.0F + floatValue(texts.OZ), 6));
+        assign(mainBox(row), fixedText(floatValue(m_texts.LB) * 16.0F + floatValue(m_texts.OZ), 6));
     }
 
     void assign(const std::string &name, const std::string &text)
@@ -168,15 +169,15 @@ private:
     bool isEmpty(const std::string &name)
     {
         outcome.scripts.push_back(valueScript(name));
-        const auto field = page.fields.find(name);
-        return field != page.fields.end() && field->second.empty();
+        const auto field = m_page.fields.find(name);
+        return field != m_page.fields.end() && field->second.empty();
     }
 
     bool isChecked(const std::string &id)
     {
         outcome.scripts.push_back("document.getElementById('" + id + "').checked");
-        const auto button = page.checked.find(id);
-        return button != page.checked.end() && button->second;
+        const auto button = m_page.checked.find(id);
+        return button != m_page.checked.end() && button->second;
     }
 
     static std::string valueScript(const std::string &name)
@@ -184,8 +185,8 @@ private:
         return "document.getElementsByName('" + name + "')[0].value";
     }
 
-    const WeightTexts &texts;
-    const Page &page;
+    const WeightTexts &m_texts;
+    const Page &m_page;
 };
 
 } // namespace

@@ -13,9 +13,9 @@ class Pattern
 {
 public:
     Pattern(int unitNumber, std::uint8_t command, bool highCapacityModel)
-        : unitnumber(unitNumber)
-        , hold((command & 0x04) == 0)
-        , highCapacity(highCapacityModel)
+        : m_unitnumber(unitNumber)
+        , m_hold((command & 0x04) == 0)
+        , m_highCapacity(highCapacityModel)
     {
     }
 
@@ -37,7 +37,7 @@ public:
                 {".4", false},     {":", code == 3},   {"USB", true},
                 {"GM", false},     {"KG0", code == 1}, {"LB", code == 2 || code == 3},
                 {"OZ", code == 3}, {"BAT", false},     {"AC", true},
-                {"HOLD", hold}};
+                {"HOLD", m_hold}};
     }
 
 private:
@@ -45,46 +45,55 @@ private:
     {
         std::vector<IconCall> calls = {{".1", false}, {".2", false}, {".3", false},
                                        {".4", false}, {":", false},  {"USB", true}};
-        if (unitnumber == 0) {
+        if (m_unitnumber == 0) {
             calls.push_back({"GM", true});
             calls.push_back({"KG0", false});
         } else {
             calls.push_back({"GM", false});
             calls.push_back({"KG0", true});
-            calls.push_back({highCapacity ? ".2" : ".1", true});
+            calls.push_back({m_highCapacity ? ".2" : ".1", true});
         }
-        calls.insert(calls.end(),
-                     {{"LB", false}, {"OZ", false}, {"BAT", false}, {"AC", true}, {"HOLD", hold}});
+        calls.insert(
+            calls.end(),
+            {{"LB", false}, {"OZ", false}, {"BAT", false}, {"AC", true}, {"HOLD", m_hold}});
         return calls;
     }
 
     std::vector<IconCall> ounces() const
     {
-        return {{".3", true},   {".2", false},  {".4", false}, {".1", false}, {":", false},
-                {"USB", true},  {"KG0", false}, {"GM", false}, {"LB", false}, {"OZ", true},
-                {"BAT", false}, {"AC", true},   {"USB", true}, {"HOLD", hold}};
+        return {{".3", true},   {".2", false},  {".4", false}, {".1", false},   {":", false},
+                {"USB", true},  {"KG0", false}, {"GM", false}, {"LB", false},   {"OZ", true},
+                {"BAT", false}, {"AC", true},   {"USB", true}, {"HOLD", m_hold}};
     }
 
     std::vector<IconCall> poundsOunces(int code) const
     {
-        return {{".4", unitnumber != 3}, {".2", false},  {".1", false},
-                {".3", code == 3},       {"KG0", false}, {":", true},
-                {"GM", false},           {"LB", true},   {"USB", true},
-                {"OZ", unitnumber != 4}, {"BAT", false}, {"AC", true},
-                {"HOLD", hold}};
+        return {{".4", m_unitnumber != 3},
+                {".2", false},
+                {".1", false},
+                {".3", code == 3},
+                {"KG0", false},
+                {":", true},
+                {"GM", false},
+                {"LB", true},
+                {"USB", true},
+                {"OZ", m_unitnumber != 4},
+                {"BAT", false},
+                {"AC", true},
+                {"HOLD", m_hold}};
     }
 
     std::vector<IconCall> decimalPounds() const
     {
-        return {{".4", false},        {".1", false}, {".3", false},  {".2", !highCapacity},
-                {".3", highCapacity}, {":", false},  {"KG0", false}, {"GM", false},
-                {"LB", true},         {"OZ", false}, {"BAT", false}, {"AC", true},
-                {"USB", true},        {"HOLD", hold}};
+        return {{".4", false},          {".1", false},   {".3", false},  {".2", !m_highCapacity},
+                {".3", m_highCapacity}, {":", false},    {"KG0", false}, {"GM", false},
+                {"LB", true},           {"OZ", false},   {"BAT", false}, {"AC", true},
+                {"USB", true},          {"HOLD", m_hold}};
     }
 
-    const int unitnumber;
-    const bool hold;
-    const bool highCapacity;
+    const int m_unitnumber;
+    const bool m_hold;
+    const bool m_highCapacity;
 };
 
 } // namespace

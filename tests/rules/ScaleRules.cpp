@@ -28,17 +28,17 @@ class Reading
 public:
     Reading(std::uint8_t statusByte, std::uint8_t lowByte, std::uint8_t highByte,
             const LinkState &before, bool highCapacityModel)
-        : status(statusByte)
-        , low(lowByte)
-        , high(highByte)
-        , highCapacity(highCapacityModel)
+        : m_status(statusByte)
+        , m_low(lowByte)
+        , m_high(highByte)
+        , m_highCapacity(highCapacityModel)
     {
-        outcome.state = before;
-        outcome.count = 0;
-        outcome.changeWebCalled = false;
-        outcome.changeWebGrams = 0;
-        outcome.weight = 0;
-        outcome.poundsTimes10000 = 0;
+        m_outcome.state = before;
+        m_outcome.count = 0;
+        m_outcome.changeWebCalled = false;
+        m_outcome.changeWebGrams = 0;
+        m_outcome.weight = 0;
+        m_outcome.poundsTimes10000 = 0;
     }
 
     Outcome run()
@@ -47,55 +47,55 @@ public:
         weigh();
         handOverGrams();
         dispatch();
-        state.scaleCommand = closeCommandByte(state.scaleCommand, state.unitindex);
-        return outcome;
+        m_state.scaleCommand = closeCommandByte(m_state.scaleCommand, m_state.unitindex);
+        return m_outcome;
     }
 
 private:
     void add(Step step, std::int64_t number = 0, double real = 0)
     {
-        outcome.effects[static_cast<std::size_t>(outcome.count++)] = {step, number, real};
+        m_outcome.effects[static_cast<std::size_t>(m_outcome.count++)] = {step, number, real};
     }
 
     void begin()
     {
-        if (state.currentScale == 0)
-            state.currentStatue = true;
-        state.OverloadFlag = false;
+        if (m_state.currentScale == 0)
+            m_state.currentStatue = true;
+        m_state.OverloadFlag = false;
         add(Step::DrawOverload, 0);
         add(Step::ShowUnitLabel);
     }
 
     void weigh()
     {
-        if (state.currentScale == 0)
-            w = static_cast<float>((high >> 4) * 1000 + (high & 0x0F) * 100 + (low >> 4) * 10 +
-                                   (low & 0x0F));
-        if (highCapacity)
-            w = w * 10;
-        add(Step::LogWeight, state.currentScale, w);
+        if (m_state.currentScale == 0)
+            m_w = static_cast<float>((m_high >> 4) * 1000 + (m_high & 0x0F) * 100 +
+                                     (m_low >> 4) * 10 + (m_low & 0x0F));
+        if (m_highCapacity)
+            m_w = m_w * 10;
+        add(Step::LogWeight, m_state.currentScale, m_w);
     }
 
     void handOverGrams()
     {
-        if (state.currentScale == 0)
-            changeWebData(w);
-        if (state.currentScale == 1) {
-            w = hectogramsPlusHalf();
-            changeWebData(static_cast<float>(static_cast<int>(w) * 100));
+        if (m_state.currentScale == 0)
+            changeWebData(m_w);
+        if (m_state.currentScale == 1) {
+            m_w = hectogramsPlusHalf();
+            changeWebData(static_cast<float>(static_cast<int>(m_w) * 100));
         }
     }
 
     void changeWebData(float grams)
     {
-        outcome.changeWebCalled = true;
-        outcome.changeWebGrams = grams;
+        m_outcome.changeWebCalled = true;
+        m_outcome.changeWebGrams = grams;
         add(Step::ChangeWebData, 0, grams);
     }
 
     void dispatch()
     {
-        switch (status) {
+        switch (m_status) {
         case 0:
         case 128: lcdOff(); break;
         case 1:
@@ -115,9 +115,9 @@ private:
         case 133:
         case 140: add(Step::LogUnderLoad); break;
         case 6:
-        case 134: state.currentScale = 0; break;
+        case 134: m_state.currentScale = 0; break;
         case 13:
-        case 141: state.currentScale = 1; break;
+        case 141: m_state.currentScale = 1; break;
         case 8:
         case 136: kilogramsType1(); break;
         case 9:
@@ -131,46 +131,46 @@ private:
     void lcdOff()
     {
         add(Step::LogLcdOff);
-        state.currentStatue = false;
+        m_state.currentStatue = false;
         add(Step::HideUnitLabel);
         add(Step::ClearAll);
     }
 
     void metric()
     {
-        add(Step::ShowNegative, status == 129);
+        add(Step::ShowNegative, m_status == 129);
         correctToMetric();
-        const int grams = static_cast<int>(w);
+        const int grams = static_cast<int>(m_w);
         add(Step::LogMetric, grams);
-        add(Step::Draw5Digit, grams * (highCapacity ? 10 : 100));
+        add(Step::Draw5Digit, grams * (m_highCapacity ? 10 : 100));
         add(Step::DisplayUnit, 1);
     }
 
     void ounces()
     {
         countPounds();
-        const int tenths = static_cast<int>(w / 2.835 + 0.5);
-        add(Step::ShowNegative, status == 130);
-        state.currentUnit = 2;
-        state.unitnumber = 1;
-        state.unitindex = 2;
+        const int tenths = static_cast<int>(m_w / 2.835 + 0.5);
+        add(Step::ShowNegative, m_status == 130);
+        m_state.currentUnit = 2;
+        m_state.unitnumber = 1;
+        m_state.unitindex = 2;
         add(Step::Draw5Digit, tenths * 100);
         add(Step::DisplayUnit, 2);
     }
 
     void poundsOunces()
     {
-        const int wholePounds = static_cast<int>(w / 453.6);
+        const int wholePounds = static_cast<int>(m_w / 453.6);
         countPounds();
-        const double rest = w - wholePounds * 453.6;
+        const double rest = m_w - wholePounds * 453.6;
         const int tenths = static_cast<int>(rest / 2.835 + 0.5);
         const int digit = tenths % 10;
         add(Step::LogTenthOfOunce, digit);
-        if (state.currentScale == 1)
-            w = ouncesType1();
+        if (m_state.currentScale == 1)
+            m_w = ouncesType1();
         else
             showPoundsOunces(wholePounds, tenths / 10, fractionOf(digit));
-        if (!state.currentStatue)
+        if (!m_state.currentStatue)
             add(Step::ClearAll);
     }
 
@@ -178,32 +178,32 @@ private:
     {
         if (digit < 0 || digit > 9)
             return {digit, 0};
-        return highCapacity ? quarters[digit] : eighths[digit];
+        return m_highCapacity ? quarters[digit] : eighths[digit];
     }
 
     void showPoundsOunces(int wholePounds, int wholeOunces, Fraction fraction)
     {
-        add(Step::ShowNegative, status == 131 || status == 135);
-        state.currentUnit = 4;
-        if (unitMayBeCorrected() && status == 3) {
-            state.unitnumber = 2;
-            state.unitindex = 3;
-        } else if (unitMayBeCorrected() && status == 7) {
-            state.unitnumber = 3;
-            state.unitindex = 4;
+        add(Step::ShowNegative, m_status == 131 || m_status == 135);
+        m_state.currentUnit = 4;
+        if (unitMayBeCorrected() && m_status == 3) {
+            m_state.unitnumber = 2;
+            m_state.unitindex = 3;
+        } else if (unitMayBeCorrected() && m_status == 7) {
+            m_state.unitnumber = 3;
+            m_state.unitindex = 4;
         }
-        add(Step::DisplayUnit, state.unitnumber == 4 ? 5 : 4);
-        const int reading = state.unitnumber == 4
+        add(Step::DisplayUnit, m_state.unitnumber == 4 ? 5 : 4);
+        const int reading = m_state.unitnumber == 4
                                 ? decimalPounds()
                                 : wholePounds * 10000 + wholeOunces * 100 +
                                       fraction.numerator * 10 + fraction.denominator;
-        add(Step::Draw5Digit, status == 135 ? -reading : reading);
+        add(Step::Draw5Digit, m_status == 135 ? -reading : reading);
     }
 
     int decimalPounds()
     {
-        int &pounds = outcome.poundsTimes10000;
-        if (highCapacity) {
+        int &pounds = m_outcome.poundsTimes10000;
+        if (m_highCapacity) {
             add(Step::LogDecimalPounds, pounds);
             pounds = static_cast<int>(std::lround(static_cast<float>(pounds / 1000.0)) * 100);
         }
@@ -212,7 +212,7 @@ private:
 
     void overload()
     {
-        state.OverloadFlag = true;
+        m_state.OverloadFlag = true;
         add(Step::HideUnitLabel);
         add(Step::ClearAll);
         add(Step::DrawOverload, 1);
@@ -220,75 +220,75 @@ private:
 
     void kilogramsType1()
     {
-        state.currentScale = 1;
-        w = hectogramsPlusHalf();
-        add(Step::LogHectograms, 0, w);
-        add(Step::ShowNegative, status == 136);
+        m_state.currentScale = 1;
+        m_w = hectogramsPlusHalf();
+        add(Step::LogHectograms, 0, m_w);
+        add(Step::ShowNegative, m_status == 136);
         correctToMetric();
-        const int hectograms = static_cast<int>(w);
+        const int hectograms = static_cast<int>(m_w);
         add(Step::LogMetric, hectograms);
-        state.currentUnit = 1;
-        state.currentStatue = true;
+        m_state.currentUnit = 1;
+        m_state.currentStatue = true;
         add(Step::Draw5Digit, hectograms);
         add(Step::DisplayUnit, 1);
     }
 
     void poundsType1()
     {
-        state.currentScale = 1;
-        w = static_cast<float>((high << 4) | (low >> 4));
-        if ((low & 0x0F) > 7)
-            w = w + 1;
-        add(Step::LogTenthsOfPound, 0, w);
-        add(Step::ShowNegative, status == 137);
-        state.currentUnit = 2;
-        state.currentStatue = true;
-        add(Step::Draw5Digit, static_cast<int>(w));
+        m_state.currentScale = 1;
+        m_w = static_cast<float>((m_high << 4) | (m_low >> 4));
+        if ((m_low & 0x0F) > 7)
+            m_w = m_w + 1;
+        add(Step::LogTenthsOfPound, 0, m_w);
+        add(Step::ShowNegative, m_status == 137);
+        m_state.currentUnit = 2;
+        m_state.currentStatue = true;
+        add(Step::Draw5Digit, static_cast<int>(m_w));
         add(Step::DisplayUnit, 2);
     }
 
     void poundsOuncesType1()
     {
-        state.currentScale = 1;
-        w = ouncesType1();
-        const int wholePounds = static_cast<int>(w / 16);
-        const int wholeOunces = static_cast<int>(w) % 16;
-        add(Step::ShowNegative, status == 138);
-        state.currentUnit = 3;
-        state.currentStatue = true;
-        const int reading = wholePounds * 100 + wholeOunces + ((low & 0x0F) > 7 ? 1 : 0);
-        add(Step::Draw5Digit, status == 138 ? -reading : reading);
+        m_state.currentScale = 1;
+        m_w = ouncesType1();
+        const int wholePounds = static_cast<int>(m_w / 16);
+        const int wholeOunces = static_cast<int>(m_w) % 16;
+        add(Step::ShowNegative, m_status == 138);
+        m_state.currentUnit = 3;
+        m_state.currentStatue = true;
+        const int reading = wholePounds * 100 + wholeOunces + ((m_low & 0x0F) > 7 ? 1 : 0);
+        add(Step::Draw5Digit, m_status == 138 ? -reading : reading);
         add(Step::DisplayUnit, 3);
     }
 
     float hectogramsPlusHalf() const
     {
-        return static_cast<float>(high * 7.2576 + low * 0.02835 + 0.5);
+        return static_cast<float>(m_high * 7.2576 + m_low * 0.02835 + 0.5);
     }
 
-    float ouncesType1() const { return static_cast<float>(high * 25.6 + (low / 10)); }
+    float ouncesType1() const { return static_cast<float>(m_high * 25.6 + (m_low / 10)); }
 
-    void countPounds() { outcome.poundsTimes10000 = static_cast<int>(w / 0.4536 + 0.5) * 10; }
+    void countPounds() { m_outcome.poundsTimes10000 = static_cast<int>(m_w / 0.4536 + 0.5) * 10; }
 
     /// Decimal pounds and kilograms are the user's own choice, which no report overrides.
-    bool unitMayBeCorrected() const { return state.unitnumber != 4 && state.unitnumber != 5; }
+    bool unitMayBeCorrected() const { return m_state.unitnumber != 4 && m_state.unitnumber != 5; }
 
     void correctToMetric()
     {
         if (!unitMayBeCorrected())
             return;
-        state.currentUnit = 1;
-        state.unitnumber = 0;
-        state.unitindex = 1;
+        m_state.currentUnit = 1;
+        m_state.unitnumber = 0;
+        m_state.unitindex = 1;
     }
 
-    const std::uint8_t status;
-    const std::uint8_t low;
-    const std::uint8_t high;
-    const bool highCapacity;
-    Outcome outcome;
-    LinkState &state = outcome.state;
-    float &w = outcome.weight;
+    const std::uint8_t m_status;
+    const std::uint8_t m_low;
+    const std::uint8_t m_high;
+    const bool m_highCapacity;
+    Outcome m_outcome;
+    LinkState &m_state = m_outcome.state;
+    float &m_w = m_outcome.weight;
 };
 
 } // namespace

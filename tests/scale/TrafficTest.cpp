@@ -98,7 +98,7 @@ class TrafficTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase() { QVERIFY(folder.isValid()); }
+    void initTestCase() { QVERIFY(m_folder.isValid()); }
 
     void aLineReadsAsItIsWritten_data()
     {
@@ -179,7 +179,7 @@ private slots:
         fakeudev::reset();
         FakeHidapi &hidapi = FakeHidapi::instance();
         RecordedHidDevices record(std::make_unique<SystemHidDevices>());
-        const QString name = folder.filePath(QStringLiteral("record"));
+        const QString name = m_folder.filePath(QStringLiteral("record"));
         QVERIFY(record.startFile(name));
         const LogCapture log;
         Interface interface(record);
@@ -215,7 +215,7 @@ private slots:
     void aRecordThatCannotBeWrittenIsToldAtOnce()
     {
         RecordedHidDevices record(std::make_unique<SystemHidDevices>());
-        QVERIFY(!record.startFile(folder.filePath(QStringLiteral("nowhere/record"))));
+        QVERIFY(!record.startFile(m_folder.filePath(QStringLiteral("nowhere/record"))));
         QCOMPARE(record.errorText(), QStringLiteral("No such file or directory"));
     }
 
@@ -330,7 +330,7 @@ private slots:
     }
 
 private:
-    QTemporaryDir folder{QStringLiteral("/dev/shm/postal-scale-test-XXXXXX")};
+    QTemporaryDir m_folder{QStringLiteral("/dev/shm/postal-scale-test-XXXXXX")};
 };
 
 QTEST_GUILESS_MAIN(TrafficTest)

@@ -137,8 +137,8 @@ LaunchedApplication::FreshWorld::FreshWorld(Scale scale, const std::function<voi
 LaunchedApplication::LaunchedApplication(Scale scale, const QByteArray &information,
                                          const std::function<void()> &before,
                                          BrowserBridge *browsers)
-    : world(scale, before)
-    , application(world.argumentCount, arguments)
+    : m_world(scale, before)
+    , application(m_world.argumentCount, arguments)
     , delegate(*launched(application, information, browsers).delegate())
     , link(*delegate.hid_obj)
 {

@@ -80,7 +80,7 @@ private:
         FreshWorld(Scale scale, const std::function<void()> &before);
         int argumentCount = 1;
     };
-    FreshWorld world;
+    FreshWorld m_world;
 
 public:
     LogCapture log;

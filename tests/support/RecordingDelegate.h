@@ -14,7 +14,7 @@ class RecordingDelegate : public ScaleDelegate, public ScaleApplication
 public:
     ScaleDelegate *delegate() const override { return const_cast<RecordingDelegate *>(this); }
 
-    HidDevices &devices() override { return machine; }
+    HidDevices &devices() override { return m_machine; }
 
     void setStatusString(bool connected) override { call("setStatusString", connected); }
     void setIsDeviceAlive(bool alive) override { call("setIsDeviceAlive", alive); }
@@ -45,7 +45,7 @@ public:
     bool clip = false;
 
 private:
-    SystemHidDevices machine;
+    SystemHidDevices m_machine;
 
     void call(const char *name, qint64 argument)
     {

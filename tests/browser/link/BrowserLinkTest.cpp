@@ -41,55 +41,55 @@ class BrowserLinkTest : public QObject
     Q_OBJECT
 
 private:
-    std::optional<BrowserFixture> fixture;
+    std::optional<BrowserFixture> m_fixture;
 
     std::unique_ptr<BrowserPeer> attachedPeer(const QList<QByteArray> &messages = {uspsPage})
     {
-        return fixture->attachedPeer(messages);
+        return m_fixture->attachedPeer(messages);
     }
 
-    BrowserResult run(const QString &text) { return fixture->run(text); }
-    void waitForStatus(const char *text) { fixture->waitForStatus(text); }
+    BrowserResult run(const QString &text) { return m_fixture->run(text); }
+    void waitForStatus(const char *text) { m_fixture->waitForStatus(text); }
 
 private slots:
     void init()
     {
-        fixture.emplace();
-        QVERIFY(fixture->listening);
+        m_fixture.emplace();
+        QVERIFY(m_fixture->listening);
     }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void withoutABrowser()
     {
-        QCOMPARE(fixture->link.statusText(), QStringLiteral("No browser linked"));
-        QVERIFY(fixture->link.application()->windows().empty());
+        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("No browser linked"));
+        QVERIFY(m_fixture->link.application()->windows().empty());
         QVERIFY(!run(box));
     }
 
     void theProgramIntroducesItselfFirst()
     {
-        BrowserPeer peer(fixture->path());
+        BrowserPeer peer(m_fixture->path());
         QCoreApplication::processEvents();
         const auto message = peer.receive();
         QVERIFY(message);
         QCOMPARE(message->value(QLatin1String("hello"))[QLatin1String("protocol")].toInt(), 1);
-        QCOMPARE(fixture->link.statusText(), QStringLiteral("No browser linked"));
+        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("No browser linked"));
         peer.send(hello);
         waitForStatus("Browser linked, waiting for a carrier page");
-        QCOMPARE(fixture->link.application()->windows().size(), std::size_t(1));
-        QVERIFY(!currentTab(*fixture->link.application()));
+        QCOMPARE(m_fixture->link.application()->windows().size(), std::size_t(1));
+        QVERIFY(!currentTab(*m_fixture->link.application()));
         peer.hangUp();
         waitForStatus("No browser linked");
     }
 
     void anotherProtocolIsSaidAndNotUsed()
     {
-        BrowserPeer peer(fixture->path());
+        BrowserPeer peer(m_fixture->path());
         peer.send(R"({"hello":{"protocol":2,"version":"7.0","browser":"test"}})");
         waitForStatus("Browser extension 7.0 does not fit this program");
         peer.send(uspsPage);
-        QVERIFY(fixture->link.application()->windows().empty());
+        QVERIFY(m_fixture->link.application()->windows().empty());
     }
 
     /// The status area tells of the one that is linked.
@@ -98,12 +98,12 @@ private slots:
         const LogCapture log;
         const auto peer = attachedPeer();
         waitForStatus("Browser linked, USPS page open");
-        BrowserPeer stranger(fixture->path());
+        BrowserPeer stranger(m_fixture->path());
         stranger.send(R"({"hello":{"protocol":2,"version":"7.0","browser":"Firefox"}})");
         const QStringList expected{
             QStringLiteral("Browser link: the extension 7.0 in Firefox does not fit this program")};
         QTRY_COMPARE(LogCapture::lines(), expected);
-        QCOMPARE(fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
+        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
     }
 
     void answers_data()
@@ -173,7 +173,7 @@ private slots:
 
         // It is not known to keep up before it has taken in a whole reading.
         QStringList shown;
-        connect(&fixture->link, &BrowserLink::statusTextChanged, &fixture->link,
+        connect(&m_fixture->link, &BrowserLink::statusTextChanged, &m_fixture->link,
                 [&](const QString &text) { shown.append(text); });
         peer->sendRan(idOf(question), QJsonArray{QString()});
         QCoreApplication::processEvents(); // the answer arrives
@@ -221,7 +221,7 @@ private slots:
         time.start();
         QVERIFY(!run(box));
         QVERIFY(time.elapsed() < BrowserClient::answerTime.count());
-        QCOMPARE(fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
+        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
     }
 
     void anotherPageOfTheSameBrowserIsServed()
@@ -245,7 +245,7 @@ private slots:
     {
         const auto peer = attachedPeer();
         waitForStatus("Browser linked, USPS page open");
-        const auto application = fixture->link.application();
+        const auto application = m_fixture->link.application();
         const auto first = currentTab(*application);
         peer->send(R"({"current":{"page":2,"host":"www.ups.com"}})");
         QVERIFY(!application->doJavaScript(box, first));
@@ -274,7 +274,7 @@ private slots:
         const auto peer = attachedPeer();
         waitForStatus("Browser linked, USPS page open");
         QStringList shown;
-        connect(&fixture->link, &BrowserLink::statusTextChanged, &fixture->link,
+        connect(&m_fixture->link, &BrowserLink::statusTextChanged, &m_fixture->link,
                 [&](const QString &text) { shown.append(text); });
         run(box + QStringLiteral("=1"));
         QCoreApplication::processEvents();
@@ -339,7 +339,7 @@ private slots:
             received.append(QStringLiteral("end"));
             return results;
         });
-        const auto application = fixture->link.application();
+        const auto application = m_fixture->link.application();
         const auto tab = currentTab(*application);
         const QString assignment = box + QStringLiteral("=1");
         for (int time = 0; time < 2; ++time) {
@@ -358,7 +358,7 @@ private slots:
     {
         const auto peer = attachedPeer();
         waitForStatus("Browser linked, USPS page open");
-        const auto application = fixture->link.application();
+        const auto application = m_fixture->link.application();
         const auto tab = currentTab(*application);
         QVERIFY(!application->doJavaScript(box, tab));
         const auto question = peer->receive(0);
@@ -385,7 +385,7 @@ private slots:
             return results;
         });
         QStringList shown;
-        connect(&fixture->link, &BrowserLink::statusTextChanged, &fixture->link,
+        connect(&m_fixture->link, &BrowserLink::statusTextChanged, &m_fixture->link,
                 [&](const QString &text) { shown.append(text); });
         for (int reading = 0; reading < 3; ++reading) {
             run(box + QStringLiteral("=1"));

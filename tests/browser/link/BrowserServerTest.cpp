@@ -25,7 +25,7 @@ class BrowserServerTest : public QObject
     Q_OBJECT
 
 private:
-    std::optional<BrowserFixture> fixture;
+    std::optional<BrowserFixture> m_fixture;
 
     static constexpr int turnedAway = 0;
     static constexpr QFile::Permissions everybody{0x7777};
@@ -33,7 +33,7 @@ private:
     /// What comes of user 65534's attempt to attach: an error number, or turnedAway.
     int outcomeForAnotherUser()
     {
-        const QString socketPath = fixture->path();
+        const QString socketPath = m_fixture->path();
         const pid_t child = fork();
         if (child == 0) {
             if (setuid(65534) != 0)
@@ -53,11 +53,11 @@ private:
 private slots:
     void init()
     {
-        fixture.emplace();
-        QVERIFY(fixture->listening);
+        m_fixture.emplace();
+        QVERIFY(m_fixture->listening);
     }
 
-    void cleanup() { fixture.reset(); }
+    void cleanup() { m_fixture.reset(); }
 
     void misbehaviourEndsTheConnection_data()
     {
@@ -76,25 +76,25 @@ private slots:
     void misbehaviourEndsTheConnection()
     {
         QFETCH(QByteArray, stream);
-        const auto neighbour = fixture->attachedPeer();
-        fixture->waitForStatus("Browser linked, USPS page open");
-        BrowserPeer peer(fixture->path());
+        const auto neighbour = m_fixture->attachedPeer();
+        m_fixture->waitForStatus("Browser linked, USPS page open");
+        BrowserPeer peer(m_fixture->path());
         std::thread sending([&] { peer.sendBytes(stream); });
         QTRY_VERIFY(peer.isClosedWithin(1));
         sending.join();
-        QCOMPARE(fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
+        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
     }
 
     void aPeerThatSaysNothingIsLetGo()
     {
-        BrowserPeer peer(fixture->path());
+        BrowserPeer peer(m_fixture->path());
         QTRY_VERIFY_WITH_TIMEOUT(peer.isClosedWithin(1), 10000);
     }
 
     void aTalkativePeerHoldsNothingUp()
     {
-        const auto peer = fixture->attachedPeer();
-        fixture->waitForStatus("Browser linked, USPS page open");
+        const auto peer = m_fixture->attachedPeer();
+        m_fixture->waitForStatus("Browser linked, USPS page open");
         std::atomic<bool> talking = true;
         std::thread talk([&] {
             while (talking && peer->send(R"({"focused":1000})")) {
@@ -102,28 +102,28 @@ private slots:
         });
         QElapsedTimer time;
         time.start();
-        QVERIFY(!fixture->run(box));
+        QVERIFY(!m_fixture->run(box));
         QVERIFY(time.elapsed() < BrowserClient::answerTime.count() + lateness);
         bool turned = false;
-        QTimer::singleShot(0, &fixture->link, [&] { turned = true; });
+        QTimer::singleShot(0, &m_fixture->link, [&] { turned = true; });
         QTRY_VERIFY(turned);
         talking = false;
         peer->hangUp();
         talk.join();
-        fixture->waitForStatus("No browser linked");
+        m_fixture->waitForStatus("No browser linked");
     }
 
     /// Each reading finds another page, and none of them is answered.
     void aPeerThatNeverAnswersIsLetGo()
     {
-        const auto peer = fixture->attachedPeer();
-        fixture->waitForStatus("Browser linked, USPS page open");
+        const auto peer = m_fixture->attachedPeer();
+        m_fixture->waitForStatus("Browser linked, USPS page open");
         int page = 1;
-        while (fixture->link.statusText() != QLatin1String("No browser linked")) {
+        while (m_fixture->link.statusText() != QLatin1String("No browser linked")) {
             QVERIFY(++page < 1000);
             peer->send(upsPage(page));
             QCoreApplication::processEvents();
-            fixture->run(box + QStringLiteral("=1"));
+            m_fixture->run(box + QStringLiteral("=1"));
             QCoreApplication::processEvents();
         }
         QVERIFY(peer->isClosedWithin(BrowserPeer::patience));
@@ -131,15 +131,15 @@ private slots:
 
     void aPeerThatTakesNothingInIsLetGo()
     {
-        const auto peer = fixture->attachedPeer();
-        fixture->waitForStatus("Browser linked, USPS page open");
+        const auto peer = m_fixture->attachedPeer();
+        m_fixture->waitForStatus("Browser linked, USPS page open");
         const QString longText = box + QLatin1Char('=') + QString(60000, QLatin1Char('1'));
         int page = 1;
-        while (fixture->link.statusText() != QLatin1String("No browser linked")) {
+        while (m_fixture->link.statusText() != QLatin1String("No browser linked")) {
             QVERIFY(++page < 30); // fewer than may stay unanswered
             peer->send(upsPage(page));
             QCoreApplication::processEvents();
-            fixture->run(longText);
+            m_fixture->run(longText);
             QCoreApplication::processEvents();
         }
     }
@@ -148,25 +148,25 @@ private slots:
     {
         std::vector<std::unique_ptr<BrowserPeer>> peers;
         for (int count = 0; count < 16; ++count)
-            peers.push_back(fixture->attachedPeer({}));
-        BrowserPeer late(fixture->path());
+            peers.push_back(m_fixture->attachedPeer({}));
+        BrowserPeer late(m_fixture->path());
         QTRY_VERIFY(late.isClosedWithin(1));
-        fixture->waitForStatus("Browser linked, waiting for a carrier page");
+        m_fixture->waitForStatus("Browser linked, waiting for a carrier page");
         peers.pop_back();
-        QTRY_VERIFY(fixture->attachedPeer({})->isConnected());
+        QTRY_VERIFY(m_fixture->attachedPeer({})->isConnected());
     }
 
     void aSecondProgramLeavesTheSocketAlone()
     {
         BrowserLink second;
-        QVERIFY(!second.listenAt(fixture->path()));
-        const auto peer = fixture->attachedPeer();
-        fixture->waitForStatus("Browser linked, USPS page open");
+        QVERIFY(!second.listenAt(m_fixture->path()));
+        const auto peer = m_fixture->attachedPeer();
+        m_fixture->waitForStatus("Browser linked, USPS page open");
     }
 
     void aSocketLeftBehindIsReplaced()
     {
-        const QString left = fixture->folder.filePath(QStringLiteral("left.socket"));
+        const QString left = m_fixture->folder.filePath(QStringLiteral("left.socket"));
         const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
@@ -181,14 +181,14 @@ private slots:
     void nobodyElseCanOpenTheSocket()
     {
         struct stat socketFile = {};
-        QCOMPARE(stat(fixture->path().toLocal8Bit().constData(), &socketFile), 0);
+        QCOMPARE(stat(m_fixture->path().toLocal8Bit().constData(), &socketFile), 0);
         QCOMPARE(socketFile.st_mode & 0777, 0600U);
         if (geteuid() != 0)
             QSKIP("Only root can act as another user");
-        QVERIFY(QFile::setPermissions(fixture->folder.path(), everybody));
+        QVERIFY(QFile::setPermissions(m_fixture->folder.path(), everybody));
         QCOMPARE(outcomeForAnotherUser(), EACCES);
         // Even where the file's permissions are lost, a stranger is not spoken to.
-        QVERIFY(QFile::setPermissions(fixture->path(), everybody));
+        QVERIFY(QFile::setPermissions(m_fixture->path(), everybody));
         QCOMPARE(outcomeForAnotherUser(), turnedAway);
     }
 
