@@ -136,13 +136,12 @@ HidrawIoctl::HidrawIoctl(UMockdevTestbed *owner, std::string nodePath, HidrawReq
     , node(std::move(nodePath))
     , handler(static_cast<UMockdevIoctlBase *>(g_object_new(handlerType(), nullptr)))
 {
-    reinterpret_cast<HidrawHandler *>(handler)->requests = &requests;
-    if (!umockdev_testbed_attach_ioctl(testbed, node.c_str(), handler, nullptr))
+    reinterpret_cast<HidrawHandler *>(handler.get())->requests = &requests;
+    if (!umockdev_testbed_attach_ioctl(testbed, node.c_str(), handler.get(), nullptr))
         throw std::runtime_error("cannot stand behind " + node);
 }
 
 HidrawIoctl::~HidrawIoctl()
 {
     umockdev_testbed_detach_ioctl(testbed, node.c_str(), nullptr);
-    g_object_unref(handler);
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
+
 #include <cstdint>
 #include <string>
 #include <umockdev.h>
@@ -42,5 +44,5 @@ public:
 private:
     UMockdevTestbed *testbed;
     std::string node;
-    UMockdevIoctlBase *handler;
+    GObjectPointer<UMockdevIoctlBase> handler;
 };

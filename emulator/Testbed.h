@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
 #include "emulator/HidrawMinors.h"
 #include "emulator/UeventSender.h"
 
@@ -45,12 +46,7 @@ private:
     void add(const std::string &description);
     void send(Uevent uevent, const std::string &action);
 
-    struct Unref
-    {
-        void operator()(UMockdevTestbed *object) const { g_object_unref(object); }
-    };
-
-    std::unique_ptr<UMockdevTestbed, Unref> testbed;
+    GObjectPointer<UMockdevTestbed> testbed;
     UeventSender sender;
     HidrawMinors minors;
     int lastUsbAddress = 1; ///< the root hub's

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
+
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -39,15 +41,17 @@ private:
     /// A monitor whose socket is full.
     struct Backlog
     {
-        int socket = -1;
+        UeventSender *sender = nullptr;
+        ino_t monitor = 0;
+        GObjectPointer<GSocket> socket;
         unsigned watch = 0;
         std::deque<std::string> messages;
     };
 
     void sendTo(const std::string &monitorPath, const std::string &message);
-    void keepForLater(ino_t monitor, int socket, const std::string &message);
+    void keepForLater(ino_t monitor, GObjectPointer<GSocket> socket, const std::string &message);
     /// False: nothing is left to send.
-    bool flush(ino_t monitor);
+    bool flush(Backlog &backlog);
 
     std::string directory;
     std::uint64_t sequenceNumber = 0;
