@@ -98,8 +98,7 @@ int run(const Arguments &arguments)
 int main(int argc, char *argv[])
 {
     try {
-        return run(parseArguments(
-            {const_cast<const char *const *>(argv) + 1, static_cast<std::size_t>(argc - 1)}));
+        return run(parseArguments({argv + 1, static_cast<std::size_t>(argc - 1)}));
     } catch (const std::invalid_argument &problem) {
         std::fprintf(stderr, "postal-scale-emulator: %s\n%s", problem.what(), usage);
         return wrongUse;
