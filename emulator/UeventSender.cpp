@@ -117,22 +117,22 @@ Delivery deliver(GSocket *socket, const std::string &message)
 
 } // namespace
 
-UeventSender::UeventSender(std::string testbedDirectory)
-    : directory(std::move(testbedDirectory))
+UeventSender::UeventSender(std::string directory)
+    : m_directory(std::move(directory))
 {
 }
 
 UeventSender::~UeventSender()
 {
-    for (const auto &[monitor, backlog] : backlogs)
+    for (const auto &[monitor, backlog] : m_backlogs)
         g_source_remove(backlog.watch);
 }
 
 void UeventSender::send(const Uevent &uevent)
 {
-    const std::string message = wireMessage(uevent, ++sequenceNumber);
+    const std::string message = wireMessage(uevent, ++m_sequenceNumber);
     // The preloaded library binds one socket per monitor and names it after its descriptor.
-    for (const auto &entry : std::filesystem::directory_iterator(directory)) {
+    for (const auto &entry : std::filesystem::directory_iterator(m_directory)) {
         if (entry.path().filename().string().starts_with("event"))
             sendTo(entry.path(), message);
     }
@@ -143,7 +143,7 @@ void UeventSender::sendTo(const std::string &monitorPath, const std::string &mes
     const std::optional<ino_t> monitor = inode(monitorPath);
     if (!monitor)
         return;
-    if (const auto found = backlogs.find(*monitor); found != backlogs.end()) {
+    if (const auto found = m_backlogs.find(*monitor); found != m_backlogs.end()) {
         found->second.messages.push_back(message);
         return;
     }
@@ -159,7 +159,7 @@ void UeventSender::keepForLater(ino_t monitor, GObjectPointer<GSocket> socket,
         auto &backlog = *static_cast<Backlog *>(pointer);
         return backlog.sender->flush(backlog) ? G_SOURCE_CONTINUE : G_SOURCE_REMOVE;
     };
-    Backlog &backlog = backlogs[monitor];
+    Backlog &backlog = m_backlogs[monitor];
     backlog.sender = this;
     backlog.monitor = monitor;
     backlog.messages.push_back(message);
@@ -177,6 +177,6 @@ bool UeventSender::flush(Backlog &backlog)
             break;
         backlog.messages.pop_front();
     }
-    backlogs.erase(backlog.monitor);
+    m_backlogs.erase(backlog.monitor);
     return false;
 }

@@ -29,7 +29,7 @@ struct Uevent
 class UeventSender
 {
 public:
-    explicit UeventSender(std::string testbedDirectory);
+    explicit UeventSender(std::string directory);
     ~UeventSender();
     UeventSender(const UeventSender &) = delete;
     UeventSender &operator=(const UeventSender &) = delete;
@@ -53,7 +53,7 @@ private:
     /// False: nothing is left to send.
     bool flush(Backlog &backlog);
 
-    std::string directory;
-    std::uint64_t sequenceNumber = 0;
-    std::map<ino_t, Backlog> backlogs;
+    std::string m_directory;
+    std::uint64_t m_sequenceNumber = 0;
+    std::map<ino_t, Backlog> m_backlogs;
 };
