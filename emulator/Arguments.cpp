@@ -4,37 +4,14 @@
 #include "emulator/Arguments.h"
 
 #include <charconv>
+#include <functional>
 #include <stdexcept>
 
 namespace {
 
-/// The words that are left to look at.
-class WordReader
+void parseOption(const std::string &option, const std::function<std::string()> &value,
+                 Arguments &arguments)
 {
-public:
-    explicit WordReader(std::span<const char *const> all)
-        : words(all)
-    {
-    }
-
-    bool atEnd() const { return words.empty(); }
-
-    std::string next(const std::string &missing)
-    {
-        if (words.empty())
-            throw std::invalid_argument(missing);
-        const std::string word = words.front();
-        words = words.subspan(1);
-        return word;
-    }
-
-private:
-    std::span<const char *const> words;
-};
-
-void parseOption(const std::string &option, WordReader &reader, Arguments &arguments)
-{
-    const auto value = [&] { return reader.next(option + " needs a value"); };
     if (option == "--socket")
         arguments.socketPath = value();
     else if (option == "--type")
@@ -53,19 +30,21 @@ void parseOption(const std::string &option, WordReader &reader, Arguments &argum
 
 } // namespace
 
-Arguments parseArguments(std::span<const char *const> words)
+Arguments parseArguments(std::span<char *const> words)
 {
     Arguments arguments;
-    WordReader reader(words);
-    for (;;) {
-        const std::string word = reader.next("no command given");
-        if (word == "--")
-            break;
-        parseOption(word, reader, arguments);
-    }
-    arguments.command.push_back(reader.next("no command given"));
-    while (!reader.atEnd())
-        arguments.command.push_back(reader.next({}));
+    auto word = words.begin();
+    const auto next = [&](const std::string &missing) -> std::string {
+        if (word == words.end())
+            throw std::invalid_argument(missing);
+        return *word++;
+    };
+    std::string option;
+    const auto value = [&] { return next(option + " needs a value"); };
+    while ((option = next("no command given")) != "--")
+        parseOption(option, value, arguments);
+    arguments.command = {next("no command given")};
+    arguments.command.insert(arguments.command.end(), word, words.end());
     return arguments;
 }
 

@@ -29,7 +29,7 @@ inline constexpr const char *usage =
     "           [--weight GRAMS] [--unplugged] [--control-window] -- COMMAND [ARGS...]\n";
 
 /// Throws std::invalid_argument with what is wrong.
-Arguments parseArguments(std::span<const char *const> words);
+Arguments parseArguments(std::span<char *const> words);
 
 /// These throw std::invalid_argument too.
 ScaleModel::Type typeFromText(const std::string &text);

@@ -3,60 +3,45 @@
 
 #include "emulator/ChildProcess.h"
 
-#include <cerrno>
 #include <csignal>
-#include <cstdint>
-#include <cstring>
+#include <cstdio>
 #include <fstream>
-#include <glib.h>
 #include <sys/prctl.h>
-#include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
-
-extern char **environ;
 
 namespace {
 
 constexpr int cannotStart = 127;
 constexpr int killedBySignal = 128;
 
-int exitCode(int waitStatus)
-{
-    return WIFSIGNALED(waitStatus) ? killedBySignal + WTERMSIG(waitStatus)
-                                   : WEXITSTATUS(waitStatus);
-}
-
-std::vector<char *> pointers(std::vector<std::string> &texts)
-{
-    std::vector<char *> list;
-    for (std::string &text : texts)
-        list.push_back(text.data());
-    list.push_back(nullptr);
-    return list;
-}
-
-std::vector<std::string> assignments(const Environment &environment)
-{
-    std::vector<std::string> list;
-    for (const auto &[name, value] : environment)
-        list.push_back(name + '=' + value);
-    return list;
-}
-
-/// Runs between fork and exec: everything it needs has been prepared before.
-[[noreturn]] void become(pid_t parent, char *const arguments[], char *const variables[])
+/// Runs between fork and exec.
+void dieWithParent(gpointer parent)
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != parent)
+    if (getppid() != GPOINTER_TO_INT(parent))
         _exit(cannotStart);
-    signal(SIGPIPE, SIG_DFL); // GLib ignores it, and that would be inherited.
-    execvpe(arguments[0], arguments, variables);
-    const char *reason = strerrordesc_np(errno);
-    for (const char *text :
-         {"postal-scale-emulator: ", const_cast<const char *>(arguments[0]), ": ", reason, "\n"})
-        [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, strlen(text));
-    _exit(cannotStart);
+}
+
+// With the same input, output and open files as this program.
+GObjectPointer<GSubprocessLauncher> newLauncher(const Environment &environment)
+{
+    constexpr auto flags = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDIN_INHERIT |
+                                                         G_SUBPROCESS_FLAGS_INHERIT_FDS);
+    GObjectPointer<GSubprocessLauncher> launcher(g_subprocess_launcher_new(flags));
+    g_subprocess_launcher_set_child_setup(launcher.get(), dieWithParent, GINT_TO_POINTER(getpid()),
+                                          nullptr);
+    char *nothing[] = {nullptr};
+    g_subprocess_launcher_set_environ(launcher.get(), nothing);
+    for (const auto &[name, value] : environment)
+        g_subprocess_launcher_setenv(launcher.get(), name.c_str(), value.c_str(), TRUE);
+    return launcher;
+}
+
+int exitCode(GSubprocess *process)
+{
+    return g_subprocess_get_if_signaled(process) != 0
+               ? killedBySignal + g_subprocess_get_term_sig(process)
+               : g_subprocess_get_exit_status(process);
 }
 
 } // namespace
@@ -64,56 +49,57 @@ std::vector<std::string> assignments(const Environment &environment)
 Environment currentEnvironment()
 {
     Environment environment;
-    for (char **entry = environ; *entry != nullptr; ++entry) {
-        const std::string assignment = *entry;
-        const std::size_t equals = assignment.find('=');
-        environment[assignment.substr(0, equals)] = assignment.substr(equals + 1);
-    }
+    g_auto(GStrv) names = g_listenv();
+    for (char **name = names; *name != nullptr; ++name)
+        environment[*name] = g_getenv(*name);
     return environment;
 }
 
 ChildProcess::ChildProcess(const std::vector<std::string> &command, const Environment &environment,
                            Finished finished)
-    : finishedCallback(std::move(finished))
+    : m_watch(g_cancellable_new())
+    , m_finished(std::move(finished))
 {
-    std::vector<std::string> arguments = command;
-    std::vector<std::string> variables = assignments(environment);
-    const std::vector<char *> argumentList = pointers(arguments);
-    const std::vector<char *> variableList = pointers(variables);
-    const pid_t self = getpid();
-    process = fork();
-    if (process < 0)
-        throw std::system_error(errno, std::generic_category(), "fork");
-    if (process == 0)
-        become(self, argumentList.data(), variableList.data());
-
-    const auto ended = [](GPid, gint status, gpointer pointer) {
-        auto *child = static_cast<ChildProcess *>(pointer);
-        child->process = -1;
-        child->watch = 0;
-        child->finishedCallback(exitCode(status));
+    std::vector<const char *> words;
+    for (const std::string &word : command)
+        words.push_back(word.c_str());
+    words.push_back(nullptr);
+    g_autoptr(GError) error = nullptr;
+    m_process.reset(
+        g_subprocess_launcher_spawnv(newLauncher(environment).get(), words.data(), &error));
+    if (!m_process) {
+        std::fprintf(stderr, "postal-scale-emulator: %s\n", error->message);
+        m_finished(cannotStart);
+        return;
+    }
+    const auto ended = [](GObject *process, GAsyncResult *result, gpointer child) {
+        if (g_subprocess_wait_finish(G_SUBPROCESS(process), result, nullptr) != 0)
+            static_cast<ChildProcess *>(child)->m_finished(exitCode(G_SUBPROCESS(process)));
     };
-    watch = g_child_watch_add(process, ended, this);
+    g_subprocess_wait_async(m_process.get(), m_watch.get(), ended, this);
 }
 
 ChildProcess::~ChildProcess()
 {
-    if (process < 0)
+    if (!m_process)
         return;
-    g_source_remove(watch);
-    kill(process, SIGKILL);
-    waitpid(process, nullptr, 0);
+    g_cancellable_cancel(m_watch.get());
+    g_subprocess_force_exit(m_process.get());
+    g_subprocess_wait(m_process.get(), nullptr, nullptr);
 }
 
 void ChildProcess::raise(int signal) const
 {
-    if (process > 0)
-        kill(process, signal);
+    if (m_process)
+        g_subprocess_send_signal(m_process.get(), signal);
 }
 
 bool ChildProcess::isSignalPending(int signal) const
 {
-    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    if (!m_process || signal < 1 || signal >= NSIG)
+        return false;
+    const char *number = g_subprocess_get_identifier(m_process.get());
+    std::ifstream status("/proc/" + std::string(number == nullptr ? "" : number) + "/status");
     for (std::string line; std::getline(status, line);) {
         if (line.starts_with("ShdPnd:"))
             return (std::stoull(line.substr(7), nullptr, 16) >> (signal - 1) & 1) != 0;

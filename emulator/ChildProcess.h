@@ -3,10 +3,11 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
+
 #include <functional>
 #include <map>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 using Environment = std::map<std::string, std::string>;
@@ -20,7 +21,8 @@ public:
     /// With the exit status, or 128 and the number of the signal that ended it.
     using Finished = std::function<void(int status)>;
 
-    /// Finds the command as a shell does; one that cannot be started ends with 127.
+    /// Finds the command as a shell does; one that cannot be started ends with 127, before this
+    /// returns.
     ChildProcess(const std::vector<std::string> &command, const Environment &environment,
                  Finished finished);
     /// Ends it at once if it is still running.
@@ -33,7 +35,7 @@ public:
     bool isSignalPending(int signal) const;
 
 private:
-    pid_t process = -1; ///< -1 once it has ended
-    unsigned watch = 0;
-    Finished finishedCallback;
+    GObjectPointer<GSubprocess> m_process; ///< nothing: it could not be started
+    GObjectPointer<GCancellable> m_watch;
+    Finished m_finished;
 };

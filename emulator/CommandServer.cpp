@@ -3,184 +3,126 @@
 
 #include "emulator/CommandServer.h"
 
-#include <cerrno>
-#include <glib-unix.h>
+#include <filesystem>
+#include <gio/gunixsocketaddress.h>
+#include <stdexcept>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/un.h>
-#include <system_error>
 #include <unistd.h>
 
 namespace {
 
-std::system_error failure(int error, const std::string &what)
+/// One client: its line is awaited, then answered, over and over. Whatever is due next holds it.
+class Connection : public std::enable_shared_from_this<Connection>
 {
-    return std::system_error(error, std::generic_category(), what);
+public:
+    Connection(GSocketConnection *connection, GCancellable *end, CommandServer::Handler handler)
+        : m_stream(G_IO_STREAM(g_object_ref(connection)))
+        , m_lines(g_data_input_stream_new(g_io_stream_get_input_stream(m_stream.get())))
+        , m_end(G_CANCELLABLE(g_object_ref(end)))
+        , m_handler(std::move(handler))
+    {
+    }
+
+    void awaitLine()
+    {
+        const auto callback = [](GObject *, GAsyncResult *result, gpointer holder) {
+            release(holder)->lineRead(result);
+        };
+        g_data_input_stream_read_upto_async(m_lines.get(), "\n", 1, G_PRIORITY_DEFAULT, m_end.get(),
+                                            callback, hold());
+    }
+
+private:
+    using Pointer = std::shared_ptr<Connection>;
+
+    Pointer *hold() { return new Pointer(shared_from_this()); }
+
+    static Pointer release(gpointer holder)
+    {
+        return *std::unique_ptr<Pointer>(static_cast<Pointer *>(holder));
+    }
+
+    // What the stream ends with may be half a line: only a newline makes it one.
+    void lineRead(GAsyncResult *result)
+    {
+        gsize length = 0;
+        g_autoptr(GError) error = nullptr;
+        g_autofree char *line =
+            g_data_input_stream_read_upto_finish(m_lines.get(), result, &length, &error);
+        if (error == nullptr)
+            g_data_input_stream_read_byte(m_lines.get(), nullptr, &error);
+        if (error != nullptr)
+            return;
+        m_handler(std::string(std::string_view(line, length)),
+                  [self = shared_from_this()](const std::string &text) { self->send(text); });
+    }
+
+    void send(const std::string &text)
+    {
+        const auto callback = [](GObject *output, GAsyncResult *result, gpointer holder) {
+            const Pointer connection = release(holder);
+            if (g_output_stream_write_all_finish(G_OUTPUT_STREAM(output), result, nullptr, nullptr))
+                connection->awaitLine();
+        };
+        m_answer = text + '\n';
+        g_output_stream_write_all_async(g_io_stream_get_output_stream(m_stream.get()),
+                                        m_answer.data(), m_answer.size(), G_PRIORITY_DEFAULT,
+                                        m_end.get(), callback, hold());
+    }
+
+    GObjectPointer<GIOStream> m_stream;
+    GObjectPointer<GDataInputStream> m_lines;
+    GObjectPointer<GCancellable> m_end;
+    CommandServer::Handler m_handler;
+    std::string m_answer;
+};
+
+void removeAbandoned(const std::string &path, GSocketAddress *address)
+{
+    g_autoptr(GSocket) probe = g_socket_new(G_SOCKET_FAMILY_UNIX, G_SOCKET_TYPE_STREAM,
+                                            G_SOCKET_PROTOCOL_DEFAULT, nullptr);
+    const bool isSocket = is_socket(std::filesystem::symlink_status(path));
+    if (isSocket && g_socket_connect(probe, address, nullptr, nullptr) == 0)
+        std::filesystem::remove(path);
 }
 
-sockaddr_un addressOf(const std::string &path)
+void listenOn(GSocketService *service, const std::string &path)
 {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (path.size() >= sizeof address.sun_path)
-        throw failure(ENAMETOOLONG, path);
-    path.copy(address.sun_path, sizeof address.sun_path - 1);
-    return address;
-}
-
-void removeAbandoned(const std::string &path)
-{
-    struct stat status = {};
-    if (lstat(path.c_str(), &status) != 0)
-        return;
-    if (!S_ISSOCK(status.st_mode))
-        throw failure(EEXIST, path);
-    const sockaddr_un address = addressOf(path);
-    const int probe = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int result = connect(probe, reinterpret_cast<const sockaddr *>(&address), sizeof address);
-    close(probe);
-    if (result == 0)
-        throw failure(EADDRINUSE, path);
-    unlink(path.c_str());
-}
-
-int listenOn(const std::string &path)
-{
-    const sockaddr_un address = addressOf(path);
-    removeAbandoned(path);
-    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (bind(listener, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0 ||
-        listen(listener, SOMAXCONN) != 0)
-        throw failure(errno, path);
-    return listener;
+    if (path.size() >= sizeof sockaddr_un::sun_path) // GLib would take another path: its beginning.
+        throw std::runtime_error(path + ": too long for a socket");
+    g_autoptr(GSocketAddress) address = g_unix_socket_address_new(path.c_str());
+    removeAbandoned(path, address);
+    g_socket_listener_set_backlog(G_SOCKET_LISTENER(service), SOMAXCONN);
+    g_autoptr(GError) error = nullptr;
+    if (g_socket_listener_add_address(G_SOCKET_LISTENER(service), address, G_SOCKET_TYPE_STREAM,
+                                      G_SOCKET_PROTOCOL_DEFAULT, nullptr, nullptr, &error) == 0)
+        throw std::runtime_error(path + ": " + error->message);
 }
 
 } // namespace
 
-class CommandServer::Connection : public std::enable_shared_from_this<Connection>
+CommandServer::CommandServer(std::string socketPath, Handler handler)
+    : m_path(std::move(socketPath))
+    , m_handler(std::move(handler))
+    , m_end(g_cancellable_new())
+    , m_service(g_socket_service_new())
 {
-public:
-    Connection(int socket, const Handler &lineHandler, std::function<void()> whenClosed)
-        : descriptor(socket)
-        , handler(lineHandler)
-        , closed(std::move(whenClosed))
-    {
-        const auto callback = [](gint, GIOCondition, gpointer pointer) -> gboolean {
-            return static_cast<Connection *>(pointer)->receive();
-        };
-        readWatch = g_unix_fd_add(socket, G_IO_IN, callback, this);
-    }
-
-    ~Connection()
-    {
-        if (readWatch != 0)
-            g_source_remove(readWatch);
-        if (writeWatch != 0)
-            g_source_remove(writeWatch);
-        close(descriptor);
-    }
-
-private:
-    gboolean receive()
-    {
-        char buffer[4096];
-        const ssize_t length = read(descriptor, buffer, sizeof buffer);
-        if (length < 0 && errno == EAGAIN)
-            return G_SOURCE_CONTINUE;
-        if (length <= 0) {
-            readWatch = 0;
-            closed(); // ends this object
-            return G_SOURCE_REMOVE;
-        }
-        incoming.append(buffer, static_cast<std::size_t>(length));
-        processLines();
-        return G_SOURCE_CONTINUE;
-    }
-
-    void processLines()
-    {
-        while (state == State::Idle) {
-            const std::size_t end = incoming.find('\n');
-            if (end == std::string::npos)
-                return;
-            std::string line = incoming.substr(0, end);
-            incoming.erase(0, end + 1);
-            if (line.ends_with('\r'))
-                line.pop_back();
-            state = State::AwaitingReply;
-            handler(line, [self = weak_from_this()](const std::string &text) {
-                if (const auto connection = self.lock())
-                    connection->reply(text);
-            });
-        }
-    }
-
-    void reply(const std::string &text)
-    {
-        outgoing += text + '\n';
-        transmit();
-        state = State::Idle;
-        processLines();
-    }
-
-    /// False: nothing is left to send.
-    bool transmit()
-    {
-        const ssize_t sent = send(descriptor, outgoing.data(), outgoing.size(), MSG_NOSIGNAL);
-        if (sent < 0 && errno != EAGAIN)
-            outgoing.clear(); // The client is gone, which reading will tell.
-        else if (sent > 0)
-            outgoing.erase(0, static_cast<std::size_t>(sent));
-        if (!outgoing.empty() && writeWatch == 0) {
-            const auto callback = [](gint, GIOCondition, gpointer pointer) -> gboolean {
-                auto *connection = static_cast<Connection *>(pointer);
-                if (connection->transmit())
-                    return G_SOURCE_CONTINUE;
-                connection->writeWatch = 0;
-                return G_SOURCE_REMOVE;
-            };
-            writeWatch = g_unix_fd_add(descriptor, G_IO_OUT, callback, this);
-        }
-        return !outgoing.empty();
-    }
-
-    enum class State { Idle, AwaitingReply };
-
-    int descriptor;
-    const Handler &handler;
-    std::function<void()> closed;
-    unsigned readWatch = 0;
-    unsigned writeWatch = 0;
-    State state = State::Idle;
-    std::string incoming;
-    std::string outgoing;
-};
-
-CommandServer::CommandServer(std::string socketPath, Handler lineHandler)
-    : path(std::move(socketPath))
-    , handler(std::move(lineHandler))
-    , listener(listenOn(path))
-{
-    const auto callback = [](gint, GIOCondition, gpointer pointer) -> gboolean {
-        static_cast<CommandServer *>(pointer)->accept();
-        return G_SOURCE_CONTINUE;
+    listenOn(m_service.get(), m_path);
+    const auto accept = [](GSocketService *, GSocketConnection *connection, GObject *,
+                           gpointer pointer) -> gboolean {
+        auto *server = static_cast<CommandServer *>(pointer);
+        std::make_shared<Connection>(connection, server->m_end.get(), server->m_handler)
+            ->awaitLine();
+        return TRUE;
     };
-    watch = g_unix_fd_add(listener, G_IO_IN, callback, this);
+    g_signal_connect(m_service.get(), "incoming", G_CALLBACK(+accept), this);
 }
 
 CommandServer::~CommandServer()
 {
-    g_source_remove(watch);
-    close(listener);
-    unlink(path.c_str());
-}
-
-void CommandServer::accept()
-{
-    const int descriptor = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    if (descriptor < 0)
-        return;
-    const auto place = connections.emplace(connections.end());
-    *place = std::make_shared<Connection>(descriptor, handler,
-                                          [this, place] { connections.erase(place); });
+    g_cancellable_cancel(m_end.get());
+    g_socket_service_stop(m_service.get());
+    g_socket_listener_close(G_SOCKET_LISTENER(m_service.get()));
+    unlink(m_path.c_str());
 }

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
+
 #include <functional>
-#include <list>
-#include <memory>
 #include <string>
 
 /// Takes command lines from any number of clients on a UNIX stream socket.
@@ -13,24 +13,19 @@ class CommandServer
 {
 public:
     /// To be called once per line, now or later, with the text to answer (no newline at its end).
-    /// The client's next line is not looked at before.
+    /// The client's next line is not looked at before it has been sent.
     using Reply = std::function<void(const std::string &)>;
     using Handler = std::function<void(const std::string &line, Reply reply)>;
 
-    /// Takes the place of a socket that nobody listens on any more. Throws std::system_error.
-    CommandServer(std::string socketPath, Handler lineHandler);
+    /// Takes the place of a socket that nobody listens on any more. Throws std::runtime_error.
+    CommandServer(std::string socketPath, Handler handler);
     ~CommandServer();
     CommandServer(const CommandServer &) = delete;
     CommandServer &operator=(const CommandServer &) = delete;
 
 private:
-    class Connection;
-
-    void accept();
-
-    std::string path;
-    Handler handler;
-    int listener = -1;
-    unsigned watch = 0;
-    std::list<std::shared_ptr<Connection>> connections;
+    std::string m_path;
+    Handler m_handler;
+    GObjectPointer<GCancellable> m_end;
+    GObjectPointer<GSocketService> m_service;
 };

@@ -6,9 +6,9 @@
 #include "emulator/ScaleReportDescriptor.h"
 #include "scale/ScaleIdentity.h"
 
-EmulatedScale::EmulatedScale(Testbed &surroundings, std::string port)
-    : PluggableDevice(surroundings, {std::move(port), scaleVendorId, scaleProductId, "Kelvane",
-                                     "Postal Scale", scaleReportDescriptor})
+EmulatedScale::EmulatedScale(Testbed &testbed, std::string port)
+    : PluggableDevice(testbed, {std::move(port), scaleVendorId, scaleProductId, "Kelvane",
+                                "Postal Scale", scaleReportDescriptor})
 {
 }
 
@@ -20,19 +20,19 @@ void EmulatedScale::plug()
 
 void EmulatedScale::unplug()
 {
-    unplugRequest = UnplugRequest::None;
+    m_unplugRequest = UnplugRequest::None;
     PluggableDevice::unplug();
 }
 
 void EmulatedScale::setPolls(Polls wanted)
 {
-    polls = wanted;
-    random.seed();
+    m_polls = wanted;
+    m_random.seed();
 }
 
 void EmulatedScale::setInputTransfer(Transfer wanted)
 {
-    readTransfer = wanted;
+    m_readTransfer = wanted;
     if (isPlugged())
         node().inputTransferChanged();
 }
@@ -53,18 +53,18 @@ void EmulatedScale::unplugInRead()
     if (node().isReadPending())
         unplug();
     else
-        unplugRequest = UnplugRequest::InRead;
+        m_unplugRequest = UnplugRequest::InRead;
 }
 
 HidrawDevice::Transfer EmulatedScale::receiveFeatureReport(std::span<const std::uint8_t> report)
 {
-    if (featureTransfer == Transfer::Failed)
+    if (m_featureTransfer == Transfer::Failed)
         return Transfer::Failed;
     log.record(report);
-    if (polls == Polls::Answered || !ScaleModel::isPoll(report)) {
+    if (m_polls == Polls::Answered || !ScaleModel::isPoll(report)) {
         if (const auto answer = model.receive(report))
             sendReport(*answer);
-    } else if (polls == Polls::Garbled) {
+    } else if (m_polls == Polls::Garbled) {
         sendReport(garbage());
     }
     return Transfer::Done;
@@ -80,7 +80,7 @@ ScaleModel::InputReport EmulatedScale::garbage()
 
 void EmulatedScale::readPending()
 {
-    if (unplugRequest == UnplugRequest::InRead)
+    if (m_unplugRequest == UnplugRequest::InRead)
         unplug();
 }
 

@@ -14,7 +14,7 @@
 class EmulatedScale : public PluggableDevice
 {
 public:
-    EmulatedScale(Testbed &surroundings, std::string port);
+    EmulatedScale(Testbed &testbed, std::string port);
 
     enum class Polls {
         Answered,
@@ -26,7 +26,7 @@ public:
     void unplug() override;
 
     void setPolls(Polls wanted);
-    void setFeatureTransfer(Transfer wanted) { featureTransfer = wanted; }
+    void setFeatureTransfer(Transfer wanted) { m_featureTransfer = wanted; }
     void setInputTransfer(Transfer wanted);
     void sendReport(std::span<const std::uint8_t> report);
     /// What a poll would be answered now, unasked, @p count times.
@@ -41,15 +41,15 @@ private:
     enum class UnplugRequest { None, InRead };
 
     Transfer receiveFeatureReport(std::span<const std::uint8_t> report) override;
-    Transfer inputTransfer() const override { return readTransfer; }
+    Transfer inputTransfer() const override { return m_readTransfer; }
     void readPending() override;
     ScaleModel::InputReport garbage();
 
-    Polls polls = Polls::Answered;
-    Transfer featureTransfer = Transfer::Done;
-    Transfer readTransfer = Transfer::Done;
-    UnplugRequest unplugRequest = UnplugRequest::None;
-    std::minstd_rand random;
+    Polls m_polls = Polls::Answered;
+    Transfer m_featureTransfer = Transfer::Done;
+    Transfer m_readTransfer = Transfer::Done;
+    UnplugRequest m_unplugRequest = UnplugRequest::None;
+    std::minstd_rand m_random;
 };
 
 /// One line of KEY=VALUE pairs.

@@ -38,7 +38,7 @@ int connectTo(const std::string &path)
 } // namespace
 
 EmulatorClient::EmulatorClient(const std::string &socketPath)
-    : descriptor(connectTo(socketPath))
+    : m_descriptor(connectTo(socketPath))
 {
 }
 
@@ -49,13 +49,13 @@ EmulatorClient::EmulatorClient()
 
 EmulatorClient::~EmulatorClient()
 {
-    close(descriptor);
+    close(m_descriptor);
 }
 
 std::string EmulatorClient::request(const std::string &command)
 {
     const std::string line = command + '\n';
-    if (send(descriptor, line.data(), line.size(), MSG_NOSIGNAL) !=
+    if (send(m_descriptor, line.data(), line.size(), MSG_NOSIGNAL) !=
         static_cast<ssize_t>(line.size()))
         throw std::runtime_error("the emulator is gone");
     std::string answer = readLine();
@@ -76,16 +76,16 @@ std::vector<std::string> EmulatorClient::requestList(const std::string &command)
 std::string EmulatorClient::readLine()
 {
     std::size_t end = std::string::npos;
-    while ((end = incoming.find('\n')) == std::string::npos) {
+    while ((end = m_incoming.find('\n')) == std::string::npos) {
         char buffer[4096];
-        const ssize_t length = read(descriptor, buffer, sizeof buffer);
+        const ssize_t length = read(m_descriptor, buffer, sizeof buffer);
         if (length < 0 && errno == EINTR)
             continue;
         if (length <= 0)
             throw std::runtime_error("the emulator is gone");
-        incoming.append(buffer, static_cast<std::size_t>(length));
+        m_incoming.append(buffer, static_cast<std::size_t>(length));
     }
-    std::string line = incoming.substr(0, end);
-    incoming.erase(0, end + 1);
+    std::string line = m_incoming.substr(0, end);
+    m_incoming.erase(0, end + 1);
     return line;
 }

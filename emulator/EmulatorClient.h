@@ -29,6 +29,6 @@ public:
 private:
     std::string readLine();
 
-    int descriptor = -1;
-    std::string incoming;
+    int m_descriptor = -1;
+    std::string m_incoming;
 };

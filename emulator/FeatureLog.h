@@ -42,8 +42,8 @@ private:
 
     void wake(std::list<Waiter>::iterator waiter, Outcome outcome);
 
-    std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
-    std::vector<std::string> recorded;
-    std::uint64_t received = 0; ///< goes on counting through clear()
-    std::list<Waiter> waiters;
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    std::vector<std::string> m_recorded;
+    std::uint64_t m_received = 0; ///< goes on counting through clear()
+    std::list<Waiter> m_waiters;
 };

@@ -131,18 +131,17 @@ GType handlerType()
 
 } // namespace
 
-HidrawIoctl::HidrawIoctl(UMockdevTestbed *owner, std::string nodePath, HidrawRequests &requests)
-    : testbed(owner)
-    , node(std::move(nodePath))
-    , handler(static_cast<UMockdevIoctlBase *>(g_object_new(handlerType(), nullptr)))
+HidrawIoctl::HidrawIoctl(UMockdevTestbed *testbed, std::string node, HidrawRequests &requests)
+    : m_testbed(testbed)
+    , m_node(std::move(node))
+    , m_handler(static_cast<UMockdevIoctlBase *>(g_object_new(handlerType(), nullptr)))
 {
-    reinterpret_cast<HidrawHandler *>(handler)->requests = &requests;
-    if (!umockdev_testbed_attach_ioctl(testbed, node.c_str(), handler, nullptr))
-        throw std::runtime_error("cannot stand behind " + node);
+    reinterpret_cast<HidrawHandler *>(m_handler.get())->requests = &requests;
+    if (!umockdev_testbed_attach_ioctl(m_testbed, m_node.c_str(), m_handler.get(), nullptr))
+        throw std::runtime_error("cannot stand behind " + m_node);
 }
 
 HidrawIoctl::~HidrawIoctl()
 {
-    umockdev_testbed_detach_ioctl(testbed, node.c_str(), nullptr);
-    g_object_unref(handler);
+    umockdev_testbed_detach_ioctl(m_testbed, m_node.c_str(), nullptr);
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
+
 #include <cstdint>
 #include <string>
 #include <umockdev.h>
@@ -34,13 +36,13 @@ public:
 class HidrawIoctl
 {
 public:
-    HidrawIoctl(UMockdevTestbed *owner, std::string nodePath, HidrawRequests &requests);
+    HidrawIoctl(UMockdevTestbed *testbed, std::string node, HidrawRequests &requests);
     ~HidrawIoctl();
     HidrawIoctl(const HidrawIoctl &) = delete;
     HidrawIoctl &operator=(const HidrawIoctl &) = delete;
 
 private:
-    UMockdevTestbed *testbed;
-    std::string node;
-    UMockdevIoctlBase *handler;
+    UMockdevTestbed *m_testbed;
+    std::string m_node;
+    GObjectPointer<UMockdevIoctlBase> m_handler;
 };

@@ -24,43 +24,43 @@ std::string nodePath(int minor)
 class HidrawMinors::Slot : public HidrawRequests
 {
 public:
-    Slot(UMockdevTestbed *owner, int minor)
-        : ioctl(owner, nodePath(minor), *this)
+    Slot(UMockdevTestbed *testbed, int minor)
+        : m_ioctl(testbed, nodePath(minor), *this)
     {
     }
 
     bool isFree()
     {
         forgetClosed();
-        return !present && departed.empty();
+        return !m_present && m_departed.empty();
     }
 
     HidrawNode &arrive(const std::string &path, Permission permission, HidrawDevice &device)
     {
-        descriptorSize = device.reportDescriptorSize();
-        present = std::make_unique<HidrawNode>(path, permission, device);
-        return *present;
+        m_descriptorSize = device.reportDescriptorSize();
+        m_present = std::make_unique<HidrawNode>(path, permission, device);
+        return *m_present;
     }
 
     void depart()
     {
-        present->vanish();
-        departed.push_back(std::move(present));
+        m_present->vanish();
+        m_departed.push_back(std::move(m_present));
     }
 
     template <typename Visitor> void visit(Visitor visitor) const
     {
-        if (present)
-            visitor(*present);
-        for (const auto &node : departed)
+        if (m_present)
+            visitor(*m_present);
+        for (const auto &node : m_departed)
             visitor(*node);
     }
 
 private:
     void clientConnected(UMockdevIoctlClient *client) override
     {
-        if (present)
-            present->clientConnected(client);
+        if (m_present)
+            m_present->clientConnected(client);
     }
 
     // Answered even when the device has just gone, unlike the kernel: hidapi 0.13.1 uses freed
@@ -69,8 +69,8 @@ private:
     void descriptorSizeRequested(UMockdevIoctlClient *client, UMockdevIoctlData *size) override
     {
         ownerOf(client);
-        umockdev_ioctl_data_update(size, 0, reinterpret_cast<guint8 *>(&descriptorSize),
-                                   sizeof descriptorSize);
+        umockdev_ioctl_data_update(size, 0, reinterpret_cast<guint8 *>(&m_descriptorSize),
+                                   sizeof m_descriptorSize);
         umockdev_ioctl_client_complete(client, 0, 0);
     }
 
@@ -98,37 +98,37 @@ private:
             if (node.owns(client))
                 owner = &node;
         });
-        if (owner == nullptr && present && present->adopt(client))
-            owner = present.get();
+        if (owner == nullptr && m_present && m_present->adopt(client))
+            owner = m_present.get();
         return owner;
     }
 
     void forgetClosed()
     {
-        std::erase_if(departed, [](const auto &node) { return node->openHandles() == 0; });
+        std::erase_if(m_departed, [](const auto &node) { return node->openHandles() == 0; });
     }
 
-    HidrawIoctl ioctl;
-    std::uint32_t descriptorSize = 0;
-    std::unique_ptr<HidrawNode> present;
-    std::vector<std::unique_ptr<HidrawNode>> departed;
+    HidrawIoctl m_ioctl;
+    std::uint32_t m_descriptorSize = 0;
+    std::unique_ptr<HidrawNode> m_present;
+    std::vector<std::unique_ptr<HidrawNode>> m_departed;
 };
 
-HidrawMinors::HidrawMinors(UMockdevTestbed *owner)
-    : testbed(owner)
+HidrawMinors::HidrawMinors(UMockdevTestbed *testbed)
+    : m_testbed(testbed)
 {
     g_autofree gchar *root = umockdev_testbed_get_root_dir(testbed);
-    devDirectory = std::string(root) + "/dev";
-    std::filesystem::create_directories(devDirectory);
+    m_devDirectory = std::string(root) + "/dev";
+    std::filesystem::create_directories(m_devDirectory);
 }
 
 HidrawMinors::~HidrawMinors() = default;
 
 HidrawMinors::Slot &HidrawMinors::slot(int minor)
 {
-    std::unique_ptr<Slot> &found = slots[minor];
+    std::unique_ptr<Slot> &found = m_slots[minor];
     if (!found)
-        found = std::make_unique<Slot>(testbed, minor);
+        found = std::make_unique<Slot>(m_testbed, minor);
     return *found;
 }
 
@@ -143,7 +143,7 @@ int HidrawMinors::lowestFree()
 
 HidrawNode &HidrawMinors::plug(int minor, Permission permission, HidrawDevice &device)
 {
-    const std::string path = devDirectory + "/hidraw" + std::to_string(minor);
+    const std::string path = m_devDirectory + "/hidraw" + std::to_string(minor);
     return slot(minor).arrive(path, permission, device);
 }
 
@@ -155,7 +155,7 @@ void HidrawMinors::unplug(int minor)
 int HidrawMinors::openHandles(const HidrawDevice &device) const
 {
     int count = 0;
-    for (const auto &[minor, slot] : slots) {
+    for (const auto &[minor, slot] : m_slots) {
         slot->visit([&](const HidrawNode &node) {
             if (node.isFor(device))
                 count += node.openHandles();
@@ -166,6 +166,6 @@ int HidrawMinors::openHandles(const HidrawDevice &device) const
 
 void HidrawMinors::interruptReads()
 {
-    for (const auto &[minor, slot] : slots)
+    for (const auto &[minor, slot] : m_slots)
         slot->visit([](HidrawNode &node) { node.interruptReads(); });
 }

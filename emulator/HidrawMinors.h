@@ -12,7 +12,7 @@
 class HidrawMinors
 {
 public:
-    explicit HidrawMinors(UMockdevTestbed *owner);
+    explicit HidrawMinors(UMockdevTestbed *testbed);
     ~HidrawMinors();
 
     /// The lowest free one. Throws std::runtime_error when none is free.
@@ -31,7 +31,7 @@ private:
 
     Slot &slot(int minor);
 
-    UMockdevTestbed *testbed;
-    std::string devDirectory;
-    std::map<int, std::unique_ptr<Slot>> slots;
+    UMockdevTestbed *m_testbed;
+    std::string m_devDirectory;
+    std::map<int, std::unique_ptr<Slot>> m_slots;
 };

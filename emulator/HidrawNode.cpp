@@ -19,41 +19,41 @@ mode_t modeFor(Permission permission)
 
 } // namespace
 
-HidrawNode::HidrawNode(std::string nodePath, Permission atFirst, HidrawDevice &behindIt)
-    : path(std::move(nodePath))
-    , permission(atFirst)
-    , device(behindIt)
-    , unclaimed(std::make_shared<ReadinessPipe>(path, modeFor(permission)))
+HidrawNode::HidrawNode(std::string path, Permission permission, HidrawDevice &device)
+    : m_path(std::move(path))
+    , m_permission(permission)
+    , m_device(device)
+    , m_unclaimed(std::make_shared<ReadinessPipe>(m_path, modeFor(m_permission)))
 {
 }
 
 HidrawNode::~HidrawNode()
 {
-    for (const Handle &handle : handles)
+    for (const Handle &handle : m_handles)
         release(handle);
 }
 
 // Every open() gets a pipe of its own, because every handle has a queue of its own.
 void HidrawNode::clientConnected(UMockdevIoctlClient *client)
 {
-    const std::shared_ptr<ReadinessPipe> pipe = unclaimed;
+    const std::shared_ptr<ReadinessPipe> pipe = m_unclaimed;
     const auto claim = pipe->claim([this, identity = pipe.get()] { forget(identity); });
-    unclaimed = std::make_shared<ReadinessPipe>(path, modeFor(permission));
+    m_unclaimed = std::make_shared<ReadinessPipe>(m_path, modeFor(m_permission));
     if (claim == ReadinessPipe::Claim::Opened) {
-        lastClaimed = pipe;
+        m_lastClaimed = pipe;
         add(client, pipe);
     }
 }
 
 bool HidrawNode::owns(UMockdevIoctlClient *client) const
 {
-    return std::any_of(handles.begin(), handles.end(),
+    return std::any_of(m_handles.begin(), m_handles.end(),
                        [client](const Handle &handle) { return handle.client == client; });
 }
 
 bool HidrawNode::adopt(UMockdevIoctlClient *client)
 {
-    std::shared_ptr<ReadinessPipe> pipe = lastClaimed.lock();
+    std::shared_ptr<ReadinessPipe> pipe = m_lastClaimed.lock();
     if (!pipe)
         return false;
     add(client, std::move(pipe));
@@ -63,14 +63,14 @@ bool HidrawNode::adopt(UMockdevIoctlClient *client)
 void HidrawNode::add(UMockdevIoctlClient *client, std::shared_ptr<ReadinessPipe> pipe)
 {
     g_object_ref(client);
-    handles.push_back({client, std::move(pipe), {}, false});
-    updateReadiness(handles.back().pipe.get());
-    device.opened();
+    m_handles.push_back({client, std::move(pipe), {}, false});
+    updateReadiness(m_handles.back().pipe.get());
+    m_device.opened();
 }
 
 void HidrawNode::forget(const ReadinessPipe *pipe)
 {
-    handles.remove_if([pipe](const Handle &handle) {
+    m_handles.remove_if([pipe](const Handle &handle) {
         if (handle.pipe.get() != pipe)
             return false;
         release(handle);
@@ -88,20 +88,20 @@ void HidrawNode::release(const Handle &handle)
 
 HidrawNode::Handle *HidrawNode::find(UMockdevIoctlClient *client)
 {
-    const auto found = std::find_if(handles.begin(), handles.end(), [client](const Handle &handle) {
-        return handle.client == client;
-    });
-    return found == handles.end() ? nullptr : &*found;
+    const auto found =
+        std::find_if(m_handles.begin(), m_handles.end(),
+                     [client](const Handle &handle) { return handle.client == client; });
+    return found == m_handles.end() ? nullptr : &*found;
 }
 
 void HidrawNode::featureReportSent(UMockdevIoctlClient *client,
                                    std::span<const std::uint8_t> report)
 {
-    if (presence == Presence::Gone)
+    if (m_presence == Presence::Gone)
         umockdev_ioctl_client_complete(client, -1, ENODEV);
     else if (report.size() < 2) // The kernel wants more than the report number.
         umockdev_ioctl_client_complete(client, -1, EINVAL);
-    else if (device.receiveFeatureReport(report.subspan(1)) == HidrawDevice::Transfer::Failed)
+    else if (m_device.receiveFeatureReport(report.subspan(1)) == HidrawDevice::Transfer::Failed)
         umockdev_ioctl_client_complete(client, -1, EIO);
     else
         umockdev_ioctl_client_complete(client, static_cast<glong>(report.size()), 0);
@@ -113,12 +113,13 @@ void HidrawNode::readRequested(UMockdevIoctlClient *client)
     handle->waiting = true;
     serveRead(*handle);
     if (handle->waiting)
-        device.readPending();
+        m_device.readPending();
 }
 
 bool HidrawNode::readsFail() const
 {
-    return presence == Presence::Gone || device.inputTransfer() == HidrawDevice::Transfer::Failed;
+    return m_presence == Presence::Gone ||
+           m_device.inputTransfer() == HidrawDevice::Transfer::Failed;
 }
 
 void HidrawNode::serveRead(Handle &handle)
@@ -152,7 +153,7 @@ void HidrawNode::fail(Handle &handle, int error)
 
 void HidrawNode::deliver(std::span<const std::uint8_t> report)
 {
-    for (Handle &handle : handles) {
+    for (Handle &handle : m_handles) {
         if (handle.queue.size() == queueCapacity)
             continue;
         handle.queue.emplace_back(report.begin(), report.end());
@@ -163,12 +164,13 @@ void HidrawNode::deliver(std::span<const std::uint8_t> report)
 
 void HidrawNode::updateReadiness(const ReadinessPipe *pipe)
 {
-    const bool hasReport = std::any_of(handles.begin(), handles.end(), [pipe](const Handle &each) {
-        return each.pipe.get() == pipe && !each.queue.empty();
-    });
+    const bool hasReport =
+        std::any_of(m_handles.begin(), m_handles.end(), [pipe](const Handle &each) {
+            return each.pipe.get() == pipe && !each.queue.empty();
+        });
     const auto readiness = hasReport || readsFail() ? ReadinessPipe::Readiness::Readable
                                                     : ReadinessPipe::Readiness::Nothing;
-    for (const Handle &handle : handles) {
+    for (const Handle &handle : m_handles) {
         if (handle.pipe.get() == pipe)
             handle.pipe->set(readiness);
     }
@@ -176,7 +178,7 @@ void HidrawNode::updateReadiness(const ReadinessPipe *pipe)
 
 void HidrawNode::inputTransferChanged()
 {
-    for (Handle &handle : handles) {
+    for (Handle &handle : m_handles) {
         updateReadiness(handle.pipe.get());
         serveRead(handle);
     }
@@ -184,13 +186,13 @@ void HidrawNode::inputTransferChanged()
 
 void HidrawNode::setPermission(Permission wanted)
 {
-    permission = wanted;
-    chmod(path.c_str(), modeFor(wanted));
+    m_permission = wanted;
+    chmod(m_path.c_str(), modeFor(wanted));
 }
 
 void HidrawNode::interruptReads()
 {
-    for (Handle &handle : handles) {
+    for (Handle &handle : m_handles) {
         if (handle.waiting)
             fail(handle, EINTR);
     }
@@ -198,13 +200,13 @@ void HidrawNode::interruptReads()
 
 void HidrawNode::vanish()
 {
-    presence = Presence::Gone;
-    unclaimed.reset();
+    m_presence = Presence::Gone;
+    m_unclaimed.reset();
     inputTransferChanged();
 }
 
 bool HidrawNode::isReadPending() const
 {
-    return std::any_of(handles.begin(), handles.end(),
+    return std::any_of(m_handles.begin(), m_handles.end(),
                        [](const Handle &handle) { return handle.waiting; });
 }

@@ -36,7 +36,7 @@ public:
 class HidrawNode
 {
 public:
-    HidrawNode(std::string nodePath, Permission atFirst, HidrawDevice &behindIt);
+    HidrawNode(std::string path, Permission permission, HidrawDevice &device);
     ~HidrawNode();
     HidrawNode(const HidrawNode &) = delete;
     HidrawNode &operator=(const HidrawNode &) = delete;
@@ -59,8 +59,8 @@ public:
     /// The device is gone: waiting reads fail, all later calls too. The path is left alone.
     void vanish();
 
-    bool isFor(const HidrawDevice &candidate) const { return &device == &candidate; }
-    int openHandles() const { return static_cast<int>(handles.size()); }
+    bool isFor(const HidrawDevice &candidate) const { return &m_device == &candidate; }
+    int openHandles() const { return static_cast<int>(m_handles.size()); }
     bool isReadPending() const;
 
 private:
@@ -86,11 +86,11 @@ private:
     void updateReadiness(const ReadinessPipe *pipe);
     bool readsFail() const;
 
-    std::string path;
-    Permission permission;
-    HidrawDevice &device;
-    Presence presence = Presence::Present;
-    std::shared_ptr<ReadinessPipe> unclaimed; ///< what the next open() finds
-    std::weak_ptr<ReadinessPipe> lastClaimed;
-    std::list<Handle> handles;
+    std::string m_path;
+    Permission m_permission;
+    HidrawDevice &m_device;
+    Presence m_presence = Presence::Present;
+    std::shared_ptr<ReadinessPipe> m_unclaimed; ///< what the next open() finds
+    std::weak_ptr<ReadinessPipe> m_lastClaimed;
+    std::list<Handle> m_handles;
 };

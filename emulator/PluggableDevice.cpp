@@ -6,48 +6,48 @@
 #include <stdexcept>
 #include <utility>
 
-PluggableDevice::PluggableDevice(Testbed &surroundings, HidIdentity whatItIs)
-    : testbed(surroundings)
-    , identity(std::move(whatItIs))
+PluggableDevice::PluggableDevice(Testbed &testbed, HidIdentity identity)
+    : m_testbed(testbed)
+    , m_identity(std::move(identity))
 {
 }
 
 void PluggableDevice::plug()
 {
-    if (placement)
+    if (m_placement)
         throw std::logic_error("already plugged in");
-    placement = testbed.plug(identity, permission, *this);
+    m_placement = m_testbed.plug(m_identity, m_permission, *this);
 }
 
 void PluggableDevice::unplug()
 {
     node();
-    testbed.unplug(*std::exchange(placement, std::nullopt));
+    m_testbed.unplug(*std::exchange(m_placement, std::nullopt));
 }
 
 std::string PluggableDevice::nodePath() const
 {
-    return placement ? placement->chain.back().node : "none";
+    return m_placement ? m_placement->chain.back().node : "none";
 }
 
 void PluggableDevice::setPermission(Permission wanted)
 {
-    permission = wanted;
-    if (placement)
+    m_permission = wanted;
+    if (m_placement)
         node().setPermission(wanted);
 }
 
 void PluggableDevice::announceAgain(const std::string &action)
 {
     node();
-    testbed.announce(*placement, action);
+    m_testbed.announce(*m_placement, action);
 }
 
 HidrawNode &PluggableDevice::node()
 {
-    if (!placement)
+    if (!m_placement)
         throw std::logic_error("not plugged in");
-    return *placement->node;
+    return *m_placement->node;
 }
 
 HidrawDevice::Transfer PluggableDevice::receiveFeatureReport(std::span<const std::uint8_t>)
@@ -57,5 +57,5 @@ HidrawDevice::Transfer PluggableDevice::receiveFeatureReport(std::span<const std
 
 std::uint32_t PluggableDevice::reportDescriptorSize() const
 {
-    return static_cast<std::uint32_t>(identity.reportDescriptor.size());
+    return static_cast<std::uint32_t>(m_identity.reportDescriptor.size());
 }

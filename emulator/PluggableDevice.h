@@ -12,13 +12,13 @@
 class PluggableDevice : public HidrawDevice
 {
 public:
-    PluggableDevice(Testbed &surroundings, HidIdentity whatItIs);
+    PluggableDevice(Testbed &testbed, HidIdentity identity);
 
     /// Throws std::logic_error when it is plugged in already.
     virtual void plug();
     /// Throws std::logic_error when it is not plugged in.
     virtual void unplug();
-    bool isPlugged() const { return placement.has_value(); }
+    bool isPlugged() const { return m_placement.has_value(); }
     std::string nodePath() const;
 
     /// Lasts through unplug and plug.
@@ -27,8 +27,8 @@ public:
     void announceAgain(const std::string &action);
 
     /// Since the program started.
-    int opens() const { return openCount; }
-    int openHandles() const { return testbed.openHandles(*this); }
+    int opens() const { return m_openCount; }
+    int openHandles() const { return m_testbed.openHandles(*this); }
 
 protected:
     /// Throws std::logic_error when it is not plugged in.
@@ -36,14 +36,14 @@ protected:
 
     Transfer receiveFeatureReport(std::span<const std::uint8_t> report) override;
     Transfer inputTransfer() const override { return Transfer::Done; }
-    void opened() override { ++openCount; }
+    void opened() override { ++m_openCount; }
     void readPending() override {}
     std::uint32_t reportDescriptorSize() const override;
 
 private:
-    Testbed &testbed;
-    HidIdentity identity;
-    Permission permission = Permission::Granted;
-    std::optional<Testbed::Placement> placement;
-    int openCount = 0;
+    Testbed &m_testbed;
+    HidIdentity m_identity;
+    Permission m_permission = Permission::Granted;
+    std::optional<Testbed::Placement> m_placement;
+    int m_openCount = 0;
 };

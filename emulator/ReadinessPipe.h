@@ -29,9 +29,9 @@ public:
     void set(Readiness wanted);
 
 private:
-    int keeper = -1; ///< both directions, so that no open() waits for a partner; until the claim
-    int writer = -1;
-    unsigned watch = 0;
-    Readiness readiness = Readiness::Nothing;
-    std::function<void()> closedCallback;
+    int m_keeper = -1; ///< both directions, so that no open() waits for a partner; until the claim
+    int m_writer = -1;
+    unsigned m_watch = 0;
+    Readiness m_readiness = Readiness::Nothing;
+    std::function<void()> m_closedCallback;
 };

@@ -64,13 +64,13 @@ std::uint16_t packedDecimal(int count)
 
 void ScaleModel::plugIn()
 {
-    announcementDue = true;
-    powerState = Power::On;
-    tareState = Button::Released;
-    holdState = Button::Released;
-    shownUnit = Unit::Metric;
-    tareGrams = 0;
-    held.reset();
+    m_announcementDue = true;
+    m_power = Power::On;
+    m_tareButton = Button::Released;
+    m_holdButton = Button::Released;
+    m_unit = Unit::Metric;
+    m_tare = 0;
+    m_held.reset();
 }
 
 bool ScaleModel::isPoll(std::span<const std::uint8_t> featureReport)
@@ -91,7 +91,7 @@ ScaleModel::receive(std::span<const std::uint8_t> featureReport)
     obeyUnit(command);
     if (!poll)
         return std::nullopt;
-    return std::exchange(announcementDue, false) ? announcement() : reading();
+    return std::exchange(m_announcementDue, false) ? announcement() : reading();
 }
 
 // Commands only: the first poll after the host starts carries 0xFF, whose power-off bit nobody
@@ -99,38 +99,38 @@ ScaleModel::receive(std::span<const std::uint8_t> featureReport)
 void ScaleModel::obeyPower(std::uint8_t command)
 {
     const Power wanted = (command & powerOffBit) != 0 ? Power::Off : Power::On;
-    if (wanted == powerState)
+    if (wanted == m_power)
         return;
-    powerState = wanted;
-    tareGrams = 0;
-    held.reset();
+    m_power = wanted;
+    m_tare = 0;
+    m_held.reset();
 }
 
 void ScaleModel::obeyButtons(std::uint8_t command)
 {
     const Button tareNow = (command & tareReleasedBit) != 0 ? Button::Released : Button::Pressed;
-    const bool tareEdge = tareState == Button::Released && tareNow == Button::Pressed;
+    const bool tareEdge = m_tareButton == Button::Released && tareNow == Button::Pressed;
     if (tareEdge && weigh().range == Range::Normal)
-        tareGrams = loadGrams;
-    tareState = tareNow;
+        m_tare = m_load;
+    m_tareButton = tareNow;
 
     const Button holdNow = (command & holdReleasedBit) != 0 ? Button::Released : Button::Pressed;
     if (holdNow == Button::Released)
-        held.reset();
-    else if (holdState == Button::Released)
-        held = weigh();
-    holdState = holdNow;
+        m_held.reset();
+    else if (m_holdButton == Button::Released)
+        m_held = weigh();
+    m_holdButton = holdNow;
 }
 
 void ScaleModel::obeyUnit(std::uint8_t command)
 {
     switch (command & unitCodeMask) {
-    case 0x38: shownUnit = Unit::Metric; break;
-    case 0x30: shownUnit = Unit::Ounces; break;
-    case 0x28: shownUnit = Unit::PoundsOuncesA; break;
+    case 0x38: m_unit = Unit::Metric; break;
+    case 0x30: m_unit = Unit::Ounces; break;
+    case 0x28: m_unit = Unit::PoundsOuncesA; break;
     case 0x18:
-        if (scaleType == Type::PackedDecimal)
-            shownUnit = Unit::PoundsOuncesB;
+        if (m_type == Type::PackedDecimal)
+            m_unit = Unit::PoundsOuncesB;
         break;
     default: break;
     }
@@ -138,66 +138,66 @@ void ScaleModel::obeyUnit(std::uint8_t command)
 
 ScaleModel::InputReport ScaleModel::reading() const
 {
-    if (powerState == Power::Off)
+    if (m_power == Power::Off)
         return {displayOffStatus};
-    return report(held.value_or(weigh()));
+    return report(m_held.value_or(weigh()));
 }
 
 void ScaleModel::setLoad(int grams)
 {
-    loadGrams = grams;
+    m_load = grams;
 }
 
-void ScaleModel::setType(Type newType)
+void ScaleModel::setType(Type type)
 {
-    if (newType == scaleType)
+    if (type == m_type)
         return;
-    scaleType = newType;
+    m_type = type;
     plugIn();
 }
 
-void ScaleModel::setCapacity(Capacity newCapacity)
+void ScaleModel::setCapacity(Capacity capacity)
 {
-    if (newCapacity == scaleCapacity)
+    if (capacity == m_capacity)
         return;
-    scaleCapacity = newCapacity;
-    tareGrams = 0; // A tare of the larger scale would not fit the digits of the smaller one.
-    held.reset();
+    m_capacity = capacity;
+    m_tare = 0; // A tare of the larger scale would not fit the digits of the smaller one.
+    m_held.reset();
 }
 
 ScaleModel::Weighing ScaleModel::weigh() const
 {
-    if (loadGrams < 0)
+    if (m_load < 0)
         return {Range::UnderLoad, 0};
-    if (loadGrams > maximumLoad())
+    if (m_load > maximumLoad())
         return {Range::Overload, 0};
     return {Range::Normal, net()};
 }
 
 int ScaleModel::maximumLoad() const
 {
-    if (scaleType == Type::BinaryTenthOunces)
+    if (m_type == Type::BinaryTenthOunces)
         return tenthOunceCapacity;
-    return scaleCapacity == Capacity::High ? packedDecimalHighCapacity : packedDecimalCapacity;
+    return m_capacity == Capacity::High ? packedDecimalHighCapacity : packedDecimalCapacity;
 }
 
 ScaleModel::InputReport ScaleModel::announcement() const
 {
-    return {statusCodes(scaleType).announcement};
+    return {statusCodes(m_type).announcement};
 }
 
 ScaleModel::InputReport ScaleModel::report(const Weighing &weighing) const
 {
     if (weighing.range == Range::Overload)
-        return {statusCodes(scaleType).overload};
+        return {statusCodes(m_type).overload};
     if (weighing.range == Range::UnderLoad)
-        return {statusCodes(scaleType).underLoad};
+        return {statusCodes(m_type).underLoad};
 
     const int magnitude = std::abs(weighing.grams);
     std::uint16_t weight = 0;
-    if (scaleType == Type::BinaryTenthOunces)
+    if (m_type == Type::BinaryTenthOunces)
         weight = static_cast<std::uint16_t>(std::lround(magnitude / gramsPerTenthOunce));
-    else if (scaleCapacity == Capacity::High)
+    else if (m_capacity == Capacity::High)
         weight = packedDecimal((magnitude + highCapacityStep / 2) / highCapacityStep);
     else
         weight = packedDecimal(magnitude);
@@ -211,9 +211,8 @@ std::uint8_t ScaleModel::unitStatus() const
 {
     constexpr std::array<std::uint8_t, 4> packedDecimalUnits = {1, 2, 3, 7};
     constexpr std::array<std::uint8_t, 3> tenthOunceUnits = {8, 9, 10};
-    const auto index = static_cast<std::size_t>(shownUnit);
-    return scaleType == Type::PackedDecimal ? packedDecimalUnits.at(index)
-                                            : tenthOunceUnits.at(index);
+    const auto index = static_cast<std::size_t>(m_unit);
+    return m_type == Type::PackedDecimal ? packedDecimalUnits.at(index) : tenthOunceUnits.at(index);
 }
 
 std::string_view unitName(ScaleModel::Type type, ScaleModel::Unit unit)

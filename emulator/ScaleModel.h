@@ -46,19 +46,19 @@ public:
     /// In grams; negative while the pan itself is taken off.
     void setLoad(int grams);
     /// As if the scale were exchanged for one of the other type: it announces itself anew.
-    void setType(Type newType);
+    void setType(Type type);
     /// Tare and a held reading are lost.
-    void setCapacity(Capacity newCapacity);
+    void setCapacity(Capacity capacity);
 
-    int load() const { return loadGrams; }
-    int tare() const { return tareGrams; }
-    int net() const { return loadGrams - tareGrams; }
-    Type type() const { return scaleType; }
-    Capacity capacity() const { return scaleCapacity; }
-    Power power() const { return powerState; }
-    Button tareButton() const { return tareState; }
-    Button holdButton() const { return holdState; }
-    Unit unit() const { return shownUnit; }
+    int load() const { return m_load; }
+    int tare() const { return m_tare; }
+    int net() const { return m_load - m_tare; }
+    Type type() const { return m_type; }
+    Capacity capacity() const { return m_capacity; }
+    Power power() const { return m_power; }
+    Button tareButton() const { return m_tareButton; }
+    Button holdButton() const { return m_holdButton; }
+    Unit unit() const { return m_unit; }
 
 private:
     enum class Range { Normal, Overload, UnderLoad };
@@ -78,17 +78,17 @@ private:
     InputReport report(const Weighing &weighing) const;
     std::uint8_t unitStatus() const;
 
-    Type scaleType = Type::PackedDecimal;
-    Capacity scaleCapacity = Capacity::Ordinary;
-    int loadGrams = 0;
+    Type m_type = Type::PackedDecimal;
+    Capacity m_capacity = Capacity::Ordinary;
+    int m_load = 0; ///< grams
 
-    bool announcementDue = true;
-    Power powerState = Power::On;
-    Button tareState = Button::Released;
-    Button holdState = Button::Released;
-    Unit shownUnit = Unit::Metric;
-    int tareGrams = 0;
-    std::optional<Weighing> held;
+    bool m_announcementDue = true;
+    Power m_power = Power::On;
+    Button m_tareButton = Button::Released;
+    Button m_holdButton = Button::Released;
+    Unit m_unit = Unit::Metric;
+    int m_tare = 0; ///< grams
+    std::optional<Weighing> m_held;
 };
 
 /// "grams", "pounds-ounces-a", "kilograms" and so on, as the scale of that type shows it.

@@ -103,16 +103,16 @@ std::string hidrawNode(const std::string &path, int minor)
 } // namespace
 
 Testbed::Testbed()
-    : testbed(newTestbed())
-    , sender(directory())
-    , minors(testbed.get())
+    : m_testbed(newTestbed())
+    , m_sender(directory())
+    , m_minors(m_testbed.get())
 {
     addHost();
 }
 
 std::string Testbed::directory() const
 {
-    g_autofree gchar *root = umockdev_testbed_get_root_dir(testbed.get());
+    g_autofree gchar *root = umockdev_testbed_get_root_dir(m_testbed.get());
     return root;
 }
 
@@ -127,7 +127,7 @@ void Testbed::addHost()
 void Testbed::add(const std::string &description)
 {
     g_autoptr(GError) error = nullptr;
-    if (!umockdev_testbed_add_from_string(testbed.get(), description.c_str(), &error))
+    if (!umockdev_testbed_add_from_string(m_testbed.get(), description.c_str(), &error))
         throw std::runtime_error(error->message);
 }
 
@@ -135,13 +135,13 @@ Testbed::Placement Testbed::plug(const HidIdentity &identity, Permission permiss
                                  HidrawDevice &device)
 {
     Placement placement;
-    placement.minor = minors.lowestFree();
-    lastUsbAddress = lastUsbAddress == lastAddressOfBus ? 2 : lastUsbAddress + 1;
+    placement.minor = m_minors.lowestFree();
+    m_lastUsbAddress = m_lastUsbAddress == lastAddressOfBus ? 2 : m_lastUsbAddress + 1;
 
     const std::string usb = hubPath + '/' + identity.port;
     const std::string interface = usb + '/' + identity.port + ":1.0";
     const std::string hid = text("%s/0003:%04X:%04X.%04X", interface.c_str(), identity.vendorId,
-                                 identity.productId, static_cast<unsigned>(++lastHidNumber));
+                                 identity.productId, static_cast<unsigned>(++m_lastHidNumber));
     const std::string hidraw = text("%s/hidraw/hidraw%d", hid.c_str(), placement.minor);
     const std::string node = text("/dev/hidraw%d", placement.minor);
     placement.chain = {{{}, usb, "usb", "usb_device", {}},
@@ -149,8 +149,8 @@ Testbed::Placement Testbed::plug(const HidIdentity &identity, Permission permiss
                        {{}, hid, "hid", {}, {}},
                        {{}, hidraw, "hidraw", {}, node, hidrawMajor, placement.minor}};
 
-    placement.node = &minors.plug(placement.minor, permission, device);
-    add(usbDevice(usb, identity, lastUsbAddress));
+    placement.node = &m_minors.plug(placement.minor, permission, device);
+    add(usbDevice(usb, identity, m_lastUsbAddress));
     add(usbInterface(interface));
     add(hidDevice(hid, identity));
     add(hidrawNode(hidraw, placement.minor));
@@ -164,8 +164,8 @@ void Testbed::unplug(const Placement &placement)
 {
     const std::vector<Uevent> childFirst(placement.chain.rbegin(), placement.chain.rend());
     for (const Uevent &uevent : childFirst)
-        umockdev_testbed_remove_device(testbed.get(), ("/sys" + uevent.devicePath).c_str());
-    minors.unplug(placement.minor);
+        umockdev_testbed_remove_device(m_testbed.get(), ("/sys" + uevent.devicePath).c_str());
+    m_minors.unplug(placement.minor);
     for (const Uevent &uevent : childFirst)
         send(uevent, "remove");
 }
@@ -178,5 +178,5 @@ void Testbed::announce(const Placement &placement, const std::string &action)
 void Testbed::send(Uevent uevent, const std::string &action)
 {
     uevent.action = action;
-    sender.send(uevent);
+    m_sender.send(uevent);
 }

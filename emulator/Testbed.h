@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
 #include "emulator/HidrawMinors.h"
 #include "emulator/UeventSender.h"
 
@@ -37,22 +38,17 @@ public:
     /// An event for the hidraw node alone.
     void announce(const Placement &placement, const std::string &action);
 
-    int openHandles(const HidrawDevice &device) const { return minors.openHandles(device); }
-    void interruptReads() { minors.interruptReads(); }
+    int openHandles(const HidrawDevice &device) const { return m_minors.openHandles(device); }
+    void interruptReads() { m_minors.interruptReads(); }
 
 private:
     void addHost();
     void add(const std::string &description);
     void send(Uevent uevent, const std::string &action);
 
-    struct Unref
-    {
-        void operator()(UMockdevTestbed *object) const { g_object_unref(object); }
-    };
-
-    std::unique_ptr<UMockdevTestbed, Unref> testbed;
-    UeventSender sender;
-    HidrawMinors minors;
-    int lastUsbAddress = 1; ///< the root hub's
-    int lastHidNumber = 0;
+    GObjectPointer<UMockdevTestbed> m_testbed;
+    UeventSender m_sender;
+    HidrawMinors m_minors;
+    int m_lastUsbAddress = 1; ///< the root hub's
+    int m_lastHidNumber = 0;
 };

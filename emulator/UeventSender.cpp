@@ -4,15 +4,12 @@
 #include "emulator/UeventSender.h"
 
 #include <arpa/inet.h>
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <gio/gunixsocketaddress.h>
 #include <glib-unix.h>
 #include <optional>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 
@@ -95,52 +92,47 @@ std::optional<ino_t> inode(const std::string &path)
     return status.st_ino;
 }
 
-/// -1: the monitor is gone.
-int connectTo(const std::string &monitorPath)
+/// Nothing when the monitor is gone.
+GObjectPointer<GSocket> connectTo(const std::string &monitorPath)
 {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (monitorPath.size() >= sizeof address.sun_path)
-        return -1;
-    monitorPath.copy(address.sun_path, sizeof address.sun_path - 1);
-    const int descriptor = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    const auto *generic = reinterpret_cast<const sockaddr *>(&address);
-    if (descriptor >= 0 && connect(descriptor, generic, sizeof address) == 0)
-        return descriptor;
-    if (descriptor >= 0)
-        close(descriptor);
-    return -1;
+    g_autoptr(GSocketAddress) address = g_unix_socket_address_new(monitorPath.c_str());
+    GObjectPointer<GSocket> socket(g_socket_new(G_SOCKET_FAMILY_UNIX, G_SOCKET_TYPE_DATAGRAM,
+                                                G_SOCKET_PROTOCOL_DEFAULT, nullptr));
+    if (!socket || g_socket_connect(socket.get(), address, nullptr, nullptr) == 0)
+        return nullptr;
+    g_socket_set_blocking(socket.get(), FALSE);
+    return socket;
 }
 
 enum class Delivery { Done, SocketFull, MonitorGone };
 
-Delivery deliver(int descriptor, const std::string &message)
+Delivery deliver(GSocket *socket, const std::string &message)
 {
-    if (::send(descriptor, message.data(), message.size(), MSG_NOSIGNAL) >= 0)
+    g_autoptr(GError) error = nullptr;
+    if (g_socket_send(socket, message.data(), message.size(), nullptr, &error) >= 0)
         return Delivery::Done;
-    return errno == EAGAIN ? Delivery::SocketFull : Delivery::MonitorGone;
+    return g_error_matches(error, G_IO_ERROR, G_IO_ERROR_WOULD_BLOCK) ? Delivery::SocketFull
+                                                                      : Delivery::MonitorGone;
 }
 
 } // namespace
 
-UeventSender::UeventSender(std::string testbedDirectory)
-    : directory(std::move(testbedDirectory))
+UeventSender::UeventSender(std::string directory)
+    : m_directory(std::move(directory))
 {
 }
 
 UeventSender::~UeventSender()
 {
-    for (auto &[monitor, backlog] : backlogs) {
+    for (const auto &[monitor, backlog] : m_backlogs)
         g_source_remove(backlog.watch);
-        close(backlog.socket);
-    }
 }
 
 void UeventSender::send(const Uevent &uevent)
 {
-    const std::string message = wireMessage(uevent, ++sequenceNumber);
+    const std::string message = wireMessage(uevent, ++m_sequenceNumber);
     // The preloaded library binds one socket per monitor and names it after its descriptor.
-    for (const auto &entry : std::filesystem::directory_iterator(directory)) {
+    for (const auto &entry : std::filesystem::directory_iterator(m_directory)) {
         if (entry.path().filename().string().starts_with("event"))
             sendTo(entry.path(), message);
     }
@@ -151,51 +143,40 @@ void UeventSender::sendTo(const std::string &monitorPath, const std::string &mes
     const std::optional<ino_t> monitor = inode(monitorPath);
     if (!monitor)
         return;
-    if (const auto found = backlogs.find(*monitor); found != backlogs.end()) {
+    if (const auto found = m_backlogs.find(*monitor); found != m_backlogs.end()) {
         found->second.messages.push_back(message);
         return;
     }
-    const int descriptor = connectTo(monitorPath);
-    if (descriptor < 0)
-        return;
-    if (deliver(descriptor, message) == Delivery::SocketFull)
-        keepForLater(*monitor, descriptor, message);
-    else
-        close(descriptor);
+    GObjectPointer<GSocket> socket = connectTo(monitorPath);
+    if (socket && deliver(socket.get(), message) == Delivery::SocketFull)
+        keepForLater(*monitor, std::move(socket), message);
 }
 
-void UeventSender::keepForLater(ino_t monitor, int socket, const std::string &message)
+void UeventSender::keepForLater(ino_t monitor, GObjectPointer<GSocket> socket,
+                                const std::string &message)
 {
-    struct BacklogKey
-    {
-        UeventSender *sender;
-        ino_t monitor;
-    };
-    auto *key = new BacklogKey{this, monitor};
-    const auto destroy = [](gpointer pointer) { delete static_cast<BacklogKey *>(pointer); };
     const auto callback = [](gint, GIOCondition, gpointer pointer) -> gboolean {
-        const auto &found = *static_cast<BacklogKey *>(pointer);
-        return found.sender->flush(found.monitor) ? G_SOURCE_CONTINUE : G_SOURCE_REMOVE;
+        auto &backlog = *static_cast<Backlog *>(pointer);
+        return backlog.sender->flush(backlog) ? G_SOURCE_CONTINUE : G_SOURCE_REMOVE;
     };
-    Backlog &backlog = backlogs[monitor];
-    backlog.socket = socket;
+    Backlog &backlog = m_backlogs[monitor];
+    backlog.sender = this;
+    backlog.monitor = monitor;
     backlog.messages.push_back(message);
-    backlog.watch =
-        g_unix_fd_add_full(G_PRIORITY_DEFAULT, socket, G_IO_OUT, callback, key, destroy);
+    backlog.watch = g_unix_fd_add(g_socket_get_fd(socket.get()), G_IO_OUT, callback, &backlog);
+    backlog.socket = std::move(socket);
 }
 
-bool UeventSender::flush(ino_t monitor)
+bool UeventSender::flush(Backlog &backlog)
 {
-    Backlog &backlog = backlogs.at(monitor);
     while (!backlog.messages.empty()) {
-        const Delivery delivery = deliver(backlog.socket, backlog.messages.front());
+        const Delivery delivery = deliver(backlog.socket.get(), backlog.messages.front());
         if (delivery == Delivery::SocketFull)
             return true;
         if (delivery == Delivery::MonitorGone)
             break;
         backlog.messages.pop_front();
     }
-    close(backlog.socket);
-    backlogs.erase(monitor);
+    m_backlogs.erase(backlog.monitor);
     return false;
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "emulator/GObjectPointer.h"
+
 #include <cstdint>
 #include <deque>
 #include <map>
@@ -27,7 +29,7 @@ struct Uevent
 class UeventSender
 {
 public:
-    explicit UeventSender(std::string testbedDirectory);
+    explicit UeventSender(std::string directory);
     ~UeventSender();
     UeventSender(const UeventSender &) = delete;
     UeventSender &operator=(const UeventSender &) = delete;
@@ -39,17 +41,19 @@ private:
     /// A monitor whose socket is full.
     struct Backlog
     {
-        int socket = -1;
+        UeventSender *sender = nullptr;
+        ino_t monitor = 0;
+        GObjectPointer<GSocket> socket;
         unsigned watch = 0;
         std::deque<std::string> messages;
     };
 
     void sendTo(const std::string &monitorPath, const std::string &message);
-    void keepForLater(ino_t monitor, int socket, const std::string &message);
+    void keepForLater(ino_t monitor, GObjectPointer<GSocket> socket, const std::string &message);
     /// False: nothing is left to send.
-    bool flush(ino_t monitor);
+    bool flush(Backlog &backlog);
 
-    std::string directory;
-    std::uint64_t sequenceNumber = 0;
-    std::map<ino_t, Backlog> backlogs;
+    std::string m_directory;
+    std::uint64_t m_sequenceNumber = 0;
+    std::map<ino_t, Backlog> m_backlogs;
 };

@@ -11,6 +11,7 @@
 #include <exception>
 #include <filesystem>
 #include <glib-unix.h>
+#include <optional>
 #include <unistd.h>
 
 namespace {
@@ -77,20 +78,17 @@ int run(const Arguments &arguments)
     prepare(emulator.scale, arguments);
     passSignalsOn(emulator);
 
-    GMainLoop *loop = g_main_loop_new(nullptr, FALSE);
-    int status = 0;
+    std::optional<int> status;
     Environment inside = emulator.environment();
     inside[emulatorSocketVariable] = socketPath;
-    emulator.child = std::make_unique<ChildProcess>(arguments.command, inside, [&](int code) {
-        status = code;
-        g_main_loop_quit(loop);
-    });
+    emulator.child = std::make_unique<ChildProcess>(arguments.command, inside,
+                                                    [&status](int code) { status = code; });
     std::unique_ptr<ChildProcess> window;
     if (arguments.window == Arguments::Window::Control)
         window = startWindow(outside, socketPath);
-    g_main_loop_run(loop);
-    g_main_loop_unref(loop);
-    return status;
+    while (!status)
+        g_main_context_iteration(nullptr, TRUE);
+    return *status;
 }
 
 } // namespace
@@ -98,8 +96,7 @@ int run(const Arguments &arguments)
 int main(int argc, char *argv[])
 {
     try {
-        return run(parseArguments(
-            {const_cast<const char *const *>(argv) + 1, static_cast<std::size_t>(argc - 1)}));
+        return run(parseArguments({argv + 1, static_cast<std::size_t>(argc - 1)}));
     } catch (const std::invalid_argument &problem) {
         std::fprintf(stderr, "postal-scale-emulator: %s\n%s", problem.what(), usage);
         return wrongUse;

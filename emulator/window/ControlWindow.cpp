@@ -33,38 +33,38 @@ constexpr auto refreshInterval = 200ms;
 } // namespace
 
 ControlWindow::ControlWindow(const std::string &socketPath)
-    : client(socketPath)
+    : m_client(socketPath)
 {
     setWindowTitle(tr("Emulated Scale"));
     buildForm();
-    connect(&refreshTimer, &QTimer::timeout, this, &ControlWindow::refresh);
-    refreshTimer.start(refreshInterval);
+    connect(&m_refreshTimer, &QTimer::timeout, this, &ControlWindow::refresh);
+    m_refreshTimer.start(refreshInterval);
     refresh();
 }
 
 void ControlWindow::buildForm()
 {
-    loadSlider = new QSlider(Qt::Horizontal);
-    loadSpinBox = new QSpinBox;
-    plugButton = new QPushButton;
-    typeBox = new QComboBox;
-    capacityBox = new QComboBox;
-    loadSlider->setMinimum(lightestLoad);
-    loadSlider->setPageStep(100);
-    loadSlider->setMinimumWidth(300);
-    loadSpinBox->setRange(lightestLoad, heaviestLoad);
-    loadSpinBox->setSuffix(tr(" g"));
-    typeBox->addItem(tr("0: packed decimal grams"), "0");
-    typeBox->addItem(tr("1: binary tenths of an ounce"), "1");
-    capacityBox->addItem(tr("ordinary"), "ordinary");
-    capacityBox->addItem(tr("high, steps of 10 g"), "high");
+    m_loadSlider = new QSlider(Qt::Horizontal);
+    m_loadSpinBox = new QSpinBox;
+    m_plugButton = new QPushButton;
+    m_typeBox = new QComboBox;
+    m_capacityBox = new QComboBox;
+    m_loadSlider->setMinimum(lightestLoad);
+    m_loadSlider->setPageStep(100);
+    m_loadSlider->setMinimumWidth(300);
+    m_loadSpinBox->setRange(lightestLoad, heaviestLoad);
+    m_loadSpinBox->setSuffix(tr(" g"));
+    m_typeBox->addItem(tr("0: packed decimal grams"), "0");
+    m_typeBox->addItem(tr("1: binary tenths of an ounce"), "1");
+    m_capacityBox->addItem(tr("ordinary"), "ordinary");
+    m_capacityBox->addItem(tr("high, steps of 10 g"), "high");
 
     auto *form = new QFormLayout(this);
-    form->addRow(tr("Pan load"), loadSlider);
-    form->addRow(QString(), loadSpinBox);
-    form->addRow(tr("USB cable"), plugButton);
-    form->addRow(tr("Type"), typeBox);
-    form->addRow(tr("Capacity"), capacityBox);
+    form->addRow(tr("Pan load"), m_loadSlider);
+    form->addRow(QString(), m_loadSpinBox);
+    form->addRow(tr("USB cable"), m_plugButton);
+    form->addRow(tr("Type"), m_typeBox);
+    form->addRow(tr("Capacity"), m_capacityBox);
     addStateRow(form, tr("Node"), "node");
     addStateRow(form, tr("Power"), "power");
     addStateRow(form, tr("Tare button"), "tare");
@@ -73,21 +73,21 @@ void ControlWindow::buildForm()
     addStateRow(form, tr("Tare weight, g"), "tare-weight");
     addStateRow(form, tr("Net weight, g"), "net");
 
-    connect(loadSlider, &QSlider::valueChanged, this, &ControlWindow::setLoad);
-    connect(loadSpinBox, &QSpinBox::valueChanged, this, &ControlWindow::setLoad);
-    connect(plugButton, &QPushButton::clicked, this,
-            [this] { send(plugButton->property("command").toString()); });
-    connect(typeBox, &QComboBox::activated, this,
-            [this] { send("type " + typeBox->currentData().toString()); });
-    connect(capacityBox, &QComboBox::activated, this,
-            [this] { send("capacity " + capacityBox->currentData().toString()); });
+    connect(m_loadSlider, &QSlider::valueChanged, this, &ControlWindow::setLoad);
+    connect(m_loadSpinBox, &QSpinBox::valueChanged, this, &ControlWindow::setLoad);
+    connect(m_plugButton, &QPushButton::clicked, this,
+            [this] { send(m_plugButton->property("command").toString()); });
+    connect(m_typeBox, &QComboBox::activated, this,
+            [this] { send("type " + m_typeBox->currentData().toString()); });
+    connect(m_capacityBox, &QComboBox::activated, this,
+            [this] { send("capacity " + m_capacityBox->currentData().toString()); });
 }
 
 void ControlWindow::addStateRow(QFormLayout *form, const QString &title, const QString &key)
 {
     auto *label = new QLabel;
     form->addRow(title, label);
-    stateLabels.insert(key, label);
+    m_stateLabels.insert(key, label);
 }
 
 void ControlWindow::setLoad(int grams)
@@ -98,7 +98,7 @@ void ControlWindow::setLoad(int grams)
 void ControlWindow::send(const QString &command)
 {
     try {
-        client.request(command.toStdString());
+        m_client.request(command.toStdString());
     } catch (const std::runtime_error &) {
         // Somebody else was quicker with the cable, or the emulator has ended: refresh() tells.
     }
@@ -109,9 +109,9 @@ void ControlWindow::refresh()
 {
     std::string line;
     try {
-        line = client.request("state");
+        line = m_client.request("state");
     } catch (const std::runtime_error &) {
-        refreshTimer.stop();
+        m_refreshTimer.stop();
         close();
         return;
     }
@@ -123,17 +123,17 @@ void ControlWindow::refresh()
 
 void ControlWindow::display(const State &state)
 {
-    const QSignalBlocker sliderBlocker(loadSlider);
-    const QSignalBlocker spinBoxBlocker(loadSpinBox);
+    const QSignalBlocker sliderBlocker(m_loadSlider);
+    const QSignalBlocker spinBoxBlocker(m_loadSpinBox);
     const int load = state["load"].toInt();
-    loadSlider->setMaximum(sliderEnd(state["type"], state["capacity"]));
-    loadSlider->setValue(load);
-    loadSpinBox->setValue(load);
-    typeBox->setCurrentIndex(typeBox->findData(state["type"]));
-    capacityBox->setCurrentIndex(capacityBox->findData(state["capacity"]));
+    m_loadSlider->setMaximum(sliderEnd(state["type"], state["capacity"]));
+    m_loadSlider->setValue(load);
+    m_loadSpinBox->setValue(load);
+    m_typeBox->setCurrentIndex(m_typeBox->findData(state["type"]));
+    m_capacityBox->setCurrentIndex(m_capacityBox->findData(state["capacity"]));
     const bool plugged = state["plugged"] == "yes";
-    plugButton->setText(plugged ? tr("Unplug") : tr("Plug in"));
-    plugButton->setProperty("command", plugged ? "unplug" : "plug");
-    for (auto label = stateLabels.cbegin(); label != stateLabels.cend(); ++label)
+    m_plugButton->setText(plugged ? tr("Unplug") : tr("Plug in"));
+    m_plugButton->setProperty("command", plugged ? "unplug" : "plug");
+    for (auto label = m_stateLabels.cbegin(); label != m_stateLabels.cend(); ++label)
         label.value()->setText(state[label.key()]);
 }

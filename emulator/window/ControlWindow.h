@@ -36,12 +36,12 @@ private:
     void display(const State &state);
     void setLoad(int grams);
 
-    EmulatorClient client;
-    QTimer refreshTimer;
-    QSlider *loadSlider = nullptr;
-    QSpinBox *loadSpinBox = nullptr;
-    QPushButton *plugButton = nullptr;
-    QComboBox *typeBox = nullptr;
-    QComboBox *capacityBox = nullptr;
-    QHash<QString, QLabel *> stateLabels; ///< by key of the state line
+    EmulatorClient m_client;
+    QTimer m_refreshTimer;
+    QSlider *m_loadSlider = nullptr;
+    QSpinBox *m_loadSpinBox = nullptr;
+    QPushButton *m_plugButton = nullptr;
+    QComboBox *m_typeBox = nullptr;
+    QComboBox *m_capacityBox = nullptr;
+    QHash<QString, QLabel *> m_stateLabels; ///< by key of the state line
 };
