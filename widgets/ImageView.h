@@ -3,14 +3,14 @@
 
 #pragma once
 
-#include <QPixmap>
+#include <QString>
 #include <QWidget>
+
+class PictureCache;
 
 /// One segment or symbol of the display: a picture that fills the view, known by its name.
 ///
-/// Pictures are the resources ":/panel/NAME". What has been painted is kept at the size in which it
-/// was painted, so that naming one again costs a look-up. A name without a picture leaves the view
-/// empty.
+/// Pictures are the resources ":/panel/NAME". A name without a picture leaves the view empty.
 class ImageView : public QWidget
 {
     Q_OBJECT
@@ -28,17 +28,11 @@ public:
     void setUnlitImage(const QString &name) { m_unlitImageName = name; }
     QString unlitImageName() const { return m_unlitImageName; }
 
-    QSize sizeHint() const override;
+    /// Where painted pictures are kept; it must outlive the view's last painting. Without one, each
+    /// painting makes its picture anew.
+    void setPictures(PictureCache *pictures) { m_pictures = pictures; }
 
-    /// The picture at exactly `size` device pixels, made from the smallest variant that is not
-    /// smaller; null when there is no such picture. Made anew by each call.
-    static QPixmap picture(const QString &name, QSize size);
-    /// Size at 1x; empty when there is no such picture.
-    static QSize pictureSize(const QString &name);
-    /// Fills `place`, given in the painter's logical pixels.
-    static void paintPicture(QPainter &painter, const QString &name, const QRect &place);
-    /// Of all names, and how they were painted. To be called when the views' sizes change.
-    static void forgetPictures();
+    QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -46,4 +40,5 @@ protected:
 private:
     QString m_imageName;
     QString m_unlitImageName;
+    PictureCache *m_pictures = nullptr;
 };

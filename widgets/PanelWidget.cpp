@@ -125,6 +125,8 @@ void PanelWidget::rememberDesign()
         return;
     for (QWidget *child : findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
         m_places.push_back({child, child->geometry()});
+    for (ImageView *view : findChildren<ImageView *>(QString(), Qt::FindDirectChildrenOnly))
+        view->setPictures(&m_pictures);
     m_numerator = findChild<QWidget *>(QStringLiteral("numeratorImg"));
     m_line = findChild<QWidget *>(QStringLiteral("lineImg"));
     m_denominator = findChild<QWidget *>(QStringLiteral("denomImg"));
@@ -144,7 +146,7 @@ void PanelWidget::arrange()
             place.widget->setFont(font);
         }
     }
-    ImageView::forgetPictures();
+    m_pictures.clear();
     m_backdrop = QPixmap();
     update();
 }
@@ -226,7 +228,7 @@ void PanelWidget::paintFocus(QPainter &painter) const
     painter.drawRoundedRect(middleOfBezel, bezel, bezel);
 }
 
-QPixmap PanelWidget::backdrop() const
+QPixmap PanelWidget::backdrop()
 {
     QPixmap pixmap = glass();
     pixmap.setDevicePixelRatio(devicePixelRatio());
@@ -242,8 +244,8 @@ QPixmap PanelWidget::glass() const
     const qreal ratio = devicePixelRatio();
     QPixmap pixmap((QSizeF(size()) * ratio).toSize());
     pixmap.fill(Qt::transparent);
-    const QSizeF designed = ImageView::pictureSize(glassName);
-    const QPixmap picture = ImageView::picture(glassName, (designed * scale() * ratio).toSize());
+    const QSizeF designed = PictureCache::pictureSize(glassName);
+    const QPixmap picture = PictureCache::picture(glassName, (designed * scale() * ratio).toSize());
     const int edge = qRound(glassEdge * scale() * ratio);
     const QMargins edges(edge, edge, edge, edge);
     QPainter painter(&pixmap);
@@ -251,7 +253,7 @@ QPixmap PanelWidget::glass() const
     return pixmap;
 }
 
-void PanelWidget::paintUnlitSegments(QPainter &painter, Segments segments) const
+void PanelWidget::paintUnlitSegments(QPainter &painter, Segments segments)
 {
     painter.setOpacity(unlitOpacity);
     for (const Place &place : m_places) {
@@ -260,6 +262,6 @@ void PanelWidget::paintUnlitSegments(QPainter &painter, Segments segments) const
         if (!view || ofFraction != (segments == Segments::OfFraction))
             continue;
         if (showsFraction() || !ofFraction || place.widget == m_numerator)
-            ImageView::paintPicture(painter, view->unlitImageName(), view->geometry());
+            m_pictures.paint(painter, view->unlitImageName(), view->geometry());
     }
 }

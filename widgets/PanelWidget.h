@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "widgets/PictureCache.h"
+
 #include <QPixmap>
 #include <QWidget>
 
@@ -59,10 +61,10 @@ private:
     qreal scale() const;
     bool isOfFraction(const QWidget *view) const;
     bool showsFraction() const;
-    QPixmap backdrop() const;
+    QPixmap backdrop();
     QPixmap glass() const;
     void paintFocus(QPainter &painter) const;
-    void paintUnlitSegments(QPainter &painter, Segments segments) const;
+    void paintUnlitSegments(QPainter &painter, Segments segments);
 
     QSize m_designSize;
     std::vector<Place> m_places;
@@ -70,4 +72,5 @@ private:
     QWidget *m_line = nullptr;
     QWidget *m_denominator = nullptr;
     QPixmap m_backdrop;
+    PictureCache m_pictures;
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "widgets/ImageView.h"
+#include "widgets/PictureCache.h"
 
 #include <QPainter>
 #include <QtTest>
@@ -129,8 +130,8 @@ void ImageViewTest::takesSmallestVariantThatIsLargeEnough()
 {
     QFETCH(int, scale);
     QFETCH(QString, path);
-    const QSize designed = ImageView::pictureSize(QStringLiteral("8.bmp"));
-    const QImage picture = ImageView::picture(QStringLiteral("8.bmp"), designed * scale).toImage();
+    const QSize designed = PictureCache::pictureSize(QStringLiteral("8.bmp"));
+    const QImage picture = PictureCache::picture(QStringLiteral("8.bmp"), designed * scale).toImage();
     QVERIFY(picture.convertToFormat(QImage::Format_ARGB32_Premultiplied) == resource(path));
 }
 
@@ -146,10 +147,10 @@ void ImageViewTest::picturesHaveTheAskedSize_data()
 void ImageViewTest::picturesHaveTheAskedSize()
 {
     QFETCH(QSize, size);
-    const QPixmap picture = ImageView::picture(QStringLiteral("8.bmp"), size);
+    const QPixmap picture = PictureCache::picture(QStringLiteral("8.bmp"), size);
     QCOMPARE(picture.size(), size);
     QVERIFY(picture.hasAlphaChannel());
-    QVERIFY(ImageView::picture(QStringLiteral("10.bmp"), size).isNull());
+    QVERIFY(PictureCache::picture(QStringLiteral("10.bmp"), size).isNull());
 }
 
 void ImageViewTest::fillsItsPlaceAtEveryScreenScale_data()
@@ -169,14 +170,14 @@ void ImageViewTest::fillsItsPlaceAtEveryScreenScale()
     screen.setDevicePixelRatio(ratio);
     screen.fill(Qt::transparent);
     QPainter painter(&screen);
-    ImageView::paintPicture(painter, QStringLiteral("8.bmp"), place);
+    PictureCache().paint(painter, QStringLiteral("8.bmp"), place);
     painter.end();
 
     // Pixel for pixel what was asked for, in device pixels: nothing is scaled a second time.
     screen.setDevicePixelRatio(1);
     const QRect devicePlace((QPointF(place.topLeft()) * ratio).toPoint(),
                             (QSizeF(place.size()) * ratio).toSize());
-    const QImage wanted = ImageView::picture(QStringLiteral("8.bmp"), devicePlace.size()).toImage();
+    const QImage wanted = PictureCache::picture(QStringLiteral("8.bmp"), devicePlace.size()).toImage();
     QVERIFY(screen.copy(devicePlace) ==
             wanted.convertToFormat(QImage::Format_ARGB32_Premultiplied));
 }

@@ -5,6 +5,7 @@
 
 #include "ui_MainWindow.h"
 #include "widgets/ImageView.h"
+#include "widgets/PictureCache.h"
 
 #include <QAccessible>
 #include <QSet>
@@ -49,7 +50,7 @@ QRect bounds(const QImage &image, int alpha)
 /// Where a view's ink lies on the panel at its designed size.
 QRect inkOnPanel(const ImageView *view, const QString &name)
 {
-    const QPixmap picture = ImageView::picture(name, view->size());
+    const QPixmap picture = PictureCache::picture(name, view->size());
     return bounds(picture.toImage(), inkAlpha).translated(view->pos());
 }
 
@@ -103,7 +104,7 @@ private slots:
 void PanelPicturesTest::initTestCase()
 {
     // The first view brings the pictures in.
-    QVERIFY(!ImageView::pictureSize(QStringLiteral("0.bmp")).isEmpty());
+    QVERIFY(!PictureCache::pictureSize(QStringLiteral("0.bmp")).isEmpty());
 }
 
 void PanelPicturesTest::everyPictureLoadsAtEveryScale_data()
@@ -149,9 +150,9 @@ void PanelPicturesTest::picturesAreShownAtTheirOwnSize()
     const Window window;
     for (const ImageView *view : window.views())
         if (!view->imageName().isEmpty())
-            QCOMPARE(view->size(), ImageView::pictureSize(view->imageName()));
+            QCOMPARE(view->size(), PictureCache::pictureSize(view->imageName()));
     for (const ImageView *digit : window.digits())
-        QCOMPARE(digit->size(), ImageView::pictureSize(QStringLiteral("8.bmp")));
+        QCOMPARE(digit->size(), PictureCache::pictureSize(QStringLiteral("8.bmp")));
 }
 
 void PanelPicturesTest::allViewsStartHidden()
