@@ -27,7 +27,7 @@ public:
                std::function<void(int modelIndex)> saveModel, QObject *parent);
 
     void radioSelection();
-    /// @param modelIndex 0 to 7; any other enables what the last model has
+    /// @param modelIndex one of modelindex::; any other enables what c300 has
     void enableDisableWeight(int modelIndex);
     void setRadioButton();
 

@@ -15,13 +15,13 @@ std::array<bool, unitRowCount> enabledRows(int modelIndex)
     static constexpr std::array<bool, unitRowCount> decimalModel{false, false, false, true,
                                                                  false, true,  true};
     switch (modelIndex) {
-    case 0:
-    case 2:
-    case 3:
-    case 4:
-    case 6: return gramModel;
-    case 1: return tenGramModel;
-    case 5: return fractionModel;
+    case modelindex::a100:
+    case modelindex::b100:
+    case modelindex::b200:
+    case modelindex::b300:
+    case modelindex::c200: return gramModel;
+    case modelindex::a200: return tenGramModel;
+    case modelindex::c100: return fractionModel;
     default: return decimalModel;
     }
 }

@@ -11,7 +11,8 @@
 
 inline constexpr int unitRowCount = 7;
 
-/// Which rows a model allows. @p modelIndex 0 to 7; any other counts as 7.
+/// Which rows a model allows.
+/// @param modelIndex one of modelindex::; any other counts as c300
 std::array<bool, unitRowCount> enabledRows(int modelIndex);
 
 /// The row of a unit tag; none for what is no tag.

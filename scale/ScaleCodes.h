@@ -43,6 +43,18 @@ inline constexpr int poundsOunces = 4;
 inline constexpr int decimalPounds = 5;
 } // namespace displaycode
 
+/// The set of units that a model has; also the model's place in the lists.
+namespace modelindex {
+inline constexpr int a100 = 0;
+inline constexpr int a200 = 1;
+inline constexpr int b100 = 2;
+inline constexpr int b200 = 3;
+inline constexpr int b300 = 4;
+inline constexpr int c100 = 5; ///< KV-C400 too
+inline constexpr int c200 = 6;
+inline constexpr int c300 = 7;
+} // namespace modelindex
+
 /// Status byte of a report.
 namespace reportstatus {
 inline constexpr std::uint8_t negativeBit = 0x80;

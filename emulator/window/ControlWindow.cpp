@@ -35,7 +35,7 @@ constexpr auto refreshInterval = 200ms;
 ControlWindow::ControlWindow(const std::string &socketPath)
     : m_client(socketPath)
 {
-    setWindowTitle(tr("Emulated Scale"));
+    setWindowTitle(QStringLiteral("Emulated Scale"));
     buildForm();
     connect(&m_refreshTimer, &QTimer::timeout, this, &ControlWindow::refresh);
     m_refreshTimer.start(refreshInterval);
@@ -53,25 +53,25 @@ void ControlWindow::buildForm()
     m_loadSlider->setPageStep(100);
     m_loadSlider->setMinimumWidth(300);
     m_loadSpinBox->setRange(lightestLoad, heaviestLoad);
-    m_loadSpinBox->setSuffix(tr(" g"));
-    m_typeBox->addItem(tr("0: packed decimal grams"), "0");
-    m_typeBox->addItem(tr("1: binary tenths of an ounce"), "1");
-    m_capacityBox->addItem(tr("ordinary"), "ordinary");
-    m_capacityBox->addItem(tr("high, steps of 10 g"), "high");
+    m_loadSpinBox->setSuffix(QStringLiteral(" g"));
+    m_typeBox->addItem(QStringLiteral("0: packed decimal grams"), "0");
+    m_typeBox->addItem(QStringLiteral("1: binary tenths of an ounce"), "1");
+    m_capacityBox->addItem(QStringLiteral("ordinary"), "ordinary");
+    m_capacityBox->addItem(QStringLiteral("high, steps of 10 g"), "high");
 
     auto *form = new QFormLayout(this);
-    form->addRow(tr("Pan load"), m_loadSlider);
+    form->addRow(QStringLiteral("Pan load"), m_loadSlider);
     form->addRow(QString(), m_loadSpinBox);
-    form->addRow(tr("USB cable"), m_plugButton);
-    form->addRow(tr("Type"), m_typeBox);
-    form->addRow(tr("Capacity"), m_capacityBox);
-    addStateRow(form, tr("Node"), "node");
-    addStateRow(form, tr("Power"), "power");
-    addStateRow(form, tr("Tare button"), "tare");
-    addStateRow(form, tr("Hold button"), "hold");
-    addStateRow(form, tr("Unit"), "unit");
-    addStateRow(form, tr("Tare weight, g"), "tare-weight");
-    addStateRow(form, tr("Net weight, g"), "net");
+    form->addRow(QStringLiteral("USB cable"), m_plugButton);
+    form->addRow(QStringLiteral("Type"), m_typeBox);
+    form->addRow(QStringLiteral("Capacity"), m_capacityBox);
+    addStateRow(form, QStringLiteral("Node"), "node");
+    addStateRow(form, QStringLiteral("Power"), "power");
+    addStateRow(form, QStringLiteral("Tare button"), "tare");
+    addStateRow(form, QStringLiteral("Hold button"), "hold");
+    addStateRow(form, QStringLiteral("Unit"), "unit");
+    addStateRow(form, QStringLiteral("Tare weight, g"), "tare-weight");
+    addStateRow(form, QStringLiteral("Net weight, g"), "net");
 
     connect(m_loadSlider, &QSlider::valueChanged, this, &ControlWindow::setLoad);
     connect(m_loadSpinBox, &QSpinBox::valueChanged, this, &ControlWindow::setLoad);
@@ -132,7 +132,7 @@ void ControlWindow::display(const State &state)
     m_typeBox->setCurrentIndex(m_typeBox->findData(state["type"]));
     m_capacityBox->setCurrentIndex(m_capacityBox->findData(state["capacity"]));
     const bool plugged = state["plugged"] == "yes";
-    m_plugButton->setText(plugged ? tr("Unplug") : tr("Plug in"));
+    m_plugButton->setText(plugged ? QStringLiteral("Unplug") : QStringLiteral("Plug in"));
     m_plugButton->setProperty("command", plugged ? "unplug" : "plug");
     for (auto label = m_stateLabels.cbegin(); label != m_stateLabels.cend(); ++label)
         label.value()->setText(state[label.key()]);
