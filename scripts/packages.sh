@@ -52,13 +52,13 @@ install_packages() {
 
 # build PRESET TARGET...: quiet when there is nothing to do
 build() {
-    local preset=$1
+    local preset=$1 folder=build/$1
     shift
-    if [ ! -f "build/$preset/build.ninja" ]; then
-        say "Configuring build/$preset"
-        cmake --preset "$preset" > "/tmp/postal-scale-configure.$$" ||
-            { cat "/tmp/postal-scale-configure.$$"; return 1; }
-        rm -f "/tmp/postal-scale-configure.$$"
+    if [ ! -f "$folder/build.ninja" ]; then
+        say "Configuring $folder"
+        mkdir -p "$folder"
+        cmake --preset "$preset" > "$folder/configure.log" 2>&1 ||
+            { cat "$folder/configure.log"; return 1; }
     fi
     say "Building $preset: ${*:-everything}"
     cmake --build --preset "$preset" ${1:+--target "$@"}
