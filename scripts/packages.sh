@@ -2,6 +2,9 @@
 # SPDX-License-Identifier: MIT
 
 # Debian packages by what they are needed for, and how they get onto the machine. To be sourced.
+#
+# It is part of scripts of that shell, and they use the lists.
+# shellcheck shell=bash disable=SC2034
 
 build_packages=(
     g++ cmake ninja-build pkg-config
@@ -23,6 +26,7 @@ check_packages=(
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2
     valgrind
+    shellcheck pyflakes3 nodejs
 )
 bench_packages=(libxcb-damage0-dev)
 
