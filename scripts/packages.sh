@@ -2,6 +2,9 @@
 # SPDX-License-Identifier: MIT
 
 # Debian packages by what they are needed for, and how they get onto the machine. To be sourced.
+#
+# It is part of scripts of that shell, and they use the lists.
+# shellcheck shell=bash disable=SC2034
 
 build_packages=(
     g++ cmake ninja-build pkg-config
@@ -23,6 +26,7 @@ check_packages=(
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2
     valgrind
+    shellcheck pyflakes3 nodejs
 )
 bench_packages=(libxcb-damage0-dev)
 
@@ -52,13 +56,13 @@ install_packages() {
 
 # build PRESET TARGET...: quiet when there is nothing to do
 build() {
-    local preset=$1
+    local preset=$1 folder=build/$1
     shift
-    if [ ! -f "build/$preset/build.ninja" ]; then
-        say "Configuring build/$preset"
-        cmake --preset "$preset" > "/tmp/postal-scale-configure.$$" ||
-            { cat "/tmp/postal-scale-configure.$$"; return 1; }
-        rm -f "/tmp/postal-scale-configure.$$"
+    if [ ! -f "$folder/build.ninja" ]; then
+        say "Configuring $folder"
+        mkdir -p "$folder"
+        cmake --preset "$preset" > "$folder/configure.log" 2>&1 ||
+            { cat "$folder/configure.log"; return 1; }
     fi
     say "Building $preset: ${*:-everything}"
     cmake --build --preset "$preset" ${1:+--target "$@"}

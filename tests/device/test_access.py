@@ -65,13 +65,20 @@ class AccessTest(harness.DeviceTest):
         program = self.start("--unplugged")
         window = program.window
         window.press("")
-        stops = []
+        # Before any key, so that none is still on its way while another focus is waited for.
+        stops = [wait_until(window.focused_name, "a focus")]
         for _ in _STOPS:
             window.press("Tab")
-            wait_until(lambda: window.focused_name() not in [None, *stops[-1:]], "another focus")
-            stops.append(window.focused_name())
+            stops.append(wait_until(lambda: self.focus_other_than(window, stops[-1]),
+                                    "another focus"))
+        self.assertEqual(stops.pop(), stops[0])
         first = stops.index(_STOPS[0])
         self.assertEqual(stops[first:] + stops[:first], _STOPS)
+
+    @staticmethod
+    def focus_other_than(window, former):
+        name = window.focused_name()
+        return name if name != former else None
 
     def test_keyboard_alone_weighs(self):
         program = self.start("--weight", "1234")

@@ -18,7 +18,8 @@ class TareTest(harness.DeviceTest):
         program.wait_for_reading("500 grams")
         program.scale.tell("clear-reports")
         program.window.click("tareButton")
-        program.wait_for_reading("0 grams")
+        # Not for the panel: that would use up much of the two seconds.
+        program.scale.wait_for_state(tare="pressed", tare_weight="500")
         program.scale.tell("weight 700")
         program.window.click("tareButton")
 
@@ -28,7 +29,7 @@ class TareTest(harness.DeviceTest):
         for tare, release in zip((first, second), releases):
             self.assertFalse(tare.command & TARE_RELEASED, tare)
             self.assertTrue(release.command & TARE_RELEASED, release)
-            self.assertAlmostEqual(release.seconds - tare.seconds, TARE_DURATION, delta=0.5)
+            self.assert_lasts_as_long_as_a_tare(program, tare, release)
         self.assert_polls_carry_the_tare_until(program, first, releases[0])
 
         # The button was still down at the second press: the scale has tared once.
@@ -37,6 +38,13 @@ class TareTest(harness.DeviceTest):
         program.scale.tell("weight 0")
         program.wait_for_reading("minus 500 grams")
         self.assertEqual(len(program.scale.commands()), 4)
+
+    def assert_lasts_as_long_as_a_tare(self, program, tare, release):
+        self.assertGreater(release.seconds - tare.seconds, TARE_DURATION - 0.1)
+        # By the program's own ticks: a busy machine delays them as it delays the release.
+        between = [poll for poll in program.scale.polls()
+                   if tare.seconds < poll.seconds < release.seconds]
+        self.assertLessEqual(len(between), TARE_DURATION / POLL_INTERVAL + 1, between)
 
     def assert_polls_carry_the_tare_until(self, program, tare, release):
         polls = [poll for poll in program.scale.polls() if poll.seconds > tare.seconds]

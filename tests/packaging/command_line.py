@@ -7,9 +7,7 @@ import subprocess
 
 import harness
 from emulated_scale import EmulatedScale
-
-PATIENCE = 20
-"""Seconds until a program that has not ended is a failure."""
+from waiting import PATIENCE
 
 # Neither a display nor a session bus is needed.
 _DESKTOP_VARIABLES = ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS")

@@ -6,7 +6,7 @@ import os
 
 import harness
 from command_line import CommandLineTest
-from test_permission import become_nobody
+from nobody import become_nobody
 
 
 def setUpModule():

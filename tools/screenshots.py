@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
-"""Writes pictures of the window in its typical states: POSTAL_SCALE_BIN=... screenshots.py FOLDER
+"""Writes pictures of the window in its typical states: screenshots.py FOLDER
 
 Every picture is taken once the panel says the reading that it is meant to show.
 """

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
-"""Pictures of the window in every guise, to be looked at: POSTAL_SCALE_BIN=... sheet.py FOLDER
+"""Pictures of the window in every guise, to be looked at: sheet.py FOLDER
 
 every-guise.png: scale factors, sizes, themes and brandings side by side, brought to one size.
 every-guise-close.png: a part of each, pixel for pixel.

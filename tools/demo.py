@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
-"""A demonstration for a machine without a display: POSTAL_SCALE_BIN=... demo.py PICTURE
+"""A demonstration for a machine without a display: demo.py PICTURE
 
 Puts weights on the emulated pan, prints what the panel and the export label say, and leaves a
 picture of the window behind.

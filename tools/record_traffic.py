@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 """Records the program on the emulated scales: the files of tests/traffic, made anew.
 
-record_traffic.py FOLDER, with POSTAL_SCALE_BIN as for the tests."""
+record_traffic.py FOLDER
+"""
 
 import pathlib
 import sys
