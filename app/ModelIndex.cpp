@@ -8,6 +8,7 @@
 std::optional<int> modelIndex(const QString &model, ModelSource source)
 {
     const QLatin1String sixth(source == ModelSource::PopUp ? "KV-C100" : "KV-C400");
+    // In the order of modelindex::.
     const QStringList order{
         QStringLiteral("KV-A100"), QStringLiteral("KV-A200"), QStringLiteral("KV-B100"),
         QStringLiteral("KV-B200"), QStringLiteral("KV-B300"), sixth,

@@ -18,6 +18,8 @@
 #include "ui_MainWindow.h"
 
 #include <QMainWindow>
+#include <QString>
+#include <memory>
 
 class Settings;
 

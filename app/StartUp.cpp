@@ -99,7 +99,7 @@ void PostalScaleAppDelegate::applyUSPSBranding()
     setFillColour(boxContainer, QColor(1, 62, 145));
     for (QLabel *label : {connectionStatuslbl, ozLBL, lbLBL, exportCaption, lblModel})
         setTextColour(label, Qt::white);
-    for (QRadioButton *cell : {rg1, rg2, rg3, rg4, rg5, rg6, rg7})
+    for (QAbstractButton *cell : radiogroup->buttons())
         setTextColour(cell, Qt::white);
     if (m_information.modelNames().isEmpty())
         return;

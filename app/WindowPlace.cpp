@@ -18,10 +18,10 @@ constexpr auto restAfterChange = 500ms;
 
 } // namespace
 
-WindowPlace::WindowPlace(QWidget *watchedWindow, Settings &userSettings)
-    : QObject(watchedWindow)
-    , m_window(watchedWindow)
-    , m_settings(userSettings)
+WindowPlace::WindowPlace(QWidget *window, Settings &settings)
+    : QObject(window)
+    , m_window(window)
+    , m_settings(settings)
 {
     // The toolkit takes what a cut-off text lacks for zeros.
     const QByteArray stored = m_settings.windowGeometry();

@@ -16,8 +16,8 @@ class WindowPlace : public QObject
     Q_OBJECT
 
 public:
-    /// Both must outlive the object, which becomes a child of @p watchedWindow.
-    WindowPlace(QWidget *watchedWindow, Settings &userSettings);
+    /// Both must outlive the object, which becomes a child of @p window.
+    WindowPlace(QWidget *window, Settings &settings);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

@@ -78,10 +78,9 @@ bool isFinal(const ReadingReport &report)
 
 } // namespace
 
-ReadingReportCommand::ReadingReportCommand(Application &owningApplication,
-                                           SingleInstance &singleInstance)
-    : m_application(owningApplication)
-    , m_instance(singleInstance)
+ReadingReportCommand::ReadingReportCommand(Application &application, SingleInstance &instance)
+    : m_application(application)
+    , m_instance(instance)
     , m_deadline(answerPatience)
 {
 }

@@ -15,7 +15,7 @@ class SingleInstance;
 class ReadingReportCommand
 {
 public:
-    ReadingReportCommand(Application &owningApplication, SingleInstance &singleInstance);
+    ReadingReportCommand(Application &application, SingleInstance &instance);
 
     /// The exit status.
     int run(const CommandLine &line);

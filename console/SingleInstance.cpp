@@ -102,9 +102,9 @@ std::optional<SingleInstance::Claim> SingleInstance::ask(const QJsonObject &requ
     return std::nullopt;
 }
 
-void SingleInstance::serve(Handler requestHandler)
+void SingleInstance::serve(Handler handler)
 {
-    m_handler = std::move(requestHandler);
+    m_handler = std::move(handler);
     QLocalServer::removeServer(m_socketPath);
     if (!m_server.listen(m_socketPath))
         logLine(

@@ -40,7 +40,7 @@ public:
 
     using Handler = std::function<QJsonObject(const QJsonObject &request)>;
     /// Answers later ones from now on. To be called by the first.
-    void serve(Handler requestHandler);
+    void serve(Handler handler);
 
 private:
     std::optional<Claim> ask(const QJsonObject &request) const;

@@ -170,5 +170,5 @@ void UnitColumn::placeTabStop()
 
 QList<QAbstractButton *> UnitColumn::cells() const
 {
-    return {m_form.rg1, m_form.rg2, m_form.rg3, m_form.rg4, m_form.rg5, m_form.rg6, m_form.rg7};
+    return m_form.radiogroup->buttons();
 }

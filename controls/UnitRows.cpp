@@ -22,6 +22,7 @@ std::array<bool, unitRowCount> enabledRows(int modelIndex)
     case modelindex::c200: return gramModel;
     case modelindex::a200: return tenGramModel;
     case modelindex::c100: return fractionModel;
+    case modelindex::c300:
     default: return decimalModel;
     }
 }

@@ -22,12 +22,11 @@ bool isTrue(const std::optional<QString> &value)
 
 } // namespace
 
-AutofillForm::AutofillForm(BrowserApplication &userBrowser,
-                           std::shared_ptr<const BrowserTab> currentTab,
-                           const WeightTexts &currentWeight)
-    : m_browser(userBrowser)
-    , m_tab(std::move(currentTab))
-    , m_weight(currentWeight)
+AutofillForm::AutofillForm(BrowserApplication &browser, std::shared_ptr<const BrowserTab> tab,
+                           const WeightTexts &weight)
+    : m_browser(browser)
+    , m_tab(std::move(tab))
+    , m_weight(weight)
 {
 }
 

@@ -41,7 +41,7 @@ CarrierPages::CarrierPages(BrowserBridge &browsers, const HIDManager &link,
 {
 }
 
-void CarrierPages::Autofill(int carrier)
+void CarrierPages::Autofill(int number)
 {
     // All of it anew each time: the user may have changed window or tab since.
     m_state.safari = m_browsers.application();
@@ -50,7 +50,7 @@ void CarrierPages::Autofill(int carrier)
 
     const LatestReading weight(m_link, m_exportLabel);
     AutofillForm form(*m_state.safari, m_state.currentTab, weight);
-    switch (carrier) {
+    switch (number) {
     case carrier::fedex:
         if (m_state.SendtoFedex == 1)
             form.assign(fedexAssignments());

@@ -23,9 +23,10 @@ public:
     CarrierPages(BrowserBridge &browsers, const HIDManager &link, const QLabel &exportLabel,
                  ExportState &state);
 
-    /// Into the current tab of the browser's first window, as the carrier's flag says.
-    /// @param carrier one of carrier::; for any other, the tab is only looked up
-    void Autofill(int carrier);
+    /// Into the current tab of the browser's first window. Without its flag, USPS still gets its
+    /// plain fields, UPS and FedEx get nothing.
+    /// @param number one of carrier::; for any other, the tab is only looked up
+    void Autofill(int number);
 
 private:
     BrowserBridge &m_browsers;

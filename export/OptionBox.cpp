@@ -13,9 +13,7 @@
 #include "settings/Settings.h"
 #include "ui_MainWindow.h"
 
-#include <QGuiApplication>
 #include <QTimer>
-#include <QWindow>
 #include <algorithm>
 #include <chrono>
 

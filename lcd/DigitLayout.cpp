@@ -57,9 +57,9 @@ void layoutFourPositions(DigitPlan &plan, std::int64_t m, const DigitContext &co
 class SixPositions
 {
 public:
-    SixPositions(DigitPlan &digitPlan, std::int64_t nValue, const DigitContext &digitContext)
-        : m_plan(digitPlan)
-        , m_context(digitContext)
+    SixPositions(DigitPlan &plan, std::int64_t nValue, const DigitContext &context)
+        : m_plan(plan)
+        , m_context(context)
         , m_rest(std::abs(nValue))
     {
         logInput(nValue);

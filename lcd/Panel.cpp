@@ -10,7 +10,6 @@
 #include "scale/ScaleSession.h"
 #include "ui_MainWindow.h"
 
-#include <array>
 #include <cmath>
 
 namespace {
@@ -154,12 +153,12 @@ void Panel::DrawIcon(QLatin1String name, bool show)
     // The binary scale knows no grams: their word stays as an earlier scale left it.
     if (m_link.currentScale() == scaletype::binary && name == QLatin1String(segment::grams))
         return;
-    for (const FixedSegment &segment : m_segments) {
-        if (name != QLatin1String(segment.name))
+    for (const FixedSegment &each : m_segments) {
+        if (name != QLatin1String(each.name))
             continue;
-        segment.view->setHidden(!show);
-        if (segment.lit != nullptr)
-            *segment.lit = show;
+        each.view->setHidden(!show);
+        if (each.lit != nullptr)
+            *each.lit = show;
         return;
     }
 }

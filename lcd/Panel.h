@@ -77,7 +77,7 @@ private:
     DigitContext digitContext() const;
     void perform(const DigitStep &step);
     void showMinus(bool shown);
-    /// The picture of any number, also where there is none.
+    /// @param number whose picture that is; for many there is none, and the view is empty
     void setDigit(DigitView view, const QString &picture, double number);
     void announceNow();
 

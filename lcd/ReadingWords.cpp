@@ -17,7 +17,7 @@ QString tidied(QString number)
 
 QString digitText(PanelContents::Digit digit)
 {
-    return digit ? QString::number(*digit) : QString();
+    return digit ? QString(QLatin1Char(static_cast<char>('0' + *digit))) : QString();
 }
 
 QString positions(const PanelContents &panel, std::size_t first, std::size_t last)

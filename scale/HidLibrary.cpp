@@ -5,8 +5,8 @@
 
 #include <utility>
 
-HidHandle::HidHandle(std::unique_ptr<HidConnection> openConnection, const QString &systemPath)
-    : m_connection(std::move(openConnection))
+HidHandle::HidHandle(std::unique_ptr<HidConnection> connection, const QString &systemPath)
+    : m_connection(std::move(connection))
     , m_path(systemPath)
 {
 }
@@ -26,8 +26,8 @@ void HidHandle::close()
     m_connection.reset();
 }
 
-HidLibrary::HidLibrary(HidDevices &hidDevices, RemovalHook hook)
-    : m_devices(hidDevices)
+HidLibrary::HidLibrary(HidDevices &devices, RemovalHook hook)
+    : m_devices(devices)
     , m_removalHook(std::move(hook))
 {
 }

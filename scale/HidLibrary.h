@@ -13,7 +13,7 @@
 class HidHandle
 {
 public:
-    HidHandle(std::unique_ptr<HidConnection> openConnection, const QString &systemPath);
+    HidHandle(std::unique_ptr<HidConnection> connection, const QString &systemPath);
 
     /// First byte: report number, 0 for none. The length of @p report, or -1.
     int sendFeatureReport(std::span<const std::uint8_t> report);
@@ -36,7 +36,7 @@ class HidLibrary
 public:
     using RemovalHook = std::function<void()>;
 
-    HidLibrary(HidDevices &hidDevices, RemovalHook hook);
+    HidLibrary(HidDevices &devices, RemovalHook hook);
 
     /// Null when the node cannot be opened. The first open that succeeds arms the removal hook.
     /// Takes 60 to 80 ms on a real USB device; reports that arrive meanwhile are lost.

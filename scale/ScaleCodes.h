@@ -59,7 +59,8 @@ inline constexpr int c300 = 7;
 namespace reportstatus {
 inline constexpr std::uint8_t negativeBit = 0x80;
 
-// Without that bit. The first six are the packed-decimal scale's, those from 8 the binary one's.
+// Without that bit. Those from 8 are the binary scale's, 0 either's, the others the packed-decimal
+// one's.
 inline constexpr int displayOff = 0;
 inline constexpr int metric = 1;
 inline constexpr int ounces = 2;

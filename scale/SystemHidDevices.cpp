@@ -14,8 +14,8 @@ namespace {
 class HidapiConnection : public HidConnection
 {
 public:
-    explicit HidapiConnection(hid_device *openDevice)
-        : m_device(openDevice)
+    explicit HidapiConnection(hid_device *device)
+        : m_device(device)
     {
     }
 

@@ -128,6 +128,7 @@ void showPoundsOunces(DecodedReport &decoded, const WeightReport &report, Capaci
     const int pounds = static_cast<int>(decoded.weight / gramsPerPound);
     decoded.poundsTimes10000 = poundsTimes10000(decoded.weight);
     const double gramsAbove = decoded.weight - pounds * gramsPerPound;
+    // Rounding may give 160 tenths; they are shown as 16 ounces.
     const int tenths = static_cast<int>(gramsAbove / gramsPerTenthOunce + 0.5);
     decoded.log(LogLine::number("woz1 value is---------------------> %1", tenths % 10));
     if (decoded.state.currentScale == scaletype::binary)

@@ -24,7 +24,7 @@ struct ExportValues
     WeightReport report;
     float weight = 0; ///< grams of a packed-decimal scale; a binary scale's is worked out anew
     int poundsTimes10000 = 0;
-    int currentScale = 0;
+    int currentScale = scaletype::packedDecimal;
     int currentUnit = 0;
     int unitnumber = 0;
     Capacity capacity = Capacity::Standard;
@@ -40,7 +40,7 @@ struct ExportText
     std::optional<QString> twoDecimalKilograms;
 };
 
-/// Unit tags 0 (grams) and 5 (kilograms) export kilograms, all others pounds.
+/// Grams and kilograms export kilograms, all others pounds.
 ExportForm exportForm(int selectedRadioButtonIndex);
 
 ExportText exportText(const ExportValues &values, ExportForm form, ExportRounding rounding);

@@ -7,6 +7,7 @@
 #include <QEvent>
 #include <QFontInfo>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QScreen>
 #include <QStatusBar>
 #include <QtGui/qguiapplication_platform.h>
@@ -114,13 +115,28 @@ void WindowProportion::keepMinimum()
     // Larger text is no reason to keep the window large.
     if (m_textScale > 1)
         return;
-    const QSize needed = m_window->minimumSizeHint();
+    const QSize needed = neededSize();
     const qint64 widthForHeight =
         (qint64(needed.height()) * m_proportion.width() + m_proportion.height() - 1) /
         m_proportion.height();
     const QSize minimum = proportioned(std::max(needed.width(), int(widthForHeight)));
     if (minimum != m_window->minimumSize())
         m_window->setMinimumSize(minimum);
+}
+
+// Of the parts: the window's own layout remembers them as they were before the latest change of
+// text, and a window that has just become small would be made larger again. What the parts have
+// waiting themselves is done first.
+QSize WindowProportion::neededSize() const
+{
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    QSize needed(0, 0);
+    for (const QWidget *part :
+         QWidgetList{m_window->menuBar(), m_window->centralWidget(), m_window->statusBar()}) {
+        const QSize size = part->minimumSizeHint();
+        needed = QSize(std::max(needed.width(), size.width()), needed.height() + size.height());
+    }
+    return needed;
 }
 
 void WindowProportion::scaleText()

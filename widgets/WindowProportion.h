@@ -32,6 +32,7 @@ private:
     bool nativeEventFilter(const QByteArray &type, void *message, qintptr *result) override;
     void publishHints() const;
     void keepMinimum();
+    QSize neededSize() const;
     void scaleText();
     void noticeResize();
     void correctSize();

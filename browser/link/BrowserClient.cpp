@@ -22,9 +22,9 @@ constexpr qint64 mostUnread = longestBrowserMessage;
 
 } // namespace
 
-BrowserClient::BrowserClient(QLocalSocket *connectedSocket, QObject *parent)
+BrowserClient::BrowserClient(QLocalSocket *socket, QObject *parent)
     : QObject(parent)
-    , m_socket(connectedSocket)
+    , m_socket(socket)
 {
     m_socket->setParent(this);
     m_socket->setReadBufferSize(longestBrowserMessage);

@@ -63,8 +63,8 @@ private:
 class LinkedApplication : public BrowserApplication
 {
 public:
-    explicit LinkedApplication(BrowserLink &browserLink)
-        : m_link(browserLink)
+    explicit LinkedApplication(BrowserLink &link)
+        : m_link(link)
     {
     }
 

@@ -25,9 +25,9 @@ bool isInUse(const QString &path)
 
 } // namespace
 
-BrowserServer::BrowserServer(PeerHandler peerHandler, QObject *parent)
+BrowserServer::BrowserServer(PeerHandler handler, QObject *parent)
     : QLocalServer(parent)
-    , m_handler(std::move(peerHandler))
+    , m_handler(std::move(handler))
 {
     setSocketOptions(UserAccessOption);
 }

@@ -34,9 +34,9 @@ QByteArray bytesOf(std::span<const std::uint8_t> report)
 class RecordedEvents : public DeviceEvents
 {
 public:
-    RecordedEvents(std::unique_ptr<DeviceEvents> recordedEvents, RecordedHidDevices &deviceRecord)
-        : m_events(std::move(recordedEvents))
-        , m_record(deviceRecord)
+    RecordedEvents(std::unique_ptr<DeviceEvents> events, RecordedHidDevices &record)
+        : m_events(std::move(events))
+        , m_record(record)
     {
         connect(m_events.get(), &DeviceEvents::added, this, [this](const HidDeviceInfo &device) {
             write(LineKind::Attach, device);
@@ -72,10 +72,9 @@ private:
 class RecordedConnection : public HidConnection
 {
 public:
-    RecordedConnection(std::unique_ptr<HidConnection> recordedConnection,
-                       RecordedHidDevices &deviceRecord)
-        : m_connection(std::move(recordedConnection))
-        , m_record(deviceRecord)
+    RecordedConnection(std::unique_ptr<HidConnection> connection, RecordedHidDevices &record)
+        : m_connection(std::move(connection))
+        , m_record(record)
     {
     }
 
@@ -104,8 +103,8 @@ private:
 
 } // namespace
 
-RecordedHidDevices::RecordedHidDevices(std::unique_ptr<HidDevices> recordedDevices)
-    : m_devices(std::move(recordedDevices))
+RecordedHidDevices::RecordedHidDevices(std::unique_ptr<HidDevices> devices)
+    : m_devices(std::move(devices))
 {
     m_sinceStart.start();
 }

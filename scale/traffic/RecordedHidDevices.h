@@ -14,7 +14,7 @@
 class RecordedHidDevices : public HidDevices
 {
 public:
-    explicit RecordedHidDevices(std::unique_ptr<HidDevices> recordedDevices);
+    explicit RecordedHidDevices(std::unique_ptr<HidDevices> devices);
 
     /// Replaces a file of that name. False where that is not possible; errorText() says why.
     bool startFile(const QString &name);

@@ -20,8 +20,8 @@ const QLatin1String nodeFolder("/dev/");
 class ReplayedEvents : public DeviceEvents
 {
 public:
-    explicit ReplayedEvents(ReplayedHidDevices &replayedDevices)
-        : m_devices(replayedDevices)
+    explicit ReplayedEvents(ReplayedHidDevices &devices)
+        : m_devices(devices)
     {
     }
 
@@ -40,8 +40,8 @@ private:
 class ReplayedConnection : public HidConnection
 {
 public:
-    explicit ReplayedConnection(ReplayedHidDevices &replayedDevices)
-        : m_devices(replayedDevices)
+    explicit ReplayedConnection(ReplayedHidDevices &devices)
+        : m_devices(devices)
     {
     }
 
@@ -137,9 +137,9 @@ std::optional<HidDeviceInfo> ReplayedHidDevices::find(std::uint16_t vendorId,
     return m_present.value(*std::min_element(nodes.begin(), nodes.end()));
 }
 
-void ReplayedHidDevices::startReporting(DeviceEvents *eventListener)
+void ReplayedHidDevices::startReporting(DeviceEvents *listener)
 {
-    m_listener = eventListener;
+    m_listener = listener;
     m_sinceTaken.start();
     scheduleEvent();
 }
