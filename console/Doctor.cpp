@@ -5,6 +5,7 @@
 
 #include "console/DoctorFacts.h"
 #include "scale/ScaleIdentity.h"
+#include "scale/udev/UdevRule.h"
 
 #include <QFileInfo>
 #include <algorithm>
@@ -75,11 +76,8 @@ Finding rule(const DoctorFacts &facts)
 {
     if (facts.rule.isEmpty())
         return trouble(QStringLiteral("No udev rule for the scale"),
-                       identity(QStringLiteral("Install the package, or put this line into "
-                                               "/etc/udev/rules.d/60-postal-scale.rules: "
-                                               "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
-                                               "ATTRS{idVendor}==\"%1\", ATTRS{idProduct}==\"%2\", "
-                                               "TAG+=\"uaccess\"")));
+                       QStringLiteral("Install the package, or put this line into %1: %2")
+                           .arg(QLatin1String(udevRuleFile), QLatin1String(udevRuleLine)));
     if (!sortsInTime(facts.rule))
         return trouble(QStringLiteral("The udev rule %1 is applied too late").arg(facts.rule),
                        QStringLiteral("Give the file a name that begins with 60."));
