@@ -123,7 +123,9 @@ Finding onTop(const DoctorFacts &facts)
     switch (facts.desktop) {
     case Desktop::None: break;
     case Desktop::X11:
-        if (facts.keepsOnTop)
+        if (!facts.keepsOnTop)
+            break;
+        if (*facts.keepsOnTop)
             return good(QStringLiteral("On top: the window manager does it"));
         return trouble(QStringLiteral("On top: the window manager does not offer it"),
                        QStringLiteral("Use one that knows _NET_WM_STATE_ABOVE, as most do."));
@@ -142,10 +144,14 @@ Finding browser(const DoctorFacts &facts)
                        QStringLiteral("Install the package and start the browser again; from the "
                                       "sources, ./run --browser-link."));
     const QString browsers = facts.linkedBrowsers.join(QStringLiteral(", "));
-    if (facts.browserLink.isEmpty())
+    if (facts.window.browserLink.isEmpty())
         return note(QStringLiteral("Browser link: set up for %1; it is up while Postal Scale runs")
                         .arg(browsers));
-    return good(QStringLiteral("Browser link (%1): %2").arg(browsers, facts.browserLink));
+    const QString link =
+        QStringLiteral("Browser link (%1): %2").arg(browsers, facts.window.browserLink);
+    if (!facts.window.browserFits)
+        return trouble(link, QStringLiteral("Install both anew: their versions differ."));
+    return facts.window.hasBrowser ? good(link) : note(link);
 }
 
 QLatin1String mark(Finding::Kind kind)

@@ -90,11 +90,10 @@ void askWindow(SingleInstance &instance, DoctorFacts &facts)
         return;
     facts.running = claim.outcome == Outcome::Answered ? DoctorFacts::Running::Yes
                                                        : DoctorFacts::Running::NotAnswering;
-    facts.browserLink = claim.answer.value(QLatin1String("browserLink")).toString();
-    const QString platform = claim.answer.value(QLatin1String("platform")).toString();
-    if (platform.startsWith(QLatin1String("wayland")))
+    facts.window = WindowSituation::fromJson(claim.answer);
+    if (facts.window.platform.startsWith(QLatin1String("wayland")))
         facts.desktop = Desktop::Wayland;
-    else if (platform == QLatin1String("xcb"))
+    else if (facts.window.platform == QLatin1String("xcb"))
         facts.desktop = Desktop::X11;
 }
 
@@ -139,6 +138,7 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
     askWindow(instance, facts);
     if (facts.node.access != ScaleAccess::Absent)
         facts.otherHolders = holdersOf(facts.node.path, instance.ownerProcess());
-    facts.keepsOnTop = facts.desktop == Desktop::X11 && x11KeepsOnTop();
+    if (facts.desktop == Desktop::X11)
+        facts.keepsOnTop = x11KeepsOnTop();
     return facts;
 }

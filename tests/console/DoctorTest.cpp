@@ -29,7 +29,9 @@ DoctorFacts wellFacts()
     facts.desktop = Desktop::X11;
     facts.keepsOnTop = true;
     facts.linkedBrowsers = QStringList{QStringLiteral("Firefox")};
-    facts.browserLink = QStringLiteral("Browser linked, waiting for a carrier page");
+    facts.window = {.platform = QStringLiteral("xcb"),
+                    .browserLink = QStringLiteral("Browser linked, waiting for a carrier page"),
+                    .hasBrowser = true};
     return facts;
 }
 
@@ -79,8 +81,14 @@ const std::vector<Case> cases{
      "does not offer it", "_NET_WM_STATE_ABOVE"},
     {"no browser", [](auto &facts) { facts.linkedBrowsers.clear(); }, Kind::Trouble,
      "not set up for any browser", "Install the package"},
-    {"no link", [](auto &facts) { facts.browserLink.clear(); }, Kind::Note,
-     "up while Postal Scale runs", ""},
+    {"no link", [](auto &facts) { facts.window = {}; }, Kind::Note, "up while Postal Scale runs",
+     ""},
+    {"no browser runs", [](auto &facts) { facts.window.hasBrowser = false; }, Kind::Note,
+     "Browser link (Firefox): Browser linked, waiting for a carrier page", ""},
+    {"extension of another version", [](auto &facts) { facts.window.browserFits = false; },
+     Kind::Trouble, "Browser link (Firefox)", "Install both anew"},
+    {"display out of reach", [](auto &facts) { facts.keepsOnTop.reset(); }, Kind::Note,
+     "no desktop in this session", ""},
 };
 
 QList<Finding> differing(const QList<Finding> &findings)
