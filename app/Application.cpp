@@ -61,9 +61,9 @@ void Application::linkBrowsers()
     m_delegate->showBrowserStatus(m_browserLink->statusText());
 }
 
-QString Application::browserLinkText() const
+const BrowserSituation &Application::browserSituation() const
 {
-    return m_browserLink->statusText();
+    return m_browserLink->situation();
 }
 
 void Application::lastWindowWasClosed()

@@ -10,6 +10,7 @@
 #include <memory>
 
 class BrowserLink;
+struct BrowserSituation;
 class Settings;
 
 /// The application object: makes the delegate and its window, and ends with the window.
@@ -35,8 +36,7 @@ public:
     void launchUnseen(const QString &infoFile);
     /// Lets the user's browsers attach.
     void linkBrowsers();
-    /// For people; how the link to the browsers stands.
-    QString browserLinkText() const;
+    const BrowserSituation &browserSituation() const;
 
 private:
     void lastWindowWasClosed();

@@ -5,6 +5,7 @@
 
 #include "console/DoctorFacts.h"
 #include "scale/ScaleIdentity.h"
+#include "scale/udev/UdevRule.h"
 
 #include <QFileInfo>
 #include <algorithm>
@@ -75,11 +76,8 @@ Finding rule(const DoctorFacts &facts)
 {
     if (facts.rule.isEmpty())
         return trouble(QStringLiteral("No udev rule for the scale"),
-                       identity(QStringLiteral("Install the package, or put this line into "
-                                               "/etc/udev/rules.d/60-postal-scale.rules: "
-                                               "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
-                                               "ATTRS{idVendor}==\"%1\", ATTRS{idProduct}==\"%2\", "
-                                               "TAG+=\"uaccess\"")));
+                       QStringLiteral("Install the package, or put this line into %1: %2")
+                           .arg(QLatin1String(udevRuleFile), QLatin1String(udevRuleLine)));
     if (!sortsInTime(facts.rule))
         return trouble(QStringLiteral("The udev rule %1 is applied too late").arg(facts.rule),
                        QStringLiteral("Give the file a name that begins with 60."));
@@ -125,7 +123,9 @@ Finding onTop(const DoctorFacts &facts)
     switch (facts.desktop) {
     case Desktop::None: break;
     case Desktop::X11:
-        if (facts.keepsOnTop)
+        if (!facts.keepsOnTop)
+            break;
+        if (*facts.keepsOnTop)
             return good(QStringLiteral("On top: the window manager does it"));
         return trouble(QStringLiteral("On top: the window manager does not offer it"),
                        QStringLiteral("Use one that knows _NET_WM_STATE_ABOVE, as most do."));
@@ -144,10 +144,14 @@ Finding browser(const DoctorFacts &facts)
                        QStringLiteral("Install the package and start the browser again; from the "
                                       "sources, ./run --browser-link."));
     const QString browsers = facts.linkedBrowsers.join(QStringLiteral(", "));
-    if (facts.browserLink.isEmpty())
+    if (facts.window.browserLink.isEmpty())
         return note(QStringLiteral("Browser link: set up for %1; it is up while Postal Scale runs")
                         .arg(browsers));
-    return good(QStringLiteral("Browser link (%1): %2").arg(browsers, facts.browserLink));
+    const QString link =
+        QStringLiteral("Browser link (%1): %2").arg(browsers, facts.window.browserLink);
+    if (!facts.window.browserFits)
+        return trouble(link, QStringLiteral("Install both anew: their versions differ."));
+    return facts.window.hasBrowser ? good(link) : note(link);
 }
 
 QLatin1String mark(Finding::Kind kind)

@@ -59,10 +59,11 @@ Desktop expectedDesktop()
     return qEnvironmentVariableIsSet("DISPLAY") ? Desktop::X11 : Desktop::None;
 }
 
-bool x11KeepsOnTop()
+std::optional<bool> x11KeepsOnTop()
 {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    return xcb_connection_has_error(connection.get()) == 0 &&
-           windowManagerSupports(connection.get(), "_NET_WM_STATE_ABOVE");
+    if (xcb_connection_has_error(connection.get()) != 0)
+        return std::nullopt;
+    return windowManagerSupports(connection.get(), "_NET_WM_STATE_ABOVE");
 }

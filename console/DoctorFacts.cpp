@@ -3,6 +3,7 @@
 
 #include "console/DoctorFacts.h"
 
+#include "browser/link/HostRegistration.h"
 #include "console/DoctorDesktop.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
@@ -12,11 +13,10 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
+#include <QStandardPaths>
 #include <algorithm>
-#include <array>
 #include <systemd/sd-login.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
@@ -61,27 +61,23 @@ QString programName(const QString &process)
     return name.open(QIODevice::ReadOnly) ? QString::fromUtf8(name.readAll()).trimmed() : QString();
 }
 
+/// As the shell puts it in when the link is set up.
+QString folderOfUser(const HostFolders &folders)
+{
+    const QString config = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return QString::fromLatin1(folders.ofUser)
+        .replace(QLatin1String("$config"), config)
+        .replace(QLatin1String("$HOME"), QDir::homePath());
+}
+
 QStringList linkedBrowsers()
 {
-    const QString home = QDir::homePath();
-    const std::array<std::pair<QString, QStringList>, 3> folders{{
-        {QStringLiteral("Chromium"),
-         {QStringLiteral("/etc/chromium/native-messaging-hosts"),
-          home + QStringLiteral("/.config/chromium/NativeMessagingHosts")}},
-        {QStringLiteral("Chrome"),
-         {QStringLiteral("/etc/opt/chrome/native-messaging-hosts"),
-          home + QStringLiteral("/.config/google-chrome/NativeMessagingHosts")}},
-        {QStringLiteral("Firefox"),
-         {QStringLiteral("/usr/lib/mozilla/native-messaging-hosts"),
-          home + QStringLiteral("/.mozilla/native-messaging-hosts")}},
-    }};
+    const QString file = QStringLiteral("/%1.json").arg(QLatin1String(browserHostName));
     QStringList linked;
-    for (const auto &[browser, places] : folders) {
-        for (const QString &place : places) {
-            if (!linked.contains(browser) &&
-                QFileInfo::exists(place + QStringLiteral("/org.postalscale.browser.json")))
-                linked.append(browser);
-        }
+    for (const HostFolders &folders : browserHostFolders) {
+        if (QFileInfo::exists(QLatin1String(folders.ofEveryUser) + file) ||
+            QFileInfo::exists(folderOfUser(folders) + file))
+            linked.append(QLatin1String(folders.browser));
     }
     return linked;
 }
@@ -94,11 +90,10 @@ void askWindow(SingleInstance &instance, DoctorFacts &facts)
         return;
     facts.running = claim.outcome == Outcome::Answered ? DoctorFacts::Running::Yes
                                                        : DoctorFacts::Running::NotAnswering;
-    facts.browserLink = claim.answer.value(QLatin1String("browserLink")).toString();
-    const QString platform = claim.answer.value(QLatin1String("platform")).toString();
-    if (platform.startsWith(QLatin1String("wayland")))
+    facts.window = WindowSituation::fromJson(claim.answer);
+    if (facts.window.platform.startsWith(QLatin1String("wayland")))
         facts.desktop = Desktop::Wayland;
-    else if (platform == QLatin1String("xcb"))
+    else if (facts.window.platform == QLatin1String("xcb"))
         facts.desktop = Desktop::X11;
 }
 
@@ -143,6 +138,7 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
     askWindow(instance, facts);
     if (facts.node.access != ScaleAccess::Absent)
         facts.otherHolders = holdersOf(facts.node.path, instance.ownerProcess());
-    facts.keepsOnTop = facts.desktop == Desktop::X11 && x11KeepsOnTop();
+    if (facts.desktop == Desktop::X11)
+        facts.keepsOnTop = x11KeepsOnTop();
     return facts;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "console/DoctorDesktop.h"
+#include "console/WindowSituation.h"
 #include "scale/ScaleNode.h"
 
 #include <QString>
@@ -23,9 +24,9 @@ struct DoctorFacts
     QStringList otherHolders; ///< programs that have the scale open, without Postal Scale itself
     Running running = Running::No;
     Desktop desktop = Desktop::None; ///< that the window is on, or would be
-    bool keepsOnTop = false;
-    QStringList linkedBrowsers; ///< those whose extension can reach the program
-    QString browserLink;        ///< how the running window sees it; empty if it has none
+    std::optional<bool> keepsOnTop;  ///< nothing where its display cannot be asked
+    QStringList linkedBrowsers;      ///< those whose extension can reach the program
+    WindowSituation window;          ///< empty if none answers
 
     static DoctorFacts gather(HidDevices &devices, SingleInstance &instance);
 };

@@ -4,9 +4,11 @@
 #include "console/WindowCommand.h"
 
 #include "app/Application.h"
+#include "browser/link/BrowserSituation.h"
 #include "console/DeviceChoice.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
+#include "console/WindowSituation.h"
 
 #include <cstdio>
 #include <sysexits.h>
@@ -54,9 +56,17 @@ QJsonObject WindowCommand::answer(const QJsonObject &laterStart)
         bringToFront(m_application.delegate()->window.get(), ActivationRight::fromJson(laterStart));
         break;
     case InstanceRequest::Reading: return m_application.delegate()->readingReport().toJson();
-    case InstanceRequest::Situation:
-        return {{QStringLiteral("platform"), Application::platformName()}};
+    case InstanceRequest::Situation: return situation().toJson();
     case InstanceRequest::Unknown: break;
     }
     return {};
+}
+
+WindowSituation WindowCommand::situation() const
+{
+    const BrowserSituation &browser = m_application.browserSituation();
+    return {.platform = Application::platformName(),
+            .browserLink = browser.text(),
+            .hasBrowser = browser.kind != BrowserSituation::Kind::NoBrowser,
+            .browserFits = browser.kind != BrowserSituation::Kind::WrongVersion};
 }

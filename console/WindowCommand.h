@@ -8,6 +8,7 @@
 
 class Application;
 class SingleInstance;
+struct WindowSituation;
 
 /// The program as it is mostly started: shows the window, or has the one that is there come to the
 /// front, and answers later starts.
@@ -22,6 +23,7 @@ public:
 private:
     int weigh(const CommandLine &line);
     QJsonObject answer(const QJsonObject &laterStart);
+    WindowSituation situation() const;
 
     Application &m_application;
     SingleInstance &m_instance;

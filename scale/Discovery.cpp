@@ -8,6 +8,7 @@
 #include "base/Log.h"
 #include "scale/ScaleDelegate.h"
 #include "scale/ScaleIdentity.h"
+#include "scale/udev/UdevRule.h"
 
 #include <cerrno>
 
@@ -82,13 +83,9 @@ QString HIDManager::troubleWith(const HidDeviceInfo &device) const
     if (m_devices.accessError(device.node) != EACCES)
         return QStringLiteral("The scale at %1 could not be opened: %2")
             .arg(device.node, m_library.lastError());
-    return QStringLiteral("No permission to open the scale at %1. Put this line into "
-                          "/etc/udev/rules.d/60-postal-scale.rules and plug the scale in again: "
-                          "ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
-                          "ATTRS{idVendor}==\"%2\", ATTRS{idProduct}==\"%3\", TAG+=\"uaccess\"")
-        .arg(device.node)
-        .arg(scaleVendorId, 4, 16, QLatin1Char('0'))
-        .arg(scaleProductId, 4, 16, QLatin1Char('0'));
+    return QStringLiteral("No permission to open the scale at %1. Put this line into %2 and plug "
+                          "the scale in again: %3")
+        .arg(device.node, QLatin1String(udevRuleFile), QLatin1String(udevRuleLine));
 }
 
 void HIDManager::DeviceRemoved(const HidDeviceInfo &device)

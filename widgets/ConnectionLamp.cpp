@@ -20,11 +20,11 @@ QColor colourOf(ConnectionLamp::Light light)
 QString nameOf(ConnectionLamp::Light light)
 {
     switch (light) {
-    case ConnectionLamp::Light::Connected: return ConnectionLamp::tr("Connected");
-    case ConnectionLamp::Light::Trouble: return ConnectionLamp::tr("Trouble");
+    case ConnectionLamp::Light::Connected: return QStringLiteral("Connected");
+    case ConnectionLamp::Light::Trouble: return QStringLiteral("Trouble");
     case ConnectionLamp::Light::Out: break;
     }
-    return ConnectionLamp::tr("Not connected");
+    return QStringLiteral("Not connected");
 }
 
 /// The rim is a seventh of the lamp.

@@ -30,6 +30,7 @@ public:
 
     std::unique_ptr<BrowserApplication> application() override;
 
+    const BrowserSituation &situation() const { return m_situation; }
     /// For the status area.
     QString statusText() const { return m_situation.text(); }
 

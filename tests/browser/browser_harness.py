@@ -38,10 +38,10 @@ def build_folder():
 
 
 def start_browser(session, site, name):
-    """With the host registered as a user would."""
+    """With the host registered as a user would, who keeps the settings elsewhere."""
     home = session.new_folder(name)
     environment = session.environment | {
-        "HOME": str(home), "XDG_CONFIG_HOME": str(home / ".config")}
+        "HOME": str(home), "XDG_CONFIG_HOME": str(home / "settings")}
     subprocess.run([REGISTER, harness.binaries() / "postal-scale-browser-host"], check=True,
                    env=environment, stdout=subprocess.DEVNULL)
     return BROWSERS[name](session, site, build_folder(), home)

@@ -25,7 +25,7 @@ class Chromium:
         self._build = build
         self.home = home or session.new_folder("chromium")
         self.environment = session.environment | {
-            "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home / ".config")}
+            "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home / "settings")}
         self._start()
 
     def kill(self):

@@ -12,9 +12,9 @@ class ExtensionStandIn:
     """Answers, from a thread of its own, that each field of the page has been written; but a page
     may have only the first so many of those that it is asked for."""
 
-    def __init__(self, session, protocol=1, version="0.1.0"):
-        connection = socket.socket(socket.AF_UNIX)
-        connection.connect(session.environment["XDG_RUNTIME_DIR"] + "/postal-scale-browser.socket")
+    def __init__(self, session, protocol=1, version="0.1.0", connection=None):
+        """@param connection to a host; the program's own socket otherwise"""
+        connection = connection or connected_to_program(session)
         self._connection = connection
         self._stream = MessageStream(connection)
         self._fields = {}
@@ -51,3 +51,9 @@ class ExtensionStandIn:
                     "1" if text in written else None for text in run["texts"]]}})
         except OSError:
             pass  # closed, by either side
+
+
+def connected_to_program(session):
+    connection = socket.socket(socket.AF_UNIX)
+    connection.connect(session.environment["XDG_RUNTIME_DIR"] + "/postal-scale-browser.socket")
+    return connection

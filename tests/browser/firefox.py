@@ -22,7 +22,7 @@ class Firefox:
         self._build = build
         self.home = home or session.new_folder("firefox")
         self.environment = session.environment | {
-            "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home / ".config")}
+            "HOME": str(self.home), "XDG_CONFIG_HOME": str(self.home / "settings")}
         self._start()
 
     def kill(self):

@@ -2,8 +2,12 @@
 # SPDX-License-Identifier: MIT
 """A weight on the scale stands in the form of the page that the user looks at, and nowhere else."""
 
+import subprocess
+
 import carrier_pages as pages
-from browser_harness import ALL_CARRIERS, KV_C300, BrowserTest
+import harness
+from browser_harness import ALL_CARRIERS, KV_C300, SLOW_START, BrowserTest
+from waiting import wait_until
 
 USPS = "https://www.usps.com"
 UPS = "https://www.ups.com"
@@ -95,6 +99,14 @@ class FillingTest(BrowserTest):
         self.wait_for_indicator(self.program, "Filling USPS: 6 fields")
         self.page.go("about:blank")
         self.wait_for_indicator(self.program, "waiting for a carrier page")
+
+    def test_the_options_page_names_the_program(self):
+        version = subprocess.run([harness.binaries() / "postal-scale", "--version"], check=True,
+                                 env=self.session.environment, capture_output=True,
+                                 text=True).stdout.split()[-1]
+        options = self.options_page()
+        wait_until(lambda: options.evaluate("document.getElementById('link').textContent")
+                   == f"Linked to Postal Scale {version}.", "the program's version", SLOW_START)
 
     def test_strict_pages(self):
         for policy in ("none", "types", "sandbox"):

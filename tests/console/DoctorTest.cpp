@@ -29,7 +29,9 @@ DoctorFacts wellFacts()
     facts.desktop = Desktop::X11;
     facts.keepsOnTop = true;
     facts.linkedBrowsers = QStringList{QStringLiteral("Firefox")};
-    facts.browserLink = QStringLiteral("Browser linked, waiting for a carrier page");
+    facts.window = {.platform = QStringLiteral("xcb"),
+                    .browserLink = QStringLiteral("Browser linked, waiting for a carrier page"),
+                    .hasBrowser = true};
     return facts;
 }
 
@@ -79,9 +81,31 @@ const std::vector<Case> cases{
      "does not offer it", "_NET_WM_STATE_ABOVE"},
     {"no browser", [](auto &facts) { facts.linkedBrowsers.clear(); }, Kind::Trouble,
      "not set up for any browser", "Install the package"},
-    {"no link", [](auto &facts) { facts.browserLink.clear(); }, Kind::Note,
-     "up while Postal Scale runs", ""},
+    {"no link", [](auto &facts) { facts.window = {}; }, Kind::Note, "up while Postal Scale runs",
+     ""},
+    {"no browser runs", [](auto &facts) { facts.window.hasBrowser = false; }, Kind::Note,
+     "Browser link (Firefox): Browser linked, waiting for a carrier page", ""},
+    {"extension of another version", [](auto &facts) { facts.window.browserFits = false; },
+     Kind::Trouble, "Browser link (Firefox)", "Install both anew"},
+    {"display out of reach", [](auto &facts) { facts.keepsOnTop.reset(); }, Kind::Note,
+     "no desktop in this session", ""},
 };
+
+/// What somebody is told who has no rule.
+QByteArray advisedRule()
+{
+    for (const Finding &finding : diagnose(DoctorFacts{})) {
+        if (const qsizetype place = finding.cure.indexOf(QLatin1String("ACTION")); place >= 0)
+            return finding.cure.mid(place).toUtf8();
+    }
+    return {};
+}
+
+QByteArray contents(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
 
 QList<Finding> differing(const QList<Finding> &findings)
 {
@@ -161,10 +185,8 @@ private slots:
     {
         QTest::addColumn<QByteArray>("text");
         QTest::addColumn<bool>("found");
-        QTest::newRow("the package's")
-            << QByteArray(R"(SUBSYSTEM=="hidraw", ATTRS{idVendor}=="04d9", )"
-                          R"(ATTRS{idProduct}=="8010", TAG+="uaccess")")
-            << true;
+        QTest::newRow("the package's") << contents(QStringLiteral(UDEV_RULE)) << true;
+        QTest::newRow("as it is advised") << advisedRule() << true;
         QTest::newRow("capital letters")
             << QByteArray(R"(ATTRS{idVendor}=="04D9", ATTRS{idProduct}=="8010", TAG+="uaccess")")
             << true;

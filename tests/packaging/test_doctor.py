@@ -2,8 +2,20 @@
 # SPDX-License-Identifier: MIT
 """--doctor, on the machine of the test: what it says of the scale and of the session."""
 
+import os
+import pathlib
+import socket
+import subprocess
+
 import harness
 from command_line import CommandLineTest
+from extension_stand_in import ExtensionStandIn
+from waiting import PATIENCE, wait_until
+
+REGISTER = pathlib.Path(__file__).parents[2] / "browser" / "register"
+HOST = "postal-scale-browser-host"
+
+USPS_ONLY = "[defaultValue]\n400=selected\n"
 
 
 class DoctorTest(CommandLineTest):
@@ -38,9 +50,89 @@ class DoctorTest(CommandLineTest):
         self.assertIn("ok  Clipboard: can be written at every reading", lines)
         self.assertIn("ok  On top: the window manager does it", lines)
 
+    def test_where_the_window_is_it_learns_from_the_window(self):
+        """Without a display of its own, as in a session over the network."""
+        self.start("--weight", "1234")
+        lines = self.run_program("--doctor").output.splitlines()
+        self.assertIn("ok  Clipboard: can be written at every reading", lines)
+        self.assertIn("--  On top: there is no desktop in this session", lines)
+
+    def test_a_window_that_waits_for_the_scale(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.scale.tell("silence on")
+        program.log.wait_for("readData$", program.log.mark())
+        lines = self.run_program("--doctor").output.splitlines()
+        self.assertIn("!!  Postal Scale is running, but does not answer", lines)
+        program.scale.tell_all("silence off", "burst 1")
+
     @property
     def display(self):
         return self.session.environment["DISPLAY"]
+
+
+class BrowserLinkTest(CommandLineTest):
+    """Of a user who keeps the settings elsewhere, and has every browser."""
+
+    def setUp(self):
+        home = self.session.new_folder("home")
+        self.user = {"HOME": str(home), "XDG_CONFIG_HOME": str(home / "settings")}
+        for folder in ("settings/chromium", "settings/google-chrome", ".mozilla"):
+            (home / folder).mkdir(parents=True)
+
+    def register(self, *arguments):
+        subprocess.run([REGISTER, harness.binaries() / HOST, *arguments], check=True,
+                       env=os.environ | self.user, stdout=subprocess.DEVNULL)
+
+    def finding(self):
+        """What it says of the link, and how to mend it."""
+        lines = self.run_program("--doctor", **self.user).output.splitlines()
+        place = next(number for number, line in enumerate(lines) if "Browser link" in line)
+        return lines[place:]
+
+    def test_it_finds_what_was_set_up(self):
+        before = self.finding()
+        self.register()
+        self.assertEqual(self.finding(),
+                         ["--  Browser link: set up for Chromium, Chrome, Firefox; it is up while "
+                          "Postal Scale runs"])
+        self.register("--remove")
+        self.assertEqual(self.finding(), before)
+
+    def test_it_says_what_the_window_says(self):
+        self.register()
+        program = self.start("--weight", "1234", settings=USPS_ONLY)
+        self.expect(program, "--", "No browser linked")
+        extension = self.attach()
+        self.expect(program, "ok", "Browser linked, waiting for a carrier page")
+        extension.show(1, "tools.usps.com")
+        self.expect(program, "ok", "Filling USPS: 6 fields")
+        extension.close()
+        self.expect(program, "--", "No browser linked")
+
+    def test_an_extension_that_does_not_fit(self):
+        self.register()
+        program = self.start("--unplugged")
+        self.attach(protocol=2, version="7.0")
+        self.expect(program, "!!", "Browser extension 7.0 does not fit this program",
+                    "    Install both anew: their versions differ.")
+
+    def attach(self, **options):
+        """Through the host, started as a browser starts it."""
+        browser, host = socket.socketpair()
+        browser.settimeout(PATIENCE)
+        process = subprocess.Popen([harness.binaries() / HOST], env=self.session.environment,
+                                   stdin=host, stdout=host)
+        host.close()
+        self.addCleanup(process.wait, PATIENCE)
+        extension = ExtensionStandIn(self.session, connection=browser, **options)
+        self.addCleanup(extension.close)
+        return extension
+
+    def expect(self, program, mark, text, *cure):
+        wait_until(lambda: program.window.says(text), f"{text!r} in the window")
+        self.assertEqual(self.finding(),
+                         [f"{mark}  Browser link (Chromium, Chrome, Firefox): {text}", *cure])
 
 
 if __name__ == "__main__":

@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 
 # Makes the rule for the identity that the program itself looks for. POSTALSCALE_UDEV_RULE is the
-# file; its number in front says when udev reads it, so it keeps its name. scaleVendorId and
+# file; its number in front says when udev reads it, so it keeps its name. The rule's line and its
+# name, udevRuleLine and udevRuleName, are for those who put it there themselves. scaleVendorId and
 # scaleProductId are left for other files that need them, each four lower-case digits.
 include_guard(DIRECTORY)
 
@@ -17,5 +18,7 @@ foreach(name scaleVendorId scaleProductId)
   string(TOLOWER ${CMAKE_MATCH_1} ${name})
 endforeach()
 
-set(POSTALSCALE_UDEV_RULE ${PROJECT_BINARY_DIR}/packaging/udev/60-postal-scale.rules)
-configure_file(${CMAKE_CURRENT_LIST_DIR}/60-postal-scale.rules.in ${POSTALSCALE_UDEV_RULE} @ONLY)
+set(udevRuleName 60-postal-scale.rules)
+set(POSTALSCALE_UDEV_RULE ${PROJECT_BINARY_DIR}/scale/udev/${udevRuleName})
+configure_file(${CMAKE_CURRENT_LIST_DIR}/${udevRuleName}.in ${POSTALSCALE_UDEV_RULE} @ONLY)
+file(STRINGS ${POSTALSCALE_UDEV_RULE} udevRuleLine REGEX "^[^#]")

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/WindowSituation.h"
+
+namespace {
+
+const QLatin1String platformKey("platform");
+const QLatin1String browserLinkKey("browserLink");
+const QLatin1String hasBrowserKey("hasBrowser");
+const QLatin1String browserFitsKey("browserFits");
+
+} // namespace
+
+WindowSituation WindowSituation::fromJson(const QJsonObject &object)
+{
+    return {.platform = object.value(platformKey).toString(),
+            .browserLink = object.value(browserLinkKey).toString(),
+            .hasBrowser = object.value(hasBrowserKey).toBool(),
+            .browserFits = object.value(browserFitsKey).toBool(true)};
+}
+
+QJsonObject WindowSituation::toJson() const
+{
+    return {{platformKey, platform},
+            {browserLinkKey, browserLink},
+            {hasBrowserKey, hasBrowser},
+            {browserFitsKey, browserFits}};
+}
