@@ -31,7 +31,7 @@ private:
 
     int m_source;
     int m_target;
-    std::array<std::byte, 16384> m_buffer;
+    std::array<std::byte, 16384> m_buffer{};
     std::size_t m_begin = 0;
     std::size_t m_end = 0;
 };

@@ -131,7 +131,8 @@ void ImageViewTest::takesSmallestVariantThatIsLargeEnough()
     QFETCH(int, scale);
     QFETCH(QString, path);
     const QSize designed = PictureCache::pictureSize(QStringLiteral("8.bmp"));
-    const QImage picture = PictureCache::picture(QStringLiteral("8.bmp"), designed * scale).toImage();
+    const QImage picture =
+        PictureCache::picture(QStringLiteral("8.bmp"), designed * scale).toImage();
     QVERIFY(picture.convertToFormat(QImage::Format_ARGB32_Premultiplied) == resource(path));
 }
 
@@ -177,7 +178,8 @@ void ImageViewTest::fillsItsPlaceAtEveryScreenScale()
     screen.setDevicePixelRatio(1);
     const QRect devicePlace((QPointF(place.topLeft()) * ratio).toPoint(),
                             (QSizeF(place.size()) * ratio).toSize());
-    const QImage wanted = PictureCache::picture(QStringLiteral("8.bmp"), devicePlace.size()).toImage();
+    const QImage wanted =
+        PictureCache::picture(QStringLiteral("8.bmp"), devicePlace.size()).toImage();
     QVERIFY(screen.copy(devicePlace) ==
             wanted.convertToFormat(QImage::Format_ARGB32_Premultiplied));
 }
