@@ -14,13 +14,13 @@ public:
     /// What is wrong; empty if nothing.
     QString take(const TrafficLine &line)
     {
-        using LineKind = TrafficLine::Kind;
         if (line.time < m_latest)
             return QStringLiteral("the time goes back");
         m_latest = line.time;
-        if (line.kind == LineKind::Open)
+        if (line.kind == TrafficLine::Kind::Open)
             m_opened = m_opened || line.outcome == TrafficLine::Outcome::Done;
-        else if ((line.kind == LineKind::Send || line.kind == LineKind::Read) && !m_opened)
+        else if ((line.kind == TrafficLine::Kind::Send || line.kind == TrafficLine::Kind::Read) &&
+                 !m_opened)
             return QStringLiteral("a report, but no device was opened before");
         return {};
     }
