@@ -35,8 +35,9 @@ void PostalScaleAppDelegate::Autofill(int carrier)
     const auto destination = destinationOf(carrier);
     if (destination && !m_parcel.lets(*destination))
         return;
-    m_carrierPages.Autofill(carrier);
+    // First: a page that is asked something tells at once what it has taken.
     m_parcel.noteFill();
+    m_carrierPages.Autofill(carrier);
 }
 
 void PostalScaleAppDelegate::notePageFilled(const QString &carrier)

@@ -83,6 +83,8 @@ QString ReadingNotes::standing() const
     if (!isConnected)
         return {};
     const QString words = panWords(*this);
+    if (isOld() && pan == PanReading::Missed)
+        return QStringLiteral("%1 for %2").arg(words, durationWords(age));
     return isOld() ? QStringLiteral("%1 \u00b7 %2 old").arg(words, durationWords(age)) : words;
 }
 

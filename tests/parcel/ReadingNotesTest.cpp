@@ -170,7 +170,7 @@ private slots:
         row("At zero", PanReading::Zero, State::Empty, 0);
         row("Below zero: press Tare", PanReading::BelowZero, State::Empty, 0);
         row("Pan lifted · 3 s old", PanReading::PanLifted, State::Empty, 3000);
-        row("No reading · 3 s old", PanReading::Missed, State::Settling, 3000);
+        row("No reading for 3 s", PanReading::Missed, State::Settling, 3000);
         row("", PanReading::None, State::Empty, 3000);
     }
 

@@ -34,6 +34,8 @@ public:
     /// All texts since the last call.
     QStringList take() { return std::exchange(m_scripts, {}); }
 
+    std::function<void()> duringScript; ///< may be empty
+
 private:
     class Application : public BrowserApplication
     {
@@ -49,6 +51,8 @@ private:
                                             const std::shared_ptr<const BrowserTab> &) override
         {
             m_counter.m_scripts.append(text);
+            if (m_counter.duringScript)
+                m_counter.duringScript();
             return std::nullopt;
         }
 
@@ -124,7 +128,11 @@ private:
     }
 
 private slots:
-    void cleanup() { m_app.reset(); }
+    void cleanup()
+    {
+        m_browser.duringScript = {};
+        m_app.reset();
+    }
 
     void everyReadingLeavesWhileItIsOff()
     {
@@ -333,7 +341,7 @@ private slots:
         read(grams1234);
         QCOMPARE(window().settledLbl->text(), QStringLiteral("Settling \u00b7 5 s old"));
         read({});
-        QCOMPARE(window().settledLbl->text(), QStringLiteral("No reading \u00b7 5 s old"));
+        QCOMPARE(window().settledLbl->text(), QStringLiteral("No reading for 5 s"));
     }
 
     void recentWeightsTellWhereTheyWent()
@@ -359,6 +367,19 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("0.567"));
         // Nothing of it is written down.
         QVERIFY(!storedsettings::text().contains("0.567"));
+    }
+
+    /// As a page does that is asked something in the same reading.
+    void aPageThatAnswersAtOnceIsRemembered()
+    {
+        start();
+        for (QCheckBox *box : {window().checkUSPS, window().checkSettledOnly})
+            box->click();
+        chooseUnit(window().rg5);
+        m_browser.duringScript = [this] { window().notePageFilled(QStringLiteral("USPS")); };
+        readAll({grams1234, grams1234, grams1234});
+        QVERIFY(window().recentMenu->actions().constFirst()->text().endsWith(
+            QLatin1String(": USPS page")));
     }
 
     /// The 0 that leaves then is of no use to anybody.
