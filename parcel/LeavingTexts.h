@@ -21,6 +21,8 @@ struct LeavingTexts
     QString pounds;
     QString ounces;
     QString grams;
+
+    bool operator==(const LeavingTexts &) const = default;
 };
 
 /// What a report weighs, without its sign. The link keeps no such figure of a binary scale: its
@@ -49,6 +51,8 @@ struct LeavingSituation
     bool toFedex = false;
 
     bool goesSomewhere() const { return toClipboard || toUsps || toUps || toFedex; }
+
+    bool operator==(const LeavingSituation &) const = default;
 };
 
 /// What clipboard and fields get, where that is not what the panel shows: "leaves as 0: choose a

@@ -3,8 +3,9 @@
 
 #include "parcel/NoteLabels.h"
 
-#include "parcel/ReadingNotes.h"
 #include "widgets/ElidedLabel.h"
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -24,8 +25,13 @@ NoteLabels::NoteLabels(QLabel &caption, ElidedLabel &standing, ElidedLabel &leav
 {
 }
 
-void NoteLabels::show(const ReadingNotes &notes)
+void NoteLabels::show(ReadingNotes notes)
 {
+    // In the steps in which it is told.
+    notes.age = notes.isOld() ? std::chrono::floor<std::chrono::seconds>(notes.age) + 1ms : 0ms;
+    if (notes == m_shown)
+        return;
+    m_shown = notes;
     m_caption.setText(notes.exportCaption());
     showWhole(m_standing, notes.standing());
     showWhole(m_leaves, notes.leaves());

@@ -3,9 +3,10 @@
 
 #pragma once
 
+#include "parcel/ReadingNotes.h"
+
 class ElidedLabel;
 class QLabel;
-struct ReadingNotes;
 
 /// The notes of the reading, beside the panel.
 class NoteLabels
@@ -13,10 +14,12 @@ class NoteLabels
 public:
     NoteLabels(QLabel &caption, ElidedLabel &standing, ElidedLabel &leaves);
 
-    void show(const ReadingNotes &notes);
+    /// Costs next to nothing while there is nothing new to be said.
+    void show(ReadingNotes notes);
 
 private:
     QLabel &m_caption;
     ElidedLabel &m_standing;
     ElidedLabel &m_leaves;
+    ReadingNotes m_shown;
 };

@@ -47,6 +47,8 @@ struct ReadingNotes
     QString leaves() const;
     /// What stands before the export value.
     QString exportCaption() const;
+
+    bool operator==(const ReadingNotes &) const = default;
 };
 
 /// "5 s", "3 min", "2 h".

@@ -32,12 +32,16 @@ class Photographer:
         """Once the window says them."""
         wait_until(lambda: self._program.window.says(words), f"{words!r} in the window")
         self._program.wait_for_polls(2)
-        self.take_now(self._program.window.id, words)
+        self.take_now(words)
 
-    def take_now(self, window, title):
+    def take_now(self, title):
+        """With what has opened over the window."""
         self._session.output_of("xdotool", "mousemove", "0", "0")
         file = self._shots / f"{self._guise}-{len(self.parts)}.png"
-        self._session.output_of("import", "-window", window, str(file))
+        place = self._program.window.extents
+        self._session.output_of("import", "-window", "root", "-crop",
+                                f"{place.width}x{place.height}+{place.x}+{place.y}", "+repage",
+                                str(file))
         self.parts += ["-label", f"{self._guise}: {title}", str(file)]
 
 
@@ -88,12 +92,12 @@ def take_settled_weights(session, guise, shots):
         photographer.take("has left as 0.567 kg: clipboard")
         program.window.click("fileMenu")
         program.window.click("recentMenu")
-        photographer.take_now("root", "Recent weights")
+        photographer.take_now("Recent weights")
         program.window.press("Escape")
         program.window.press("Escape")
         program.window.choose_from_menu("helpMenu", "About")
         program.wait_for_polls(2)
-        photographer.take_now("root", "About")
+        photographer.take_now("About")
     finally:
         program.kill()
     return photographer.parts
@@ -109,8 +113,8 @@ def main():
         for guise in GUISES:
             parts += take_every_reading(session, guise, shots)
             parts += take_settled_weights(session, guise, shots)
-        session.output_of("montage", *parts, "-tile", "4x", "-geometry", "620x400+8+8",
-                          "-depth", "8", str(folder / "notes.png"))
+        session.output_of("montage", *parts, "-tile", "4x", "-geometry", "440x250+4+4",
+                          "-dither", "None", "-colors", "128", f"PNG8:{folder}/notes.png")
 
 
 if __name__ == "__main__":
