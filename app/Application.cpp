@@ -57,6 +57,8 @@ void Application::linkBrowsers()
 {
     connect(m_browserLink.get(), &BrowserLink::statusTextChanged, m_delegate.get(),
             &PostalScaleAppDelegate::showBrowserStatus);
+    connect(m_browserLink.get(), &BrowserLink::pageWritten, m_delegate.get(),
+            &PostalScaleAppDelegate::notePageFilled);
     m_browserLink->listenAt(BrowserServer::defaultPath());
     m_delegate->showBrowserStatus(m_browserLink->statusText());
 }

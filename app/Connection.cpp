@@ -32,6 +32,8 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     unitLBl->setHidden(true);
     showConnectionLamp();
     m_panel.announceReading();
+    m_parcel.loseScale();
+    showNotes();
     if (!connected)
         return;
     auto *timer = new RepeatingTimer(pollInterval, this);
@@ -55,8 +57,10 @@ void PostalScaleAppDelegate::showConnectionLamp()
 
 void PostalScaleAppDelegate::readData(QTimer *timer)
 {
-    if (pausereadtimer)
+    if (pausereadtimer) {
+        showNotes();
         return;
+    }
     logLine(QStringLiteral("readData"));
     if (!isDeviceConnected) {
         timer->stop();
@@ -65,12 +69,14 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
     }
     hid_obj->get_device_rawdata();
     m_panel.announceReading();
+    m_parcel.endReport();
     if (SendtoUSPS == 1)
         Autofill(carrier::usps);
     if (SendtoUPS == 1)
         Autofill(carrier::ups);
     if (SendtoFedex == 1)
         Autofill(carrier::fedex);
+    showNotes();
 }
 
 void PostalScaleAppDelegate::showAlert()

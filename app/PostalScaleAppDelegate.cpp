@@ -3,6 +3,7 @@
 
 #include "app/PostalScaleAppDelegate.h"
 
+#include "app/About.h"
 #include "settings/Settings.h"
 
 namespace {
@@ -43,7 +44,18 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                  .showModelInTitle = [this] { setWindowTitle(optionButton->currentText()); }},
                 this)
     , m_carrierPages(browsers, *hid_obj, *lbLBL, *this)
+    , m_parcel({.link = *hid_obj,
+                .session = *this,
+                .state = *this,
+                .panel = m_panel,
+                .exportLabel = *lbLBL})
+    , m_settledOption(
+          *this, settings, [this](bool settledOnly) { m_parcel.setSettledOnly(settledOnly); }, this)
+    , m_noteLabels(*exportCaption, *settledLbl, *leavesLbl)
+    , m_recentWeightsMenu(
+          *recentMenu, [this](const QString &text) { m_clipboard.copy(text); }, this)
 {
+    connect(aboutItem, &QAction::triggered, this, [this] { showAbout(*window); });
     quitItem->setShortcut(QKeySequence::Quit);
     connect(quitItem, &QAction::triggered, window.get(), &QWidget::close);
     connect(optionButton, &QComboBox::activated, this,

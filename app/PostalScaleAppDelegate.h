@@ -12,6 +12,10 @@
 #include "export/ExportState.h"
 #include "export/Options.h"
 #include "lcd/Panel.h"
+#include "parcel/NoteLabels.h"
+#include "parcel/ParcelWatch.h"
+#include "parcel/RecentWeightsMenu.h"
+#include "parcel/SettledOption.h"
 #include "scale/HIDManager.h"
 #include "scale/ScaleDelegate.h"
 #include "scale/ScaleSession.h"
@@ -91,15 +95,18 @@ public:
     void sendToFEDXClicked() { m_options.sendToFEDXClicked(); }
 
     // Carriers' pages
-    void Autofill(int carrier) { m_carrierPages.Autofill(carrier); }
+    void Autofill(int carrier);
     /// @param text one short line on the link to the user's browsers
     void showBrowserStatus(const QString &text) { m_statusArea.showBrowserStatus(text); }
+    /// @param carrier whose page has taken the weight, as a person names it
+    void notePageFilled(const QString &carrier);
 
     // What the scale link reads and writes
     void setUnitCaptionHidden(bool hidden) override { unitLBl->setHidden(hidden); }
     QString exportLabelText() const override { return lbLBL->text(); }
     void setExportLabelText(const QString &text) override { lbLBL->setText(text); }
-    void copyToClipboard(const QString &text) override { m_clipboard.copy(text); }
+    void copyToClipboard(const QString &text) override;
+    void takeReport(const WeightReport &report, ReadOutcome outcome) override;
     void setIsDeviceAlive(bool alive) override { ScaleSession::setIsDeviceAlive(alive); }
     QString selectedModelName() const override { return ScaleSession::selectedModelName(); }
     int selectedRadioButtonIndex() const override
@@ -112,6 +119,7 @@ public:
     const Panel &panel() const { return m_panel; }
     /// Why the attached scale cannot be used; empty where it can.
     const QString &connectionTrouble() const { return m_connectionTrouble; }
+    const ParcelWatch &parcel() const { return m_parcel; }
 
     std::unique_ptr<QMainWindow> window;
     std::unique_ptr<HIDManager> hid_obj;
@@ -130,6 +138,9 @@ private:
     void setWindowTitle(const QString &model);
     void sendStartingUnit();
     void showConnectionLamp();
+    /// Beside the panel. To be called with each tick of the poll timer, which is all that makes
+    /// readings grow old on the screen.
+    void showNotes();
 
     BundleInformation m_information;
     Settings &m_settings;
@@ -142,4 +153,8 @@ private:
     ExportClipboard m_clipboard;
     Options m_options;
     CarrierPages m_carrierPages;
+    ParcelWatch m_parcel;
+    SettledOption m_settledOption;
+    NoteLabels m_noteLabels;
+    RecentWeightsMenu m_recentWeightsMenu;
 };

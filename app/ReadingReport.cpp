@@ -55,6 +55,16 @@ QJsonValue numberOrNull(const std::optional<double> &number)
     return number ? QJsonValue(*number) : QJsonValue();
 }
 
+QJsonValue textOrNull(const QString &text)
+{
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
+std::optional<double> numberFrom(const QJsonValue &value)
+{
+    return value.isDouble() ? std::optional(value.toDouble()) : std::nullopt;
+}
+
 } // namespace
 
 QJsonObject ReadingReport::toJson() const
@@ -66,7 +76,14 @@ QJsonObject ReadingReport::toJson() const
         {QStringLiteral("unit"), QJsonValue()},
         {QStringLiteral("sign"), QJsonValue()},
         {QStringLiteral("grams"), numberOrNull(grams)},
-        {QStringLiteral("model"), model.isEmpty() ? QJsonValue() : QJsonValue(model)},
+        {QStringLiteral("model"), textOrNull(model)},
+        {QStringLiteral("settled"), settled ? QJsonValue(*settled) : QJsonValue()},
+        {QStringLiteral("settledSince"), textOrNull(settledSince)},
+        {QStringLiteral("age"), numberOrNull(age)},
+        {QStringLiteral("advice"), textOrNull(advice)},
+        {QStringLiteral("export"), textOrNull(exported)},
+        {QStringLiteral("exportUnit"), textOrNull(exportUnit)},
+        {QStringLiteral("leaves"), textOrNull(leaves)},
     };
     if (shown) {
         object.insert(QStringLiteral("weight"), shown->weight);
@@ -83,13 +100,21 @@ ReadingReport ReadingReport::fromJson(const QJsonObject &object)
                          .words = object.value(QLatin1String("text")).toString(),
                          .shown = std::nullopt,
                          .grams = std::nullopt,
-                         .model = object.value(QLatin1String("model")).toString()};
+                         .model = object.value(QLatin1String("model")).toString(),
+                         .settled = std::nullopt,
+                         .settledSince = object.value(QLatin1String("settledSince")).toString(),
+                         .age = numberFrom(object.value(QLatin1String("age"))),
+                         .advice = object.value(QLatin1String("advice")).toString(),
+                         .exported = object.value(QLatin1String("export")).toString(),
+                         .exportUnit = object.value(QLatin1String("exportUnit")).toString(),
+                         .leaves = object.value(QLatin1String("leaves")).toString()};
+    const QJsonValue settled = object.value(QLatin1String("settled"));
+    if (settled.isBool())
+        report.settled = settled.toBool();
     const QJsonValue weight = object.value(QLatin1String("weight"));
     if (weight.isDouble())
         report.shown = {weight.toDouble(), object.value(QLatin1String("unit")).toString()};
-    const QJsonValue grams = object.value(QLatin1String("grams"));
-    if (grams.isDouble())
-        report.grams = grams.toDouble();
+    report.grams = numberFrom(object.value(QLatin1String("grams")));
     return report;
 }
 

@@ -31,6 +31,13 @@ struct ReadingReport
     std::optional<ShownWeight> shown;
     std::optional<double> grams; ///< a binary scale's are rounded to 100
     QString model;
+    std::optional<bool> settled; ///< of a reading alone
+    QString settledSince;        ///< ISO 8601; empty unless it is settled
+    std::optional<double> age;   ///< in seconds; nothing up to one second
+    QString advice;              ///< what is to be done about the reading
+    QString exported;            ///< the export text
+    QString exportUnit;          ///< of it
+    QString leaves;              ///< what else is to be said of it
 
     QJsonObject toJson() const;
     static ReadingReport fromJson(const QJsonObject &object);

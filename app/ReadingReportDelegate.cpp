@@ -6,6 +6,24 @@
 #include "lcd/ReadingWords.h"
 #include "scale/ScaleNode.h"
 
+namespace {
+
+void addNotes(ReadingReport &report, const ReadingNotes &notes)
+{
+    report.settled = notes.isSettled();
+    if (notes.isSettled())
+        report.settledSince = notes.settledSince.toOffsetFromUtc(notes.settledSince.offsetFromUtc())
+                                  .toString(Qt::ISODate);
+    if (notes.isOld())
+        report.age = static_cast<double>(notes.age.count()) / 1000;
+    report.advice = notes.advice();
+    report.exported = notes.leaving.texts.exported;
+    report.exportUnit = exportUnit(notes.leaving.texts.form);
+    report.leaves = notes.leaves();
+}
+
+} // namespace
+
 ReadingReportDelegate::ReadingReportDelegate(const BundleInformation &information,
                                              Settings &settings, BrowserBridge &browsers)
     : PostalScaleAppDelegate(information, settings, browsers)
@@ -62,6 +80,7 @@ ReadingReport ReadingReportDelegate::readingReport() const
     report.grams = panel().contents().minus ? -grams : grams;
     if (panel().contents().hold)
         report.state = ReportState::Hold;
+    addNotes(report, parcel().notes());
     return report;
 }
 

@@ -97,7 +97,8 @@ void PostalScaleAppDelegate::applicationDidFinishLaunching()
 void PostalScaleAppDelegate::applyUSPSBranding()
 {
     setFillColour(boxContainer, QColor(1, 62, 145));
-    for (QLabel *label : {connectionStatuslbl, ozLBL, lbLBL, exportCaption, lblModel})
+    for (QLabel *label : std::initializer_list<QLabel *>{
+             connectionStatuslbl, ozLBL, lbLBL, exportCaption, lblModel, settledLbl, leavesLbl})
         setTextColour(label, Qt::white);
     for (QAbstractButton *cell : radiogroup->buttons())
         setTextColour(cell, Qt::white);

@@ -22,12 +22,13 @@ void ExportClipboard::switchTo(bool on)
         m_showNotice({});
 }
 
-void ExportClipboard::copy(const QString &text)
+bool ExportClipboard::copy(const QString &text)
 {
     QClipboard *clipboard = QGuiApplication::clipboard();
     clipboard->setText(text);
-    m_showNotice(clipboard->ownsClipboard()
-                     ? QString()
-                     : QStringLiteral("The desktop does not let this window write the clipboard "
-                                      "while it is not in front."));
+    const bool isWritten = clipboard->ownsClipboard();
+    m_showNotice(isWritten ? QString()
+                           : QStringLiteral("The desktop does not let this window write the "
+                                            "clipboard while it is not in front."));
+    return isWritten;
 }

@@ -18,7 +18,8 @@ public:
     ExportClipboard(ExportState &state, ShowNotice showNotice);
 
     void switchTo(bool on);
-    void copy(const QString &text);
+    /// False where the desktop refuses it.
+    bool copy(const QString &text);
 
 private:
     ExportState &m_state;

@@ -166,6 +166,8 @@ void Options::optionLblAction()
 QList<QCheckBox *> Options::boxes() const
 {
     QList<QCheckBox *> found = m_around.form.optionBox->findChildren<QCheckBox *>();
+    // It stands among them, but is kept in another way, and shows the same as its menu item.
+    found.removeOne(m_around.form.checkSettledOnly);
     std::sort(found.begin(), found.end(), [](const QCheckBox *one, const QCheckBox *other) {
         return tagOf(one) < tagOf(other);
     });

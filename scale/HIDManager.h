@@ -6,13 +6,12 @@
 #include "scale/CommandByte.h"
 #include "scale/HidDevices.h"
 #include "scale/HidLibrary.h"
+#include "scale/ScaleDelegate.h"
 #include "scale/WeightDecoder.h"
 
 #include <QObject>
 #include <QString>
 #include <memory>
-
-class ScaleDelegate;
 
 /// The scale link: finds and opens the scale, commands it, reads and decodes its reports and turns
 /// them into the texts that leave the program. Lives on the main thread. It holds no pointer to
@@ -109,7 +108,12 @@ private:
     int sendFeatureReport(const FeatureReport &report);
     void sendCommand(Trace trace);
 
-    WeightReport readReport();
+    struct Input
+    {
+        WeightReport report;
+        ReadOutcome outcome = ReadOutcome::Failed;
+    };
+    Input readReport();
     float exportedWeight(const WeightReport &report, float grams);
     void perform(const ReadingEffect &effect);
     void exportReading(const WeightReport &report, const DecodedReport &decoded, Capacity capacity);

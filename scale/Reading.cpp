@@ -7,14 +7,20 @@
 
 #include "base/Log.h"
 #include "base/NumberText.h"
-#include "scale/ScaleDelegate.h"
 #include "scale/WeightText.h"
+
+namespace {
+
+/// Of a report, those that mean something.
+constexpr int weightBytes = 3;
+
+} // namespace
 
 void HIDManager::get_device_rawdata()
 {
     if (sendFeatureReport(pollReport(m_scaleCommand)) < 0)
         traceLine(QStringLiteral("Unable to read command()"));
-    const WeightReport report = readReport();
+    const auto [report, outcome] = readReport();
 
     if (m_state.currentScale == scaletype::packedDecimal)
         m_state.currentStatue = true;
@@ -34,11 +40,12 @@ void HIDManager::get_device_rawdata()
     for (const ReadingEffect &effect : decoded.effects)
         perform(effect);
 
+    delegate()->takeReport(report, outcome);
     exportReading(report, decoded, capacity);
     m_scaleCommand = afterPoll(m_scaleCommand, m_state.unitindex);
 }
 
-WeightReport HIDManager::readReport()
+HIDManager::Input HIDManager::readReport()
 {
     std::array<std::uint8_t, 9> buffer{};
     const int received = m_handle ? m_handle->read(buffer) : -1;
@@ -46,7 +53,8 @@ WeightReport HIDManager::readReport()
         traceLine(QStringLiteral("Unable to read()"));
     for (int i = 0; i < received; ++i)
         traceLine(QStringLiteral("buf[%1]: %2").arg(i).arg(buffer.at(static_cast<std::size_t>(i))));
-    return {.status = buffer[0], .low = buffer[1], .high = buffer[2]};
+    return {.report = {.status = buffer[0], .low = buffer[1], .high = buffer[2]},
+            .outcome = received < weightBytes ? ReadOutcome::Failed : ReadOutcome::Read};
 }
 
 float HIDManager::exportedWeight(const WeightReport &report, float grams)

@@ -7,6 +7,10 @@
 #include <QtGlobal>
 
 class HidDevices;
+struct WeightReport;
+
+/// Of the wait for one report. One that lacks a byte of the weight has failed.
+enum class ReadOutcome : bool { Failed, Read };
 
 /// What the scale link asks of the interface. The link knows no more of it than this, so it works
 /// and is tested without a window.
@@ -28,6 +32,9 @@ public:
     virtual void DisplayUnit(int unit) = 0;
     virtual void shownegativeSign(bool negative) = 0;
     virtual void setUnitCaptionHidden(bool hidden) = 0;
+
+    /// What this reading is made of, once it is drawn and before its texts leave.
+    virtual void takeReport(const WeightReport &report, ReadOutcome outcome);
 
     /// The text of the export label, which is also what the clipboard receives.
     virtual QString exportLabelText() const = 0;

@@ -15,6 +15,8 @@ struct WeightReport
     std::uint8_t status = 0; ///< one of reportstatus::, with the sign in its highest bit
     std::uint8_t low = 0;    ///< packed decimal tens and units, or the count's low byte
     std::uint8_t high = 0;   ///< packed decimal thousands and hundreds, or the count's high byte
+
+    bool operator==(const WeightReport &) const = default;
 };
 
 /// What the link knows of the scale and of the chosen unit; it outlives the single report.

@@ -19,6 +19,7 @@ namespace {
 const auto lastSelectedKey = QStringLiteral("lastSelectedValue");
 const auto optionGroup = QStringLiteral("defaultValue");
 const auto geometryKey = QStringLiteral("windowGeometry");
+const auto settledOnlyKey = QStringLiteral("settledOnly");
 const auto selectedValue = QStringLiteral("selected");
 
 /// The number that the text starts with, 0 if none, cut to 32 bits.
@@ -136,6 +137,17 @@ QByteArray Settings::windowGeometry() const
 void Settings::setWindowGeometry(const QByteArray &geometry)
 {
     m_file->setValue(geometryKey, geometry);
+    write();
+}
+
+bool Settings::settledOnly() const
+{
+    return m_file->value(settledOnlyKey, false).toBool();
+}
+
+void Settings::setSettledOnly(bool settledOnly)
+{
+    m_file->setValue(settledOnlyKey, settledOnly);
     write();
 }
 

@@ -21,6 +21,7 @@ class QSettings;
 /// | lastSelectedValue | whole number      | none    |
 /// | defaultValue/TAG  | text "selected"   | none    |
 /// | windowGeometry    | Qt's own bytes    | none    |
+/// | settledOnly       | true or false     | false   |
 class Settings : public QObject
 {
     Q_OBJECT
@@ -42,6 +43,10 @@ public:
     /// Size and place of the window; empty before the first change, unusable bytes do no harm.
     QByteArray windowGeometry() const;
     void setWindowGeometry(const QByteArray &geometry);
+
+    /// Whether only settled weights leave the program; not one of the options above.
+    bool settledOnly() const;
+    void setSettledOnly(bool settledOnly);
 
     /// What is wrong with the file or its folder, in words for the user; empty if nothing.
     const QString &trouble() const { return m_currentTrouble; }

@@ -232,11 +232,16 @@ void BrowserLink::countFields(const BrowserClient *client, std::uint32_t page,
     const qsizetype place = placeOfReading(client, page);
     if (place < 0)
         return;
+    QSet<QString> &written = m_pageReadings[place].writtenFields;
+    const qsizetype writtenBefore = written.size();
     for (qsizetype index = 0; index < results.size(); ++index) {
         const QString &text = texts.at(index);
         if (results.at(index) && isAssignment(text))
-            m_pageReadings[place].writtenFields.insert(text.left(text.indexOf(assignmentMark)));
+            written.insert(text.left(text.indexOf(assignmentMark)));
     }
+    const std::optional<BrowserPage> &current = client->currentPage();
+    if (written.size() > writtenBefore && current && current->id == page)
+        emit pageWritten(carrierName(current->host));
     // A page that was silent gets its next reading from now on.
     m_readingFade.start();
 }

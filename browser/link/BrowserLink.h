@@ -36,6 +36,8 @@ public:
 
 signals:
     void statusTextChanged(const QString &text);
+    /// Some field of the page in front was written. @param carrier the page's, as a person names it
+    void pageWritten(const QString &carrier);
 
 private:
     friend class LinkedApplication;

@@ -6,9 +6,6 @@
 #include <array>
 #include <utility>
 
-namespace {
-
-/// The carrier that a host belongs to, or the host itself.
 QString carrierName(const QString &host)
 {
     static const std::array<std::pair<QLatin1String, QLatin1String>, 3> carriers = {{
@@ -22,8 +19,6 @@ QString carrierName(const QString &host)
     }
     return host;
 }
-
-} // namespace
 
 QString BrowserSituation::text() const
 {

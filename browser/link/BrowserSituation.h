@@ -5,6 +5,9 @@
 
 #include <QString>
 
+/// The carrier that a host belongs to, or the host itself.
+QString carrierName(const QString &host);
+
 /// How it stands between the program and the browser, for the status area.
 struct BrowserSituation
 {

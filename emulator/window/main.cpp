@@ -4,8 +4,26 @@
 #include "emulator/window/ControlWindow.h"
 
 #include <QApplication>
+#include <QScreen>
 #include <cstdio>
 #include <exception>
+
+namespace {
+
+/// The program's window as designed, with its frame; the demonstration has it in the left upper
+/// corner.
+constexpr QSize programWindow(912, 460);
+
+/// Right of it; under it where the screen is too narrow.
+QPoint placeBesideProgram(QSize own)
+{
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    if (programWindow.width() + own.width() <= screen.width())
+        return screen.topLeft() + QPoint(programWindow.width(), 0);
+    return screen.topLeft() + QPoint(0, programWindow.height());
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -16,6 +34,8 @@ int main(int argc, char *argv[])
     }
     try {
         ControlWindow window(argv[1]);
+        window.adjustSize();
+        window.move(placeBesideProgram(window.sizeHint()));
         window.show();
         return QApplication::exec();
     } catch (const std::exception &problem) {

@@ -17,10 +17,29 @@ private slots:
                                    .words = QStringLiteral("minus 1.234 kilograms"),
                                    .shown = ShownWeight{-1.234, QStringLiteral("kg")},
                                    .grams = -1234,
-                                   .model = QStringLiteral("KV-A100")};
+                                   .model = QStringLiteral("KV-A100"),
+                                   .settled = false,
+                                   .age = 2.5,
+                                   .advice = QStringLiteral("press Tare"),
+                                   .exported = QStringLiteral("1.234"),
+                                   .exportUnit = QStringLiteral("kg"),
+                                   .leaves = QStringLiteral("leaves as 1.234 kg")};
         QCOMPARE(QJsonDocument(report.toJson()).toJson(QJsonDocument::Compact),
-                 R"({"grams":-1234,"model":"KV-A100","sign":"-","state":"weight",)"
+                 R"({"advice":"press Tare","age":2.5,"export":"1.234","exportUnit":"kg",)"
+                 R"("grams":-1234,"leaves":"leaves as 1.234 kg","model":"KV-A100",)"
+                 R"("settled":false,"settledSince":null,"sign":"-","state":"weight",)"
                  R"("text":"minus 1.234 kilograms","unit":"kg","weight":-1.234})");
+        QCOMPARE(ReadingReport::fromJson(report.toJson()), report);
+    }
+
+    void aSettledReadingAsJson()
+    {
+        ReadingReport report;
+        report.settled = true;
+        report.settledSince = QStringLiteral("2026-11-21T10:42:13+01:00");
+        QCOMPARE(report.toJson().value(QLatin1String("settled")), QJsonValue(true));
+        QCOMPARE(report.toJson().value(QLatin1String("settledSince")).toString(),
+                 report.settledSince);
         QCOMPARE(ReadingReport::fromJson(report.toJson()), report);
     }
 
@@ -28,7 +47,9 @@ private slots:
     {
         const ReadingReport report = ReadingReport::of(ReportState::NoScale);
         QCOMPARE(QJsonDocument(report.toJson()).toJson(QJsonDocument::Compact),
-                 R"({"grams":null,"model":null,"sign":null,"state":"no-scale",)"
+                 R"({"advice":null,"age":null,"export":null,"exportUnit":null,"grams":null,)"
+                 R"("leaves":null,"model":null,"settled":null,"settledSince":null,"sign":null,)"
+                 R"("state":"no-scale",)"
                  R"("text":"No scale connected","unit":null,"weight":null})");
         QCOMPARE(ReadingReport::fromJson(report.toJson()), report);
     }

@@ -157,7 +157,8 @@ private slots:
         const QColor background = delegate.boxContainer->palette().color(QPalette::Window);
         const QList<QWidget *> texts = {delegate.lblModel,      delegate.connectionStatuslbl,
                                         delegate.ozLBL,         delegate.lbLBL,
-                                        delegate.exportCaption, delegate.rg1,
+                                        delegate.exportCaption, delegate.settledLbl,
+                                        delegate.leavesLbl,     delegate.rg1,
                                         delegate.rg2,           delegate.rg3,
                                         delegate.rg4,           delegate.rg5,
                                         delegate.rg6,           delegate.rg7};

@@ -4,6 +4,9 @@
 
 import html
 
+# A page that has a button to continue sends this along with its fields.
+SUBMITTED = "submitted"
+
 ROWS = ("02", "05", "08", "11", "14")
 ROWS_OF_TWO_BOXES = ("02", "05", "08")
 
@@ -179,9 +182,12 @@ _BODIES = {
 
 def page(path, query):
     """The document, None if there is no such page. `title` in the query names its window, `record`
-    a field: the page keeps the time and the text of each input into it."""
+    a field: the page keeps the time and the text of each input into it. With `continue` there is a
+    button that sends the form, and that brings the same page once more."""
     make_body = _BODIES.get(path)
     if make_body is None:
         return None
     body = make_body(query) + (_RECORDER if "record" in query else "")
+    if "continue" in query or SUBMITTED in query:
+        body += f'<button name="{SUBMITTED}">Continue</button>'
     return _document(query.get("title", [path])[0], body)

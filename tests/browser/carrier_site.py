@@ -3,6 +3,7 @@
 """The carriers' hosts on this machine: a proxy that takes every connection to them itself."""
 
 import http.server
+import queue
 import ssl
 import subprocess
 import threading
@@ -27,6 +28,7 @@ class CarrierSite:
         self._open = threading.Event()
         self._open.set()
         self._waiting = threading.Semaphore(0)
+        self._submitted = queue.Queue()
         self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), self._handler())
         self._server.daemon_threads = True
         self.port = self._server.server_port
@@ -48,6 +50,13 @@ class CarrierSite:
     def wait_for_slow_page(self, timeout):
         """Until a browser waits for one."""
         return self._waiting.acquire(timeout=timeout)
+
+    def next_submitted(self, timeout):
+        """Values by field name, as the server received them."""
+        return self._submitted.get(timeout=timeout)
+
+    def has_more_submitted(self):
+        return not self._submitted.empty()
 
     def _handler(site):
         class Handler(http.server.BaseHTTPRequestHandler):
@@ -72,6 +81,8 @@ class CarrierSite:
                 if document is None:
                     self.send_error(404)
                     return
+                if carrier_pages.SUBMITTED in query:
+                    site._submitted.put({name: values[0] for name, values in query.items()})
                 if "slow" in query:
                     site._waiting.release()
                     site._open.wait()

@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: MIT
 """--print, on which scripts rely."""
 
+import datetime
+
 import harness
 from command_line import CommandLineTest
 from waiting import wait_until
@@ -18,7 +20,9 @@ class PrintFromScaleTest(CommandLineTest):
         self.assertEqual(result.status, 0)
         self.assertEqual(result.report, {
             "state": "weight", "weight": 1234, "unit": "g", "sign": "+", "grams": 1234,
-            "text": "1234 grams", "model": "KV-A100"})
+            "text": "1234 grams", "model": "KV-A100", "settled": False, "settledSince": None,
+            "age": None, "advice": None, "export": "0", "exportUnit": "lb",
+            "leaves": "leaves as 0: choose a unit"})
 
     def test_the_other_type_of_scale(self):
         result = self.run_with_scale("--print", "--json",
@@ -45,7 +49,8 @@ class PrintFromScaleTest(CommandLineTest):
         self.assertEqual(result.status, 1)
         self.assertEqual(result.report, {
             "state": "no-scale", "weight": None, "unit": None, "sign": None, "grams": None,
-            "text": "No scale connected", "model": None})
+            "text": "No scale connected", "model": None, "settled": None, "settledSince": None,
+            "age": None, "advice": None, "export": None, "exportUnit": None, "leaves": None})
 
     def test_another_device_of_the_maker_is_no_scale(self):
         result = self.run_with_scale("--print", scale=["--unplugged"], prepare=["plug stranger"])
@@ -109,6 +114,7 @@ class PrintFromWindowTest(CommandLineTest):
         program.wait_for_reading("minus 40 grams")
         report = self.run_program("--print", "--json").report
         self.assertEqual((report["weight"], report["sign"], report["grams"]), (-40, "-", -40))
+        self.assertEqual((report["advice"], report["settled"]), ("press Tare", False))
 
     def test_a_held_reading(self):
         program = self.start("--weight", "1234")
@@ -119,6 +125,19 @@ class PrintFromWindowTest(CommandLineTest):
         result = self.run_program("--print", "--json")
         self.assertEqual(result.status, 0)
         self.assertEqual((result.report["state"], result.report["weight"]), ("hold", 1234))
+        wait_until(lambda: (self.run_program("--print", "--json").report["age"] or 0) > 1,
+                   "a held reading that grows old")
+
+    def test_a_settled_reading(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.window.click("rg5")
+        wait_until(lambda: self.run_program("--print", "--json").report["settled"], "settled")
+        report = self.run_program("--print", "--json").report
+        self.assertLess(datetime.datetime.fromisoformat(report["settledSince"]),
+                        datetime.datetime.now(datetime.timezone.utc))
+        self.assertEqual((report["export"], report["exportUnit"], report["leaves"]),
+                         ("1.234", "kg", "leaves as 1.234 kg"))
 
     def test_not_readable(self):
         program = self.start("--weight", "1234")

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// What leaves the program, and what is said of it.
+
+#include "app/PostalScaleAppDelegate.h"
+
+namespace {
+
+std::optional<Destination> destinationOf(int carrierNumber)
+{
+    switch (carrierNumber) {
+    case carrier::usps: return Destination::Usps;
+    case carrier::ups: return Destination::Ups;
+    case carrier::fedex: return Destination::Fedex;
+    default: return {};
+    }
+}
+
+} // namespace
+
+void PostalScaleAppDelegate::takeReport(const WeightReport &report, ReadOutcome outcome)
+{
+    m_parcel.takeReport(report, outcome);
+}
+
+void PostalScaleAppDelegate::copyToClipboard(const QString &text)
+{
+    if (m_parcel.lets(Destination::Clipboard) && m_clipboard.copy(text))
+        m_parcel.noteCopied();
+}
+
+void PostalScaleAppDelegate::Autofill(int carrier)
+{
+    const auto destination = destinationOf(carrier);
+    if (destination && !m_parcel.lets(*destination))
+        return;
+    // First: a page that is asked something tells at once what it has taken.
+    m_parcel.noteFill();
+    m_carrierPages.Autofill(carrier);
+}
+
+void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
+{
+    m_parcel.notePageFilled(carrier);
+    showNotes();
+}
+
+void PostalScaleAppDelegate::showNotes()
+{
+    m_noteLabels.show(m_parcel.notes());
+    m_recentWeightsMenu.show(m_parcel.recentWeights().all());
+}

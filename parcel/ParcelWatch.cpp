@@ -1,0 +1,170 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "parcel/ParcelWatch.h"
+
+#include "base/NumberText.h"
+#include "export/ExportState.h"
+#include "lcd/Panel.h"
+#include "scale/HIDManager.h"
+#include "scale/ScaleSession.h"
+
+#include <QLabel>
+
+ParcelWatch::ParcelWatch(const Surroundings &surroundings)
+    : m_around(surroundings)
+{
+}
+
+void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
+{
+    m_leaves = false;
+    m_isCopied = false;
+    m_isRead = true;
+    noticeChoices();
+    if (outcome == ReadOutcome::Failed) {
+        m_pan = PanReading::Missed;
+        m_weight.missReport();
+        return;
+    }
+    m_pan = panReading(report);
+    m_grams = weighedGrams(report, m_around.link.currentScale(),
+                           capacityOf(m_around.session.selectedModelName()));
+    const bool isWeighed = m_pan != PanReading::PanLifted && !isHolding();
+    if (isWeighed || !m_sinceWeighed.isValid())
+        m_sinceWeighed.start();
+    // The request rides on the next poll; what comes with it was weighed before.
+    if ((m_around.link.scaleCommand() & powerOffBit) != 0)
+        m_weight.loseScale();
+    m_leaves = m_weight.take(report) == SettledWeight::Leaves::Yes;
+    if (m_leaves)
+        m_settledSince = QDateTime::currentDateTime();
+}
+
+void ParcelWatch::noticeChoices()
+{
+    const ExportState &state = m_around.state;
+    const Choice choice{.unitTag = m_around.session.selectedRadioButtonIndex(),
+                        .pointUnit = m_around.link.dotunit(),
+                        .model = m_around.session.selectedModelName(),
+                        .roundsUp = m_around.link.SetRound()};
+    const Places places{.clipboard = state.SetClip(),
+                        .usps = state.SendtoUSPS == 1,
+                        .ups = state.SendtoUPS == 1,
+                        .fedex = state.SendtoFedex == 1};
+    // Whoever chooses a destination wants the parcel on the pan to go there.
+    if (choice != m_choice || places.hasMoreThan(m_places))
+        m_weight.changeUnit();
+    m_choice = choice;
+    m_places = places;
+    if (isHolding() != m_wasHolding)
+        m_weight.changeHold();
+    m_wasHolding = isHolding();
+}
+
+bool ParcelWatch::Places::hasMoreThan(const Places &before) const
+{
+    return (clipboard && !before.clipboard) || (usps && !before.usps) || (ups && !before.ups) ||
+           (fedex && !before.fedex);
+}
+
+bool ParcelWatch::isHolding() const
+{
+    return (m_around.link.scaleCommand() & holdReleasedBit) == 0;
+}
+
+void ParcelWatch::loseScale()
+{
+    m_weight.loseScale();
+    m_leaves = false;
+    m_isRead = false;
+    m_pan = PanReading::None;
+    m_sinceWeighed.invalidate();
+}
+
+LeavingTexts ParcelWatch::texts() const
+{
+    return {.exported = m_around.exportLabel.text(),
+            .form = exportForm(m_around.session.selectedRadioButtonIndex()),
+            .pounds = m_around.link.sWebDataLB(),
+            .ounces = m_around.link.sWebDataOZ(),
+            .grams = m_around.link.sWebDataBasic()};
+}
+
+bool ParcelWatch::lets(Destination destination) const
+{
+    return !m_settledOnly || (m_leaves && textsTell(destination, texts(), m_grams));
+}
+
+void ParcelWatch::noteCopied()
+{
+    m_isCopied = true;
+}
+
+void ParcelWatch::noteFill()
+{
+    m_fillIsOfLatest = hasPresentParcel();
+}
+
+void ParcelWatch::notePageFilled(const QString &carrier)
+{
+    if (m_fillIsOfLatest)
+        m_recent.addPlace(QStringLiteral("%1 page").arg(carrier));
+}
+
+void ParcelWatch::endReport()
+{
+    if (!m_leaves)
+        return;
+    m_fillIsOfLatest = false;
+    const auto parcel = presentParcel();
+    m_isRemembered = parcel.has_value();
+    if (parcel)
+        m_recent.add(*parcel);
+}
+
+bool ParcelWatch::hasPresentParcel() const
+{
+    return m_isRemembered && m_weight.state() == SettledWeight::State::Settled;
+}
+
+std::optional<RecentWeight> ParcelWatch::presentParcel() const
+{
+    RecentWeight parcel{.text = {}, .unit = {}, .time = m_settledSince, .places = {}};
+    const LeavingTexts leaving = texts();
+    if (exportTells(leaving, m_grams)) {
+        parcel.text = leaving.exported;
+        parcel.unit = exportUnit(leaving.form);
+    } else if (const auto shown = shownWeight(m_around.panel.contents())) {
+        // Nobody who clicks it wants the 0 that the export makes of it.
+        parcel.text = floatText(static_cast<float>(shown->weight));
+        parcel.unit = shown->unit;
+    } else {
+        return {};
+    }
+    if (m_isCopied)
+        parcel.places.append(QStringLiteral("clipboard"));
+    return parcel;
+}
+
+ReadingNotes ParcelWatch::notes() const
+{
+    ReadingNotes notes;
+    notes.isConnected = m_around.session.isDeviceConnected && m_isRead;
+    notes.pan = m_pan;
+    notes.state = m_weight.state();
+    notes.settledSince = m_settledSince;
+    if (m_sinceWeighed.isValid())
+        notes.age = std::chrono::milliseconds(m_sinceWeighed.elapsed());
+    notes.settledOnly = m_settledOnly;
+    notes.leaving = {.texts = texts(),
+                     .grams = m_grams,
+                     .shown = shownWeight(m_around.panel.contents()),
+                     .toClipboard = m_places.clipboard,
+                     .toUsps = m_places.usps,
+                     .toUps = m_places.ups,
+                     .toFedex = m_places.fedex};
+    if (hasPresentParcel())
+        notes.places = m_recent.all().constFirst().places;
+    return notes;
+}

@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "parcel/ReadingNotes.h"
+#include "parcel/RecentWeights.h"
+#include "parcel/SettledWeight.h"
+#include "scale/ScaleDelegate.h"
+
+#include <QElapsedTimer>
+#include <optional>
+
+class ExportState;
+class HIDManager;
+class Panel;
+class QLabel;
+class ScaleSession;
+
+/// Stands between the readings and what leaves of them: it feeds the rule with what the window and
+/// the link know, and says of each destination whether the present reading's texts may go there.
+/// Nothing here wakes the program up: time is looked at when there is a reading, or somebody asks.
+class ParcelWatch
+{
+public:
+    /// All must outlive the object.
+    struct Surroundings
+    {
+        const HIDManager &link;
+        const ScaleSession &session;
+        const ExportState &state;
+        const Panel &panel;
+        const QLabel &exportLabel;
+    };
+    explicit ParcelWatch(const Surroundings &surroundings);
+
+    /// Whether what has not settled stays here.
+    void setSettledOnly(bool settledOnly) { m_settledOnly = settledOnly; }
+
+    /// In each reading, before its texts leave.
+    void takeReport(const WeightReport &report, ReadOutcome outcome);
+    /// The scale was unplugged, or another one was plugged in.
+    void loseScale();
+
+    /// Always, unless only settled weights leave. For the texts of the reading under way.
+    bool lets(Destination destination) const;
+
+    /// What the present reading's texts were put onto, or are being put into.
+    void noteCopied();
+    void noteFill();
+    /// A page has taken what it was last filled with. @param carrier as a person names it
+    void notePageFilled(const QString &carrier);
+    /// Once the texts of the reading are made; a parcel that has just settled is remembered.
+    void endReport();
+
+    const RecentWeights &recentWeights() const { return m_recent; }
+    ReadingNotes notes() const;
+
+private:
+    /// All that decides on the texts of a report, apart from the report.
+    struct Choice
+    {
+        int unitTag = 0;
+        int pointUnit = 0;
+        QString model;
+        bool roundsUp = false;
+
+        bool operator==(const Choice &) const = default;
+    };
+    struct Places
+    {
+        bool clipboard = false;
+        bool usps = false;
+        bool ups = false;
+        bool fedex = false;
+
+        bool hasMoreThan(const Places &before) const;
+    };
+
+    void noticeChoices();
+    bool isHolding() const;
+    LeavingTexts texts() const;
+    std::optional<RecentWeight> presentParcel() const;
+    /// The newest of the recent weights lies on the pan.
+    bool hasPresentParcel() const;
+
+    Surroundings m_around;
+    SettledWeight m_weight;
+    RecentWeights m_recent;
+    bool m_settledOnly = false;
+
+    Choice m_choice;
+    Places m_places;
+    bool m_wasHolding = false;
+
+    bool m_leaves = false;         ///< the present reading has just settled
+    bool m_isCopied = false;       ///< the present reading's text is on the clipboard
+    bool m_isRemembered = false;   ///< the weight that settled last
+    bool m_fillIsOfLatest = false; ///< what pages were last filled with is the newest parcel
+    bool m_isRead = false;         ///< since the scale was plugged in
+    PanReading m_pan = PanReading::None;
+    double m_grams = 0;
+    QDateTime m_settledSince;
+    QElapsedTimer m_sinceWeighed;
+};

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "parcel/ReadingNotes.h"
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto freshFor = 1000ms;
+
+QString panWords(const ReadingNotes &notes)
+{
+    switch (notes.pan) {
+    case PanReading::None: break;
+    case PanReading::Weight:
+        return notes.isSettled() ? QStringLiteral("Settled since ") +
+                                       notes.settledSince.toString(QStringLiteral("HH:mm:ss"))
+                                 : QStringLiteral("Settling");
+    case PanReading::Zero: return QStringLiteral("At zero");
+    case PanReading::BelowZero: return QStringLiteral("Below zero: ") + notes.advice();
+    case PanReading::PanLifted: return QStringLiteral("Pan lifted");
+    case PanReading::Missed: return QStringLiteral("No reading");
+    }
+    return {};
+}
+
+/// With the option on.
+QString gatedWords(const ReadingNotes &notes)
+{
+    if (notes.pan != PanReading::Weight)
+        return QStringLiteral("leaves when a weight has settled");
+    if (!exportTells(notes.leaving.texts, notes.leaving.grams) && notes.places.isEmpty())
+        return QStringLiteral("does not leave: choose a unit");
+    if (notes.state == SettledWeight::State::Settling) {
+        const QString words = leavingWords(notes.leaving);
+        return words.isEmpty() ? QStringLiteral("leaves when it has settled")
+                               : words + QStringLiteral(", when it has settled");
+    }
+    if (notes.places.isEmpty())
+        return QStringLiteral("nothing has taken it; File, Recent weights keeps it");
+    return QStringLiteral("has left as %1 %2: %3")
+        .arg(notes.leaving.texts.exported, exportUnit(notes.leaving.texts.form),
+             notes.places.join(QStringLiteral(", ")));
+}
+
+} // namespace
+
+PanReading panReading(const WeightReport &report)
+{
+    using namespace reportstatus;
+    if (isWeight(report))
+        return PanReading::Weight;
+    const bool isNegative = (report.status & negativeBit) != 0;
+    const bool isZero = report.low == 0 && report.high == 0;
+    switch (report.status & ~negativeBit) {
+    case metric:
+    case ounces:
+    case poundsOuncesA:
+    case poundsOuncesB:
+    case binaryKilograms:
+    case binaryPounds:
+    case binaryPoundsOunces:
+        return isNegative && !isZero ? PanReading::BelowZero : PanReading::Zero;
+    case underLoad:
+    case binaryUnderLoad: return PanReading::PanLifted;
+    default: return PanReading::None;
+    }
+}
+
+bool ReadingNotes::isOld() const
+{
+    return isConnected && pan != PanReading::None && age > freshFor;
+}
+
+QString ReadingNotes::advice() const
+{
+    return isConnected && pan == PanReading::BelowZero ? QStringLiteral("press Tare") : QString();
+}
+
+QString ReadingNotes::standing() const
+{
+    if (!isConnected)
+        return {};
+    const QString words = panWords(*this);
+    if (isOld() && pan == PanReading::Missed)
+        return QStringLiteral("%1 for %2").arg(words, durationWords(age));
+    return isOld() ? QStringLiteral("%1 \u00b7 %2 old").arg(words, durationWords(age)) : words;
+}
+
+QString ReadingNotes::leaves() const
+{
+    if (!isConnected)
+        return {};
+    return settledOnly && leaving.goesSomewhere() ? gatedWords(*this) : leavingWords(leaving);
+}
+
+QString ReadingNotes::exportCaption() const
+{
+    const QString caption = QStringLiteral("Export");
+    return isConnected && !leaving.texts.exported.isEmpty()
+               ? caption + QStringLiteral(", ") + exportUnit(leaving.texts.form)
+               : caption;
+}
+
+QString durationWords(std::chrono::milliseconds time)
+{
+    using namespace std::chrono;
+    if (time < 1min)
+        return QStringLiteral("%1 s").arg(duration_cast<seconds>(time).count());
+    if (time < 1h)
+        return QStringLiteral("%1 min").arg(duration_cast<minutes>(time).count());
+    return QStringLiteral("%1 h").arg(duration_cast<hours>(time).count());
+}

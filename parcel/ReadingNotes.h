@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "parcel/LeavingTexts.h"
+#include "parcel/SettledWeight.h"
+
+#include <QDateTime>
+#include <QStringList>
+#include <chrono>
+
+/// What the latest poll brought.
+enum class PanReading {
+    None, ///< nothing of a weight: no scale, switched off, overload
+    Weight,
+    Zero,
+    BelowZero,
+    PanLifted, ///< the panel goes on showing what it showed before
+    Missed,    ///< no report
+};
+
+PanReading panReading(const WeightReport &report);
+
+/// What can be said of the latest reading beside the number itself.
+struct ReadingNotes
+{
+    bool isConnected = false; ///< and has been read since
+    PanReading pan = PanReading::None;
+    SettledWeight::State state = SettledWeight::State::Empty;
+    QDateTime settledSince;          ///< of a settled weight
+    std::chrono::milliseconds age{}; ///< since the pan was weighed, other than for a held weight
+
+    bool settledOnly = false;
+    LeavingSituation leaving;
+    QStringList places; ///< to which the settled weight has gone
+
+    bool isSettled() const { return isConnected && state == SettledWeight::State::Settled; }
+    /// Older than a second, and thus worth a word.
+    bool isOld() const;
+    /// What is to be done about the reading; empty where it is as it should be.
+    QString advice() const;
+
+    /// Whether the reading is settled, how old it is, what to do about it. One line, may be empty.
+    QString standing() const;
+    /// What clipboard and fields get. One line, empty where the panel says it already.
+    QString leaves() const;
+    /// What stands before the export value.
+    QString exportCaption() const;
+
+    bool operator==(const ReadingNotes &) const = default;
+};
+
+/// "5 s", "3 min", "2 h".
+QString durationWords(std::chrono::milliseconds time);

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "parcel/SettledWeight.h"
+
+namespace {
+
+bool isOverload(const WeightReport &report)
+{
+    const int code = report.status & ~reportstatus::negativeBit;
+    return code == reportstatus::overload || code == reportstatus::binaryOverload;
+}
+
+} // namespace
+
+bool isWeight(const WeightReport &report)
+{
+    using namespace reportstatus;
+    switch (report.status) {
+    case metric:
+    case ounces:
+    case poundsOuncesA:
+    case poundsOuncesB:
+    case binaryKilograms:
+    case binaryPounds:
+    case binaryPoundsOunces: return report.low != 0 || report.high != 0;
+    default: return false;
+    }
+}
+
+SettledWeight::Leaves SettledWeight::take(const WeightReport &report)
+{
+    if (report != m_latest) {
+        m_latest = report;
+        m_equalReports = 0;
+        m_hasLeft = false;
+    }
+    if (!isWeight(report)) {
+        m_equalReports = 0;
+        m_state = isOverload(report) ? State::Settling : State::Empty;
+        return Leaves::No;
+    }
+    if (m_equalReports < settledReports)
+        ++m_equalReports;
+    m_state = m_equalReports < settledReports ? State::Settling : State::Settled;
+    if (m_state != State::Settled || m_hasLeft)
+        return Leaves::No;
+    m_hasLeft = true;
+    return Leaves::Yes;
+}
+
+void SettledWeight::missReport()
+{
+    startAnew();
+}
+
+void SettledWeight::changeUnit()
+{
+    startAnew();
+    m_hasLeft = false;
+}
+
+void SettledWeight::changeHold()
+{
+    startAnew();
+}
+
+void SettledWeight::loseScale()
+{
+    *this = {};
+}
+
+void SettledWeight::startAnew()
+{
+    m_equalReports = 0;
+    if (m_state == State::Settled)
+        m_state = State::Settling;
+}

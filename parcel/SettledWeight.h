@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "scale/WeightDecoder.h"
+
+/// One parcel, one weight: watches what the scale reports, and says at which report the parcel's
+/// weight is to leave the program. It leaves once, when it has settled, and again only when
+/// another weight has settled or when the unit was changed.
+class SettledWeight
+{
+public:
+    enum class State {
+        Empty,    ///< nothing is weighed: zero, below zero, off, or no scale
+        Settling, ///< something is on the pan, and its weight is not certain yet
+        Settled,
+    };
+    enum class Leaves : bool { No, Yes };
+
+    /// So many equal reports in a row are a settled weight.
+    static constexpr int settledReports = 3;
+
+    /// A report that was read.
+    Leaves take(const WeightReport &report);
+    /// A poll without a report tells nothing of the pan: what lies there is looked at anew, but
+    /// what has left does not leave again.
+    void missReport();
+
+    /// What lies on the pan settles anew and leaves anew, in whatever unit it is reported then.
+    void changeUnit();
+    /// Reports of a held weight do not count together with those of the pan, at either end. What
+    /// has left does not leave again.
+    void changeHold();
+    /// Unplugged or switched off.
+    void loseScale();
+
+    State state() const { return m_state; }
+
+private:
+    void startAnew();
+
+    State m_state = State::Empty;
+    WeightReport m_latest;
+    int m_equalReports = 0;
+    bool m_hasLeft = false; ///< the latest report's weight has
+};
+
+/// Above zero and certain, whatever the unit.
+bool isWeight(const WeightReport &report);
