@@ -172,6 +172,54 @@ private slots:
         QVERIFY(scale.interface.connectionTrouble.isEmpty());
     }
 
+    /// The link goes by the latest attempt, although the scale opened before would still answer.
+    void failedOpenTakesTheFormerHandlesPlace()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.hidapi.openFails = true;
+        fakeudev::announce(scaleDevice, "add");
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected + toldConnected);
+        QCOMPARE(scale.hidapi.openHandles, 1);
+        scale.log.lines().clear();
+        scale.link.set_Unit(1);
+        scale.link.get_device_rawdata();
+        QVERIFY(scale.hidapi.sent.empty());
+        QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
+                 (QStringList{"io: Unable to read()", "io: Unable to read command()",
+                              "io: Unable to read()"}));
+    }
+
+    /// What is known of the scale and of the chosen unit outlives it.
+    void removalChangesNothingOfTheReadingsState()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.link.setUnitnumber(5);
+        scale.link.setDotunit(5);
+        scale.link.setLbOZlast(true);
+        scale.link.setSetRound(true);
+        scale.link.set_Unit(3);
+        scale.poll({0x8B, 0x34, 0x12}); // overload
+        scale.link.set_device_ON();
+        scale.link.setCurrentScale(1);
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QCOMPARE(scale.interface.calls.last(), QStringLiteral("clearAll"));
+        QVERIFY(scale.link.currentStatue());
+        QVERIFY(scale.link.OverloadFlag());
+        QVERIFY(scale.link.TurnON());
+        QVERIFY(!scale.link.TurnOff());
+        QVERIFY(scale.link.lbOZlast());
+        QVERIFY(scale.link.SetRound());
+        QCOMPARE(scale.link.currentScale(), 1);
+        QCOMPARE(scale.link.unitnumber(), 5);
+        QCOMPARE(scale.link.dotunit(), 5);
+        QCOMPARE(scale.link.unitindex(), 3);
+        QCOMPARE(scale.link.currentUnit(), 3);
+        QCOMPARE(scale.link.scaleCommand(), 0xDE);
+        QCOMPARE(scale.link.sWebDataBasic(), QStringLiteral("1234"));
+    }
+
     void droppedEventsAreMadeUpFor()
     {
         LinkedScale scale(LinkedScale::Scale::Present);

@@ -138,6 +138,46 @@ private slots:
         QVERIFY(scale.link.currentStatue());
     }
 
+    void displayOnAfterEveryStatus_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("before");
+        QTest::newRow("gram scale, off before") << 0 << false;
+        QTest::newRow("gram scale, on before") << 0 << true;
+        QTest::newRow("tenth-ounce scale, off before") << 1 << false;
+        QTest::newRow("tenth-ounce scale, on before") << 1 << true;
+    }
+
+    /// The gram scale is on by any report but "off", also by one whose status has no meaning.
+    void displayOnAfterEveryStatus()
+    {
+        QFETCH(int, type);
+        QFETCH(bool, before);
+        LinkedScale scale(LinkedScale::Scale::Present);
+        for (int status = 0; status <= 0xFF; ++status) {
+            const int code = status & 0x7F;
+            const bool isTenthOunceReading = code >= 8 && code <= 10;
+            scale.link.setCurrentScale(type);
+            scale.link.setCurrentStatue(before);
+            scale.poll({static_cast<std::uint8_t>(status), 0x00, 0x10});
+            QCOMPARE(scale.link.currentStatue(),
+                     code != 0 && (type == 0 || before || isTenthOunceReading));
+        }
+    }
+
+    /// It is the unit that was chosen last, whatever unit the scale reports.
+    void noReportMovesTheDecimalPointSelector()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        for (int status = 0; status <= 0xFF; ++status) {
+            for (int dotunit = 0; dotunit <= 6; ++dotunit) {
+                scale.link.setDotunit(dotunit);
+                scale.poll({static_cast<std::uint8_t>(status), 0x34, 0x12});
+                QCOMPARE(scale.link.dotunit(), dotunit);
+            }
+        }
+    }
+
     void previousExportTextLagsByOneReading()
     {
         LinkedScale scale(LinkedScale::Scale::Present);
