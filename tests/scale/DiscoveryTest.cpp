@@ -4,11 +4,31 @@
 #include "tests/support/LinkedScale.h"
 
 #include <QTest>
+#include <cerrno>
 
 namespace {
 
 const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
 const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
+
+/// Where devices are found and cannot be opened.
+class RefusingMachine : public SystemHidDevices
+{
+public:
+    std::unique_ptr<HidConnection> open(const QString &) override { return nullptr; }
+    QString lastError() const override { return QStringLiteral("out of order"); }
+    int accessError(const QString &) const override { return error; }
+
+    int error = 0;
+};
+
+class RefusedDelegate : public RecordingDelegate
+{
+public:
+    HidDevices &devices() override { return machine; }
+
+    RefusingMachine machine;
+};
 
 const QStringList attached{"DeviceAdded", "go forward", "our device"};
 const QStringList removed{"DeviceRemoved", "hid_device_removal_callback"};
@@ -170,6 +190,58 @@ private slots:
         fakeudev::unplug("hidraw0");
         scale.turn();
         QVERIFY(scale.interface.connectionTrouble.isEmpty());
+    }
+
+    void reasonsWhyAnOpenFailed_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("trouble");
+        const auto broken =
+            QStringLiteral("The scale at /dev/hidraw0 could not be opened: out of order");
+        QTest::newRow("the library's own") << 0 << broken;
+        QTest::newRow("the node is gone") << ENOENT << broken;
+        QTest::newRow("no permission")
+            << EACCES
+            << QStringLiteral("No permission to open the scale at /dev/hidraw0. Put this line into "
+                              "/etc/udev/rules.d/60-postal-scale.rules and plug the scale in "
+                              "again: ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
+                              "ATTRS{idVendor}==\"04d9\", ATTRS{idProduct}==\"8010\", "
+                              "TAG+=\"uaccess\"");
+    }
+
+    void reasonsWhyAnOpenFailed()
+    {
+        QFETCH(int, error);
+        QFETCH(QString, trouble);
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::place(scaleDevice);
+        LogCapture log;
+        RefusedDelegate interface;
+        interface.machine.error = error;
+        HIDManager link;
+        link.get_device_handle();
+        LinkedScale::turn();
+        QCOMPARE(interface.connectionTrouble, trouble);
+        QCOMPARE(log.lines(), (QStringList{"DeviceAdded", "go forward", trouble, "our device"}));
+    }
+
+    void theReasonStandsForAsLongAsTheScaleDoes()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        scale.hidapi.openFails = true;
+        fakeudev::plug(scaleDevice);
+        fakeudev::plug(mouse);
+        scale.turn();
+        const QString trouble = scale.interface.connectionTrouble;
+        QVERIFY(trouble.startsWith(QStringLiteral("The scale at /dev/hidraw0")));
+        fakeudev::unplug("hidraw7");
+        scale.turn();
+        QCOMPARE(scale.interface.connectionTrouble, trouble);
+        scale.hidapi.openFails = false;
+        fakeudev::announce(scaleDevice, "add");
+        scale.turn();
+        QCOMPARE(scale.interface.connectionTrouble, QString());
     }
 
     /// The link goes by the latest attempt, although the scale opened before would still answer.

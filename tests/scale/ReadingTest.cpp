@@ -223,6 +223,16 @@ private slots:
         QCOMPARE(scale.interface.label, QStringLiteral("0"));
     }
 
+    void nothingSentAndNothingReadIsNoFailure()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.hidapi.sentBytes = 0;
+        scale.log.lines().clear();
+        scale.poll({});
+        QCOMPARE(scale.log.lines(),
+                 (QStringList{"W Value for Scale 0 is 0 ", "Basic weight is 0", "LCD off"}));
+    }
+
     void pollsCarryTheCommandByte()
     {
         LinkedScale scale(LinkedScale::Scale::Present);
@@ -248,6 +258,30 @@ private slots:
         QCOMPARE(scale.log.lines(), (QStringList{"io: buf[0]: 1", "io: buf[1]: 52",
                                                  "io: buf[2]: 18", "W Value for Scale 0 is 1234 ",
                                                  "Basic weight is 1234", "wgm value is-->1234"}));
+    }
+
+    void theTwoDecimalsOfKilogramsAreLogged_data()
+    {
+        QTest::addColumn<int>("tag");
+        QTest::addColumn<bool>("round");
+        QTest::addColumn<QStringList>("lines");
+        QTest::newRow("kilograms") << 5 << false << QStringList{"kg value is 1.25"};
+        QTest::newRow("grams") << 0 << false << QStringList{"kg value is 1.25"};
+        QTest::newRow("kilograms, rounded up") << 5 << true << QStringList();
+        QTest::newRow("decimal pounds") << 4 << false << QStringList();
+    }
+
+    void theTwoDecimalsOfKilogramsAreLogged()
+    {
+        QFETCH(int, tag);
+        QFETCH(bool, round);
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.interface.radioButtonIndex = tag;
+        scale.link.setSetRound(round);
+        scale.link.setCurrentScale(1);
+        scale.log.lines().clear();
+        scale.poll({0x08, 0xA7, 0x01});
+        QTEST(scale.log.lines().filter(QStringLiteral("kg value")), "lines");
     }
 
     /// One report in 251, and every status with weights at the edges, through the real link, in a
