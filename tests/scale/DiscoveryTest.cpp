@@ -262,6 +262,30 @@ private slots:
                               "io: Unable to read()"}));
     }
 
+    void aHandleIsClosedOnce()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.link.closeHandle();
+        QCOMPARE(scale.hidapi.openHandles, 0);
+        scale.link.closeHandle();
+        scale.hidapi.reports.push_back({0x01, 0x34, 0x12});
+        scale.log.lines().clear();
+        scale.link.set_Unit(1);
+        scale.link.get_device_rawdata();
+        QVERIFY(scale.hidapi.sent.empty());
+        QCOMPARE(scale.hidapi.misuses, 0);
+        QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
+                 (QStringList{"io: Unable to read()", "io: Unable to read command()",
+                              "io: Unable to read()"}));
+    }
+
+    void withoutAHandleThereIsNothingToClose()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        scale.link.closeHandle();
+        QCOMPARE(scale.hidapi.misuses, 0);
+    }
+
     /// What is known of the scale and of the chosen unit outlives it.
     void removalChangesNothingOfTheReadingsState()
     {
