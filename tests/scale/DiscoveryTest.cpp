@@ -106,6 +106,9 @@ private slots:
         scale.turn();
         QCOMPARE(scale.interface.calls, toldGone);
         QCOMPARE(scale.hidapi.openHandles, 1); // the scale itself is still there
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QCOMPARE(scale.hidapi.openHandles, 0);
     }
 
     void strangerOfTheSameVendorGetsANullHandle()
@@ -277,6 +280,20 @@ private slots:
         QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
                  (QStringList{"io: Unable to read()", "io: Unable to read command()",
                               "io: Unable to read()"}));
+    }
+
+    /// Or every replugging would leave one behind.
+    void theLibraryForgetsTheHandlesOfVanishedDevicesOnly()
+    {
+        FakeHidapi::reset();
+        SystemHidDevices machine;
+        HidLibrary library(machine, [] {});
+        const std::weak_ptr gone = library.open("/dev/hidraw0", "/sys/one");
+        const std::weak_ptr kept = library.open("/dev/hidraw1", "/sys/other");
+        library.deviceRemoved("/sys/one");
+        QVERIFY(gone.expired());
+        QVERIFY(!kept.expired());
+        QCOMPARE(FakeHidapi::instance().openHandles, 1);
     }
 
     void withoutAHandleThereIsNothingToClose()
