@@ -88,6 +88,20 @@ private slots:
         QCOMPARE(app.delegate.numeratorImg->imageName(), QStringLiteral("5.bmp"));
     }
 
+    /// Their last digit stands in the fraction's place, and outlives a reading that has none.
+    void picturesOfDecimalPounds()
+    {
+        LaunchedApplication app(Scale::Absent);
+        app.link.setCurrentUnit(4);
+        app.link.setUnitnumber(4);
+        for (const int value : {10512, 10500}) {
+            app.delegate.Draw5Digit(value);
+            QVERIFY(!app.delegate.numeratorImg->isHidden());
+            QCOMPARE(app.delegate.numeratorImg->imageName(), QStringLiteral("1.bmp"));
+            QCOMPARE(app.delegate.panel().contents().numerator, PanelContents::Digit(1));
+        }
+    }
+
     void aHeldReadingSaysSo()
     {
         LaunchedApplication app(Scale::Present);

@@ -192,6 +192,20 @@ private slots:
         }
     }
 
+    void linesOfOneDrawing()
+    {
+        LaunchedApplication app(Scale::Absent);
+        app.link.setCurrentScale(1);
+        app.link.setCurrentUnit(3);
+        app.forgetTraffic();
+        app.delegate.Draw5Digit(105);
+        app.delegate.DisplayUnit(3);
+        QCOMPARE(app.log.lines(),
+                 (QStringList{"Current Scale is 1 ", "nValue sent is 105 ", "1",
+                              "Reched under for that case with temp=5 ",
+                              "Inside Display unit=3 unitnumber=3 ", "rechaed under case 3"}));
+    }
+
     void withoutTheFractionField()
     {
         LaunchedApplication app(Scale::Absent);
