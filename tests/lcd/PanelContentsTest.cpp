@@ -155,6 +155,9 @@ private slots:
         QVERIFY(stacked.bar);
         QCOMPARE(stacked.numerator, PanelContents::Digit(1));
         QCOMPARE(stacked.denominator, PanelContents::Digit(2));
+        app.delegate.panel().setLit(DigitView::denomImg, false);
+        QVERIFY(app.delegate.panel().contents().bar);
+        QCOMPARE(app.delegate.panel().contents().denominator, PanelContents::Digit());
         app.delegate.displayforLBOZsimple();
         const PanelContents whole = app.delegate.panel().contents();
         QVERIFY(!whole.bar);

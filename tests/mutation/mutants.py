@@ -39,6 +39,8 @@ KEPT_STATEMENTS = {
     "return", "using", "namespace", "class", "struct", "enum", "template", "typedef", "public",
     "private", "protected", "static_assert", "constexpr", "static", "friend",
 }
+# A shorter line, like "return;", is told apart by the one before.
+TELLING_LENGTH = 12
 NOT_CALLED = {"if", "for", "while", "switch", "return", "sizeof", "catch", "noexcept", "alignas"}
 
 
@@ -75,6 +77,8 @@ def mutants_of(path, source, groups):
         ordinals[line] = ordinals.get(line, 0) + 1
         first = source.rfind("\n", 0, start) + 1
         last = source.find("\n", end)
+        if len(source[first:last].strip()) < TELLING_LENGTH:
+            first = source.rfind("\n", 0, first - 1) + 1
         before = " ".join(source[first:last].split())
         after = " ".join((source[first:start] + text + source[end:last]).split())
         if before != after:
