@@ -40,7 +40,7 @@ KEPT_STATEMENTS = {
     "private", "protected", "static_assert", "constexpr", "static", "friend",
 }
 # A shorter line, like "return;", is told apart by the one before.
-TELLING_LENGTH = 12
+TELLING_LENGTH = 28
 NOT_CALLED = {"if", "for", "while", "switch", "return", "sizeof", "catch", "noexcept", "alignas"}
 
 
