@@ -353,6 +353,20 @@ private slots:
         }
     }
 
+    void assistiveTechnologyChoosesAfterAClickToo()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        cell(app, 0)->click();
+        app.forgetTraffic();
+        const rules::UnitState before = stateOf(app.link);
+        QAccessible::queryAccessibleInterface(cell(app, 4))
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::toggleAction());
+        app.pass(pressTime);
+        expectUnit(app, 4, 0, before);
+    }
+
 private:
     static void expectUnit(const LaunchedApplication &app, int row, int type,
                            const rules::UnitState &before)
