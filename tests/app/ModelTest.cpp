@@ -204,6 +204,23 @@ private slots:
         QCOMPARE(app.logged(QStringLiteral("readData")), 0);
     }
 
+    void theFieldsAreSetBeforeTheCommandGoesOut()
+    {
+        for (const Place place : {Place::PopUp, Place::Menu}) {
+            LaunchedApplication app(Scale::Present);
+            app.link.setUnitnumber(5);
+            app.link.setDotunit(5);
+            app.link.setCurrentUnit(1);
+            std::array<int, 4> fields{};
+            app.hidapi.duringSend = [&] {
+                fields = {app.link.unitnumber(), app.link.dotunit(), app.link.currentUnit(),
+                          app.link.unitindex()};
+            };
+            choose(app, place, 2);
+            QCOMPARE(fields, (std::array{3, 3, 4, 4}));
+        }
+    }
+
     void aFailedSendChangesTheRestAllTheSame()
     {
         LaunchedApplication app(Scale::Present);

@@ -289,6 +289,9 @@ private slots:
             QCOMPARE(app.delegate.window->windowTitle(),
                      listed ? format.arg(names.first()) : designed.window.windowTitle());
             QCOMPARE(app.delegate.optionButton->currentIndex(), 0);
+            QCOMPARE(app.delegate.optionButton->placeholderText(),
+                     listed ? QStringLiteral("Select")
+                            : designed.form.optionButton->placeholderText());
             for (const QAction *item : app.delegate.modelMenu->actions())
                 QCOMPARE(item->isChecked(), item == app.delegate.modelMenu->actions().first());
             QStringList logged;

@@ -88,6 +88,22 @@ class WindowTest : public QObject
 private slots:
     void init() { storedsettings::forget(); }
 
+    void theOptionBoxLeavesTheWindowItsSize()
+    {
+        LaunchedApplication app(LaunchedApplication::Scale::Absent);
+        QMainWindow &window = *app.delegate.window;
+        app.pass(rest);
+        const QSize smallest = window.minimumSizeHint();
+        const QSize proper = window.sizeHint();
+        for (const bool open : {true, false}) {
+            app.delegate.optionAction();
+            app.pass(rest);
+            QCOMPARE(app.delegate.optionBox->isVisible(), open);
+            QCOMPARE(window.minimumSizeHint(), smallest);
+            QCOMPARE(window.sizeHint(), proper);
+        }
+    }
+
     void noTextIsCutOff_data()
     {
         QTest::addColumn<qreal>("pointSize");

@@ -226,6 +226,42 @@ private slots:
         QVERIFY(!app.delegate.pausereadtimer);
     }
 
+    /// As the link's fields stand at that moment; the current unit follows once it is sent.
+    void theFieldsAreSetBeforeTheCommandGoesOut_data()
+    {
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("currentUnit");
+        QTest::newRow("ounces") << 0 << 2;
+        QTest::newRow("pounds and ounces A") << 1 << 3;
+        QTest::newRow("pounds and ounces B") << 2 << 4;
+        QTest::newRow("decimal pounds") << 3 << 4;
+        QTest::newRow("grams") << 4 << 1;
+        QTest::newRow("kilograms") << 5 << 1;
+        QTest::newRow("pounds and whole ounces, the unit before") << 6 << 7;
+    }
+
+    void theFieldsAreSetBeforeTheCommandGoesOut()
+    {
+        QFETCH(int, row);
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        cell(app, row == 0 ? 1 : 0)->click(); // the row is not the chosen one yet
+        cell(app, row)->setEnabled(true);
+        app.link.setCurrentUnit(7);
+        const UnitRow &unit = unitTable.at(static_cast<std::size_t>(row));
+        int currentUnit = 0;
+        bool others = false;
+        app.hidapi.duringSend = [&] {
+            currentUnit = app.link.currentUnit();
+            others = app.link.unitnumber() == unit.tag && app.link.dotunit() == unit.tag &&
+                     app.link.unitindex() == unit.unitindexGrams &&
+                     app.link.lbOZlast() == unit.lbOZlast;
+        };
+        cell(app, row)->click();
+        QTEST(currentUnit, "currentUnit");
+        QVERIFY(others);
+    }
+
     /// The change goes out with its command and once more with the next poll.
     void thePollAfterAChangeCarriesItToo()
     {
@@ -315,6 +351,20 @@ private slots:
             app.pass(pressTime);
             expectUnit(app, row, 0, before);
         }
+    }
+
+    void assistiveTechnologyChoosesAfterAClickToo()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        cell(app, 0)->click();
+        app.forgetTraffic();
+        const rules::UnitState before = stateOf(app.link);
+        QAccessible::queryAccessibleInterface(cell(app, 4))
+            ->actionInterface()
+            ->doAction(QAccessibleActionInterface::toggleAction());
+        app.pass(pressTime);
+        expectUnit(app, 4, 0, before);
     }
 
 private:

@@ -255,19 +255,35 @@ private slots:
         QCOMPARE(number, expected);
     }
 
-    void numberTexts()
+    void poundsOfFedex_data()
     {
+        QTest::addColumn<QString>("grams");
+        QTest::addColumn<QString>("pounds");
+        const auto row = [](const char *name, const char *grams, const char *pounds) {
+            QTest::newRow(name) << QString::fromLatin1(grams) << QString::fromLatin1(pounds);
+        };
+        row("a pound", "453.6", "1.000");
+        row("a kilogram, half of a thousandth lost", "1000", "2.204");
+        row("6.613 if multiplied in single precision", "3000", "6.614");
+        row("27.483 if multiplied in single precision", "12467", "27.484");
+        row("29.737 if not narrowed to single precision", "13489", "29.736");
+        row("34.242 if not narrowed to single precision", "15533", "34.243");
+    }
+
+    void poundsOfFedex()
+    {
+        QFETCH(QString, grams);
         CurrentWeight weight;
         weight.texts = kilogram;
-        const auto firstFedexText = [&](const char *grams) {
-            PageBrowser browser;
-            weight.texts.BASIC = grams;
-            AutofillForm(browser, nullptr, weight).assign(fedexAssignments());
-            const std::string &script = browser.scripts.front();
-            return script.substr(script.rfind('=') + 1);
-        };
-        QCOMPARE(firstFedexText("1000"), std::string("2.204"));
-        QCOMPARE(firstFedexText("453.6"), std::string("1.000"));
+        weight.texts.BASIC = grams.toStdString();
+        PageBrowser browser;
+        AutofillForm(browser, nullptr, weight).assign(fedexAssignments());
+        QTEST(QString::fromStdString(browser.scripts.front()).section(QLatin1Char('='), 1),
+              "pounds");
+    }
+
+    void numberTexts()
+    {
         QCOMPARE(scriptText(uspsRow(RowGroup::G11).total, 36.0F),
                  QStringLiteral("document.getElementsByName('ctl00$ContentPlaceHolder1$ctl11$"
                                 "TextBoxWeight')[0].value=36.000000"));

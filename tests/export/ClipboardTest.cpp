@@ -5,6 +5,7 @@
 
 #include <QClipboard>
 #include <QMimeData>
+#include <QSignalSpy>
 #include <QTest>
 #include <clocale>
 
@@ -68,6 +69,35 @@ private slots:
         clipboard->setText(somethingElse);
         app.read({0x01, 0x34, 0x12});
         QCOMPARE(clipboard->text(), somethingElse);
+    }
+
+    /// Whoever watches the clipboard sees each reading, the same weight again too.
+    void aSteadyWeightIsWrittenAnew()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        app.delegate.checkClipboard->click();
+        const QSignalSpy changes(QGuiApplication::clipboard(), &QClipboard::dataChanged);
+        for (int readings = 1; readings <= 3; ++readings) {
+            app.read({0x01, 0x34, 0x12});
+            QCOMPARE(changes.size(), readings);
+        }
+    }
+
+    void aForeignCopyOfTheSameTextIsReplacedToo()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        app.delegate.checkClipboard->click();
+        app.read({0x01, 0x34, 0x12});
+        QClipboard *clipboard = QGuiApplication::clipboard();
+        auto *foreign = new QMimeData;
+        foreign->setText(clipboard->text());
+        foreign->setHtml(QStringLiteral("<b>%1</b>").arg(clipboard->text()));
+        clipboard->setMimeData(foreign);
+        app.read({0x01, 0x34, 0x12});
+        QVERIFY(!clipboard->mimeData()->hasHtml());
+        QCOMPARE(clipboard->text(), app.delegate.lbLBL->text());
     }
 
     void weightsInEachUnit_data()

@@ -52,6 +52,8 @@ private slots:
                                   .colon = true,
                                   .pounds = true,
                                   .ounces = true});
+        row("12 pounds 3 ounces",
+            {.digits = {1, 2, none, 3}, .colon = true, .pounds = true, .ounces = true});
         row("500 grams, on hold", {.digits = {none, 5, 0, 0}, .grams = true, .hold = true});
     }
 

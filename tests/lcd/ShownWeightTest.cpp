@@ -81,6 +81,7 @@ private slots:
 
     void noWeight_data()
     {
+        constexpr auto none = std::nullopt;
         QTest::addColumn<PanelContents>("panel");
         QTest::newRow("blank") << PanelContents{};
         QTest::newRow("blank, with a unit") << PanelContents{.grams = true};
@@ -89,6 +90,17 @@ private slots:
             << PanelContents{.digits = {1, 2, 3, 4}, .points = {true, true}, .kilograms = true};
         QTest::newRow("a bar without a fraction")
             << PanelContents{.digits = {1, 2, 3, 4}, .bar = true, .pounds = true};
+        QTest::newRow("ounces without pounds")
+            << PanelContents{.digits = {none, none, none, 5}, .colon = true, .pounds = true};
+        QTest::newRow("a point among the pounds") << PanelContents{
+            .digits = {1, 2, none, 5}, .points = {true}, .colon = true, .pounds = true};
+        QTest::newRow("two points among the pounds") << PanelContents{
+            .digits = {1, 2, none, 5}, .points = {true, true}, .colon = true, .pounds = true};
+        QTest::newRow("pounds without ounces that can be read")
+            << PanelContents{.digits = {1, 2, 3, 5},
+                             .points = {false, false, true, true},
+                             .colon = true,
+                             .pounds = true};
         QTest::newRow("without a unit") << PanelContents{.digits = {1, 2, 3, 4}};
     }
 

@@ -51,6 +51,20 @@ private slots:
         QCOMPARE(pollReport(0x3C), (FeatureReport{0x00, 0x90, 0x3C, 0x80, 0, 0, 0, 0, 0}));
     }
 
+    void pollsAreToldByTheirSecondByte()
+    {
+        const auto isPoll = [](std::initializer_list<std::uint8_t> report) {
+            return isPollReport({report.begin(), report.size()});
+        };
+        QVERIFY(isPollReport(pollReport(0xFF)));
+        QVERIFY(!isPollReport(commandReport(0x90)));
+        QVERIFY(isPoll({0x00, 0x90}));
+        QVERIFY(!isPoll({0x90, 0x00}));
+        const std::array<std::uint8_t, 2> poll{0x00, 0x90};
+        QVERIFY(!isPollReport(std::span(poll).first(1)));
+        QVERIFY(!isPollReport({}));
+    }
+
     void workedBytes_data()
     {
         QTest::addColumn<CommandByte>("result");

@@ -101,6 +101,16 @@ private slots:
         QCOMPARE(scale.log.lines(), (QStringList{"set_device_OFF", "io: Unable to read()"}));
     }
 
+    void nothingSentIsNoFailure()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.hidapi.sentBytes = 0;
+        scale.log.lines().clear();
+        scale.link.set_device_OFF();
+        scale.link.set_Unit(1);
+        QCOMPARE(scale.log.lines(), QStringList{"set_device_OFF"});
+    }
+
     void withoutAScaleEveryCommandFailsQuietly()
     {
         LinkedScale scale(LinkedScale::Scale::Absent);

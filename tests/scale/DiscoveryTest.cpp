@@ -4,11 +4,31 @@
 #include "tests/support/LinkedScale.h"
 
 #include <QTest>
+#include <cerrno>
 
 namespace {
 
 const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
 const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
+
+/// Where devices are found and cannot be opened.
+class RefusingMachine : public SystemHidDevices
+{
+public:
+    std::unique_ptr<HidConnection> open(const QString &) override { return nullptr; }
+    QString lastError() const override { return QStringLiteral("out of order"); }
+    int accessError(const QString &) const override { return error; }
+
+    int error = 0;
+};
+
+class RefusedDelegate : public RecordingDelegate
+{
+public:
+    HidDevices &devices() override { return machine; }
+
+    RefusingMachine machine;
+};
 
 const QStringList attached{"DeviceAdded", "go forward", "our device"};
 const QStringList removed{"DeviceRemoved", "hid_device_removal_callback"};
@@ -86,6 +106,9 @@ private slots:
         scale.turn();
         QCOMPARE(scale.interface.calls, toldGone);
         QCOMPARE(scale.hidapi.openHandles, 1); // the scale itself is still there
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QCOMPARE(scale.hidapi.openHandles, 0);
     }
 
     void strangerOfTheSameVendorGetsANullHandle()
@@ -170,6 +193,144 @@ private slots:
         fakeudev::unplug("hidraw0");
         scale.turn();
         QVERIFY(scale.interface.connectionTrouble.isEmpty());
+    }
+
+    void reasonsWhyAnOpenFailed_data()
+    {
+        QTest::addColumn<int>("error");
+        QTest::addColumn<QString>("trouble");
+        const auto broken =
+            QStringLiteral("The scale at /dev/hidraw0 could not be opened: out of order");
+        QTest::newRow("the library's own") << 0 << broken;
+        QTest::newRow("the node is gone") << ENOENT << broken;
+        QTest::newRow("no permission")
+            << EACCES
+            << QStringLiteral("No permission to open the scale at /dev/hidraw0. Put this line into "
+                              "/etc/udev/rules.d/60-postal-scale.rules and plug the scale in "
+                              "again: ACTION!=\"remove\", SUBSYSTEM==\"hidraw\", "
+                              "ATTRS{idVendor}==\"04d9\", ATTRS{idProduct}==\"8010\", "
+                              "TAG+=\"uaccess\"");
+    }
+
+    void reasonsWhyAnOpenFailed()
+    {
+        QFETCH(int, error);
+        QFETCH(QString, trouble);
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::place(scaleDevice);
+        LogCapture log;
+        RefusedDelegate interface;
+        interface.machine.error = error;
+        HIDManager link;
+        link.get_device_handle();
+        LinkedScale::turn();
+        QCOMPARE(interface.connectionTrouble, trouble);
+        QCOMPARE(log.lines(), (QStringList{"DeviceAdded", "go forward", trouble, "our device"}));
+    }
+
+    void theReasonStandsForAsLongAsTheScaleDoes()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        scale.hidapi.openFails = true;
+        fakeudev::plug(scaleDevice);
+        fakeudev::plug(mouse);
+        scale.turn();
+        const QString trouble = scale.interface.connectionTrouble;
+        QVERIFY(trouble.startsWith(QStringLiteral("The scale at /dev/hidraw0")));
+        fakeudev::unplug("hidraw7");
+        scale.turn();
+        QCOMPARE(scale.interface.connectionTrouble, trouble);
+        scale.hidapi.openFails = false;
+        fakeudev::announce(scaleDevice, "add");
+        scale.turn();
+        QCOMPARE(scale.interface.connectionTrouble, QString());
+    }
+
+    /// The link goes by the latest attempt, although the scale opened before would still answer.
+    void failedOpenTakesTheFormerHandlesPlace()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.hidapi.openFails = true;
+        fakeudev::announce(scaleDevice, "add");
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected + toldConnected);
+        QCOMPARE(scale.hidapi.openHandles, 1);
+        scale.log.lines().clear();
+        scale.link.set_Unit(1);
+        scale.link.get_device_rawdata();
+        QVERIFY(scale.hidapi.sent.empty());
+        QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
+                 (QStringList{"io: Unable to read()", "io: Unable to read command()",
+                              "io: Unable to read()"}));
+    }
+
+    void aHandleIsClosedOnce()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.link.closeHandle();
+        QCOMPARE(scale.hidapi.openHandles, 0);
+        scale.link.closeHandle();
+        scale.hidapi.reports.push_back({0x01, 0x34, 0x12});
+        scale.log.lines().clear();
+        scale.link.set_Unit(1);
+        scale.link.get_device_rawdata();
+        QVERIFY(scale.hidapi.sent.empty());
+        QCOMPARE(scale.hidapi.misuses, 0);
+        QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
+                 (QStringList{"io: Unable to read()", "io: Unable to read command()",
+                              "io: Unable to read()"}));
+    }
+
+    /// Or every replugging would leave one behind.
+    void theLibraryForgetsTheHandlesOfVanishedDevicesOnly()
+    {
+        FakeHidapi::reset();
+        SystemHidDevices machine;
+        HidLibrary library(machine, [] {});
+        const std::weak_ptr gone = library.open("/dev/hidraw0", "/sys/one");
+        const std::weak_ptr kept = library.open("/dev/hidraw1", "/sys/other");
+        library.deviceRemoved("/sys/one");
+        QVERIFY(gone.expired());
+        QVERIFY(!kept.expired());
+        QCOMPARE(FakeHidapi::instance().openHandles, 1);
+    }
+
+    void withoutAHandleThereIsNothingToClose()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        scale.link.closeHandle();
+        QCOMPARE(scale.hidapi.misuses, 0);
+    }
+
+    /// What is known of the scale and of the chosen unit outlives it.
+    void removalChangesNothingOfTheReadingsState()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.link.setUnitnumber(5);
+        scale.link.setDotunit(5);
+        scale.link.setLbOZlast(true);
+        scale.link.setSetRound(true);
+        scale.link.set_Unit(3);
+        scale.poll({0x8B, 0x34, 0x12}); // overload
+        scale.link.set_device_ON();
+        scale.link.setCurrentScale(1);
+        fakeudev::unplug("hidraw0");
+        scale.turn();
+        QCOMPARE(scale.interface.calls.last(), QStringLiteral("clearAll"));
+        QVERIFY(scale.link.currentStatue());
+        QVERIFY(scale.link.OverloadFlag());
+        QVERIFY(scale.link.TurnON());
+        QVERIFY(!scale.link.TurnOff());
+        QVERIFY(scale.link.lbOZlast());
+        QVERIFY(scale.link.SetRound());
+        QCOMPARE(scale.link.currentScale(), 1);
+        QCOMPARE(scale.link.unitnumber(), 5);
+        QCOMPARE(scale.link.dotunit(), 5);
+        QCOMPARE(scale.link.unitindex(), 3);
+        QCOMPARE(scale.link.currentUnit(), 3);
+        QCOMPARE(scale.link.scaleCommand(), 0xDE);
+        QCOMPARE(scale.link.sWebDataBasic(), QStringLiteral("1234"));
     }
 
     void droppedEventsAreMadeUpFor()

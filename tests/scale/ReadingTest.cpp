@@ -138,6 +138,46 @@ private slots:
         QVERIFY(scale.link.currentStatue());
     }
 
+    void displayOnAfterEveryStatus_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<bool>("before");
+        QTest::newRow("gram scale, off before") << 0 << false;
+        QTest::newRow("gram scale, on before") << 0 << true;
+        QTest::newRow("tenth-ounce scale, off before") << 1 << false;
+        QTest::newRow("tenth-ounce scale, on before") << 1 << true;
+    }
+
+    /// The gram scale is on by any report but "off", also by one whose status has no meaning.
+    void displayOnAfterEveryStatus()
+    {
+        QFETCH(int, type);
+        QFETCH(bool, before);
+        LinkedScale scale(LinkedScale::Scale::Present);
+        for (int status = 0; status <= 0xFF; ++status) {
+            const int code = status & 0x7F;
+            const bool isTenthOunceReading = code >= 8 && code <= 10;
+            scale.link.setCurrentScale(type);
+            scale.link.setCurrentStatue(before);
+            scale.poll({static_cast<std::uint8_t>(status), 0x00, 0x10});
+            QCOMPARE(scale.link.currentStatue(),
+                     code != 0 && (type == 0 || before || isTenthOunceReading));
+        }
+    }
+
+    /// It is the unit that was chosen last, whatever unit the scale reports.
+    void noReportMovesTheDecimalPointSelector()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        for (int status = 0; status <= 0xFF; ++status) {
+            for (int dotunit = 0; dotunit <= 6; ++dotunit) {
+                scale.link.setDotunit(dotunit);
+                scale.poll({static_cast<std::uint8_t>(status), 0x34, 0x12});
+                QCOMPARE(scale.link.dotunit(), dotunit);
+            }
+        }
+    }
+
     void previousExportTextLagsByOneReading()
     {
         LinkedScale scale(LinkedScale::Scale::Present);
@@ -183,6 +223,16 @@ private slots:
         QCOMPARE(scale.interface.label, QStringLiteral("0"));
     }
 
+    void nothingSentAndNothingReadIsNoFailure()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.hidapi.sentBytes = 0;
+        scale.log.lines().clear();
+        scale.poll({});
+        QCOMPARE(scale.log.lines(),
+                 (QStringList{"W Value for Scale 0 is 0 ", "Basic weight is 0", "LCD off"}));
+    }
+
     void pollsCarryTheCommandByte()
     {
         LinkedScale scale(LinkedScale::Scale::Present);
@@ -208,6 +258,30 @@ private slots:
         QCOMPARE(scale.log.lines(), (QStringList{"io: buf[0]: 1", "io: buf[1]: 52",
                                                  "io: buf[2]: 18", "W Value for Scale 0 is 1234 ",
                                                  "Basic weight is 1234", "wgm value is-->1234"}));
+    }
+
+    void theTwoDecimalsOfKilogramsAreLogged_data()
+    {
+        QTest::addColumn<int>("tag");
+        QTest::addColumn<bool>("round");
+        QTest::addColumn<QStringList>("lines");
+        QTest::newRow("kilograms") << 5 << false << QStringList{"kg value is 1.25"};
+        QTest::newRow("grams") << 0 << false << QStringList{"kg value is 1.25"};
+        QTest::newRow("kilograms, rounded up") << 5 << true << QStringList();
+        QTest::newRow("decimal pounds") << 4 << false << QStringList();
+    }
+
+    void theTwoDecimalsOfKilogramsAreLogged()
+    {
+        QFETCH(int, tag);
+        QFETCH(bool, round);
+        LinkedScale scale(LinkedScale::Scale::Present);
+        scale.interface.radioButtonIndex = tag;
+        scale.link.setSetRound(round);
+        scale.link.setCurrentScale(1);
+        scale.log.lines().clear();
+        scale.poll({0x08, 0xA7, 0x01});
+        QTEST(scale.log.lines().filter(QStringLiteral("kg value")), "lines");
     }
 
     /// One report in 251, and every status with weights at the edges, through the real link, in a

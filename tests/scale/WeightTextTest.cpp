@@ -155,6 +155,13 @@ private slots:
         QTEST(made.text, "text");
     }
 
+    void fixedTextsAreOfDoublePrecision()
+    {
+        QCOMPARE(fixedText(16777217, 0), QStringLiteral("16777217"));
+        QCOMPARE(fixedText(0.1, 6), QStringLiteral("0.100000"));
+        QCOMPARE(fixedText(123456.7, 3), QStringLiteral("123456.700"));
+    }
+
     void halvesAreRoundedToEven()
     {
         QCOMPARE(fixedText(2.5, 0), QStringLiteral("2"));

@@ -60,7 +60,7 @@ int hid_send_feature_report(hid_device *device, const unsigned char *data, size_
     hidapi.sent.push_back(report);
     if (hidapi.duringSend)
         hidapi.duringSend();
-    return hidapi.sendFails ? -1 : static_cast<int>(length);
+    return hidapi.sendFails ? -1 : hidapi.sentBytes.value_or(static_cast<int>(length));
 }
 
 int hid_read(hid_device *device, unsigned char *data, size_t length)

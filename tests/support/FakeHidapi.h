@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,7 @@ struct FakeHidapi
 {
     bool openFails = false;
     bool sendFails = false;
+    std::optional<int> sentBytes; ///< what a send that works answers, where it is not the length
     std::function<void()> duringSend; ///< what goes on while a report is on its way; may be empty
     /// To be read, oldest first; none left: the read fails.
     std::deque<std::vector<std::uint8_t>> reports;

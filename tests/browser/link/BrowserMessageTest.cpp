@@ -148,6 +148,7 @@ private slots:
         QVERIFY(hello);
         QCOMPARE(std::get<BrowserHello>(*hello).protocol, 1);
         QCOMPARE(std::get<BrowserHello>(*hello).version, QStringLiteral("2.0"));
+        QCOMPARE(std::get<BrowserHello>(*hello).browser, QStringLiteral("Firefox"));
 
         const auto current = parseBrowserMessage(R"({"current":{"page":4,"host":"a.ups.com"}})");
         QVERIFY(current);
@@ -169,6 +170,47 @@ private slots:
         const auto gone = parseBrowserMessage(R"({"ran":{"id":3,"results":null}})");
         QVERIFY(gone);
         QVERIFY(!std::get<BrowserRan>(*gone).results);
+    }
+
+    void limits_data()
+    {
+        QTest::addColumn<QByteArray>("json");
+        QTest::addColumn<bool>("understood");
+        const auto row = [](const char *name, const QByteArray &json, bool understood) {
+            QTest::newRow(name) << json << understood;
+        };
+        const auto hello = [](const QByteArray &protocol, const QByteArray &version) {
+            return QByteArray("{'hello':{'protocol':P,'version':'V','browser':'Firefox'}}")
+                .replace('P', protocol)
+                .replace('V', version)
+                .replace('\'', '"');
+        };
+        const auto current = [](const QByteArray &page) {
+            return QByteArray("{'current':{'page':P,'host':'www.usps.com'}}")
+                .replace('P', page)
+                .replace('\'', '"');
+        };
+        const auto focused = [](const QByteArray &time) {
+            return QByteArray("{'focused':P}").replace('P', time).replace('\'', '"');
+        };
+        row("protocol 0", hello("0", "1"), true);
+        row("greatest protocol", hello("2147483647", "1"), true);
+        row("protocol too great", hello("2147483648", "1"), false);
+        row("page 0", current("0"), true);
+        row("greatest page", current("4294967295"), true);
+        row("focused at 0", focused("0"), true);
+        row("focused before", focused("-1"), false);
+        row("latest focus", focused("9007199254740991"), true);
+        row("later than numbers are exact", focused("9007199254740992"), false);
+        row("longest word", hello("1", QByteArray(253, 'a')), true);
+        row("word too long", hello("1", QByteArray(254, 'a')), false);
+        row("one letter", hello("1", "a"), true);
+    }
+
+    void limits()
+    {
+        QFETCH(QByteArray, json);
+        QTEST(parseBrowserMessage(json).has_value(), "understood");
     }
 
     void sentMessages()
