@@ -65,7 +65,7 @@ QString uspsWords(const LeavingSituation &situation)
     const float pounds = totalPounds(texts.pounds, texts.ounces);
     if (!situation.toUsps || isShown(situation, pounds, QStringLiteral("lb oz")))
         return {};
-    return QStringLiteral("USPS page: %1 lb %2 oz").arg(texts.pounds, texts.ounces);
+    return QStringLiteral("USPS page: ") + uspsText(texts);
 }
 
 QString upsWords(const LeavingSituation &situation)
@@ -74,6 +74,12 @@ QString upsWords(const LeavingSituation &situation)
     if (!situation.toUps || texts.pounds == texts.exported)
         return {};
     return QStringLiteral("some UPS fields: %1 lb").arg(texts.pounds);
+}
+
+QString joined(QStringList parts)
+{
+    parts.removeAll(QString());
+    return parts.join(QStringLiteral("; "));
 }
 
 QString fedexWords(const LeavingSituation &situation)
@@ -98,7 +104,7 @@ double weighedGrams(const WeightReport &report, int currentScale, Capacity capac
 
 bool exportTells(const LeavingTexts &texts, double grams)
 {
-    return exportedGrams(texts) > grams * leastShare;
+    return texts.fitsScale && exportedGrams(texts) > grams * leastShare;
 }
 
 bool textsTell(Destination destination, const LeavingTexts &texts, double grams)
@@ -117,13 +123,17 @@ QString exportUnit(ExportForm form)
     return form == ExportForm::Kilograms ? QStringLiteral("kg") : QStringLiteral("lb");
 }
 
+QString uspsText(const LeavingTexts &texts)
+{
+    return QStringLiteral("%1 lb %2 oz").arg(texts.pounds, texts.ounces);
+}
+
+QString carrierWords(const LeavingSituation &situation)
+{
+    return joined({uspsWords(situation), upsWords(situation), fedexWords(situation)});
+}
+
 QString leavingWords(const LeavingSituation &situation)
 {
-    QStringList words;
-    for (const QString &part : {exportWords(situation), uspsWords(situation), upsWords(situation),
-                                fedexWords(situation)}) {
-        if (!part.isEmpty())
-            words.append(part);
-    }
-    return words.join(QStringLiteral("; "));
+    return joined({exportWords(situation), carrierWords(situation)});
 }

@@ -18,6 +18,7 @@ struct LeavingTexts
 {
     QString exported; ///< the export label's; empty before the first reading
     ExportForm form = ExportForm::Pounds;
+    bool fitsScale = true; ///< the export text is worked out of what the scale reports
     QString pounds;
     QString ounces;
     QString grams;
@@ -54,6 +55,12 @@ struct LeavingSituation
 
     bool operator==(const LeavingSituation &) const = default;
 };
+
+/// "2 lb 12 oz", as the USPS page gets it.
+QString uspsText(const LeavingTexts &texts);
+
+/// What single carriers get that is not what the panel shows. Empty where there is none.
+QString carrierWords(const LeavingSituation &situation);
 
 /// What clipboard and fields get, where that is not what the panel shows: "leaves as 0: choose a
 /// unit". Empty where it is.

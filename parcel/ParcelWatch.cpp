@@ -11,6 +11,19 @@
 
 #include <QLabel>
 
+namespace {
+
+/// Whether a report of a weight is one of the scale type that the link takes it for. A type is
+/// known only once a report has told of it.
+bool fitsScale(const WeightReport &report, int currentScale)
+{
+    const int code = report.status & ~reportstatus::negativeBit;
+    const bool isBinary = code >= reportstatus::binaryKilograms;
+    return !isWeight(report) || isBinary == (currentScale == scaletype::binary);
+}
+
+} // namespace
+
 ParcelWatch::ParcelWatch(const Surroundings &surroundings)
     : m_around(surroundings)
 {
@@ -36,7 +49,12 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     // The request rides on the next poll; what comes with it was weighed before.
     if ((m_around.link.scaleCommand() & powerOffBit) != 0)
         m_weight.loseScale();
-    m_leaves = m_weight.take(report) == SettledWeight::Leaves::Yes;
+    // A held report repeats what was, and one of the other type is not read as what it is: neither
+    // tells of the pan.
+    if (!fitsScale(report, m_around.link.currentScale()))
+        m_weight.missReport();
+    else if (!isHolding())
+        m_leaves = m_weight.take(report) == SettledWeight::Leaves::Yes;
     if (m_leaves)
         m_settledSince = QDateTime::currentDateTime();
 }
@@ -57,7 +75,7 @@ void ParcelWatch::noticeChoices()
         m_weight.changeUnit();
     m_choice = choice;
     m_places = places;
-    if (isHolding() != m_wasHolding)
+    if (m_wasHolding && !isHolding())
         m_weight.changeHold();
     m_wasHolding = isHolding();
 }
@@ -84,11 +102,18 @@ void ParcelWatch::loseScale()
 
 LeavingTexts ParcelWatch::texts() const
 {
+    const HIDManager &link = m_around.link;
+    const ExportForm form = exportForm(m_around.session.selectedRadioButtonIndex());
+    // The binary scale's kilograms are worked out while it reports them, and only then.
+    const bool isForeign = form == ExportForm::Kilograms &&
+                           link.currentScale() == scaletype::binary &&
+                           link.currentUnit() != unitindex::metric;
     return {.exported = m_around.exportLabel.text(),
-            .form = exportForm(m_around.session.selectedRadioButtonIndex()),
-            .pounds = m_around.link.sWebDataLB(),
-            .ounces = m_around.link.sWebDataOZ(),
-            .grams = m_around.link.sWebDataBasic()};
+            .form = form,
+            .fitsScale = !isForeign,
+            .pounds = link.sWebDataLB(),
+            .ounces = link.sWebDataOZ(),
+            .grams = link.sWebDataBasic()};
 }
 
 bool ParcelWatch::lets(Destination destination) const
@@ -106,6 +131,12 @@ void ParcelWatch::noteFill()
     m_fillIsOfLatest = hasPresentParcel();
 }
 
+void ParcelWatch::noteSent(bool sent)
+{
+    m_isSent = m_isSent || sent;
+    m_fillIsOfLatest = m_fillIsOfLatest && m_isSent;
+}
+
 void ParcelWatch::notePageFilled(const QString &carrier)
 {
     if (m_fillIsOfLatest)
@@ -114,6 +145,7 @@ void ParcelWatch::notePageFilled(const QString &carrier)
 
 void ParcelWatch::endReport()
 {
+    m_isSent = false;
     if (!m_leaves)
         return;
     m_fillIsOfLatest = false;
@@ -125,7 +157,7 @@ void ParcelWatch::endReport()
 
 bool ParcelWatch::hasPresentParcel() const
 {
-    return m_isRemembered && m_weight.state() == SettledWeight::State::Settled;
+    return m_isRemembered && m_weight.hasLeft();
 }
 
 std::optional<RecentWeight> ParcelWatch::presentParcel() const
@@ -135,7 +167,8 @@ std::optional<RecentWeight> ParcelWatch::presentParcel() const
     if (exportTells(leaving, m_grams)) {
         parcel.text = leaving.exported;
         parcel.unit = exportUnit(leaving.form);
-    } else if (const auto shown = shownWeight(m_around.panel.contents())) {
+    } else if (const auto shown = shownWeight(m_around.panel.contents());
+               shown && shown->weight != 0) {
         // Nobody who clicks it wants the 0 that the export makes of it.
         parcel.text = floatText(static_cast<float>(shown->weight));
         parcel.unit = shown->unit;
@@ -153,6 +186,7 @@ ReadingNotes ParcelWatch::notes() const
     notes.isConnected = m_around.session.isDeviceConnected && m_isRead;
     notes.pan = m_pan;
     notes.state = m_weight.state();
+    notes.hasLeft = m_weight.hasLeft();
     notes.settledSince = m_settledSince;
     if (m_sinceWeighed.isValid())
         notes.age = std::chrono::milliseconds(m_sinceWeighed.elapsed());

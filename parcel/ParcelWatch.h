@@ -48,6 +48,8 @@ public:
     /// What the present reading's texts were put onto, or are being put into.
     void noteCopied();
     void noteFill();
+    /// Whether the fill has gone on its way.
+    void noteSent(bool sent);
     /// A page has taken what it was last filled with. @param carrier as a person names it
     void notePageFilled(const QString &carrier);
     /// Once the texts of the reading are made; a parcel that has just settled is remembered.
@@ -81,7 +83,7 @@ private:
     bool isHolding() const;
     LeavingTexts texts() const;
     std::optional<RecentWeight> presentParcel() const;
-    /// The newest of the recent weights lies on the pan.
+    /// The newest of the recent weights lies on the pan, as far as the reports tell.
     bool hasPresentParcel() const;
 
     Surroundings m_around;
@@ -96,6 +98,7 @@ private:
     bool m_leaves = false;         ///< the present reading has just settled
     bool m_isCopied = false;       ///< the present reading's text is on the clipboard
     bool m_isRemembered = false;   ///< the weight that settled last
+    bool m_isSent = false;         ///< a fill of the present reading
     bool m_fillIsOfLatest = false; ///< what pages were last filled with is the newest parcel
     bool m_isRead = false;         ///< since the scale was plugged in
     PanReading m_pan = PanReading::None;

@@ -25,23 +25,55 @@ QString panWords(const ReadingNotes &notes)
     return {};
 }
 
+/// Before it has left. Each destination gets only what is of the weight.
+QString comingWords(const LeavingSituation &leaving)
+{
+    const bool exportGoes = exportTells(leaving.texts, leaving.grams);
+    const bool uspsGoes =
+        leaving.toUsps && textsTell(Destination::Usps, leaving.texts, leaving.grams);
+    if (!exportGoes && !uspsGoes) {
+        const bool isShownInUnit =
+            leaving.shown && leaving.shown->unit == exportUnit(leaving.texts.form);
+        return isShownInUnit ? QStringLiteral("does not leave: too light for this unit")
+                             : QStringLiteral("does not leave: choose a unit");
+    }
+    if (!exportGoes)
+        return QStringLiteral("USPS page: %1, when it has settled; the rest does not leave: "
+                              "choose a unit")
+            .arg(uspsText(leaving.texts));
+    const QString words = leavingWords(leaving);
+    return words.isEmpty() ? QStringLiteral("leaves when it has settled")
+                           : words + QStringLiteral(", when it has settled");
+}
+
+QString leftWords(const ReadingNotes &notes)
+{
+    const QString uspsPage = QStringLiteral("USPS page");
+    const QString form = QStringLiteral("has left as %1: %2");
+    const QString places = notes.places.join(QStringLiteral(", "));
+    const LeavingTexts &texts = notes.leaving.texts;
+    if (notes.places == QStringList(uspsPage))
+        return form.arg(uspsText(texts), places);
+    LeavingSituation gone = notes.leaving;
+    gone.toUsps = notes.places.contains(uspsPage);
+    gone.toUps = notes.places.contains(QStringLiteral("UPS page"));
+    gone.toFedex = notes.places.contains(QStringLiteral("FedEx page"));
+    const QString words =
+        form.arg(texts.exported + QLatin1Char(' ') + exportUnit(texts.form), places);
+    const QString carriers = carrierWords(gone);
+    return carriers.isEmpty() ? words : words + QStringLiteral("; ") + carriers;
+}
+
 /// With the option on.
 QString gatedWords(const ReadingNotes &notes)
 {
     if (notes.pan != PanReading::Weight)
         return QStringLiteral("leaves when a weight has settled");
-    if (!exportTells(notes.leaving.texts, notes.leaving.grams) && notes.places.isEmpty())
-        return QStringLiteral("does not leave: choose a unit");
-    if (notes.state == SettledWeight::State::Settling) {
-        const QString words = leavingWords(notes.leaving);
-        return words.isEmpty() ? QStringLiteral("leaves when it has settled")
-                               : words + QStringLiteral(", when it has settled");
-    }
-    if (notes.places.isEmpty())
-        return QStringLiteral("nothing has taken it; File, Recent weights keeps it");
-    return QStringLiteral("has left as %1 %2: %3")
-        .arg(notes.leaving.texts.exported, exportUnit(notes.leaving.texts.form),
-             notes.places.join(QStringLiteral(", ")));
+    if (!notes.places.isEmpty())
+        return leftWords(notes);
+    if (!notes.hasLeft || !exportTells(notes.leaving.texts, notes.leaving.grams))
+        return comingWords(notes.leaving);
+    return QStringLiteral("nothing has taken it; File, Recent weights keeps it");
 }
 
 } // namespace

@@ -33,7 +33,8 @@ struct ReadingNotes
 
     bool settledOnly = false;
     LeavingSituation leaving;
-    QStringList places; ///< to which the settled weight has gone
+    bool hasLeft = false;
+    QStringList places; ///< to which the weight on the pan has gone
 
     bool isSettled() const { return isConnected && state == SettledWeight::State::Settled; }
     /// Older than a second, and thus worth a word.

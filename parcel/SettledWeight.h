@@ -36,6 +36,8 @@ public:
     void loseScale();
 
     State state() const { return m_state; }
+    /// The latest report's weight has left, whether or not it is looked at anew.
+    bool hasLeft() const { return m_hasLeft; }
 
 private:
     void startAnew();

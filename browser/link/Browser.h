@@ -43,6 +43,9 @@ public:
     virtual std::optional<QString> doJavaScript(const QString &text,
                                                 const std::shared_ptr<const BrowserTab> &tab) = 0;
 
+    /// Something that was run through this object has gone on its way to a page.
+    virtual bool hasSent() const { return true; }
+
     /// Runs several questions in this order, with nothing in between; as many values. A browser to
     /// which each way and back costs as much as all of them lets them travel together.
     virtual QList<std::optional<QString>> ask(const QStringList &questions,

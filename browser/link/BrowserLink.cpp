@@ -81,10 +81,14 @@ public:
     {
         if (!isAssignment(text))
             return ask({text}, tab).constFirst();
-        if (const auto linked = openTab(tab))
+        if (const auto linked = openTab(tab)) {
             linked->client->post(linked->pageId, text);
+            m_hasSent = true;
+        }
         return std::nullopt;
     }
+
+    bool hasSent() const override { return m_hasSent; }
 
     QList<BrowserResult> ask(const QStringList &questions,
                              const std::shared_ptr<const BrowserTab> &tab) override
@@ -93,6 +97,7 @@ public:
         const auto linked = openTab(tab);
         if (!linked)
             return unanswered;
+        m_hasSent = true;
         const QList<BrowserResult> results =
             linked->client->ask(linked->pageId, questions, m_link.m_readingDeadline);
         if (!results.isEmpty())
@@ -127,6 +132,7 @@ private:
     }
 
     BrowserLink &m_link;
+    bool m_hasSent = false;
 };
 
 BrowserLink::BrowserLink(QObject *parent)

@@ -215,8 +215,15 @@ private slots:
         row("does not leave: choose a unit", PanReading::Weight, State::Settled, beforeAUnit, {});
         row("nothing has taken it; File, Recent weights keeps it", PanReading::Weight,
             State::Settled, inPounds, {});
-        row("has left as 2.72 lb: clipboard, USPS page", PanReading::Weight, State::Settled,
-            inPounds, {"clipboard", "USPS page"});
+        row("has left as 2.72 lb: clipboard", PanReading::Weight, State::Settled, inPounds,
+            {"clipboard"});
+        row("has left as 2.72 lb: clipboard, USPS page; USPS page: 2 lb 12 oz", PanReading::Weight,
+            State::Settled, inPounds, {"clipboard", "USPS page"});
+        row("has left as 2 lb 12 oz: USPS page", PanReading::Weight, State::Settled, beforeAUnit,
+            {"USPS page"});
+        // After a failed read or a hold it is looked at anew, and does not leave again.
+        row("has left as 1.234 kg: clipboard", PanReading::Weight, State::Settling, inKilograms,
+            {"clipboard"});
     }
 
     void settledWeightsOnly()
@@ -229,11 +236,39 @@ private slots:
         notes.pan = pan;
         notes.state = state;
         notes.places = places;
+        notes.hasLeft = state == State::Settled || !places.isEmpty();
         notes.settledOnly = true;
         // Nothing leaves at all: it would be said of nobody.
         QCOMPARE(notes.leaves(), leavingWords(notes.leaving));
         notes.leaving.toClipboard = true;
         QTEST(notes.leaves(), "words");
+    }
+
+    void beforeAUnitIsChosen()
+    {
+        ReadingNotes notes = settledNotes(beforeAUnit);
+        notes.state = State::Settling;
+        notes.settledOnly = true;
+        notes.leaving.toUps = true;
+        QCOMPARE(notes.leaves(), QStringLiteral("does not leave: choose a unit"));
+        notes.leaving.toUsps = true;
+        QCOMPARE(notes.leaves(),
+                 QStringLiteral("USPS page: 2 lb 12 oz, when it has settled; the rest does not "
+                                "leave: choose a unit"));
+        notes.leaving = {.texts = texts("0", ExportForm::Pounds, "0", "0", "20"),
+                         .grams = 20,
+                         .shown = shown(0.04, "lb"),
+                         .toClipboard = true};
+        QCOMPARE(notes.leaves(), QStringLiteral("does not leave: too light for this unit"));
+    }
+
+    /// Rounded up, the binary scale's pounds taken for kilograms would pass for a weight.
+    void textsOfAnotherUnitDoNotTell()
+    {
+        LeavingTexts rounded = texts("1", ExportForm::Kilograms, "2", "8", "1100");
+        QVERIFY(exportTells(rounded, 1134));
+        rounded.fitsScale = false;
+        QVERIFY(!exportTells(rounded, 1134));
     }
 
     void tenRecentWeights()

@@ -35,6 +35,7 @@ public:
     QStringList take() { return std::exchange(m_scripts, {}); }
 
     std::function<void()> duringScript; ///< may be empty
+    bool isSilent = false;              ///< a page that does not answer is sent nothing
 
 private:
     class Application : public BrowserApplication
@@ -55,6 +56,8 @@ private:
                 m_counter.duringScript();
             return std::nullopt;
         }
+
+        bool hasSent() const override { return !m_counter.isSilent; }
 
     private:
         CountingBrowser &m_counter;
@@ -207,6 +210,48 @@ private slots:
         QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . . ."));
         window().holdAction();
         QCOMPARE(clipboardAt({empty, empty, empty}), QStringLiteral(". . ."));
+    }
+
+    /// They repeat what was, whatever is on the pan by now.
+    void heldReadingsDoNotSettle()
+    {
+        start();
+        window().checkClipboard->click();
+        window().checkSettledOnly->click();
+        chooseUnit(window().rg5);
+        QCOMPARE(clipboardAt({grams1234}), QStringLiteral("."));
+        window().holdAction();
+        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . . ."));
+        window().holdAction();
+        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . 1.234 ."));
+    }
+
+    /// A scale whose announcement was missed is read as the other type: as 13.26 kg.
+    void reportsOfTheOtherTypeDoNotSettle()
+    {
+        start();
+        window().checkClipboard->click();
+        window().checkSettledOnly->click();
+        chooseUnit(window().rg5);
+        m_app->link.setCurrentScale(1);
+        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . . ."));
+        m_app->link.setCurrentScale(0);
+        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . 1.234 ."));
+    }
+
+    void aLateAnswerIsNotTakenForThisParcel()
+    {
+        start();
+        window().SendtoUSPS = 1;
+        chooseUnit(window().rg5);
+        readAll({grams1234, grams1234, grams1234});
+        m_browser.isSilent = true;
+        readAll({empty, grams567, grams567, grams567});
+        window().notePageFilled(QStringLiteral("USPS"));
+        const QList<QAction *> items = window().recentMenu->actions();
+        m_browser.isSilent = false;
+        QVERIFY2(items.constFirst()->text().endsWith(QStringLiteral("went nowhere")),
+                 qPrintable(items.constFirst()->text()));
     }
 
     void aLostScaleLeavesNothing()
