@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
+#include "export/ExportClipboard.h"
+#include "export/ExportState.h"
 #include "tests/support/LaunchedApplication.h"
 
 #include <QClipboard>
@@ -131,6 +133,28 @@ private slots:
         app.read(report);
         QCOMPARE(app.delegate.lbLBL->text(), text);
         QCOMPARE(QGuiApplication::clipboard()->text(), text);
+    }
+
+    /// Each copy tells whether it came through; switching off takes the notice back. On this
+    /// desktop, which is none, the clipboard is never a window's own.
+    void notices()
+    {
+        LaunchedApplication app(Scale::Absent);
+        ExportState state;
+        QStringList shown;
+        ExportClipboard clipboard(state, [&](const QString &notice) { shown.append(notice); });
+        clipboard.switchTo(true);
+        QVERIFY(state.SetClip());
+        QVERIFY(shown.isEmpty());
+        clipboard.copy(QStringLiteral("1.234"));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("1.234"));
+        QVERIFY(!QGuiApplication::clipboard()->ownsClipboard());
+        const auto refused = QStringLiteral("The desktop does not let this window write the "
+                                            "clipboard while it is not in front.");
+        QCOMPARE(shown, QStringList{refused});
+        clipboard.switchTo(false);
+        QVERIFY(!state.SetClip());
+        QCOMPARE(shown, (QStringList{refused, QString()}));
     }
 
     void onePlainText()
