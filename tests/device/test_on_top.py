@@ -51,7 +51,8 @@ class OnTopTest(harness.DeviceTest):
 
     def cover_panel_of(self, program):
         """With a red window over the panel alone, so that the controls can be clicked."""
-        viewer = self.session.spawn(["display", "-size", "400x100", "xc:red"],
+        # A picture that is larger than its window would bring a second one, to move it about in.
+        viewer = self.session.spawn(["display", "-size", "400x80", "xc:red"],
                                     stderr=subprocess.DEVNULL)
         self.addCleanup(harness.end, viewer)
         (other,) = wait_until(self.other_windows, "the other window")
