@@ -19,6 +19,8 @@ TROUBLED_READINGS = 60  # longer than the trouble lasts
 # The program's own limit, and what a busy machine may add before the program runs again.
 DEADLINE = 150
 LATENESS = 100
+# A reading that has waited to the end; less the time in which the machine gave it no processor.
+WAITED = 0.9 * DEADLINE
 
 ADDRESSES = {
     "USPS": "https://www.usps.com/usps-rows?ounces=02&pounds=05",
@@ -46,8 +48,8 @@ class HoldingTest(BrowserTest):
         self.page.start("const end = Date.now() + 1500; while (Date.now() < end) {}")
         times = self.finish(timer)
         self.assert_held_briefly(times)
-        # Once it is known to be busy, it is left alone.
-        self.assertLessEqual(len([each for each in times if each > DEADLINE / 2]), 3)
+        # Once it is known to be busy, it is left alone: not each reading waits for it to the end.
+        self.assertLessEqual(len([each for each in times if each > WAITED]), 3)
 
     def test_alert(self):
         self.page.go(ADDRESSES["USPS"] + "&title=alert")
