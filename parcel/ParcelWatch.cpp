@@ -140,7 +140,7 @@ void ParcelWatch::noteSent(bool sent)
 void ParcelWatch::notePageFilled(const QString &carrier)
 {
     if (m_fillIsOfLatest)
-        m_recent.addPlace(QStringLiteral("%1 page").arg(carrier));
+        m_recent.addPlace(carrierPage(carrier));
 }
 
 void ParcelWatch::endReport()

@@ -3,6 +3,8 @@
 
 #include "parcel/ReadingNotes.h"
 
+#include "parcel/RecentWeights.h"
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -48,7 +50,7 @@ QString comingWords(const LeavingSituation &leaving)
 
 QString leftWords(const ReadingNotes &notes)
 {
-    const QString uspsPage = QStringLiteral("USPS page");
+    const QString uspsPage = carrierPage(QStringLiteral("USPS"));
     const QString form = QStringLiteral("has left as %1: %2");
     const QString places = notes.places.join(QStringLiteral(", "));
     const LeavingTexts &texts = notes.leaving.texts;
@@ -56,8 +58,8 @@ QString leftWords(const ReadingNotes &notes)
         return form.arg(uspsText(texts), places);
     LeavingSituation gone = notes.leaving;
     gone.toUsps = notes.places.contains(uspsPage);
-    gone.toUps = notes.places.contains(QStringLiteral("UPS page"));
-    gone.toFedex = notes.places.contains(QStringLiteral("FedEx page"));
+    gone.toUps = notes.places.contains(carrierPage(QStringLiteral("UPS")));
+    gone.toFedex = notes.places.contains(carrierPage(QStringLiteral("FedEx")));
     const QString words =
         form.arg(texts.exported + QLatin1Char(' ') + exportUnit(texts.form), places);
     const QString carriers = carrierWords(gone);
@@ -85,19 +87,11 @@ PanReading panReading(const WeightReport &report)
         return PanReading::Weight;
     const bool isNegative = (report.status & negativeBit) != 0;
     const bool isZero = report.low == 0 && report.high == 0;
-    switch (report.status & ~negativeBit) {
-    case metric:
-    case ounces:
-    case poundsOuncesA:
-    case poundsOuncesB:
-    case binaryKilograms:
-    case binaryPounds:
-    case binaryPoundsOunces:
+    const int code = report.status & ~negativeBit;
+    if (isWeightCode(code))
         return isNegative && !isZero ? PanReading::BelowZero : PanReading::Zero;
-    case underLoad:
-    case binaryUnderLoad: return PanReading::PanLifted;
-    default: return PanReading::None;
-    }
+    const bool isUnderLoad = code == underLoad || code == binaryUnderLoad;
+    return isUnderLoad ? PanReading::PanLifted : PanReading::None;
 }
 
 bool ReadingNotes::isOld() const

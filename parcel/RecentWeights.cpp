@@ -5,6 +5,11 @@
 
 #include <utility>
 
+QString carrierPage(const QString &carrier)
+{
+    return carrier + QStringLiteral(" page");
+}
+
 QString RecentWeight::words() const
 {
     const QString weighed =

@@ -8,6 +8,9 @@
 #include <QString>
 #include <QStringList>
 
+/// The place that a weight went to with @p carrier, as a person names it.
+QString carrierPage(const QString &carrier);
+
 /// One parcel that was weighed.
 struct RecentWeight
 {

@@ -13,19 +13,24 @@ bool isOverload(const WeightReport &report)
 
 } // namespace
 
-bool isWeight(const WeightReport &report)
+bool isWeightCode(int code)
 {
     using namespace reportstatus;
-    switch (report.status) {
+    switch (code) {
     case metric:
     case ounces:
     case poundsOuncesA:
     case poundsOuncesB:
     case binaryKilograms:
     case binaryPounds:
-    case binaryPoundsOunces: return report.low != 0 || report.high != 0;
+    case binaryPoundsOunces: return true;
     default: return false;
     }
+}
+
+bool isWeight(const WeightReport &report)
+{
+    return isWeightCode(report.status) && (report.low != 0 || report.high != 0);
 }
 
 SettledWeight::Leaves SettledWeight::take(const WeightReport &report)

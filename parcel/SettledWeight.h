@@ -48,5 +48,8 @@ private:
     bool m_hasLeft = false; ///< the latest report's weight has
 };
 
+/// A status, without its sign, that comes with a weight.
+bool isWeightCode(int code);
+
 /// Above zero and certain, whatever the unit.
 bool isWeight(const WeightReport &report);
