@@ -20,7 +20,7 @@ package_packages=(build-essential debhelper)
 package_check_packages=("${package_packages[@]}" lintian devscripts)
 check_packages=(
     "${demo_packages[@]}"
-    clang-14 libclang-rt-14-dev clang-format-14 clang-tidy-14
+    clang-14 libclang-rt-14-dev lld clang-format-14 clang-tidy-14
     xdotool xclip wmctrl x11-utils locales socat faketime
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db

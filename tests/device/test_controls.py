@@ -4,17 +4,20 @@
 
 import harness
 from emulated_scale import HOLD_RELEASED, POWER_OFF, TARE_RELEASED, UNIT_BITS, UNIT_SETTLED
-from harness import POLL_INTERVAL
+from harness import SLOWED_DOWN, SLOWNESS
 from unit_rows import (GRAMS, KILOGRAMS, OUNCES, PACKED_DECIMAL_UNIT_BITS, POUNDS,
                        POUNDS_OUNCES_FRACTION)
 
-TARE_DURATION = 2.0
-"""Seconds."""
+TARE_DURATION = 2.0 * SLOWNESS
+"""Seconds, of a program that is slowed down."""
+
+SLOWED_INTERVAL = harness.POLL_INTERVAL * SLOWNESS
+"""Seconds between two of its polls."""
 
 
 class TareTest(harness.DeviceTest):
     def test_two_tares_within_two_seconds_are_released_one_after_the_other(self):
-        program = self.start("--weight", "500")
+        program = self.start("--weight", "500", wrapper=SLOWED_DOWN)
         program.wait_for_reading("500 grams")
         program.scale.tell("clear-reports")
         program.window.click("tareButton")
@@ -44,12 +47,12 @@ class TareTest(harness.DeviceTest):
         # By the program's own ticks: a busy machine delays them as it delays the release.
         between = [poll for poll in program.scale.polls()
                    if tare.seconds < poll.seconds < release.seconds]
-        self.assertLessEqual(len(between), TARE_DURATION / POLL_INTERVAL + 1, between)
+        self.assertLessEqual(len(between), TARE_DURATION / SLOWED_INTERVAL + 1, between)
 
     def assert_polls_carry_the_tare_until(self, program, tare, release):
         polls = [poll for poll in program.scale.polls() if poll.seconds > tare.seconds]
         during = [poll for poll in polls if poll.seconds < release.seconds]
-        self.assertGreaterEqual(len(during), TARE_DURATION / POLL_INTERVAL - 2)
+        self.assertGreaterEqual(len(during), TARE_DURATION / SLOWED_INTERVAL - 2)
         self.assertFalse(any(poll.command & TARE_RELEASED for poll in during), during)
         later = polls[len(during):]
         self.assertTrue(all(poll.command & TARE_RELEASED for poll in later), later)
@@ -73,7 +76,7 @@ class TareTest(harness.DeviceTest):
         self.assertEqual(program.settled_reading(), "0 grams")
 
     def test_a_unit_can_be_changed_while_a_tare_is_pending(self):
-        program = self.start("--weight", "500")
+        program = self.start("--weight", "500", wrapper=SLOWED_DOWN)
         program.wait_for_reading("500 grams")
         program.scale.tell("clear-reports")
         program.window.click("tareButton")

@@ -56,6 +56,12 @@ class LogLines:
             self._lines.append(line.rstrip("\n"))
 
 
+SLOWNESS = 4
+SLOWED_DOWN = ("faketime", "-f", f"+0 x{1 / SLOWNESS}")
+"""A wrapper: what is to happen within two seconds of the program's clock has SLOWNESS times as long,
+so that a busy machine is in time too."""
+
+
 class Program:
     """One run of the program, with an emulator of its own around it."""
 
