@@ -4,6 +4,7 @@
 #include "export/AutofillForm.h"
 #include "tests/rules/AutofillRules.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/Sweep.h"
 
 #include <QTest>
 #include <array>
@@ -174,7 +175,7 @@ private slots:
         std::mt19937 random(20261121);
         for (std::size_t one = 0; one < groups.size(); ++one) {
             for (std::size_t other = one + 1; other < groups.size(); ++other) {
-                for (int pair = 0; pair < rowStates * rowStates; ++pair) {
+                for (int pair = 0; pair < rowStates * rowStates; pair += sweepStep(7)) {
                     RowStates states{};
                     for (int &state : states)
                         state = static_cast<int>(random() % rowStates);
@@ -192,7 +193,7 @@ private slots:
     void everyCombinationOfBoxes()
     {
         constexpr int combinations = boxStates * boxStates * boxStates * 3 * 3;
-        for (int combination = 0; combination < combinations; ++combination) {
+        for (int combination = 0; combination < combinations; combination += sweepStep(11)) {
             RowStates states{};
             int rest = combination;
             for (std::size_t row = 0; row < states.size(); ++row) {
@@ -209,7 +210,7 @@ private slots:
     void everyCombinationOfChosenUnits()
     {
         constexpr int combinations = 4 * 4 * 4 * 4 * 4 * 3;
-        for (int combination = 0; combination < combinations; ++combination) {
+        for (int combination = 0; combination < combinations; combination += sweepStep(11)) {
             RowStates states{};
             int rest = combination / 3;
             for (int &state : states) {
