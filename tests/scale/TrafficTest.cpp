@@ -104,11 +104,11 @@ private slots:
     {
         QTest::addColumn<QByteArray>("text");
         for (const char *text :
-             {"0.004 attach hidraw0 04d9:8010", "12.345 detach hidraw12 046d:c077",
-              "0.074 open hidraw0", "0.074 open hidraw0 denied: Permission denied",
-              "0.074 open hidraw0 failed: ", "0.474 send 00 90 ff 80 00 00 00 00 00",
-              "0.475 read 01 34 12", "0.475 read", "100000.999 read failed",
-              "0.875 send failed 00 90 ff 80 00 00 00 00 00"})
+             {"0.004 attach hidraw0 04d9:8010", "0.005 change hidraw0 04d9:8010",
+              "12.345 detach hidraw12 046d:c077", "0.074 open hidraw0",
+              "0.074 open hidraw0 denied: Permission denied", "0.074 open hidraw0 failed: ",
+              "0.474 send 00 90 ff 80 00 00 00 00 00", "0.475 read 01 34 12", "0.475 read",
+              "100000.999 read failed", "0.875 send failed 00 90 ff 80 00 00 00 00 00"})
             QTest::newRow(text) << QByteArray(text);
     }
 
@@ -230,7 +230,7 @@ private slots:
         QVERIFY(connection != nullptr);
         FakeHidapi::instance().reports = {{0x01, 0x34, 0x12}};
         std::array<std::uint8_t, 9> buffer{};
-        QCOMPARE(connection->read(buffer), 3);
+        QCOMPARE(connection->read(buffer, 2s), 3);
         QCOMPARE(log.lines(),
                  QStringList{"The record in /dev/full ends here: No space left on device"});
     }
