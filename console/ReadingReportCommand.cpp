@@ -34,12 +34,16 @@ void write(const ReadingReport &report, ReportFormat format)
         std::fprintf(stderr, "%s\n", qPrintable(report.words));
 }
 
-/// The event loop has not attached the scale yet, nothing certain has come from it, or its answer
-/// is late.
+/// Nothing certain has come from the scale, or its answer is late.
+bool isComing(const ReadingReport &report)
+{
+    return report.state == ReportState::Waiting || report.state == ReportState::NoAnswer;
+}
+
+/// In the beginning the event loop has not attached the scale yet.
 bool isFinal(const ReadingReport &report)
 {
-    return report.state != ReportState::Waiting && report.state != ReportState::NoScale &&
-           report.state != ReportState::NoAnswer;
+    return !isComing(report) && report.state != ReportState::NoScale;
 }
 
 } // namespace
@@ -69,7 +73,7 @@ ReadingReport ReadingReportCommand::fromWindowOrScale(const QString &infoFile)
         if (claim.outcome == SingleInstance::Claim::Outcome::Unanswered)
             return ReadingReport::of(ReportState::NoAnswer);
         const ReadingReport report = ReadingReport::fromJson(claim.answer);
-        if (report.state != ReportState::Waiting || m_deadline.hasExpired())
+        if (!isComing(report) || m_deadline.hasExpired())
             return report;
         QThread::msleep(answerInterval.count());
     }

@@ -168,8 +168,11 @@ void FaultyWorld::exchange()
     const auto sent = app.hidapi.sent.back();
     if (m_happening)
         std::exchange(m_happening, {})();
-    if (app.hidapi.sendFails)
+    if (app.hidapi.sendFails) {
+        if (m_heldBack.empty())
+            app.hidapi.duringWait = {};
         return;
+    }
     if (const auto report = model.receive(std::span(sent).subspan(1)))
         answer(distorted(*report));
 }
