@@ -108,10 +108,9 @@ QString ReadingNotes::standing() const
 {
     if (!isConnected)
         return {};
-    // What the pan is like is not known now.
-    if (isSilent)
-        return pan == PanReading::Missed ? QString()
-                                         : QStringLiteral("%1 old").arg(durationWords(age));
+    // What lies on the pan by now is not known.
+    if (isSilent && pan != PanReading::Missed)
+        return isOld() ? QStringLiteral("%1 old").arg(durationWords(age)) : QString();
     const QString words = panWords(*this);
     if (isOld() && pan == PanReading::Missed)
         return QStringLiteral("%1 for %2").arg(words, durationWords(age));
