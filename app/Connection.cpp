@@ -19,6 +19,9 @@ namespace {
 
 constexpr auto pollInterval = 400ms;
 
+/// The report of a silent scale is looked for so often.
+constexpr auto lookInterval = 100ms;
+
 /// Return code of an alert that its first button ended.
 constexpr int firstButtonReturn = 1000;
 
@@ -30,6 +33,7 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     connectionStatuslbl->setText(connected ? QStringLiteral("Scale connected")
                                            : QStringLiteral("Scale not connected"));
     unitLBl->setHidden(true);
+    setSilent(false);
     showConnectionLamp();
     m_panel.announceReading();
     m_parcel.loseScale();
@@ -51,13 +55,14 @@ void PostalScaleAppDelegate::setConnectionTrouble(const QString &trouble)
 void PostalScaleAppDelegate::showConnectionLamp()
 {
     using Light = ConnectionLamp::Light;
-    const Light lit = m_connectionTrouble.isEmpty() ? Light::Connected : Light::Trouble;
+    const bool isWell = m_connectionTrouble.isEmpty() && !m_look.isActive();
+    const Light lit = isWell ? Light::Connected : Light::Trouble;
     connectionLamp->setLight(isDeviceConnected ? lit : Light::Out);
 }
 
 void PostalScaleAppDelegate::readData(QTimer *timer)
 {
-    if (pausereadtimer) {
+    if (pausereadtimer || hid_obj->isReadingOpen()) {
         showNotes();
         return;
     }
@@ -68,6 +73,44 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
         return;
     }
     hid_obj->get_device_rawdata();
+    if (hid_obj->isReadingOpen())
+        setSilent(true);
+    else
+        endReading();
+}
+
+void PostalScaleAppDelegate::setSilent(bool silent)
+{
+    if (silent == m_look.isActive())
+        return;
+    if (silent)
+        m_look.start(lookInterval);
+    else
+        m_look.stop();
+    m_panel.setStale(silent);
+    m_parcel.setSilent(silent);
+    m_statusArea.setNotice(
+        StatusArea::Notice::Silence,
+        silent ? QStringLiteral("The scale does not answer. It is asked again every two seconds. "
+                                "If it stays silent, unplug it and plug it in again.")
+               : QString());
+    showConnectionLamp();
+    showNotes();
+}
+
+void PostalScaleAppDelegate::lookForReport()
+{
+    if (pausereadtimer)
+        return;
+    hid_obj->continueReading();
+    if (hid_obj->isReadingOpen())
+        return;
+    setSilent(false);
+    endReading();
+}
+
+void PostalScaleAppDelegate::endReading()
+{
     m_panel.announceReading();
     m_parcel.endReport();
     if (SendtoUSPS == 1)

@@ -55,6 +55,8 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
     , m_recentWeightsMenu(
           *recentMenu, [this](const QString &text) { m_clipboard.copy(text); }, this)
 {
+    m_look.setTimerType(Qt::PreciseTimer);
+    connect(&m_look, &QTimer::timeout, this, &PostalScaleAppDelegate::lookForReport);
     connect(aboutItem, &QAction::triggered, this, [this] { showAbout(*window); });
     quitItem->setShortcut(QKeySequence::Quit);
     connect(quitItem, &QAction::triggered, window.get(), &QWidget::close);

@@ -23,6 +23,7 @@
 
 #include <QMainWindow>
 #include <QString>
+#include <QTimer>
 #include <memory>
 
 class Settings;
@@ -138,6 +139,11 @@ private:
     void setWindowTitle(const QString &model);
     void sendStartingUnit();
     void showConnectionLamp();
+    /// Whether the reading waits for its report.
+    void setSilent(bool silent);
+    void lookForReport();
+    /// What follows the exchange with the scale.
+    void endReading();
     /// Beside the panel. To be called with each tick of the poll timer, which is all that makes
     /// readings grow old on the screen.
     void showNotes();
@@ -146,6 +152,7 @@ private:
     Settings &m_settings;
     QString m_connectionTrouble;
     QAction *m_markedModel = nullptr; ///< in the menu bar; null without models
+    QTimer m_look; ///< for the report of a silent scale; runs as long as it is silent
     StatusArea m_statusArea;
     Panel m_panel;
     UnitColumn m_units;

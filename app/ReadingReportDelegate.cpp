@@ -8,14 +8,21 @@
 
 namespace {
 
+/// In seconds; nothing while the reading is a present one.
+std::optional<double> ageOf(const ReadingNotes &notes)
+{
+    if (!notes.isOld())
+        return {};
+    return static_cast<double>(notes.age.count()) / 1000;
+}
+
 void addNotes(ReadingReport &report, const ReadingNotes &notes)
 {
     report.settled = notes.isSettled();
     if (notes.isSettled())
         report.settledSince = notes.settledSince.toOffsetFromUtc(notes.settledSince.offsetFromUtc())
                                   .toString(Qt::ISODate);
-    if (notes.isOld())
-        report.age = static_cast<double>(notes.age.count()) / 1000;
+    report.age = ageOf(notes);
     report.advice = notes.advice();
     report.exported = notes.leaving.texts.exported;
     report.exportUnit = exportUnit(notes.leaving.texts.form);
@@ -69,6 +76,8 @@ ReadingReport ReadingReportDelegate::readingReport() const
     ReadingReport report = ReadingReport::of(state());
     report.model =
         selectedModelName().isEmpty() ? optionButton->currentText() : selectedModelName();
+    if (report.state == ReportState::NoAnswer)
+        report.age = ageOf(parcel().notes());
     if (report.state != ReportState::Weight)
         return report;
     const PanelContents &shown = panel().announced();
@@ -97,6 +106,8 @@ ReportState ReadingReportDelegate::state() const
 
 ReportState ReadingReportDelegate::stateOfReadings() const
 {
+    if (hid_obj->isReadingOpen())
+        return ReportState::NoAnswer;
     if (m_readings == 0 || m_awaitsAnnouncement)
         return ReportState::Waiting;
     // A reading that tells the scale's type for the first time was worked out for the other type.

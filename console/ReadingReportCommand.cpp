@@ -14,12 +14,7 @@
 #include <QThread>
 #include <QTimer>
 #include <chrono>
-#include <condition_variable>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
-#include <mutex>
-#include <thread>
 
 using namespace std::chrono_literals;
 
@@ -28,8 +23,6 @@ namespace {
 /// Fifteen readings.
 constexpr auto answerPatience = 6000ms;
 constexpr auto answerInterval = 100ms;
-/// A read that has not come back by then never will.
-constexpr auto blockedTime = answerPatience + 2000ms;
 
 void write(const ReadingReport &report, ReportFormat format)
 {
@@ -41,39 +34,16 @@ void write(const ReadingReport &report, ReportFormat format)
         std::fprintf(stderr, "%s\n", qPrintable(report.words));
 }
 
-/// Acts when it is not destroyed in time. The thread that reads the scale cannot watch itself: it
-/// waits for a report as long as it takes.
-class Watchdog
+/// Nothing certain has come from the scale, or its answer is late.
+bool isComing(const ReadingReport &report)
 {
-public:
-    explicit Watchdog(std::function<void()> action)
-        : m_thread([this, act = std::move(action)](const std::stop_token &stop) {
-            std::unique_lock lock(m_mutex);
-            if (!m_stopped.wait_for(lock, stop, blockedTime, [&] { return stop.stop_requested(); }))
-                act();
-        })
-    {
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable_any m_stopped;
-    std::jthread m_thread;
-};
-
-/// The event loop has not attached the scale yet, or nothing certain has come from it.
-bool isFinal(const ReadingReport &report)
-{
-    return report.state != ReportState::Waiting && report.state != ReportState::NoScale;
+    return report.state == ReportState::Waiting || report.state == ReportState::NoAnswer;
 }
 
-[[noreturn]] void endUnanswered(ReportFormat format)
+/// In the beginning the event loop has not attached the scale yet.
+bool isFinal(const ReadingReport &report)
 {
-    const ReadingReport report = ReadingReport::of(ReportState::NoAnswer);
-    write(report, format);
-    std::fflush(nullptr);
-    // Destructors would wait for the thread that reads.
-    std::_Exit(report.exitStatus());
+    return !isComing(report) && report.state != ReportState::NoScale;
 }
 
 } // namespace
@@ -89,11 +59,7 @@ int ReadingReportCommand::run(const CommandLine &line)
 {
     // Standard error is for the one line that says why there is no reading.
     QLoggingCategory::setFilterRules(QStringLiteral("postalscale*=false"));
-    ReadingReport report;
-    {
-        const Watchdog watchdog([&] { endUnanswered(line.format); });
-        report = fromWindowOrScale(line.infoFile);
-    }
+    const ReadingReport report = fromWindowOrScale(line.infoFile);
     write(report, line.format);
     return report.exitStatus();
 }
@@ -107,7 +73,7 @@ ReadingReport ReadingReportCommand::fromWindowOrScale(const QString &infoFile)
         if (claim.outcome == SingleInstance::Claim::Outcome::Unanswered)
             return ReadingReport::of(ReportState::NoAnswer);
         const ReadingReport report = ReadingReport::fromJson(claim.answer);
-        if (report.state != ReportState::Waiting || m_deadline.hasExpired())
+        if (!isComing(report) || m_deadline.hasExpired())
             return report;
         QThread::msleep(answerInterval.count());
     }

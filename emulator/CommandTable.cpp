@@ -112,6 +112,12 @@ void silence(const Call &call)
     setPolls(call, EmulatedScale::Polls::Unanswered);
 }
 
+void lose(const Call &call)
+{
+    call.scale.loseAnswers(numberFromText(call.arguments[0]));
+    call.reply("ok");
+}
+
 void garbage(const Call &call)
 {
     setPolls(call, EmulatedScale::Polls::Garbled);
@@ -215,6 +221,7 @@ constexpr std::array commands = {
     Command{"type", 1, 1, "type 0|1", type},
     Command{"capacity", 1, 1, "capacity ordinary|high", capacity},
     Command{"silence", 1, 1, "silence on|off", silence},
+    Command{"lose", 1, 1, "lose COUNT", lose},
     Command{"garbage", 1, 1, "garbage on|off", garbage},
     Command{"report", 1, 1, "report HEX", report},
     Command{"burst", 1, 1, "burst COUNT", burst},

@@ -6,6 +6,8 @@
 #include "emulator/ScaleReportDescriptor.h"
 #include "scale/ScaleIdentity.h"
 
+#include <glib.h>
+
 EmulatedScale::EmulatedScale(Testbed &testbed, std::string port)
     : PluggableDevice(testbed, {std::move(port), scaleVendorId, scaleProductId, "Kelvane",
                                 "Postal Scale", scaleReportDescriptor})
@@ -56,16 +58,33 @@ void EmulatedScale::unplugInRead()
         m_unplugRequest = UnplugRequest::InRead;
 }
 
+// A program that waits for readiness does not ask for a report before there is one.
+void EmulatedScale::awaitReader()
+{
+    constexpr guint untilItWaits = 100; // milliseconds
+    const auto goAway = [](gpointer scale) -> gboolean {
+        static_cast<EmulatedScale *>(scale)->readPending();
+        return G_SOURCE_REMOVE;
+    };
+    if (m_unplugRequest == UnplugRequest::InRead)
+        g_timeout_add(untilItWaits, goAway, this);
+}
+
 HidrawDevice::Transfer EmulatedScale::receiveFeatureReport(std::span<const std::uint8_t> report)
 {
     if (m_featureTransfer == Transfer::Failed)
         return Transfer::Failed;
     log.record(report);
     if (m_polls == Polls::Answered || !ScaleModel::isPoll(report)) {
-        if (const auto answer = model.receive(report))
+        const auto answer = model.receive(report);
+        if (answer && m_lostAnswers > 0)
+            --m_lostAnswers;
+        else if (answer)
             sendReport(*answer);
     } else if (m_polls == Polls::Garbled) {
         sendReport(garbage());
+    } else {
+        awaitReader();
     }
     return Transfer::Done;
 }

@@ -26,6 +26,8 @@ public:
     void unplug() override;
 
     void setPolls(Polls wanted);
+    /// So many polls from now on are obeyed, and their answers lost on the way.
+    void loseAnswers(int count) { m_lostAnswers = count; }
     void setFeatureTransfer(Transfer wanted) { m_featureTransfer = wanted; }
     void setInputTransfer(Transfer wanted);
     void sendReport(std::span<const std::uint8_t> report);
@@ -44,8 +46,10 @@ private:
     Transfer inputTransfer() const override { return m_readTransfer; }
     void readPending() override;
     ScaleModel::InputReport garbage();
+    void awaitReader();
 
     Polls m_polls = Polls::Answered;
+    int m_lostAnswers = 0;
     Transfer m_featureTransfer = Transfer::Done;
     Transfer m_readTransfer = Transfer::Done;
     UnplugRequest m_unplugRequest = UnplugRequest::None;

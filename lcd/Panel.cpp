@@ -194,6 +194,13 @@ PanelContents Panel::contents() const
     return contents;
 }
 
+void Panel::setStale(bool stale)
+{
+    m_isStale = stale;
+    m_form.imageBox->setDimmed(stale);
+    announceReading();
+}
+
 void Panel::announceReading()
 {
     // Once everything of this turn is drawn: a panel is blanked before an overload is shown on it.
@@ -204,8 +211,10 @@ void Panel::announceReading()
 void Panel::announceNow()
 {
     m_announced = contents();
-    m_form.imageBox->setReadingText(m_session.isDeviceConnected
-                                        ? readingWords(m_announced)
-                                        : QStringLiteral("no scale connected"));
+    QString words = m_session.isDeviceConnected ? readingWords(m_announced)
+                                                : QStringLiteral("no scale connected");
+    if (m_isStale)
+        words += QStringLiteral(", the scale does not answer");
+    m_form.imageBox->setReadingText(words);
     emit readingAnnounced();
 }

@@ -47,6 +47,9 @@ public:
     /// At this moment, also between the steps of a reading.
     PanelContents contents() const;
 
+    /// Whether what is shown may be so no longer, as the scale does not answer: it is dimmed then.
+    void setStale(bool stale);
+
     /// Tells screen readers what the panel shows, once this turn of the event loop is over.
     void announceReading();
     /// What they were told last.
@@ -88,5 +91,6 @@ private:
     PanelContents m_fixed;       ///< what the segments show that are no digits
     std::array<FixedSegment, 13> m_segments;
     PanelContents m_announced;
+    bool m_isStale = false;
     QTimer m_announcement;
 };

@@ -91,6 +91,13 @@ bool ParcelWatch::isHolding() const
     return (m_around.link.scaleCommand() & holdReleasedBit) == 0;
 }
 
+void ParcelWatch::setSilent(bool silent)
+{
+    m_isSilent = silent;
+    if (silent)
+        m_weight.missReport();
+}
+
 void ParcelWatch::loseScale()
 {
     m_weight.loseScale();
@@ -184,6 +191,7 @@ ReadingNotes ParcelWatch::notes() const
 {
     ReadingNotes notes;
     notes.isConnected = m_around.session.isDeviceConnected && m_isRead;
+    notes.isSilent = m_isSilent;
     notes.pan = m_pan;
     notes.state = m_weight.state();
     notes.hasLeft = m_weight.hasLeft();

@@ -39,6 +39,9 @@ public:
 
     /// In each reading, before its texts leave.
     void takeReport(const WeightReport &report, ReadOutcome outcome);
+    /// Whether a report is waited for that has not come in time. A weight that was settling settles
+    /// anew; one that has left does not leave again.
+    void setSilent(bool silent);
     /// The scale was unplugged, or another one was plugged in.
     void loseScale();
 
@@ -100,7 +103,8 @@ private:
     bool m_isRemembered = false;   ///< the weight that settled last
     bool m_isSent = false;         ///< a fill of the present reading
     bool m_fillIsOfLatest = false; ///< what pages were last filled with is the newest parcel
-    bool m_isRead = false;         ///< since the scale was plugged in
+    bool m_isSilent = false;
+    bool m_isRead = false; ///< since the scale was plugged in
     PanReading m_pan = PanReading::None;
     double m_grams = 0;
     QDateTime m_settledSince;

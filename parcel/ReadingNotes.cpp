@@ -108,6 +108,9 @@ QString ReadingNotes::standing() const
 {
     if (!isConnected)
         return {};
+    // What lies on the pan by now is not known.
+    if (isSilent && pan != PanReading::Missed)
+        return isOld() ? QStringLiteral("%1 old").arg(durationWords(age)) : QString();
     const QString words = panWords(*this);
     if (isOld() && pan == PanReading::Missed)
         return QStringLiteral("%1 for %2").arg(words, durationWords(age));

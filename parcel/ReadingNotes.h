@@ -26,6 +26,7 @@ PanReading panReading(const WeightReport &report);
 struct ReadingNotes
 {
     bool isConnected = false; ///< and has been read since
+    bool isSilent = false;    ///< the scale does not answer
     PanReading pan = PanReading::None;
     SettledWeight::State state = SettledWeight::State::Empty;
     QDateTime settledSince;          ///< of a settled weight

@@ -59,6 +59,10 @@ void HIDManager::set_Unit(int unit)
     m_scaleCommand = unitChanged(m_scaleCommand, unit);
     sendCommand(Trace::Io);
     m_state.currentUnit = unit;
+    if (m_open)
+        m_open->chosen = {.unitnumber = m_state.unitnumber,
+                          .unitindex = m_state.unitindex,
+                          .currentUnit = m_state.currentUnit};
 }
 
 int HIDManager::sendFeatureReport(const FeatureReport &report)
@@ -69,6 +73,8 @@ int HIDManager::sendFeatureReport(const FeatureReport &report)
 void HIDManager::sendCommand(Trace trace)
 {
     const int sent = sendFeatureReport(commandReport(m_scaleCommand));
+    if (m_open)
+        m_open->isCommanded = true;
     if (sent < 0)
         traceLine(QStringLiteral("Unable to read()"));
     // Commands are not answered: the trace counts the bytes that went out.

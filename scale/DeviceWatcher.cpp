@@ -140,7 +140,9 @@ void DeviceWatcher::receive()
     while (const Device device{udev_monitor_receive_device(m_monitor.get())}) {
         const QByteArray action = udev_device_get_action(device.get());
         if (action == "add")
-            reportAdded(describe(device.get()));
+            takeAnnouncement(describe(device.get()));
+        else if (action == "change")
+            emit changed(describe(device.get()));
         else if (action == "remove")
             reportRemoved(describe(device.get()));
         errno = 0;
@@ -164,7 +166,7 @@ void DeviceWatcher::reportPresent()
         const auto delay = udevdIsRunning() ? announcementGrace : 0ms;
         QTimer::singleShot(delay, this, [this, info] {
             if (QFileInfo::exists(info.systemPath))
-                reportAddedUnlessKnown(info);
+                reportUnannounced(info);
         });
     });
     if (listing == Listing::Failed)
@@ -179,9 +181,12 @@ void DeviceWatcher::resynchroniseLater()
 void DeviceWatcher::resynchronise()
 {
     QHash<QString, HidDeviceInfo> found;
+    QSet<QString> unannounced;
     const auto listing = forEachPresent(m_context.get(), [&](udev_device *device) {
         const HidDeviceInfo info = describe(device);
         found.insert(info.systemPath, info);
+        if (udev_device_get_is_initialized(device) == 0)
+            unannounced.insert(info.systemPath);
     });
     // No list is no news of a removal.
     if (listing == Listing::Failed) {
@@ -193,8 +198,29 @@ void DeviceWatcher::resynchronise()
         if (!found.contains(device.systemPath))
             reportRemoved(device);
     }
-    for (const HidDeviceInfo &device : std::as_const(found))
-        reportAddedUnlessKnown(device);
+    for (const HidDeviceInfo &device : std::as_const(found)) {
+        if (unannounced.contains(device.systemPath))
+            reportUnannounced(device);
+        else
+            reportAddedUnlessKnown(device);
+    }
+}
+
+void DeviceWatcher::takeAnnouncement(const HidDeviceInfo &device)
+{
+    // What was reported without it is not reported again; its node may have been closed then.
+    if (m_unannounced.remove(device.systemPath))
+        emit changed(device);
+    else
+        reportAdded(device);
+}
+
+void DeviceWatcher::reportUnannounced(const HidDeviceInfo &device)
+{
+    if (m_present.contains(device.systemPath))
+        return;
+    m_unannounced.insert(device.systemPath);
+    reportAdded(device);
 }
 
 void DeviceWatcher::reportAdded(const HidDeviceInfo &device)
@@ -214,5 +240,6 @@ void DeviceWatcher::reportRemoved(const HidDeviceInfo &device)
     const auto known = m_present.constFind(device.systemPath);
     const HidDeviceInfo remembered = known == m_present.constEnd() ? device : *known;
     m_present.remove(device.systemPath);
+    m_unannounced.remove(device.systemPath);
     emit removed(remembered);
 }

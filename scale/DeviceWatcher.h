@@ -7,6 +7,7 @@
 
 #include <QElapsedTimer>
 #include <QHash>
+#include <QSet>
 
 struct udev;
 struct udev_monitor;
@@ -36,7 +37,10 @@ private:
     void reportPresent();
     void resynchronise();
     void resynchroniseLater();
+    void takeAnnouncement(const HidDeviceInfo &device);
     void reportAdded(const HidDeviceInfo &device);
+    /// Of one that udev is not through with; it is announced all the same, some time.
+    void reportUnannounced(const HidDeviceInfo &device);
     void reportAddedUnlessKnown(const HidDeviceInfo &device);
     void reportRemoved(const HidDeviceInfo &device);
 
@@ -44,4 +48,5 @@ private:
     std::unique_ptr<udev_monitor, UdevDeleter> m_monitor;
     QElapsedTimer m_sinceArmed;
     QHash<QString, HidDeviceInfo> m_present; ///< by system path
+    QSet<QString> m_unannounced;             ///< of those, what udev has still to tell of
 };

@@ -18,6 +18,7 @@ HIDManager::HIDManager()
     , m_library(m_devices, [this] { hid_device_removal_callback(); })
 {
     connect(m_watcher.get(), &DeviceEvents::added, this, &HIDManager::DeviceAdded);
+    connect(m_watcher.get(), &DeviceEvents::changed, this, &HIDManager::DeviceChanged);
     connect(m_watcher.get(), &DeviceEvents::removed, this, &HIDManager::DeviceRemoved);
 }
 
@@ -54,7 +55,9 @@ void HIDManager::handleMatchingDevice()
 void HIDManager::openHandle()
 {
     const auto device = m_watcher->find(scaleVendorId, scaleProductId);
+    giveReadingUp();
     m_handle = device ? m_library.open(device->node, device->systemPath) : nullptr;
+    m_refusedPath = device && !m_handle ? device->systemPath : QString();
     if (m_handle)
         delegate()->setConnectionTrouble({});
     else if (device)
@@ -88,10 +91,19 @@ QString HIDManager::troubleWith(const HidDeviceInfo &device) const
         .arg(device.node, QLatin1String(udevRuleFile), QLatin1String(udevRuleLine));
 }
 
+void HIDManager::DeviceChanged(const HidDeviceInfo &device)
+{
+    // An attachment once told of stays the same one: no further timer is to run.
+    if (!m_refusedPath.isEmpty() && device.systemPath == m_refusedPath)
+        openHandle();
+}
+
 void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
 {
     logLine(QStringLiteral("DeviceRemoved"));
     delegate()->setUnitCaptionHidden(true);
+    if (device.systemPath == m_refusedPath)
+        m_refusedPath.clear();
     if (!m_watcher->find(scaleVendorId, scaleProductId))
         delegate()->setConnectionTrouble({});
     m_library.deviceRemoved(device.systemPath);
@@ -100,6 +112,9 @@ void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
 void HIDManager::hid_device_removal_callback()
 {
     logLine(QStringLiteral("hid_device_removal_callback"));
+    m_open.reset();
+    m_owedReports = 0;
+    m_refusedPath.clear();
     delegate()->setStatusString(false);
     delegate()->setIsDeviceAlive(false);
     delegate()->clearAll();

@@ -9,9 +9,12 @@
 #include "scale/ScaleDelegate.h"
 #include "scale/WeightDecoder.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
+#include <chrono>
 #include <memory>
+#include <optional>
 
 /// The scale link: finds and opens the scale, commands it, reads and decodes its reports and turns
 /// them into the texts that leave the program. Lives on the main thread. It holds no pointer to
@@ -26,9 +29,17 @@ public:
     /// Starts to watch for HID devices; to be called once.
     void get_device_handle();
 
+    /// How long a reading holds the thread, and how often a silent scale is polled anew.
+    static constexpr std::chrono::milliseconds answerPatience{2000};
+
     /// One exchange with the scale: a poll out, one report in, everything that follows from it.
-    /// Waits for the report as long as it takes, and holds the thread meanwhile.
+    /// Holds the thread until the report comes, and for no longer than that patience. A reading
+    /// whose report has not come by then stays open.
     void get_device_rawdata();
+    bool isReadingOpen() const { return m_open.has_value(); }
+    /// Of the open reading; to be called often while there is one, and not without. Takes the
+    /// report if it has come, and ends the reading as if it had come in time. Does not wait.
+    void continueReading();
 
     // Each sends one command report at once; a failure is only traced.
     void set_device_ON();
@@ -99,6 +110,7 @@ private:
     static ScaleDelegate *delegate();
 
     void DeviceAdded(const HidDeviceInfo &device);
+    void DeviceChanged(const HidDeviceInfo &device);
     void DeviceRemoved(const HidDeviceInfo &device);
     void handleMatchingDevice();
     void hid_device_removal_callback();
@@ -108,12 +120,35 @@ private:
     int sendFeatureReport(const FeatureReport &report);
     void sendCommand(Trace trace);
 
+    struct UnitChoice
+    {
+        int unitnumber = 0;
+        int unitindex = 0;
+        int currentUnit = 0;
+    };
+
+    /// A reading whose report is late.
+    struct OpenReading
+    {
+        QElapsedTimer sincePoll;
+        int unansweredPolls = 1;
+        bool isCommanded = false;         ///< since the latest poll
+        std::optional<UnitChoice> chosen; ///< since the reading began
+    };
+
     struct Input
     {
         WeightReport report;
         ReadOutcome outcome = ReadOutcome::Failed;
     };
-    Input readReport();
+    /// Nothing where no report comes in that time.
+    std::optional<Input> readReport(std::chrono::milliseconds patience);
+    void sendPoll();
+    void pollAnew();
+    void takeInput(const Input &input);
+    void dropOwedReports();
+    /// Its answers may come over another handle to the same scale.
+    void giveReadingUp();
     float exportedWeight(const WeightReport &report, float grams);
     void perform(const ReadingEffect &effect);
     void exportReading(const WeightReport &report, const DecodedReport &decoded, Capacity capacity);
@@ -122,6 +157,9 @@ private:
     std::unique_ptr<DeviceEvents> m_watcher;
     HidLibrary m_library;
     std::shared_ptr<HidHandle> m_handle; ///< stays set when the scale is gone; null if never opened
+    QString m_refusedPath; ///< of the attached scale, while it cannot be opened; or empty
+    std::optional<OpenReading> m_open;
+    int m_owedReports = 0; ///< answers that may still come to polls of readings that are over
     CommandByte m_scaleCommand = 0;
     ReadingState m_state;
     int m_dotunit = 0;

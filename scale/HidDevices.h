@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -34,6 +35,8 @@ public:
 
 signals:
     void added(const HidDeviceInfo &device);
+    /// Of a device that was added: its node's permissions may be others now.
+    void changed(const HidDeviceInfo &device);
     /// Carries what was known when the device was added: by now its parents are gone.
     void removed(const HidDeviceInfo &device);
 };
@@ -50,7 +53,9 @@ public:
     /// First byte: report number, 0 for none. The length of @p report, or -1.
     virtual int sendFeatureReport(std::span<const std::uint8_t> report) = 0;
     /// Waits for the next input report; its length, or -1 (also when the device goes meanwhile).
-    virtual int read(std::span<std::uint8_t> buffer) = 0;
+    /// Nothing where none has come by the time that @p patience, 0 or more, is over.
+    virtual std::optional<int> read(std::span<std::uint8_t> buffer,
+                                    std::chrono::milliseconds patience) = 0;
 };
 
 /// Where the link's devices come from: from the machine, or from the record of another one.

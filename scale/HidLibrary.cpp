@@ -16,9 +16,10 @@ int HidHandle::sendFeatureReport(std::span<const std::uint8_t> report)
     return m_connection ? m_connection->sendFeatureReport(report) : -1;
 }
 
-int HidHandle::read(std::span<std::uint8_t> buffer)
+std::optional<int> HidHandle::read(std::span<std::uint8_t> buffer,
+                                   std::chrono::milliseconds patience)
 {
-    return m_connection ? m_connection->read(buffer) : -1;
+    return m_connection ? m_connection->read(buffer, patience) : -1;
 }
 
 void HidHandle::close()

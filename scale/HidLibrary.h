@@ -17,8 +17,8 @@ public:
 
     /// First byte: report number, 0 for none. The length of @p report, or -1.
     int sendFeatureReport(std::span<const std::uint8_t> report);
-    /// Waits for the next input report; its length, or -1 (also when the device goes meanwhile).
-    int read(std::span<std::uint8_t> buffer);
+    /// As HidConnection::read().
+    std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds patience);
 
     /// Releases the library's handle: one that stays open keeps its kernel minor, and there are
     /// only 64 of them for all programs.

@@ -18,10 +18,25 @@ constexpr int weightBytes = 3;
 
 void HIDManager::get_device_rawdata()
 {
+    dropOwedReports();
+    sendPoll();
+    if (const auto input = readReport(answerPatience)) {
+        takeInput(*input);
+        return;
+    }
+    m_open.emplace();
+    pollAnew();
+}
+
+void HIDManager::sendPoll()
+{
     if (sendFeatureReport(pollReport(m_scaleCommand)) < 0)
         traceLine(QStringLiteral("Unable to read command()"));
-    const auto [report, outcome] = readReport();
+}
 
+void HIDManager::takeInput(const Input &input)
+{
+    const auto [report, outcome] = input;
     if (m_state.currentScale == scaletype::packedDecimal)
         m_state.currentStatue = true;
     m_state.OverloadFlag = false;
@@ -45,16 +60,18 @@ void HIDManager::get_device_rawdata()
     m_scaleCommand = afterPoll(m_scaleCommand, m_state.unitindex);
 }
 
-HIDManager::Input HIDManager::readReport()
+std::optional<HIDManager::Input> HIDManager::readReport(std::chrono::milliseconds patience)
 {
     std::array<std::uint8_t, 9> buffer{};
-    const int received = m_handle ? m_handle->read(buffer) : -1;
-    if (received < 0)
+    const std::optional<int> received = m_handle ? m_handle->read(buffer, patience) : -1;
+    if (!received)
+        return std::nullopt;
+    if (*received < 0)
         traceLine(QStringLiteral("Unable to read()"));
-    for (int i = 0; i < received; ++i)
+    for (int i = 0; i < *received; ++i)
         traceLine(QStringLiteral("buf[%1]: %2").arg(i).arg(buffer.at(static_cast<std::size_t>(i))));
-    return {.report = {.status = buffer[0], .low = buffer[1], .high = buffer[2]},
-            .outcome = received < weightBytes ? ReadOutcome::Failed : ReadOutcome::Read};
+    return Input{.report = {.status = buffer[0], .low = buffer[1], .high = buffer[2]},
+                 .outcome = *received < weightBytes ? ReadOutcome::Failed : ReadOutcome::Read};
 }
 
 float HIDManager::exportedWeight(const WeightReport &report, float grams)

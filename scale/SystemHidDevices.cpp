@@ -5,9 +5,13 @@
 
 #include "scale/DeviceWatcher.h"
 
+#include <QElapsedTimer>
+#include <algorithm>
 #include <cerrno>
 #include <hidapi.h>
 #include <unistd.h>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -26,9 +30,25 @@ public:
         return hid_send_feature_report(m_device, report.data(), report.size());
     }
 
-    int read(std::span<std::uint8_t> buffer) override
+    std::optional<int> read(std::span<std::uint8_t> buffer,
+                            std::chrono::milliseconds patience) override
     {
-        return hid_read(m_device, buffer.data(), buffer.size());
+        QElapsedTimer waited;
+        waited.start();
+        for (;;) {
+            const std::chrono::milliseconds gone(waited.elapsed());
+            errno = 0;
+            const int received =
+                hid_read_timeout(m_device, buffer.data(), buffer.size(),
+                                 static_cast<int>(std::max(patience - gone, 0ms).count()));
+            // A signal ends the library's wait, where the kernel would have gone on with a read.
+            if (received < 0 && errno == EINTR)
+                continue;
+            // 0 is the answer to a report without bytes, too. Time tells them apart.
+            if (received == 0 && waited.elapsed() >= patience.count())
+                return std::nullopt;
+            return received;
+        }
     }
 
 private:

@@ -21,6 +21,12 @@ void ImageView::setImage(const QString &name)
     update();
 }
 
+void ImageView::setOpacity(qreal opacity)
+{
+    m_opacity = opacity;
+    update();
+}
+
 bool ImageView::isEmpty() const
 {
     return PictureCache::pictureSize(m_imageName).isEmpty();
@@ -34,6 +40,7 @@ QSize ImageView::sizeHint() const
 void ImageView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    painter.setOpacity(m_opacity);
     PictureCache unkept;
     (m_pictures ? m_pictures : &unkept)->paint(painter, m_imageName, rect());
 }

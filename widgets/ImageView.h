@@ -28,6 +28,9 @@ public:
     void setUnlitImage(const QString &name) { m_unlitImageName = name; }
     QString unlitImageName() const { return m_unlitImageName; }
 
+    /// From 0, invisible, to 1.
+    void setOpacity(qreal opacity);
+
     /// Where painted pictures are kept; it must outlive the view's last painting. Without one, each
     /// painting makes its picture anew.
     void setPictures(PictureCache *pictures) { m_pictures = pictures; }
@@ -40,5 +43,6 @@ protected:
 private:
     QString m_imageName;
     QString m_unlitImageName;
+    qreal m_opacity = 1;
     PictureCache *m_pictures = nullptr;
 };

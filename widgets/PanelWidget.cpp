@@ -26,6 +26,9 @@ constexpr int glassBezel = 10;
 // Strong enough to be made out, too weak to be taken for a digit at a glance.
 constexpr qreal unlitOpacity = 0.055;
 
+// Grey against the black of a present reading, and well above what is unlit.
+constexpr qreal dimmedOpacity = 0.4;
+
 // What is left of a label's height for the letters, so that no descender is cut off.
 constexpr qreal textPartOfHeight = 0.72;
 
@@ -92,6 +95,13 @@ void PanelWidget::setReadingText(const QString &words)
     // setAccessibleName tells screen readers, also when the name stays the same.
     if (words != accessibleName())
         setAccessibleName(words);
+}
+
+void PanelWidget::setDimmed(bool dimmed)
+{
+    m_isDimmed = dimmed;
+    for (ImageView *view : findChildren<ImageView *>(QString(), Qt::FindDirectChildrenOnly))
+        view->setOpacity(dimmed ? dimmedOpacity : 1);
 }
 
 QSize PanelWidget::minimumSizeHint() const

@@ -33,6 +33,10 @@ public:
     void setReadingText(const QString &words);
     QString readingText() const { return accessibleName(); }
 
+    /// Lit segments become faint, and stay legible.
+    void setDimmed(bool dimmed);
+    bool isDimmed() const { return m_isDimmed; }
+
     QSize sizeHint() const override { return m_designSize; }
     QSize minimumSizeHint() const override;
 
@@ -67,6 +71,7 @@ private:
     void paintUnlitSegments(QPainter &painter, Segments segments);
 
     QSize m_designSize;
+    bool m_isDimmed = false;
     std::vector<Place> m_places;
     QWidget *m_numerator = nullptr;
     QWidget *m_line = nullptr;

@@ -42,6 +42,10 @@ public:
             write(LineKind::Attach, device);
             emit added(device);
         });
+        connect(m_events.get(), &DeviceEvents::changed, this, [this](const HidDeviceInfo &device) {
+            write(LineKind::Change, device);
+            emit changed(device);
+        });
         connect(m_events.get(), &DeviceEvents::removed, this, [this](const HidDeviceInfo &device) {
             write(LineKind::Detach, device);
             emit removed(device);
@@ -86,12 +90,15 @@ public:
         return sent;
     }
 
-    int read(std::span<std::uint8_t> buffer) override
+    std::optional<int> read(std::span<std::uint8_t> buffer,
+                            std::chrono::milliseconds patience) override
     {
-        const int received = m_connection->read(buffer);
-        const auto length = static_cast<std::size_t>(std::max(received, 0));
+        const std::optional<int> received = m_connection->read(buffer, patience);
+        if (!received)
+            return received;
+        const auto length = static_cast<std::size_t>(std::max(*received, 0));
         m_record.write({.kind = LineKind::Read,
-                        .outcome = outcomeOf(received),
+                        .outcome = outcomeOf(*received),
                         .report = bytesOf(buffer.first(length))});
         return received;
     }

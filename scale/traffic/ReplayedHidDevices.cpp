@@ -50,7 +50,11 @@ public:
         return m_devices.sendFeatureReport(report);
     }
 
-    int read(std::span<std::uint8_t> buffer) override { return m_devices.read(buffer); }
+    std::optional<int> read(std::span<std::uint8_t> buffer,
+                            std::chrono::milliseconds patience) override
+    {
+        return m_devices.read(buffer, patience);
+    }
 
 private:
     ReplayedHidDevices &m_devices;
@@ -63,11 +67,37 @@ HidDeviceInfo deviceOf(const TrafficLine &line)
         .systemPath = node, .node = node, .vendorId = line.vendorId, .productId = line.productId};
 }
 
-bool isCommand(const TrafficLine &line)
+bool isPoll(const TrafficLine &line)
 {
     return line.kind == TrafficLine::Kind::Send &&
-           !isPollReport({reinterpret_cast<const std::uint8_t *>(line.report.constData()),
-                          static_cast<std::size_t>(line.report.size())});
+           isPollReport({reinterpret_cast<const std::uint8_t *>(line.report.constData()),
+                         static_cast<std::size_t>(line.report.size())});
+}
+
+bool isCommand(const TrafficLine &line)
+{
+    return line.kind == TrafficLine::Kind::Send && !isPoll(line);
+}
+
+bool isEvent(const TrafficLine &line)
+{
+    using Kind = TrafficLine::Kind;
+    return line.kind == Kind::Attach || line.kind == Kind::Change || line.kind == Kind::Detach;
+}
+
+void tell(DeviceEvents &listener, TrafficLine::Kind kind, const HidDeviceInfo &device)
+{
+    if (kind == TrafficLine::Kind::Attach)
+        emit listener.added(device);
+    else if (kind == TrafficLine::Kind::Change)
+        emit listener.changed(device);
+    else
+        emit listener.removed(device);
+}
+
+void pass(std::chrono::milliseconds time)
+{
+    QThread::msleep(static_cast<unsigned long>(time.count()));
 }
 
 int copied(const TrafficLine &line, std::span<std::uint8_t> buffer)
@@ -158,16 +188,30 @@ int ReplayedHidDevices::sendFeatureReport(std::span<const std::uint8_t> report)
     return failed ? -1 : sent;
 }
 
-int ReplayedHidDevices::read(std::span<std::uint8_t> buffer)
+std::optional<int> ReplayedHidDevices::read(std::span<std::uint8_t> buffer,
+                                            std::chrono::milliseconds patience)
 {
     passCommands();
-    if (isNext(Kind::Read)) {
-        m_latestRead = *nextLine();
-        QThread::msleep(static_cast<unsigned long>(untilDue(m_latestRead).count()));
-        take();
-        scheduleEvent();
+    if (!isNext(Kind::Read)) {
+        if (patience > 0ms && !wasSilent(patience))
+            return copied(m_latestRead, buffer);
+        pass(patience);
+        return std::nullopt;
     }
+    // What was read before a poll was there already.
+    const std::chrono::milliseconds due = m_awaitsAnswer ? untilDue(*nextLine()) : 0ms;
+    pass(std::min(due, patience));
+    if (due > patience)
+        return std::nullopt;
+    m_latestRead = *nextLine();
+    take();
+    scheduleEvent();
     return copied(m_latestRead, buffer);
+}
+
+bool ReplayedHidDevices::wasSilent(std::chrono::milliseconds patience) const
+{
+    return m_awaitsAnswer && nextLine() != nullptr && nextLine()->time - m_takenTime >= patience;
 }
 
 const TrafficLine *ReplayedHidDevices::nextLine() const
@@ -188,7 +232,9 @@ void ReplayedHidDevices::passCommands()
 
 void ReplayedHidDevices::take()
 {
-    m_takenTime = m_lines[m_next].time;
+    const TrafficLine &line = m_lines[m_next];
+    m_awaitsAnswer = isPoll(line) || (m_awaitsAnswer && line.kind != Kind::Read);
+    m_takenTime = line.time;
     ++m_next;
     m_sinceTaken.restart();
 }
@@ -204,7 +250,7 @@ void ReplayedHidDevices::scheduleEvent()
     passCommands();
     if (nextLine() == nullptr)
         noteEnd();
-    else if (isNext(Kind::Attach) || isNext(Kind::Detach))
+    else if (isEvent(*nextLine()))
         m_eventDue.start(untilDue(*nextLine()));
 }
 
@@ -213,14 +259,12 @@ void ReplayedHidDevices::reportEvent()
     const TrafficLine line = *nextLine();
     take();
     const HidDeviceInfo device = deviceOf(line);
-    if (line.kind == Kind::Attach)
-        m_present.insert(device.node, device);
-    else
+    if (line.kind == Kind::Detach)
         m_present.remove(device.node);
-    if (m_listener && line.kind == Kind::Attach)
-        emit m_listener->added(device);
-    else if (m_listener)
-        emit m_listener->removed(device);
+    else
+        m_present.insert(device.node, device);
+    if (m_listener)
+        tell(*m_listener, line.kind, device);
     scheduleEvent();
 }
 

@@ -15,9 +15,10 @@
 ///
 /// Devices come and go at their recorded distance from the line before, and not before everything
 /// that was read earlier has been read again: a replay neither loses a report nor runs ahead. A
-/// read takes as long as it did. Commands are taken and have no effect; only polls are matched
-/// with the recorded ones. A read beyond what was recorded gets the latest report once more, so
-/// that the last state stays when the record has ended.
+/// read takes as long as it did, and a scale that was silent is silent again. Commands are taken
+/// and have no effect; only polls are matched with the recorded ones. A read beyond what was
+/// recorded gets the latest report once more, so that the last state stays when the record has
+/// ended.
 class ReplayedHidDevices : public QObject, public HidDevices
 {
     Q_OBJECT
@@ -33,7 +34,7 @@ public:
     std::optional<HidDeviceInfo> find(std::uint16_t vendorId, std::uint16_t productId) const;
     void startReporting(DeviceEvents *listener);
     int sendFeatureReport(std::span<const std::uint8_t> report);
-    int read(std::span<std::uint8_t> buffer);
+    std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds patience);
 
 private:
     using Kind = TrafficLine::Kind;
@@ -44,6 +45,8 @@ private:
     /// Lines that nobody will ask for: the commands of the recorded user.
     void passCommands();
     void take();
+    /// The recorded program waited in vain for an answer to the poll taken last.
+    bool wasSilent(std::chrono::milliseconds patience) const;
     std::chrono::milliseconds untilDue(const TrafficLine &line) const;
     void scheduleEvent();
     void reportEvent();
@@ -57,6 +60,7 @@ private:
     QTimer m_eventDue;
     QHash<QString, HidDeviceInfo> m_present; ///< by node
     TrafficLine m_latestRead;
+    bool m_awaitsAnswer = false; ///< to the poll taken last
     QString m_openError;
     int m_openErrorNumber = 0;
     bool m_endNoted = false;

@@ -4,6 +4,7 @@
 #include "scale/traffic/TrafficLine.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -11,9 +12,9 @@ namespace {
 using LineKind = TrafficLine::Kind;
 using Outcome = TrafficLine::Outcome;
 
-const std::array<QLatin1String, 5> kindWords{QLatin1String("attach"), QLatin1String("detach"),
-                                             QLatin1String("open"), QLatin1String("send"),
-                                             QLatin1String("read")};
+const std::array<QLatin1String, 6> kindWords{QLatin1String("attach"), QLatin1String("change"),
+                                             QLatin1String("detach"), QLatin1String("open"),
+                                             QLatin1String("send"),   QLatin1String("read")};
 const QLatin1String failedWord("failed");
 const QLatin1String deniedWord("denied");
 
@@ -32,6 +33,7 @@ QStringList details(const TrafficLine &line)
 {
     switch (line.kind) {
     case LineKind::Attach:
+    case LineKind::Change:
     case LineKind::Detach:
         return {line.device,
                 hexNumber(line.vendorId) + QLatin1Char(':') + hexNumber(line.productId)};
@@ -57,7 +59,7 @@ const QRegularExpression &grammar()
 {
     static const QRegularExpression expression(QRegularExpression::anchoredPattern(QStringLiteral(
         "(?<seconds>[0-9]{1,9})\\.(?<milliseconds>[0-9]{3}) "
-        "(?:(?<presence>attach|detach) (?<node>[a-z0-9]+) "
+        "(?:(?<presence>attach|change|detach) (?<node>[a-z0-9]+) "
         "(?<vendor>[0-9a-f]{4}):(?<product>[0-9a-f]{4})"
         "|(?<open>open) (?<opened>[a-z0-9]+)(?: (?<refusal>failed|denied): (?<reason>.*))?"
         "|(?<send>send)(?<unsent> failed)?(?<sent>(?: [0-9a-f]{2})+)"
@@ -67,8 +69,9 @@ const QRegularExpression &grammar()
 
 TrafficLine presenceOf(const QRegularExpressionMatch &match)
 {
-    const bool attached = match.captured(u"presence") == kindWords.front();
-    return {.kind = attached ? LineKind::Attach : LineKind::Detach,
+    // The first of the words are these, in the order of the kinds.
+    const auto word = std::find(kindWords.begin(), kindWords.end(), match.captured(u"presence"));
+    return {.kind = static_cast<LineKind>(word - kindWords.begin()),
             .device = match.captured(u"node"),
             .vendorId = match.captured(u"vendor").toUShort(nullptr, 16),
             .productId = match.captured(u"product").toUShort(nullptr, 16)};

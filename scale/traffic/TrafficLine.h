@@ -12,6 +12,7 @@
 /// One thing that passed between the program and the system's HID devices, as one line of text:
 ///
 ///     0.004 attach hidraw0 04d9:8010
+///     0.004 change hidraw0 04d9:8010
 ///     0.074 open hidraw0
 ///     0.074 open hidraw0 denied: Permission denied
 ///     0.474 send 00 90 ff 80 00 00 00 00 00
@@ -21,7 +22,7 @@
 ///     2.310 detach hidraw0 04d9:8010
 struct TrafficLine
 {
-    enum class Kind : std::uint8_t { Attach, Detach, Open, Send, Read };
+    enum class Kind : std::uint8_t { Attach, Change, Detach, Open, Send, Read };
     enum class Outcome : std::uint8_t {
         Done,
         Failed,

@@ -1,9 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/FakeClock.h"
 #include "tests/support/LaunchedApplication.h"
 
 #include <QTest>
+#include <chrono>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -74,6 +78,30 @@ class ReadingReportDelegateTest : public QObject
 
 private slots:
     void init() { storedsettings::forget(); }
+
+    /// With the age of what the window shows, if it shows anything.
+    void aScaleThatDoesNotAnswer()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.hidapi.duringWait = [](int patience) {
+            fakeclock::advance(std::chrono::milliseconds(patience));
+        };
+        app.pass(400ms);
+        ReadingReport report = reportOf(app);
+        QCOMPARE(report.state, ReportState::NoAnswer);
+        QCOMPARE(report.exitStatus(), 2);
+        QVERIFY(!report.age);
+
+        app.hidapi.reports.push_back(grams1234);
+        app.pass(100ms);
+        QCOMPARE(reportOf(app).state, ReportState::Weight);
+        app.pass(5s);
+        report = reportOf(app);
+        QCOMPARE(report.state, ReportState::NoAnswer);
+        QVERIFY(*report.age >= 5);
+        QVERIFY(!report.shown);
+        QCOMPARE(ReadingReport::fromJson(report.toJson()), report);
+    }
 
     void stateOfTheReadings_data()
     {

@@ -3,12 +3,14 @@
 """A scale that comes, goes, falls silent or talks nonsense."""
 
 import harness
-from emulated_scale import POWER_OFF
+from emulated_scale import HOLD_RELEASED, POWER_OFF
 from harness import POLL_INTERVAL
 from waiting import wait_until
 
 CONNECTED = "Scale connected"
 NOT_CONNECTED = "Scale not connected"
+SILENCE = "The scale does not answer"
+NOT_PRESENT = ", the scale does not answer"
 NO_SCALE_ON_PANEL = "no scale connected"
 
 
@@ -114,6 +116,55 @@ class FaultTest(harness.DeviceTest):
         program.scale.tell("silence on")
         wait_until(lambda: program.scale.stays_without_reports(3 * POLL_INTERVAL),
                    "the program held in its read, without further polls")
+
+    def test_the_window_is_alive_while_the_scale_is_silent(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.scale.tell("silence on")
+        wait_until(lambda: program.window.says(SILENCE), "the silence noticed")
+        self.assertEqual(program.window.status, CONNECTED)
+        self.assertEqual(program.window.reading, "1234 grams" + NOT_PRESENT)
+        wait_until(lambda: program.window.says("s old"), "the reading's age")
+
+        program.scale.tell("clear-reports")
+        program.window.click("holdButton")
+        self.assertFalse(program.scale.wait_for_command(0).command & HOLD_RELEASED)
+        program.window.click("holdButton")
+        self.assertTrue(program.scale.wait_for_command(1).command & HOLD_RELEASED)
+        program.window.click("rg1")
+        program.scale.wait_for_command(2)
+
+        program.scale.tell_all("weight 567", "silence off")
+        program.wait_for_reading("20.0 ounces")
+        self.assertFalse(program.window.says(SILENCE))
+        self.assertEqual(program.scale.tell("open-handles"), "1")
+        self.assert_one_poll_per_interval(program)
+
+    def test_one_answer_that_is_lost_is_asked_for_again(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        for weight in (200, 300):
+            with self.subTest(weight=weight):
+                program.scale.tell_all("lose 1", f"weight {weight}")
+                program.wait_for_reading(f"{weight} grams")
+        self.assertFalse(program.window.says(SILENCE))
+        self.assert_one_poll_per_interval(program)
+
+    def test_a_silent_scale_is_asked_every_two_seconds(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.scale.tell("silence on")
+        wait_until(lambda: program.window.says(SILENCE), "the silence noticed")
+        program.scale.tell("clear-reports")
+        program.scale.wait_for_reports(3)
+        times = [report.seconds for report in program.scale.polls()]
+        self.assertAlmostEqual(times[2] - times[0], 2 * 2.0, delta=0.6, msg=times)
+
+    def assert_one_poll_per_interval(self, program):
+        program.scale.tell("clear-reports")
+        program.scale.wait_for_reports(7)
+        times = [report.seconds for report in program.scale.polls()]
+        self.assertAlmostEqual(times[6] - times[0], 6 * POLL_INTERVAL, delta=0.6, msg=times)
 
     def test_nonsense_from_the_scale_is_survived(self):
         program = self.start("--weight", "1234")

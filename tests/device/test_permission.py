@@ -33,6 +33,21 @@ class PermissionTest(harness.DeviceTest):
         program.wait_for_reading("1234 grams")
         self.assertFalse(program.window.says(self.NOTICE))
 
+    def test_permission_that_arrives_later_is_used(self):
+        program = self.start("--unplugged", "--weight", "1234")
+        program.scale.tell_all("permission off", "plug")
+        program.log.wait_for(self.NOTICE)
+        program.wait_for_reading("off")
+        # As when the rule has been put in place and udev is told to apply it.
+        program.scale.tell_all("permission on", "change-event")
+        program.wait_for_reading("1234 grams")
+        self.assertFalse(program.window.says(self.NOTICE))
+        self.assertEqual(program.scale.tell("open-handles"), "1")
+        program.scale.tell("clear-reports")
+        program.scale.wait_for_reports(7)
+        times = [report.seconds for report in program.scale.polls()]
+        self.assertAlmostEqual(times[6] - times[0], 6 * harness.POLL_INTERVAL, delta=0.6)
+
     def test_the_notice_says_which_rule_to_install(self):
         program = self.start("--unplugged")
         program.scale.tell_all("permission off", "plug")

@@ -3,10 +3,15 @@
 
 #include "tests/faults/FaultyWorld.h"
 
+#include "tests/support/FakeClock.h"
+
 #include <QDir>
 #include <QFileInfo>
+#include <algorithm>
 #include <csignal>
 #include <utility>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -35,6 +40,7 @@ FaultyWorld::FaultyWorld()
 FaultyWorld::~FaultyWorld()
 {
     app.hidapi.duringSend = {};
+    app.hidapi.duringWait = {};
     fillDisk(false);
     blockSettingsFolder(false);
 }
@@ -47,10 +53,14 @@ void FaultyWorld::plug(Notice notice)
     m_plugged = true;
     m_scale.name = m_scale.name == "hidraw0" ? "hidraw1" : "hidraw0";
     model.plugIn();
+    m_scale.isInitialized = notice != Notice::Late;
     if (notice == Notice::Sent)
         fakeudev::plug(m_scale);
     else
         fakeudev::place(m_scale);
+    // The program sees it all the same: it looks for itself.
+    if (notice == Notice::Late)
+        fakeudev::overflow();
     applyTransfers();
 }
 
@@ -82,7 +92,42 @@ void FaultyWorld::applyTransfers()
     app.hidapi.sendFails = m_sendingFails || !m_plugged;
     app.hidapi.readFails = m_reports == Reports::None || !m_plugged;
     if (!m_plugged)
-        app.hidapi.reports.clear();
+        loseReports();
+}
+
+void FaultyWorld::loseReports()
+{
+    app.hidapi.reports.clear();
+    app.hidapi.duringWait = {};
+    m_heldBack.clear();
+}
+
+void FaultyWorld::fallSilent(std::chrono::milliseconds time)
+{
+    m_silence.setRemainingTime(time);
+}
+
+void FaultyWorld::waitForTheEndOfSilence() const
+{
+    while (!m_silence.hasExpired())
+        LaunchedApplication::pass(100ms, 100ms);
+}
+
+void FaultyWorld::loseAnswer()
+{
+    m_losesAnswer = true;
+}
+
+void FaultyWorld::resetBus()
+{
+    loseReports();
+    model.plugIn();
+    loseAnswer();
+}
+
+void FaultyWorld::announce()
+{
+    fakeudev::announceLate(m_scale.name);
 }
 
 void FaultyWorld::fillDisk(bool full)
@@ -123,11 +168,44 @@ void FaultyWorld::exchange()
     const auto sent = app.hidapi.sent.back();
     if (m_happening)
         std::exchange(m_happening, {})();
-    if (app.hidapi.sendFails)
+    if (app.hidapi.sendFails) {
+        if (m_heldBack.empty())
+            app.hidapi.duringWait = {};
         return;
-    const auto answer = model.receive(std::span(sent).subspan(1));
-    if (answer)
-        app.hidapi.reports.push_back(distorted(*answer));
+    }
+    if (const auto report = model.receive(std::span(sent).subspan(1)))
+        answer(distorted(*report));
+}
+
+// A read that finds nothing waits only where an answer is missing: it fails where there is no
+// scale to wait for.
+void FaultyWorld::answer(const std::vector<std::uint8_t> &report)
+{
+    const bool isLost = std::exchange(m_losesAnswer, false);
+    if (!isLost && m_silence.hasExpired()) {
+        app.hidapi.duringWait = {};
+        app.hidapi.reports.push_back(report);
+        return;
+    }
+    if (!isLost)
+        m_heldBack.push_back(report);
+    app.hidapi.duringWait = [this](int patience) { wait(std::chrono::milliseconds(patience)); };
+}
+
+void FaultyWorld::wait(std::chrono::milliseconds patience)
+{
+    const bool comes = !m_heldBack.empty() && m_silence.remainingTimeAsDuration() <= patience;
+    fakeclock::advance(
+        comes ? std::chrono::ceil<std::chrono::milliseconds>(m_silence.remainingTimeAsDuration())
+              : patience);
+    if (comes)
+        deliverHeldBack();
+}
+
+void FaultyWorld::deliverHeldBack()
+{
+    std::copy(m_heldBack.begin(), m_heldBack.end(), std::back_inserter(app.hidapi.reports));
+    m_heldBack.clear();
 }
 
 std::vector<std::uint8_t> FaultyWorld::distorted(const ScaleModel::InputReport &report)

@@ -6,6 +6,8 @@
 #include "emulator/ScaleModel.h"
 #include "tests/support/LaunchedApplication.h"
 
+#include <QDeadlineTimer>
+#include <chrono>
 #include <functional>
 #include <random>
 #include <sys/resource.h>
@@ -17,7 +19,7 @@ class FaultyWorld
 public:
     /// What reaches the program in place of a report.
     enum class Reports { Whole, None, Empty, Short, Long, Nonsense };
-    enum class Notice { Sent, Dropped };
+    enum class Notice { Sent, Dropped, Late };
 
     FaultyWorld();
     ~FaultyWorld();
@@ -30,6 +32,15 @@ public:
 
     void deliver(Reports reports);
     void failSending(bool fails);
+    /// Answers to polls are held back from now on, and all come when that time is over.
+    void fallSilent(std::chrono::milliseconds time);
+    void waitForTheEndOfSilence() const;
+    /// The answer to the next poll, or to the one under way, never comes.
+    void loseAnswer();
+    /// What was on its way is lost; the scale is well and announces its type anew.
+    void resetBus();
+    /// udev is through with a scale whose announcement was late.
+    void announce();
     /// Every write to a file fails as it does on a full disk.
     void fillDisk(bool full);
     void loseSettingsFolder();
@@ -46,6 +57,11 @@ public:
 
 private:
     void exchange();
+    void answer(const std::vector<std::uint8_t> &report);
+    /// The program waits for a report, or looks for one.
+    void wait(std::chrono::milliseconds patience);
+    void deliverHeldBack();
+    void loseReports();
     std::vector<std::uint8_t> distorted(const ScaleModel::InputReport &report);
     void applyTransfers();
 
@@ -54,6 +70,9 @@ private:
     bool m_sendingFails = false;
     bool m_folderIsBlocked = false;
     Reports m_reports = Reports::Whole;
+    QDeadlineTimer m_silence;
+    std::vector<std::vector<std::uint8_t>> m_heldBack;
+    bool m_losesAnswer = false;
     std::function<void()> m_happening;
     std::mt19937 m_nonsense;
     rlimit m_fileSize{};

@@ -164,6 +164,7 @@ class PrintFromWindowTest(CommandLineTest):
         program.log.wait_for("readData$", mark)
         result = self.run_program("--print", "--json")
         self.assertEqual((result.status, result.report["state"]), (2, "no-answer"))
+        self.assertGreater(result.report["age"], 2)
         program.scale.tell_all("silence off", "burst 1")
         self.assertEqual(self.run_program("--print").status, 0)
 

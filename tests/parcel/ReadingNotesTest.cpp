@@ -158,8 +158,12 @@ private slots:
         QTest::addColumn<State>("state");
         QTest::addColumn<int>("age"); // ms
         QTest::addColumn<QString>("words");
+        QTest::addColumn<QString>("silent"); // where the scale does not answer
         const auto row = [](const char *words, PanReading pan, State state, int age) {
-            QTest::newRow(words) << pan << state << age << QString::fromUtf8(words);
+            const QString all = QString::fromUtf8(words);
+            const QString silent =
+                pan == PanReading::Missed ? all : all.section(QStringLiteral(" \u00b7 "), 1);
+            QTest::newRow(words) << pan << state << age << all << silent;
         };
         row("Settling", PanReading::Weight, State::Settling, 0);
         row("Settled since 10:42:13", PanReading::Weight, State::Settled, 1000);
@@ -184,6 +188,8 @@ private slots:
         notes.state = state;
         notes.age = std::chrono::milliseconds(age);
         QTEST(notes.standing(), "words");
+        notes.isSilent = true;
+        QTEST(notes.standing(), "silent");
         notes.isConnected = false;
         QCOMPARE(notes.standing(), QString());
         QCOMPARE(notes.leaves(), QString());

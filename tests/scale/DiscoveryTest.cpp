@@ -182,6 +182,78 @@ private slots:
         QVERIFY(scale.interface.calls.isEmpty());
     }
 
+    /// The rule is put in place and udev told to apply it: no further attachment, one handle.
+    void permissionThatArrivesLaterIsUsed()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        scale.hidapi.openFails = true;
+        fakeudev::plug(scaleDevice);
+        scale.turn();
+        fakeudev::announce(scaleDevice, "change");
+        scale.turn();
+        QVERIFY(!scale.interface.connectionTrouble.isEmpty());
+        scale.hidapi.openFails = false;
+        fakeudev::announce(mouse, "change");
+        scale.turn();
+        QVERIFY(!scale.interface.connectionTrouble.isEmpty());
+        for (int event = 0; event < 3; ++event)
+            fakeudev::announce(scaleDevice, "change");
+        scale.turn();
+        QCOMPARE(scale.interface.connectionTrouble, QString());
+        QCOMPARE(scale.interface.calls, toldConnected);
+        QCOMPARE(scale.hidapi.openHandles, 1);
+        scale.poll({0x01, 0x34, 0x12});
+        QCOMPARE(scale.link.sWebDataBasic(), QStringLiteral("1234"));
+    }
+
+    /// What is gone, or no longer counts as connected, is not opened.
+    void permissionThatArrivesTooLateIsLeftAlone()
+    {
+        LinkedScale scale(LinkedScale::Scale::Present);
+        fakeudev::unplug("hidraw0");
+        scale.hidapi.openFails = true;
+        fakeudev::plug(scaleDevice);
+        fakeudev::plug(mouse);
+        fakeudev::unplug("hidraw7");
+        scale.turn();
+        scale.hidapi.openFails = false;
+        fakeudev::announce(scaleDevice, "change");
+        scale.turn();
+        QCOMPARE(scale.hidapi.openHandles, 0);
+        QCOMPARE(scale.interface.calls.last(4), toldGone);
+    }
+
+    void lateAnnouncements_data()
+    {
+        QTest::addColumn<bool>("opensAtFirst");
+        QTest::newRow("of a node that was open to the user") << true;
+        QTest::newRow("of one that was not") << false;
+    }
+
+    /// udev is through with a device after it was found in a list: one attachment, one handle.
+    void lateAnnouncements()
+    {
+        QFETCH(bool, opensAtFirst);
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        fakeudev::Device late = scaleDevice;
+        late.isInitialized = false;
+        scale.hidapi.openFails = !opensAtFirst;
+        fakeudev::place(late);
+        fakeudev::overflow();
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected);
+        scale.hidapi.openFails = false;
+        fakeudev::announceLate(late.name);
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected);
+        QCOMPARE(scale.interface.connectionTrouble, QString());
+        QCOMPARE(scale.hidapi.openHandles, 1);
+        // Announced once more, it is a further attachment as ever.
+        fakeudev::announce(late, "add");
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected + toldConnected);
+    }
+
     void failedOpenIsExplained()
     {
         LinkedScale scale(LinkedScale::Scale::Absent);

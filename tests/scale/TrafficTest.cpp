@@ -104,11 +104,11 @@ private slots:
     {
         QTest::addColumn<QByteArray>("text");
         for (const char *text :
-             {"0.004 attach hidraw0 04d9:8010", "12.345 detach hidraw12 046d:c077",
-              "0.074 open hidraw0", "0.074 open hidraw0 denied: Permission denied",
-              "0.074 open hidraw0 failed: ", "0.474 send 00 90 ff 80 00 00 00 00 00",
-              "0.475 read 01 34 12", "0.475 read", "100000.999 read failed",
-              "0.875 send failed 00 90 ff 80 00 00 00 00 00"})
+             {"0.004 attach hidraw0 04d9:8010", "0.005 change hidraw0 04d9:8010",
+              "12.345 detach hidraw12 046d:c077", "0.074 open hidraw0",
+              "0.074 open hidraw0 denied: Permission denied", "0.074 open hidraw0 failed: ",
+              "0.474 send 00 90 ff 80 00 00 00 00 00", "0.475 read 01 34 12", "0.475 read",
+              "100000.999 read failed", "0.875 send failed 00 90 ff 80 00 00 00 00 00"})
             QTest::newRow(text) << QByteArray(text);
     }
 
@@ -212,6 +212,77 @@ private slots:
         QVERIFY2(Traffic::parse(contents(name), &trouble), qPrintable(trouble));
     }
 
+    void permissionThatArrivesLaterIsWrittenDown()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        FakeHidapi &hidapi = FakeHidapi::instance();
+        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
+        const QString name = m_folder.filePath(QStringLiteral("late"));
+        QVERIFY(record.startFile(name));
+        const LogCapture log;
+        Interface interface(record);
+        HIDManager link;
+        link.get_device_handle();
+        LinkedScale::turn();
+        hidapi.openFails = true;
+        fakeudev::plug(scaleDevice);
+        LinkedScale::turn();
+        hidapi.openFails = false;
+        fakeudev::announce(scaleDevice, "change");
+        LinkedScale::turn();
+        QCOMPARE(withoutTimes(contents(name)),
+                 (QStringList{"attach hidraw0 04d9:8010", "open hidraw0 failed: fake failure",
+                              "change hidraw0 04d9:8010", "open hidraw0"}));
+    }
+
+    void permissionThatArrivesLaterComesBack()
+    {
+        ReplayedScale scale("0.000 attach hidraw0 04d9:8010\n"
+                            "0.000 open hidraw0 denied: hid_open\n"
+                            "0.005 change hidraw0 04d9:8010\n"
+                            "0.005 open hidraw0\n"
+                            "0.006 send 00 90 ff 80 00 00 00 00 00\n"
+                            "0.006 read 01 34 12\n");
+        QCOMPARE(scale.interface.connectionTrouble, QString());
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
+    }
+
+    /// Silence of 2.5 s after a poll, which was sent anew meanwhile.
+    void aSilentScaleIsSilentAgain()
+    {
+        ReplayedScale scale(scaleAttached + "0.010 send 00 90 ff 80 00 00 00 00 00\n"
+                                            "2.010 send 00 90 ff 80 00 00 00 00 00\n"
+                                            "2.510 read 01 34 12\n"
+                                            "2.810 read 01 34 12\n"
+                                            "2.810 send 00 90 fe 80 00 00 00 00 00\n"
+                                            "2.811 read 01 67 05\n");
+        scale.link.get_device_rawdata();
+        QVERIFY(scale.link.isReadingOpen());
+        scale.link.continueReading();
+        QVERIFY(scale.link.isReadingOpen());
+        pass(500ms);
+        scale.link.continueReading();
+        QVERIFY(!scale.link.isReadingOpen());
+        QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.label, QStringLiteral("0.567"));
+    }
+
+    void aRecordThatEndsInSilenceStaysSilent()
+    {
+        ReplayedScale scale(scaleAttached + "0.010 send 00 90 ff 80 00 00 00 00 00\n"
+                                            "2.010 send 00 90 ff 80 00 00 00 00 00\n");
+        scale.link.get_device_rawdata();
+        for (int look = 0; look < 3; ++look) {
+            QVERIFY(scale.link.isReadingOpen());
+            pass(1s);
+            scale.link.continueReading();
+        }
+        QVERIFY(scale.link.isReadingOpen());
+    }
+
     void aRecordThatCannotBeWrittenIsToldAtOnce()
     {
         RecordedHidDevices record(std::make_unique<SystemHidDevices>());
@@ -230,7 +301,7 @@ private slots:
         QVERIFY(connection != nullptr);
         FakeHidapi::instance().reports = {{0x01, 0x34, 0x12}};
         std::array<std::uint8_t, 9> buffer{};
-        QCOMPARE(connection->read(buffer), 3);
+        QCOMPARE(connection->read(buffer, 2s), 3);
         QCOMPARE(log.lines(),
                  QStringList{"The record in /dev/full ends here: No space left on device"});
     }

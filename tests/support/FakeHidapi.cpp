@@ -63,11 +63,18 @@ int hid_send_feature_report(hid_device *device, const unsigned char *data, size_
     return hidapi.sendFails ? -1 : hidapi.sentBytes.value_or(static_cast<int>(length));
 }
 
-int hid_read(hid_device *device, unsigned char *data, size_t length)
+int hid_read_timeout(hid_device *device, unsigned char *data, size_t length, int milliseconds)
 {
     FakeHidapi &hidapi = FakeHidapi::instance();
-    if (!isOpen(device) || hidapi.readFails || hidapi.reports.empty())
+    if (!isOpen(device))
         return -1;
+    ++(milliseconds > 0 ? hidapi.waits : hidapi.looks);
+    if (!hidapi.readFails && hidapi.reports.empty() && hidapi.duringWait)
+        hidapi.duringWait(milliseconds);
+    if (hidapi.readFails)
+        return -1;
+    if (hidapi.reports.empty())
+        return hidapi.duringWait ? 0 : -1;
     const std::vector<std::uint8_t> report = hidapi.reports.front();
     hidapi.reports.pop_front();
     const size_t count = std::min(length, report.size());

@@ -22,6 +22,11 @@ struct FakeHidapi
     /// To be read, oldest first; none left: the read fails.
     std::deque<std::vector<std::uint8_t>> reports;
     bool readFails = false; ///< also while there are reports
+    /// What goes on while a read waits, for so many milliseconds at most; moves the clock on and
+    /// may bring a report. Set: with none left, the read ends with its time and does not fail.
+    std::function<void(int patience)> duringWait;
+    int waits = 0;
+    int looks = 0; ///< reads that do not wait
     std::vector<std::array<std::uint8_t, 9>> sent;
     std::vector<std::string> opened;
     int openHandles = 0;

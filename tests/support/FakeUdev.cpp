@@ -127,6 +127,16 @@ void fakeudev::announce(const Device &device, const std::string &action)
     wake();
 }
 
+void fakeudev::announceLate(const std::string &name)
+{
+    for (Device &device : world().present) {
+        if (device.name != name || device.isInitialized)
+            continue;
+        device.isInitialized = true;
+        announce(device, "add");
+    }
+}
+
 void fakeudev::overflow()
 {
     world().overflow = true;
@@ -279,9 +289,9 @@ const char *udev_device_get_property_value(udev_device *device, const char *)
     return device->identity.c_str();
 }
 
-int udev_device_get_is_initialized(udev_device *)
+int udev_device_get_is_initialized(udev_device *device)
 {
-    return 1;
+    return device->device.isInitialized ? 1 : 0;
 }
 
 unsigned long long udev_device_get_usec_since_initialized(udev_device *)

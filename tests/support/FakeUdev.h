@@ -15,6 +15,7 @@ struct Device
     std::string name; ///< "hidraw0"
     std::uint16_t vendor;
     std::uint16_t product;
+    bool isInitialized = true; ///< udev is through with it
 };
 
 void reset();
@@ -22,6 +23,8 @@ void reset();
 void place(const Device &device);
 void plug(const Device &device);
 void unplug(const std::string &name);
+/// udev is through with a device that was placed before, and says so.
+void announceLate(const std::string &name);
 /// A further event of that action for a device, present or not.
 void announce(const Device &device, const std::string &action);
 /// The next receive fails as it does when the kernel dropped events.

@@ -56,6 +56,7 @@ private slots:
     void holdsNamedPicture();
     void missingPictureLeavesViewEmpty_data();
     void missingPictureLeavesViewEmpty();
+    void isFaintAsItsOpacitySays();
     void paintsOnlyForAnotherName();
     void takesSmallestVariantThatIsLargeEnough_data();
     void takesSmallestVariantThatIsLargeEnough();
@@ -75,6 +76,26 @@ void ImageViewTest::holdsNamedPicture()
     QVERIFY(!view.isEmpty());
     view.resize(view.sizeHint());
     QVERIFY(!isBlank(drawn(view)));
+}
+
+void ImageViewTest::isFaintAsItsOpacitySays()
+{
+    const auto darkest = [](const QImage &image) {
+        int alpha = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                alpha = std::max(alpha, qAlpha(image.pixel(x, y)));
+        }
+        return alpha;
+    };
+    ImageView view;
+    view.setImage(QStringLiteral("8.bmp"));
+    view.resize(view.sizeHint());
+    QCOMPARE(darkest(drawn(view)), 255);
+    view.setOpacity(0.4);
+    QVERIFY(std::abs(darkest(drawn(view)) - 102) <= 1); // rounded by the painter
+    view.setOpacity(1);
+    QCOMPARE(darkest(drawn(view)), 255);
 }
 
 void ImageViewTest::missingPictureLeavesViewEmpty_data()
