@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/BundleInformation.h"
+#include "app/SleepRest.h"
 #include "app/StatusArea.h"
 #include "controls/ScaleButtons.h"
 #include "controls/UnitColumn.h"
@@ -50,6 +51,14 @@ public:
     void applicationDidFinishLaunching();
     /// Always true. A connected scale that is on is switched off first.
     bool applicationShouldTerminateAfterLastWindowClosed();
+    /// Does nothing unless a scale is connected and on.
+    void switchScaleOff();
+
+    // Sleep of the machine
+    /// From here on the scale is not polled, and its latest reading counts as old.
+    void prepareForSleep();
+    /// Looks for the scale anew, and polls it again from then on.
+    void wakeUp();
 
     // Models
     void modelSelectionAction();
@@ -137,6 +146,12 @@ private:
     void restoreModel();
     void setWindowTitle(const QString &model);
     void sendStartingUnit();
+    void lookForScaleAgain();
+    /// Around a sleep, a scale that is announced anew must not be polled by the old timer too.
+    void endPollingAroundSleep();
+    /// A scale that was on reports that it is off, though nobody here has switched it off.
+    void noticeScaleOff();
+    void forgetScalePower();
     void showConnectionLamp();
     /// Beside the panel. To be called with each tick of the poll timer, which is all that makes
     /// readings grow old on the screen.
@@ -146,6 +161,8 @@ private:
     Settings &m_settings;
     QString m_connectionTrouble;
     QAction *m_markedModel = nullptr; ///< in the menu bar; null without models
+    SleepRest m_rest;
+    bool m_scaleWasOn = false; ///< at its latest report
     StatusArea m_statusArea;
     Panel m_panel;
     UnitColumn m_units;

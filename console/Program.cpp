@@ -16,10 +16,11 @@
 
 namespace {
 
-int showWindow(Application &application, const CommandLine &line, const ActivationRight &right)
+int showWindow(Application &application, const CommandLine &line, const ActivationRight &right,
+               EndSignals &endSignals)
 {
     SingleInstance instance(SingleInstance::defaultFolder());
-    return WindowCommand(application, instance).run(line, right);
+    return WindowCommand(application, instance, endSignals).run(line, right);
 }
 
 int printReading(Application &application, const CommandLine &line)
@@ -57,11 +58,11 @@ int refuse(const CommandLine &line)
 
 } // namespace
 
-int runProgram(Application &application, const ActivationRight &right)
+int runProgram(Application &application, const ActivationRight &right, EndSignals &endSignals)
 {
     const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
     switch (line.action) {
-    case CommandLine::Action::ShowWindow: return showWindow(application, line, right);
+    case CommandLine::Action::ShowWindow: return showWindow(application, line, right, endSignals);
     case CommandLine::Action::PrintReading: return printReading(application, line);
     case CommandLine::Action::Diagnose: return diagnoseMachine(application);
     case CommandLine::Action::ShowVersion: return showVersion();

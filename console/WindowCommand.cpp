@@ -4,6 +4,7 @@
 #include "console/WindowCommand.h"
 
 #include "app/Application.h"
+#include "app/SessionFollower.h"
 #include "browser/link/BrowserSituation.h"
 #include "console/DeviceChoice.h"
 #include "console/SingleInstance.h"
@@ -13,9 +14,11 @@
 #include <cstdio>
 #include <sysexits.h>
 
-WindowCommand::WindowCommand(Application &application, SingleInstance &instance)
+WindowCommand::WindowCommand(Application &application, SingleInstance &instance,
+                             EndSignals &endSignals)
     : m_application(application)
     , m_instance(instance)
+    , m_endSignals(endSignals)
 {
 }
 
@@ -46,6 +49,7 @@ int WindowCommand::weigh(const CommandLine &line)
     m_application.launch(line.infoFile);
     m_application.linkBrowsers();
     m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
+    const SessionFollower follower(*m_application.delegate(), m_endSignals);
     return Application::exec();
 }
 

@@ -7,6 +7,7 @@
 #include "console/SingleInstanceActivation.h"
 
 class Application;
+class EndSignals;
 class SingleInstance;
 struct WindowSituation;
 
@@ -15,7 +16,7 @@ struct WindowSituation;
 class WindowCommand
 {
 public:
-    WindowCommand(Application &application, SingleInstance &instance);
+    WindowCommand(Application &application, SingleInstance &instance, EndSignals &endSignals);
 
     /// Until the window is closed. The exit status.
     int run(const CommandLine &line, const ActivationRight &right);
@@ -27,4 +28,5 @@ private:
 
     Application &m_application;
     SingleInstance &m_instance;
+    EndSignals &m_endSignals;
 };
