@@ -4,9 +4,12 @@
 #include "session/LastWords.h"
 
 #include <QCoreApplication>
+#include <QSemaphore>
 #include <QThread>
 #include <QtGlobal>
+#include <chrono>
 #include <cstdlib>
+#include <memory>
 #include <utility>
 
 namespace {
@@ -14,6 +17,9 @@ namespace {
 /// Of the toolkit's Wayland plugin. It calls _exit() right after it, where nobody is asked any
 /// more.
 const QLatin1String lostCompositor("The Wayland connection ");
+
+/// It may wait for a scale's answer just now, for two seconds.
+constexpr std::chrono::milliseconds mainThreadPatience{3000};
 
 QtMessageHandler nextHandler = nullptr;
 
@@ -30,13 +36,30 @@ void sayLastWords()
         words();
 }
 
+/// The toolkit's own thread, which reads from the compositor, is held meanwhile.
+void haveMainThreadSayThem(QCoreApplication &application)
+{
+    const auto said = std::make_shared<QSemaphore>();
+    QMetaObject::invokeMethod(
+        &application,
+        [said] {
+            sayLastWords();
+            said->release();
+        },
+        Qt::QueuedConnection);
+    said->tryAcquire(1, mainThreadPatience.count());
+}
+
 void hear(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     nextHandler(type, context, text);
-    const QCoreApplication *application = QCoreApplication::instance();
-    if (type == QtWarningMsg && text.startsWith(lostCompositor) && application != nullptr &&
-        QThread::currentThread() == application->thread())
+    QCoreApplication *application = QCoreApplication::instance();
+    if (type != QtWarningMsg || !text.startsWith(lostCompositor) || application == nullptr)
+        return;
+    if (QThread::currentThread() == application->thread())
         sayLastWords();
+    else
+        haveMainThreadSayThem(*application);
 }
 
 } // namespace
