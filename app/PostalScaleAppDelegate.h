@@ -107,6 +107,11 @@ public:
     void Autofill(int carrier);
     /// @param text one short line on the link to the user's browsers
     void showBrowserStatus(const QString &text) { m_statusArea.showBrowserStatus(text); }
+    /// @param trouble with the other starts of the program; empty if there is none
+    void showSessionTrouble(const QString &trouble)
+    {
+        m_statusArea.setNotice(StatusArea::Notice::Session, trouble);
+    }
     /// @param carrier whose page has taken the weight, as a person names it
     void notePageFilled(const QString &carrier);
 

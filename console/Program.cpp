@@ -7,6 +7,7 @@
 #include "console/CommandLine.h"
 #include "console/Doctor.h"
 #include "console/DoctorFacts.h"
+#include "console/LogOutput.h"
 #include "console/ReadingReportCommand.h"
 #include "console/SingleInstance.h"
 #include "console/WindowCommand.h"
@@ -19,8 +20,16 @@ namespace {
 int showWindow(Application &application, const CommandLine &line, const ActivationRight &right,
                EndSignals &endSignals)
 {
+    LogOutput log;
+    const QString logFile =
+        line.logFile.isEmpty() ? qEnvironmentVariable("POSTAL_SCALE_LOG") : line.logFile;
+    QString trouble;
+    if (!logFile.isEmpty() && !log.writeTo(logFile, &trouble)) {
+        std::fprintf(stderr, "Cannot write %s: %s\n", qPrintable(logFile), qPrintable(trouble));
+        return EX_USAGE;
+    }
     SingleInstance instance(SingleInstance::defaultFolder());
-    return WindowCommand(application, instance, endSignals).run(line, right);
+    return WindowCommand(application, instance, endSignals, log).run(line, right);
 }
 
 int printReading(Application &application, const CommandLine &line)

@@ -8,6 +8,7 @@
 
 class Application;
 class EndSignals;
+class LogOutput;
 class SingleInstance;
 struct WindowSituation;
 
@@ -16,7 +17,9 @@ struct WindowSituation;
 class WindowCommand
 {
 public:
-    WindowCommand(Application &application, SingleInstance &instance, EndSignals &endSignals);
+    /// All must outlive the object.
+    WindowCommand(Application &application, SingleInstance &instance, EndSignals &endSignals,
+                  LogOutput &log);
 
     /// Until the window is closed. The exit status.
     int run(const CommandLine &line, const ActivationRight &right);
@@ -29,4 +32,5 @@ private:
     Application &m_application;
     SingleInstance &m_instance;
     EndSignals &m_endSignals;
+    LogOutput &m_log;
 };
