@@ -4,27 +4,47 @@
 #include "app/BundleInformation.h"
 
 #include "base/Log.h"
+#include "base/RegularFile.h"
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QStandardPaths>
+#include <algorithm>
 
 namespace {
 
-std::optional<BundleInformation> read(const QString &path)
+/// In KiB. The built-in one has less than one.
+constexpr qint64 largestFile = 256;
+/// More than anybody could choose from.
+constexpr qsizetype mostModels = 1000;
+
+/// Nothing, and the reason in @p trouble, where it is not usable.
+std::optional<BundleInformation> read(const QString &path, QString *trouble)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        qCWarning(systemLog).noquote()
-            << QStringLiteral("Cannot read %1: %2").arg(path, file.errorString());
+    const std::optional<QByteArray> text = readRegularFile(path, largestFile, trouble);
+    if (!text) {
+        *trouble = QStringLiteral("Cannot read %1: %2").arg(path, *trouble);
         return {};
     }
-    QString error;
-    const auto information = BundleInformation::parse(file.readAll(), &error);
+    const auto information = BundleInformation::parse(*text, trouble);
     if (!information)
-        qCWarning(systemLog).noquote() << QStringLiteral("%1 is damaged: %2").arg(path, error);
+        *trouble = QStringLiteral("%1 is damaged: %2").arg(path, *trouble);
     return information;
+}
+
+BundleInformation builtIn()
+{
+    QFile file(QStringLiteral(":/Info.json"));
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("{}");
+    QString none;
+    return *BundleInformation::parse(text, &none);
+}
+
+bool hasTooManyModels(const QJsonObject &object)
+{
+    return std::any_of(object.begin(), object.end(),
+                       [](const QJsonValue &value) { return value.toArray().size() > mostModels; });
 }
 
 } // namespace
@@ -35,23 +55,31 @@ BundleInformation BundleInformation::load(const QString &file)
                              ? QStandardPaths::locate(QStandardPaths::GenericConfigLocation,
                                                       QStringLiteral("postal-scale/Info.json"))
                              : file;
-    if (!path.isEmpty()) {
-        if (const auto information = read(path))
-            return *information;
-        qCWarning(systemLog) << "The built-in branding and model lists are used instead";
-    }
-    return read(QStringLiteral(":/Info.json")).value_or(BundleInformation({}));
+    if (path.isEmpty())
+        return builtIn();
+    QString trouble;
+    if (const auto information = read(path, &trouble))
+        return *information;
+    qCWarning(systemLog).noquote() << trouble;
+    qCWarning(systemLog) << "The built-in branding and model lists are used instead";
+    BundleInformation instead = builtIn();
+    instead.m_trouble = trouble + QStringLiteral(". The built-in model lists are used instead.");
+    return instead;
 }
 
 std::optional<BundleInformation> BundleInformation::parse(const QByteArray &json, QString *error)
 {
     QJsonParseError problem;
     const QJsonDocument document = QJsonDocument::fromJson(json, &problem);
-    if (document.isObject())
+    if (document.isObject() && !hasTooManyModels(document.object()))
         return BundleInformation(document.object());
-    *error = problem.error == QJsonParseError::NoError
-                 ? QStringLiteral("no object")
-                 : QStringLiteral("%1 at byte %2").arg(problem.errorString()).arg(problem.offset);
+    if (document.isObject())
+        *error = QStringLiteral("more than %1 models").arg(mostModels);
+    else
+        *error =
+            problem.error == QJsonParseError::NoError
+                ? QStringLiteral("no object")
+                : QStringLiteral("%1 at byte %2").arg(problem.errorString()).arg(problem.offset);
     return {};
 }
 

@@ -18,8 +18,12 @@ public:
     /// built-in one is taken.
     static BundleInformation load(const QString &file);
 
-    /// Nothing, with the reason in @p error, where @p json is no JSON object.
+    /// Nothing, with the reason in @p error, where @p json is no JSON object, or lists
+    /// more models than anybody could choose from.
     static std::optional<BundleInformation> parse(const QByteArray &json, QString *error);
+
+    /// Why the built-in one was taken in place of a file; empty if there was no need.
+    const QString &trouble() const { return m_trouble; }
 
     QString appNameDisplay() const;
     bool isUSPS() const;
@@ -32,4 +36,5 @@ private:
     explicit BundleInformation(const QJsonObject &object);
 
     QJsonObject m_values;
+    QString m_trouble;
 };

@@ -22,6 +22,8 @@ std::optional<Destination> destinationOf(int carrierNumber)
 void PostalScaleAppDelegate::takeReport(const WeightReport &report, ReadOutcome outcome)
 {
     m_parcel.takeReport(report, outcome);
+    if (outcome == ReadOutcome::Read)
+        noticeScaleOff();
 }
 
 void PostalScaleAppDelegate::copyToClipboard(const QString &text)
@@ -50,6 +52,10 @@ void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
 
 void PostalScaleAppDelegate::showNotes()
 {
+    if (!isDeviceConnected) {
+        endPollingAroundSleep();
+        forgetScalePower();
+    }
     m_noteLabels.show(m_parcel.notes());
     m_recentWeightsMenu.show(m_parcel.recentWeights().all());
 }

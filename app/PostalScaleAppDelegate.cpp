@@ -68,9 +68,14 @@ PostalScaleAppDelegate::~PostalScaleAppDelegate() = default;
 
 bool PostalScaleAppDelegate::applicationShouldTerminateAfterLastWindowClosed()
 {
+    switchScaleOff();
+    return true;
+}
+
+void PostalScaleAppDelegate::switchScaleOff()
+{
     if (isDeviceConnected && hid_obj->currentStatue())
         hid_obj->set_device_OFF();
-    return true;
 }
 
 void PostalScaleAppDelegate::setWindowTitle(const QString &model)

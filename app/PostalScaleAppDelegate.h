@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/BundleInformation.h"
+#include "app/SleepRest.h"
 #include "app/StatusArea.h"
 #include "controls/ScaleButtons.h"
 #include "controls/UnitColumn.h"
@@ -51,6 +52,14 @@ public:
     void applicationDidFinishLaunching();
     /// Always true. A connected scale that is on is switched off first.
     bool applicationShouldTerminateAfterLastWindowClosed();
+    /// Does nothing unless a scale is connected and on.
+    void switchScaleOff();
+
+    // Sleep of the machine
+    /// From here on the scale is not polled, and its latest reading counts as old.
+    void prepareForSleep();
+    /// Looks for the scale anew, and polls it again from then on.
+    void wakeUp();
 
     // Models
     void modelSelectionAction();
@@ -99,6 +108,11 @@ public:
     void Autofill(int carrier);
     /// @param text one short line on the link to the user's browsers
     void showBrowserStatus(const QString &text) { m_statusArea.showBrowserStatus(text); }
+    /// @param trouble with the other starts of the program; empty if there is none
+    void showSessionTrouble(const QString &trouble)
+    {
+        m_statusArea.setNotice(StatusArea::Notice::Session, trouble);
+    }
     /// @param carrier whose page has taken the weight, as a person names it
     void notePageFilled(const QString &carrier);
 
@@ -138,6 +152,12 @@ private:
     void restoreModel();
     void setWindowTitle(const QString &model);
     void sendStartingUnit();
+    void lookForScaleAgain();
+    /// Around a sleep, a scale that is announced anew must not be polled by the old timer too.
+    void endPollingAroundSleep();
+    /// A scale that was on reports that it is off, though nobody here has switched it off.
+    void noticeScaleOff();
+    void forgetScalePower();
     void showConnectionLamp();
     /// Whether the reading waits for its report.
     void setSilent(bool silent);
@@ -153,6 +173,8 @@ private:
     QString m_connectionTrouble;
     QAction *m_markedModel = nullptr; ///< in the menu bar; null without models
     QTimer m_look; ///< for the report of a silent scale; runs as long as it is silent
+    SleepRest m_rest;
+    bool m_scaleWasOn = false; ///< at its latest report
     StatusArea m_statusArea;
     Panel m_panel;
     UnitColumn m_units;

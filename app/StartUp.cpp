@@ -78,6 +78,7 @@ void PostalScaleAppDelegate::awakeFromNib()
 
 void PostalScaleAppDelegate::applicationDidFinishLaunching()
 {
+    m_statusArea.setNotice(StatusArea::Notice::Information, m_information.trouble());
     setSelectedRadioButtonIndex(unittag::poundsOuncesB);
     const SystemVersion version = systemVersion();
     logLine(QStringLiteral("OS version is %1").arg(systemVersionText(version)));

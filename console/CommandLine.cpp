@@ -51,11 +51,16 @@ struct Parser
                        "state stays."),
         QStringLiteral("FILE")};
 
+    const QCommandLineOption log{
+        QStringLiteral("log"),
+        QStringLiteral("Write what the program does, line by line, into FILE."),
+        QStringLiteral("FILE")};
+
     Parser()
     {
         line.setApplicationDescription(
             QStringLiteral("Shows, copies and fills in the weight of a USB postal scale."));
-        line.addOptions({info, print, json, doctor, record, replay, help, version});
+        line.addOptions({info, print, json, doctor, record, replay, log, help, version});
     }
 
     bool has(const QCommandLineOption &option) const { return line.isSet(option); }
@@ -71,7 +76,7 @@ QString trafficRefusal(const Parser &parser)
 {
     if (parser.has(parser.record) && parser.has(parser.replay))
         return QStringLiteral("--record and --replay exclude each other.");
-    for (const QCommandLineOption *option : {&parser.record, &parser.replay}) {
+    for (const QCommandLineOption *option : {&parser.record, &parser.replay, &parser.log}) {
         if (!parser.has(*option))
             continue;
         const QString name = option->names().constFirst();
@@ -124,7 +129,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
             .format = parser.has(parser.json) ? ReportFormat::Json : ReportFormat::Text,
             .infoFile = parser.line.value(parser.info),
             .recordFile = parser.line.value(parser.record),
-            .replayFile = parser.line.value(parser.replay)};
+            .replayFile = parser.line.value(parser.replay),
+            .logFile = parser.line.value(parser.log)};
 }
 
 ToolkitArguments::ToolkitArguments(int argc, char **argv)

@@ -19,6 +19,7 @@ struct CommandLine
     QString infoFile;   ///< empty if not given
     QString recordFile; ///< empty if not given
     QString replayFile; ///< empty if not given
+    QString logFile;    ///< empty if not given
     QString text;       ///< the help, or why the line is refused
 
     /// @param arguments the program's name first, without the toolkit's own options

@@ -3,13 +3,15 @@
 
 #include "console/DeviceChoice.h"
 
+#include "base/RegularFile.h"
 #include "scale/SystemHidDevices.h"
 #include "scale/traffic/RecordedHidDevices.h"
 #include "scale/traffic/ReplayedHidDevices.h"
 
-#include <QFile>
-
 namespace {
+
+/// In KiB; some hours of weighing.
+constexpr qint64 largestRecord = 64 * 1024;
 
 DeviceChoice recording(const QString &name)
 {
@@ -17,17 +19,17 @@ DeviceChoice recording(const QString &name)
     if (!devices->startFile(name))
         return {.devices = {},
                 .trouble = QStringLiteral("Cannot write %1: %2").arg(name, devices->errorText())};
-    return {.devices = std::move(devices), .trouble = {}};
+    RecordedHidDevices *record = devices.get();
+    return {.devices = std::move(devices), .record = record, .trouble = {}};
 }
 
 DeviceChoice replaying(const QString &name)
 {
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly))
-        return {.devices = {},
-                .trouble = QStringLiteral("Cannot read %1: %2").arg(name, file.errorString())};
     QString trouble;
-    std::optional<Traffic> traffic = Traffic::parse(file.readAll(), &trouble);
+    const std::optional<QByteArray> text = readRegularFile(name, largestRecord, &trouble);
+    if (!text)
+        return {.devices = {}, .trouble = QStringLiteral("Cannot read %1: %2").arg(name, trouble)};
+    std::optional<Traffic> traffic = Traffic::parse(*text, &trouble);
     if (!traffic)
         return {.devices = {},
                 .trouble = QStringLiteral("Cannot play back %1: %2").arg(name, trouble)};

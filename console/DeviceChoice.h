@@ -6,11 +6,14 @@
 #include "console/CommandLine.h"
 #include "scale/HidDevices.h"
 
+class RecordedHidDevices;
+
 /// Where the command line says that the devices come from.
 struct DeviceChoice
 {
-    std::unique_ptr<HidDevices> devices; ///< null: it cannot be done
-    QString trouble;                     ///< why; empty if it can
+    std::unique_ptr<HidDevices> devices;  ///< null: it cannot be done
+    RecordedHidDevices *record = nullptr; ///< the devices, if they are being recorded
+    QString trouble;                      ///< why; empty if it can
 
     static DeviceChoice of(const CommandLine &line);
 };

@@ -147,11 +147,30 @@ Finding browser(const DoctorFacts &facts)
     if (facts.window.browserLink.isEmpty())
         return note(QStringLiteral("Browser link: set up for %1; it is up while Postal Scale runs")
                         .arg(browsers));
+    if (!facts.window.browserCanLink)
+        return trouble(facts.window.browserLink,
+                       QStringLiteral("Mend that, then close Postal Scale and start it again."));
     const QString link =
         QStringLiteral("Browser link (%1): %2").arg(browsers, facts.window.browserLink);
     if (!facts.window.browserFits)
         return trouble(link, QStringLiteral("Install both anew: their versions differ."));
     return facts.window.hasBrowser ? good(link) : note(link);
+}
+
+/// Only where it keeps anything from working.
+QList<Finding> folderTroubles(const DoctorFacts &facts)
+{
+    QList<Finding> troubles;
+    if (!facts.runtimeFolder.trouble.isEmpty())
+        troubles.append(
+            trouble(QStringLiteral("Browsers and later starts do not reach the window: ") +
+                        facts.runtimeFolder.trouble,
+                    facts.runtimeFolder.cure));
+    if (!facts.instanceTrouble.isEmpty())
+        troubles.append(
+            trouble(QStringLiteral("Later starts do not find the window: ") + facts.instanceTrouble,
+                    QStringLiteral("Close Postal Scale, and move away what is named here.")));
+    return troubles;
 }
 
 QLatin1String mark(Finding::Kind kind)
@@ -168,8 +187,9 @@ QLatin1String mark(Finding::Kind kind)
 
 QList<Finding> diagnose(const DoctorFacts &facts)
 {
-    return {node(facts),    permission(facts), rule(facts),  holders(facts),
-            running(facts), clipboard(facts),  onTop(facts), browser(facts)};
+    const QList<Finding> findings{node(facts),    permission(facts), rule(facts),  holders(facts),
+                                  running(facts), clipboard(facts),  onTop(facts), browser(facts)};
+    return findings + folderTroubles(facts);
 }
 
 QString reportText(const QList<Finding> &findings)

@@ -135,7 +135,9 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
     facts.seats = activeSeats();
     facts.desktop = expectedDesktop();
     facts.linkedBrowsers = ::linkedBrowsers();
+    facts.runtimeFolder = UserFolder::ofSession();
     askWindow(instance, facts);
+    facts.instanceTrouble = instance.trouble();
     if (facts.node.access != ScaleAccess::Absent)
         facts.otherHolders = holdersOf(facts.node.path, instance.ownerProcess());
     if (facts.desktop == Desktop::X11)

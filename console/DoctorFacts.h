@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "base/UserFolder.h"
 #include "console/DoctorDesktop.h"
 #include "console/WindowSituation.h"
 #include "scale/ScaleNode.h"
@@ -27,6 +28,8 @@ struct DoctorFacts
     std::optional<bool> keepsOnTop;  ///< nothing where its display cannot be asked
     QStringList linkedBrowsers;      ///< those whose extension can reach the program
     WindowSituation window;          ///< empty if none answers
+    UserFolder runtimeFolder;        ///< where the sockets are, or should be
+    QString instanceTrouble;         ///< why starts do not find each other; empty if they do
 
     static DoctorFacts gather(HidDevices &devices, SingleInstance &instance);
 };

@@ -7,6 +7,7 @@
 #include "console/CommandLine.h"
 #include "console/Doctor.h"
 #include "console/DoctorFacts.h"
+#include "console/LogOutput.h"
 #include "console/ReadingReportCommand.h"
 #include "console/SingleInstance.h"
 #include "console/WindowCommand.h"
@@ -16,10 +17,19 @@
 
 namespace {
 
-int showWindow(Application &application, const CommandLine &line, const ActivationRight &right)
+int showWindow(Application &application, const CommandLine &line, const ActivationRight &right,
+               EndSignals &endSignals)
 {
+    LogOutput log;
+    const QString logFile =
+        line.logFile.isEmpty() ? qEnvironmentVariable("POSTAL_SCALE_LOG") : line.logFile;
+    QString trouble;
+    if (!logFile.isEmpty() && !log.writeTo(logFile, &trouble)) {
+        std::fprintf(stderr, "Cannot write %s: %s\n", qPrintable(logFile), qPrintable(trouble));
+        return EX_USAGE;
+    }
     SingleInstance instance(SingleInstance::defaultFolder());
-    return WindowCommand(application, instance).run(line, right);
+    return WindowCommand(application, instance, endSignals, log).run(line, right);
 }
 
 int printReading(Application &application, const CommandLine &line)
@@ -57,11 +67,11 @@ int refuse(const CommandLine &line)
 
 } // namespace
 
-int runProgram(Application &application, const ActivationRight &right)
+int runProgram(Application &application, const ActivationRight &right, EndSignals &endSignals)
 {
     const CommandLine line = CommandLine::parse(QCoreApplication::arguments());
     switch (line.action) {
-    case CommandLine::Action::ShowWindow: return showWindow(application, line, right);
+    case CommandLine::Action::ShowWindow: return showWindow(application, line, right, endSignals);
     case CommandLine::Action::PrintReading: return printReading(application, line);
     case CommandLine::Action::Diagnose: return diagnoseMachine(application);
     case CommandLine::Action::ShowVersion: return showVersion();

@@ -4,7 +4,8 @@
 #pragma once
 
 class Application;
+class EndSignals;
 struct ActivationRight;
 
 /// The whole life of the program: does what the command line asks for. The exit status.
-int runProgram(Application &application, const ActivationRight &right);
+int runProgram(Application &application, const ActivationRight &right, EndSignals &endSignals);

@@ -4,6 +4,9 @@
 #include "console/SingleInstance.h"
 
 #include "base/Log.h"
+#include "base/UserFolder.h"
+#include "browser/link/PeerLimits.h"
+#include "browser/link/SameUser.h"
 
 #include <QDeadlineTimer>
 #include <QJsonDocument>
@@ -46,28 +49,36 @@ bool waitForLine(QLocalSocket &socket)
 
 SingleInstance::SingleInstance(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_socketPath(folder + QStringLiteral("/postal-scale.socket"))
+    , m_socketPath(folder.isEmpty() ? folder : folder + QStringLiteral("/postal-scale.socket"))
     , m_lock(folder + QStringLiteral("/postal-scale.lock"))
 {
-    // However long it is held: it is stale only when its process is gone.
-    m_lock.setStaleLockTime(0);
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::greet);
 }
 
 QString SingleInstance::defaultFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    // Empty where the session's is not the user's alone, and no other can be made.
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return folder.isEmpty() ? folder : UserFolder::at(folder).path;
 }
 
 SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
 {
+    if (m_socketPath.isEmpty()) {
+        m_trouble = QStringLiteral("there is no safe folder for their socket");
+        return {};
+    }
     const QDeadlineTimer deadline(claimPatience);
-    while (!m_lock.tryLock()) {
-        if (m_lock.error() != QLockFile::LockFailedError) {
+    for (;;) {
+        switch (m_lock.tryTake()) {
+        case InstanceLock::Outcome::Taken: return {};
+        case InstanceLock::Outcome::Impossible:
+            m_trouble = m_lock.trouble();
             logLine(QStringLiteral("Other running instances cannot be looked for: %1 is not usable")
                         .arg(m_socketPath));
             return {};
+        case InstanceLock::Outcome::HeldByAnother: break;
         }
         if (const auto answered = ask(request))
             return *answered;
@@ -75,15 +86,11 @@ SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
             return {.outcome = Claim::Outcome::Unanswered, .answer = {}};
         QThread::msleep(claimInterval.count());
     }
-    return {};
 }
 
 qint64 SingleInstance::ownerProcess() const
 {
-    qint64 process = 0;
-    QString host;
-    QString program;
-    return m_lock.getLockInfo(&process, &host, &program) ? process : 0;
+    return m_lock.owner();
 }
 
 /// Nothing where nobody listens yet, or no longer.
@@ -105,20 +112,33 @@ std::optional<SingleInstance::Claim> SingleInstance::ask(const QJsonObject &requ
 void SingleInstance::serve(Handler handler)
 {
     m_handler = std::move(handler);
+    if (!m_trouble.isEmpty())
+        return;
     QLocalServer::removeServer(m_socketPath);
-    if (!m_server.listen(m_socketPath))
-        logLine(
-            QStringLiteral("Later starts cannot reach this one: %1").arg(m_server.errorString()));
+    if (m_server.listen(m_socketPath))
+        return;
+    m_trouble = QStringLiteral("%1: %2").arg(m_socketPath, m_server.errorString());
+    logLine(QStringLiteral("Later starts cannot reach this one: %1").arg(m_server.errorString()));
 }
 
 void SingleInstance::greet()
 {
-    QLocalSocket *peer = m_server.nextPendingConnection();
-    connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
-    connect(peer, &QLocalSocket::readyRead, peer, [this, peer] {
-        if (!peer->canReadLine())
-            return;
-        peer->write(line(m_handler(message(peer->readLine()))));
-        peer->disconnectFromServer();
-    });
+    while (QLocalSocket *peer = m_server.nextPendingConnection()) {
+        connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
+        // Never admitted: all that a later start has to say is one line, and it waits for another.
+        auto *limits = new PeerLimits(peer);
+        if (!isOfSameUser(static_cast<int>(peer->socketDescriptor())) ||
+            m_server.findChildren<PeerLimits *>().size() > PeerLimits::mostPeers) {
+            peer->abort();
+            continue;
+        }
+        connect(peer, &QLocalSocket::readyRead, limits, [this, peer, limits] {
+            if (peer->canReadLine()) {
+                peer->write(line(m_handler(message(peer->readLine()))));
+                peer->disconnectFromServer();
+            } else if (limits->isFull()) {
+                peer->abort();
+            }
+        });
+    }
 }

@@ -3,9 +3,10 @@
 
 #pragma once
 
+#include "console/InstanceLock.h"
+
 #include <QJsonObject>
 #include <QLocalServer>
-#include <QLockFile>
 #include <QObject>
 #include <QString>
 #include <functional>
@@ -18,9 +19,11 @@ class SingleInstance : public QObject
     Q_OBJECT
 
 public:
-    /// @param folder the user's own, and gone with the session
+    /// @param folder the user's own, and gone with the session; empty if there is none, and then
+    /// every process is the first
     explicit SingleInstance(const QString &folder, QObject *parent = nullptr);
 
+    /// Empty where there is none that is safe.
     static QString defaultFolder();
 
     struct Claim
@@ -35,6 +38,8 @@ public:
     };
     /// Waits for an answer, and for a first one that has no window to end; seconds at worst.
     Claim claim(const QJsonObject &request);
+    /// Why later starts do not find this one; empty where they do. Known once it serves.
+    const QString &trouble() const { return m_trouble; }
     /// Of the first; 0 if there is none.
     qint64 ownerProcess() const;
 
@@ -47,7 +52,8 @@ private:
     void greet();
 
     QString m_socketPath;
-    QLockFile m_lock;
+    InstanceLock m_lock;
+    QString m_trouble;
     QLocalServer m_server;
     Handler m_handler;
 };

@@ -120,7 +120,9 @@ void bringToFront(QWidget *window, const ActivationRight &right)
     window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
     window->show();
     window->raise();
-    if (const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>()) {
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    // The offscreen platform claims to be X11, and has no connection.
+    if (x11 != nullptr && x11->connection() != nullptr) {
         activateOnX11(X11Desktop(x11->connection()), *window, right);
         return;
     }

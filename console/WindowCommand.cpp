@@ -4,8 +4,10 @@
 #include "console/WindowCommand.h"
 
 #include "app/Application.h"
+#include "app/SessionFollower.h"
 #include "browser/link/BrowserSituation.h"
 #include "console/DeviceChoice.h"
+#include "console/LogOutput.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
 #include "console/WindowSituation.h"
@@ -13,9 +15,12 @@
 #include <cstdio>
 #include <sysexits.h>
 
-WindowCommand::WindowCommand(Application &application, SingleInstance &instance)
+WindowCommand::WindowCommand(Application &application, SingleInstance &instance,
+                             EndSignals &endSignals, LogOutput &log)
     : m_application(application)
     , m_instance(instance)
+    , m_endSignals(endSignals)
+    , m_log(log)
 {
 }
 
@@ -42,10 +47,18 @@ int WindowCommand::weigh(const CommandLine &line)
         std::fprintf(stderr, "%s\n", qPrintable(choice.trouble));
         return EX_USAGE;
     }
+    if (choice.record != nullptr)
+        m_log.annotate(*choice.record);
     m_application.useDevices(std::move(choice.devices));
     m_application.launch(line.infoFile);
     m_application.linkBrowsers();
     m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
+    if (!m_instance.trouble().isEmpty())
+        m_application.delegate()->showSessionTrouble(
+            QStringLiteral("Later starts do not find this window: %1. Do not start a second one: "
+                           "two programs that read a scale take each other's answers.")
+                .arg(m_instance.trouble()));
+    const SessionFollower follower(*m_application.delegate(), m_endSignals);
     return Application::exec();
 }
 
@@ -67,6 +80,8 @@ WindowSituation WindowCommand::situation() const
     const BrowserSituation &browser = m_application.browserSituation();
     return {.platform = Application::platformName(),
             .browserLink = browser.text(),
-            .hasBrowser = browser.kind != BrowserSituation::Kind::NoBrowser,
+            .hasBrowser = browser.kind != BrowserSituation::Kind::NoBrowser &&
+                          browser.kind != BrowserSituation::Kind::Impossible,
+            .browserCanLink = browser.kind != BrowserSituation::Kind::Impossible,
             .browserFits = browser.kind != BrowserSituation::Kind::WrongVersion};
 }

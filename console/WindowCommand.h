@@ -7,6 +7,8 @@
 #include "console/SingleInstanceActivation.h"
 
 class Application;
+class EndSignals;
+class LogOutput;
 class SingleInstance;
 struct WindowSituation;
 
@@ -15,7 +17,9 @@ struct WindowSituation;
 class WindowCommand
 {
 public:
-    WindowCommand(Application &application, SingleInstance &instance);
+    /// All must outlive the object.
+    WindowCommand(Application &application, SingleInstance &instance, EndSignals &endSignals,
+                  LogOutput &log);
 
     /// Until the window is closed. The exit status.
     int run(const CommandLine &line, const ActivationRight &right);
@@ -27,4 +31,6 @@ private:
 
     Application &m_application;
     SingleInstance &m_instance;
+    EndSignals &m_endSignals;
+    LogOutput &m_log;
 };

@@ -8,6 +8,7 @@ namespace {
 const QLatin1String platformKey("platform");
 const QLatin1String browserLinkKey("browserLink");
 const QLatin1String hasBrowserKey("hasBrowser");
+const QLatin1String browserCanLinkKey("browserCanLink");
 const QLatin1String browserFitsKey("browserFits");
 
 } // namespace
@@ -17,6 +18,7 @@ WindowSituation WindowSituation::fromJson(const QJsonObject &object)
     return {.platform = object.value(platformKey).toString(),
             .browserLink = object.value(browserLinkKey).toString(),
             .hasBrowser = object.value(hasBrowserKey).toBool(),
+            .browserCanLink = object.value(browserCanLinkKey).toBool(true),
             .browserFits = object.value(browserFitsKey).toBool(true)};
 }
 
@@ -25,5 +27,6 @@ QJsonObject WindowSituation::toJson() const
     return {{platformKey, platform},
             {browserLinkKey, browserLink},
             {hasBrowserKey, hasBrowser},
+            {browserCanLinkKey, browserCanLink},
             {browserFitsKey, browserFits}};
 }

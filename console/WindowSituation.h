@@ -12,6 +12,7 @@ struct WindowSituation
     QString platform;    ///< the toolkit's name for what the window is on; empty if there is none
     QString browserLink; ///< as the window itself says it
     bool hasBrowser = false;
+    bool browserCanLink = true;
     bool browserFits = true; ///< the extension understands the program
 
     static WindowSituation fromJson(const QJsonObject &object);

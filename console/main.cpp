@@ -5,11 +5,13 @@
 #include "console/CommandLine.h"
 #include "console/Program.h"
 #include "console/SingleInstanceActivation.h"
+#include "session/EndSignals.h"
 
 int main(int argc, char **argv)
 {
+    EndSignals endSignals;
     const ActivationRight right = ActivationRight::fromEnvironment();
     ToolkitArguments arguments(argc, argv);
     Application application(arguments.count(), arguments.values());
-    return runProgram(application, right);
+    return runProgram(application, right, endSignals);
 }

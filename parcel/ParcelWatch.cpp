@@ -34,6 +34,8 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_leaves = false;
     m_isCopied = false;
     m_isRead = true;
+    m_isMarkedOld = false;
+    m_slept = {};
     noticeChoices();
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
@@ -197,7 +199,8 @@ ReadingNotes ParcelWatch::notes() const
     notes.hasLeft = m_weight.hasLeft();
     notes.settledSince = m_settledSince;
     if (m_sinceWeighed.isValid())
-        notes.age = std::chrono::milliseconds(m_sinceWeighed.elapsed());
+        notes.age = std::chrono::milliseconds(m_sinceWeighed.elapsed()) + m_slept;
+    notes.isMarkedOld = m_isMarkedOld;
     notes.settledOnly = m_settledOnly;
     notes.leaving = {.texts = texts(),
                      .grams = m_grams,

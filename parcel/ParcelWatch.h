@@ -9,6 +9,7 @@
 #include "scale/ScaleDelegate.h"
 
 #include <QElapsedTimer>
+#include <chrono>
 #include <optional>
 
 class ExportState;
@@ -44,6 +45,11 @@ public:
     void setSilent(bool silent);
     /// The scale was unplugged, or another one was plugged in.
     void loseScale();
+
+    /// Whatever its age, the latest reading is not of now: the machine goes to sleep.
+    void markOld() { m_isMarkedOld = true; }
+    /// For so long the machine has slept since, which no clock of a process counts.
+    void noteSlept(std::chrono::milliseconds time) { m_slept = time; }
 
     /// Always, unless only settled weights leave. For the texts of the reading under way.
     bool lets(Destination destination) const;
@@ -109,4 +115,6 @@ private:
     double m_grams = 0;
     QDateTime m_settledSince;
     QElapsedTimer m_sinceWeighed;
+    std::chrono::milliseconds m_slept{}; ///< since then
+    bool m_isMarkedOld = false;
 };

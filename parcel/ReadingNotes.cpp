@@ -96,7 +96,7 @@ PanReading panReading(const WeightReport &report)
 
 bool ReadingNotes::isOld() const
 {
-    return isConnected && pan != PanReading::None && age > freshFor;
+    return isConnected && pan != PanReading::None && (isMarkedOld || age > freshFor);
 }
 
 QString ReadingNotes::advice() const
@@ -112,6 +112,8 @@ QString ReadingNotes::standing() const
     if (isSilent && pan != PanReading::Missed)
         return isOld() ? QStringLiteral("%1 old").arg(durationWords(age)) : QString();
     const QString words = panWords(*this);
+    if (isOld() && isMarkedOld)
+        return QStringLiteral("%1 \u00b7 from before the sleep").arg(words);
     if (isOld() && pan == PanReading::Missed)
         return QStringLiteral("%1 for %2").arg(words, durationWords(age));
     return isOld() ? QStringLiteral("%1 \u00b7 %2 old").arg(words, durationWords(age)) : words;

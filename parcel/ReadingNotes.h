@@ -32,13 +32,15 @@ struct ReadingNotes
     QDateTime settledSince;          ///< of a settled weight
     std::chrono::milliseconds age{}; ///< since the pan was weighed, other than for a held weight
 
+    bool isMarkedOld = false; ///< of before a sleep of the machine
+
     bool settledOnly = false;
     LeavingSituation leaving;
     bool hasLeft = false;
     QStringList places; ///< to which the weight on the pan has gone
 
     bool isSettled() const { return isConnected && state == SettledWeight::State::Settled; }
-    /// Older than a second, and thus worth a word.
+    /// Older than a second, or of before a sleep, and thus worth a word.
     bool isOld() const;
     /// What is to be done about the reading; empty where it is as it should be.
     QString advice() const;

@@ -74,6 +74,16 @@ void HIDManager::closeHandle()
         m_handle->close();
 }
 
+bool HIDManager::reopenHandle()
+{
+    const auto device = m_watcher->find(scaleVendorId, scaleProductId);
+    if (!device || !m_handle || device->systemPath != m_handle->systemPath())
+        return false;
+    m_library.release(m_handle);
+    openHandle();
+    return true;
+}
+
 void HIDManager::reportOpenFailure(const HidDeviceInfo &device)
 {
     const QString trouble = troubleWith(device);

@@ -57,6 +57,9 @@ public:
     /// Opens the first scale there is, over a handle that may be open already.
     void openHandle();
     void closeHandle();
+    /// Where the scale that is open is present still, opens it anew: what had queued up for the old
+    /// handle is gone. False, and nothing done, where it is not, or another one is first.
+    bool reopenHandle();
 
     int currentScale() const { return m_state.currentScale; }
     void setCurrentScale(int type) { m_state.currentScale = type; }

@@ -43,6 +43,13 @@ std::shared_ptr<HidHandle> HidLibrary::open(const QString &node, const QString &
     return m_openHandles.back();
 }
 
+void HidLibrary::release(const std::shared_ptr<HidHandle> &handle)
+{
+    std::erase(m_openHandles, handle);
+    if (handle)
+        handle->close();
+}
+
 QString HidLibrary::lastError() const
 {
     return m_devices.lastError();

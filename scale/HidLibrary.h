@@ -42,6 +42,9 @@ public:
     /// Takes 60 to 80 ms on a real USB device; reports that arrive meanwhile are lost.
     std::shared_ptr<HidHandle> open(const QString &node, const QString &systemPath);
 
+    /// Closes @p handle, if it is open still, and forgets it.
+    void release(const std::shared_ptr<HidHandle> &handle);
+
     /// Why the latest open failed, in the library's words.
     QString lastError() const;
 

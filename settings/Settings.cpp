@@ -4,6 +4,7 @@
 #include "settings/Settings.h"
 
 #include "base/Log.h"
+#include "base/RegularFile.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -13,6 +14,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -30,13 +32,20 @@ int integerValue(const QString &text)
                                        long{std::numeric_limits<int>::max()}));
 }
 
+/// In KiB. The program itself writes hardly one.
+constexpr qint64 largestFile = 64;
+
 /// The user's file alone: an option that stood in a file of the machine could never be switched
 /// off.
-std::unique_ptr<QSettings> openFile()
+QString fileName()
 {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
-    return std::make_unique<QSettings>(folder + QStringLiteral("/postal-scale/postal-scale.ini"),
-                                       QSettings::IniFormat);
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/postal-scale/postal-scale.ini");
+}
+
+std::unique_ptr<QSettings> openFile(const QString &name)
+{
+    return std::make_unique<QSettings>(name, QSettings::IniFormat);
 }
 
 /// The lower ones alone: those from 0x7F on, which a file may have as escapes, are written anew as
@@ -86,10 +95,16 @@ QString unusedName(const QString &start)
 } // namespace
 
 Settings::Settings()
-    : m_file(openFile())
+    : m_name(fileName())
 {
+    // Before anything looks into it: there are files that cannot be read to their end.
+    const QString refusal = refusalOf(m_name, largestFile);
+    if (!refusal.isEmpty())
+        setAside(QStringLiteral("The settings were not usable: %1").arg(refusal.toLower()));
+    m_file = openFile(m_name);
     removeAbandonedLock(m_file->fileName());
-    setAsideIfDamaged();
+    if (refusal.isEmpty())
+        setAsideIfDamaged();
 }
 
 Settings::~Settings() = default;
@@ -121,12 +136,35 @@ QList<int> Settings::selectedOptions() const
 
 void Settings::setSelectedOptions(const QList<int> &tags)
 {
+    QStringList keys;
+    for (const int tag : tags)
+        keys.append(QString::number(tag));
+    // A restored file is written once for each of its options: with thousands of them, of which few
+    // are known, the disk would be busy for half a minute with one and the same text.
+    if (hasExactly(keys) && QFile::exists(m_file->fileName())) {
+        write();
+        return;
+    }
     m_file->beginGroup(optionGroup);
     m_file->remove(QString());
-    for (const int tag : tags)
-        m_file->setValue(QString::number(tag), selectedValue);
+    for (const QString &key : std::as_const(keys))
+        m_file->setValue(key, selectedValue);
     m_file->endGroup();
     write();
+}
+
+bool Settings::hasExactly(QStringList keys) const
+{
+    m_file->beginGroup(optionGroup);
+    QStringList stored = m_file->childKeys();
+    const bool areSelected = m_file->childGroups().isEmpty() &&
+                             std::all_of(stored.begin(), stored.end(), [this](const QString &key) {
+                                 return m_file->value(key).toString() == selectedValue;
+                             });
+    m_file->endGroup();
+    keys.sort();
+    stored.sort();
+    return areSelected && stored == keys;
 }
 
 QByteArray Settings::windowGeometry() const
@@ -153,20 +191,28 @@ void Settings::setSettledOnly(bool settledOnly)
 
 void Settings::setAsideIfDamaged()
 {
-    const QString name = m_file->fileName();
     if (m_file->status() == QSettings::AccessError)
         report(QStringLiteral("The settings in %1 cannot be read. This run starts without them.")
-                   .arg(name));
+                   .arg(m_name));
     if (!isDamaged(*m_file))
         return;
-    const QString aside = unusedName(name + QStringLiteral(".damaged-"));
     // The file must be let go of before it is renamed, or it would be written again.
     m_file.reset();
-    if (QFile::rename(name, aside))
-        report(QStringLiteral("The settings were damaged. They were kept as %1.").arg(aside));
-    else
-        report(QStringLiteral("The settings in %1 are damaged and could not be moved.").arg(name));
-    m_file = openFile();
+    setAside(QStringLiteral("The settings were damaged"));
+    m_file = openFile(m_name);
+}
+
+void Settings::setAside(const QString &reason)
+{
+    const QString aside = unusedName(m_name + QStringLiteral(".damaged-"));
+    if (QFile::rename(m_name, aside)) {
+        report(QStringLiteral("%1. They were kept as %2.").arg(reason, aside));
+        return;
+    }
+    report(QStringLiteral("The settings in %1 are damaged and could not be moved.").arg(m_name));
+    // What cannot be read to its end is not to be opened where it stands either.
+    if (!refusalOf(m_name, largestFile).isEmpty())
+        m_name += QStringLiteral(".new");
 }
 
 void Settings::write()
@@ -174,7 +220,7 @@ void Settings::write()
     // A status stays what it once was. Another object for the same file has one of its own, and
     // shares what has not been written yet.
     if (m_file->status() != QSettings::NoError) {
-        auto successor = openFile();
+        auto successor = openFile(m_name);
         m_file = std::move(successor);
     }
     m_file->sync();

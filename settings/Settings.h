@@ -7,6 +7,7 @@
 #include <QList>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <memory>
 #include <optional>
 
@@ -27,7 +28,8 @@ class Settings : public QObject
     Q_OBJECT
 
 public:
-    /// A file that cannot be parsed is set aside under another name first.
+    /// A file that cannot be parsed, is no regular one or is far too large is set aside under
+    /// another name first.
     Settings();
     ~Settings() override;
 
@@ -55,11 +57,16 @@ signals:
     void troubleChanged(const QString &trouble);
 
 private:
+    /// Whether these options are stored, and no others.
+    bool hasExactly(QStringList keys) const;
     void setAsideIfDamaged();
+    /// @param reason one clause without a full stop
+    void setAside(const QString &reason);
     void write();
     void report(const QString &trouble);
     void withdrawReport();
 
+    QString m_name;
     std::unique_ptr<QSettings> m_file;
     QString m_currentTrouble;
 };

@@ -7,33 +7,24 @@
 
 #include <QCoreApplication>
 #include <QLocalSocket>
-#include <QTimer>
 #include <algorithm>
 
 namespace {
 
-/// A peer that does not introduce itself is no browser.
-constexpr std::chrono::seconds introductionTime{5};
-
-/// A browser answers, or says that the page is gone. One that does neither, page after page, or
-/// that no longer takes in what it is sent, would only make the program grow.
+/// A browser answers, or says that the page is gone. One that does neither, page after page, would
+/// only make the program grow.
 constexpr qsizetype mostUnanswered = 64;
-constexpr qint64 mostUnread = longestBrowserMessage;
 
 } // namespace
 
 BrowserClient::BrowserClient(QLocalSocket *socket, QObject *parent)
     : QObject(parent)
     , m_socket(socket)
+    , m_limits(new PeerLimits(socket))
 {
     m_socket->setParent(this);
-    m_socket->setReadBufferSize(longestBrowserMessage);
     connect(m_socket, &QLocalSocket::readyRead, this, &BrowserClient::receive);
     connect(m_socket, &QLocalSocket::disconnected, this, &BrowserClient::closed);
-    QTimer::singleShot(introductionTime, this, [this] {
-        if (!m_hello)
-            disconnectPeer();
-    });
     write(browserHelloMessage(QCoreApplication::applicationVersion()));
 }
 
@@ -120,6 +111,7 @@ bool BrowserClient::handle(const BrowserHello &message)
     if (m_hello)
         return false;
     m_hello = message;
+    m_limits->admit();
     // The status area has room for one browser, and another may well be linked.
     if (m_hello->protocol != browserProtocol)
         logLine(QStringLiteral("Browser link: the extension %1 in %2 does not fit this program")
@@ -179,7 +171,7 @@ std::uint32_t BrowserClient::send(std::uint32_t page, const QStringList &texts)
         {.id = m_lastRun, .page = page, .texts = texts, .answerDue = QDeadlineTimer(answerTime)});
     write(browserRunMessage(m_lastRun, page, texts));
     emit sent();
-    if (m_waiting.size() > mostUnanswered || m_socket->bytesToWrite() > mostUnread)
+    if (m_waiting.size() > mostUnanswered || m_limits->isOverdue())
         disconnectPeer();
     return m_lastRun;
 }

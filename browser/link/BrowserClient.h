@@ -5,6 +5,7 @@
 
 #include "browser/link/BrowserFrame.h"
 #include "browser/link/BrowserMessage.h"
+#include "browser/link/PeerLimits.h"
 
 #include <QDeadlineTimer>
 #include <QList>
@@ -76,6 +77,7 @@ private:
     bool isWaitingFor(std::uint32_t run) const;
 
     QLocalSocket *m_socket;
+    PeerLimits *m_limits;
     BrowserFrameReader m_reader;
     std::optional<BrowserHello> m_hello;
     std::optional<BrowserPage> m_current;

@@ -10,8 +10,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr qsizetype mostClients = 16;
-
 /// As long as three readings take. When none has come by then, no option is on any more, and the
 /// page counts as merely open.
 constexpr auto readingShown = 1200ms;
@@ -154,9 +152,16 @@ std::unique_ptr<BrowserApplication> BrowserLink::application()
     return std::make_unique<LinkedApplication>(*this);
 }
 
+bool BrowserLink::listenAt(const QString &path)
+{
+    const bool listens = m_server.listenAt(path);
+    updateSituation();
+    return listens;
+}
+
 void BrowserLink::attach(QLocalSocket *peer)
 {
-    if (m_clients.size() >= mostClients) {
+    if (m_clients.size() >= PeerLimits::mostPeers) {
         peer->abort();
         peer->deleteLater();
         return;
@@ -277,6 +282,8 @@ BrowserSituation BrowserLink::currentSituation() const
         const auto stranger =
             std::find_if(m_clients.begin(), m_clients.end(),
                          [](const auto *client) { return client->extension().has_value(); });
+        if (!m_server.trouble().isEmpty())
+            return {.kind = Kind::Impossible, .name = m_server.trouble()};
         if (stranger == m_clients.end())
             return {.kind = Kind::NoBrowser};
         return {.kind = Kind::WrongVersion, .name = (*stranger)->extension()->version};

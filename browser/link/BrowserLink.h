@@ -25,8 +25,9 @@ public:
     explicit BrowserLink(QObject *parent = nullptr);
     ~BrowserLink() override;
 
-    /// Lets browsers attach. False where that is not possible; the link then stays without one.
-    bool listenAt(const QString &path) { return m_server.listenAt(path); }
+    /// Lets browsers attach. False where that is not possible; the link then stays without one, and
+    /// its status text says why.
+    bool listenAt(const QString &path);
 
     std::unique_ptr<BrowserApplication> application() override;
 

@@ -4,10 +4,12 @@
 #include "browser/link/BrowserServer.h"
 
 #include "base/Log.h"
+#include "base/UserFolder.h"
 #include "browser/link/BrowserSocketName.h"
 #include "browser/link/SameUser.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLocalSocket>
 #include <unistd.h>
 #include <utility>
@@ -21,6 +23,15 @@ bool isInUse(const QString &path)
     QLocalSocket probe;
     probe.connectToServer(path);
     return probe.waitForConnected(connectTime);
+}
+
+/// Empty if nothing keeps the socket from being made.
+QString troubleWith(const QString &path)
+{
+    const UserFolder folder = UserFolder::at(QFileInfo(path).path());
+    if (!folder.trouble.isEmpty())
+        return folder.trouble;
+    return isInUse(path) ? QStringLiteral("%1 is in use by another program").arg(path) : QString();
 }
 
 } // namespace
@@ -43,16 +54,19 @@ QString BrowserServer::defaultPath()
 bool BrowserServer::listenAt(const QString &path)
 {
     if (path.isEmpty()) {
+        m_trouble = UserFolder::ofSession().trouble;
         logLine(QStringLiteral("Browser link: XDG_RUNTIME_DIR is not set"));
         return false;
     }
-    if (isInUse(path)) {
-        logLine(QStringLiteral("Browser link: %1 is in use by another program").arg(path));
+    m_trouble = troubleWith(path);
+    if (!m_trouble.isEmpty()) {
+        logLine(QStringLiteral("Browser link: ") + m_trouble);
         return false;
     }
     removeServer(path);
     if (!listen(path)) {
-        logLine(QStringLiteral("Browser link: %1: %2").arg(path, errorString()));
+        m_trouble = QStringLiteral("%1: %2").arg(path, errorString());
+        logLine(QStringLiteral("Browser link: ") + m_trouble);
         return false;
     }
     QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);

@@ -27,9 +27,12 @@ public:
     /// False, with a line in the log, where @p path cannot be used; among the reasons is another
     /// running program that uses it. What a crashed one left behind is replaced.
     bool listenAt(const QString &path);
+    /// Why it cannot, in one clause without a full stop; empty if it can.
+    const QString &trouble() const { return m_trouble; }
 
 private:
     void incomingConnection(quintptr descriptor) override;
 
     PeerHandler m_handler;
+    QString m_trouble;
 };

@@ -34,6 +34,7 @@ QString BrowserSituation::text() const
             .arg(carrierName(name))
             .arg(fields)
             .arg(fields == 1 ? QStringLiteral("field") : QStringLiteral("fields"));
+    case Kind::Impossible: return QStringLiteral("Browsers cannot link: ") + name;
     case Kind::NotAnswering: return QStringLiteral("Page not answering");
     }
     return QStringLiteral("No browser linked");

@@ -18,6 +18,7 @@ struct BrowserSituation
         PageOpen, ///< name: the host; nothing is being written
         Filling,  ///< name: the host; fields: how many the last reading was written into
         NotAnswering,
+        Impossible, ///< name: why, in one clause
     };
     Kind kind = Kind::NoBrowser;
     QString name;

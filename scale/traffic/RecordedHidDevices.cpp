@@ -4,6 +4,7 @@
 #include "scale/traffic/RecordedHidDevices.h"
 
 #include "base/Log.h"
+#include "base/RegularFile.h"
 #include "scale/traffic/Traffic.h"
 
 #include <QCoreApplication>
@@ -118,8 +119,8 @@ RecordedHidDevices::RecordedHidDevices(std::unique_ptr<HidDevices> devices)
 
 bool RecordedHidDevices::startFile(const QString &name)
 {
-    m_file.setFileName(name);
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+    m_name = name;
+    if (!openEmptied(m_file, name, &m_trouble))
         return false;
     put(Traffic::heading);
     put("# by version " + QCoreApplication::applicationVersion().toUtf8() + ", " +
@@ -154,12 +155,18 @@ void RecordedHidDevices::write(TrafficLine line)
     put(line.toText());
 }
 
+void RecordedHidDevices::remark(const QString &text)
+{
+    put("# " + text.simplified().toUtf8());
+}
+
 void RecordedHidDevices::put(const QByteArray &text)
 {
     if (!m_file.isOpen() || m_file.write(text + '\n') == text.size() + 1)
         return;
-    const QString reason = m_file.errorString();
+    // Closing the file forgets it.
+    m_trouble = m_file.errorString();
     m_file.close();
     qCWarning(systemLog).noquote()
-        << QStringLiteral("The record in %1 ends here: %2").arg(m_file.fileName(), reason);
+        << QStringLiteral("The record in %1 ends here: %2").arg(m_name, m_trouble);
 }

@@ -18,7 +18,7 @@ public:
 
     /// Replaces a file of that name. False where that is not possible; errorText() says why.
     bool startFile(const QString &name);
-    QString errorText() const { return m_file.errorString(); }
+    QString errorText() const { return m_trouble; }
 
     std::unique_ptr<DeviceEvents> events() override;
     std::unique_ptr<HidConnection> open(const QString &node) override;
@@ -27,12 +27,16 @@ public:
 
     /// Puts the time to it.
     void write(TrafficLine line);
+    /// What is no traffic, but helps to understand it.
+    void remark(const QString &text);
 
 private:
     /// When the disk is full, for example, the program goes on without the record.
     void put(const QByteArray &text);
 
     std::unique_ptr<HidDevices> m_devices;
+    QString m_name;
     QFile m_file;
+    QString m_trouble;
     QElapsedTimer m_sinceStart;
 };

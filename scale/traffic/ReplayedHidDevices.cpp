@@ -17,6 +17,9 @@ namespace {
 
 const QLatin1String nodeFolder("/dev/");
 
+/// A timer counts no more than 2^31 ms.
+constexpr std::chrono::milliseconds longestTimer = 24h;
+
 class ReplayedEvents : public DeviceEvents
 {
 public:
@@ -251,12 +254,16 @@ void ReplayedHidDevices::scheduleEvent()
     if (nextLine() == nullptr)
         noteEnd();
     else if (isEvent(*nextLine()))
-        m_eventDue.start(untilDue(*nextLine()));
+        m_eventDue.start(std::min(untilDue(*nextLine()), longestTimer));
 }
 
 void ReplayedHidDevices::reportEvent()
 {
     const TrafficLine line = *nextLine();
+    if (untilDue(line) > 0ms) {
+        scheduleEvent();
+        return;
+    }
     take();
     const HidDeviceInfo device = deviceOf(line);
     if (line.kind == Kind::Detach)

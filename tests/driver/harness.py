@@ -95,6 +95,7 @@ class Program:
                 "QT_QPA_PLATFORM": "xcb",
                 "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                 "QT_FORCE_STDERR_LOGGING": "1",
+                "QT_LOGGING_RULES": "postalscale*.info=true",
                 "QT_MESSAGE_PATTERN": "%{category}: %{message}",
             } | environment,
             stderr=subprocess.PIPE, text=True, errors="replace")

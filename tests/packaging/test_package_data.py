@@ -139,7 +139,7 @@ class PackageDataTest(unittest.TestCase):
 
     def test_the_shell_completes(self):
         for line, expected in (
-            ("postal-scale --", ["--info", "--print", "--doctor", "--record", "--replay",
+            ("postal-scale --", ["--info", "--print", "--doctor", "--record", "--replay", "--log",
                                 "--help", "--version"]),
             ("postal-scale --d", ["--doctor"]),
             ("postal-scale --print --", ["--json", "--info"]),

@@ -34,7 +34,10 @@ def run(path, user, *arguments):
 
 class Program:
     def __init__(self, path, user):
-        self.process = subprocess.Popen([path], stderr=subprocess.PIPE, **as_user(user))
+        options = as_user(user)
+        # What it does is told by its log.
+        options["env"]["QT_LOGGING_RULES"] = "postalscale*.info=true"
+        self.process = subprocess.Popen([path], stderr=subprocess.PIPE, **options)
         self.lines = []
         self.seen = 0  # lines that expect() has passed
         self.ended = False
@@ -93,7 +96,12 @@ class Program:
 
     def stop(self):
         self.process.terminate()
-        self.process.wait()
+        try:
+            self.process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            # It waits for a silent scale; the second signal does not.
+            self.process.terminate()
+            self.process.wait()
 
     def descriptors(self):
         targets = []

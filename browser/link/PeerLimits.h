@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+
+class QLocalSocket;
+
+/// Sees to it that a peer of one of the program's sockets cannot make the program grow, nor keep a
+/// place for nothing: one that is not admitted in time is disconnected.
+class PeerLimits : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Peers of one socket at a time.
+    static constexpr qsizetype mostPeers = 16;
+
+    /// @param socket connected; becomes the parent
+    explicit PeerLimits(QLocalSocket *socket);
+
+    /// It has introduced itself, and may stay.
+    void admit() { m_isAdmitted = true; }
+    /// It has sent more at once than anything that makes sense.
+    bool isFull() const;
+    /// It no longer takes in what it is sent.
+    bool isOverdue() const;
+
+private:
+    QLocalSocket &m_socket;
+    bool m_isAdmitted = false;
+};

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+#include <memory>
+
+class QSocketNotifier;
+struct sd_bus;
+
+/// What logind announces: that the machine goes to sleep, wakes up, shuts down. It is asked to wait
+/// with the first and the last until they have been dealt with, which it does for some seconds.
+/// Without a system bus, or without logind on it, nothing is ever announced.
+class LoginManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit LoginManager(QObject *parent = nullptr);
+    ~LoginManager() override;
+
+    /// Never waits for anything.
+    void start();
+
+signals:
+    /// The machine stays awake until the slots have returned.
+    void goingToSleep();
+    void wokeUp();
+    /// The machine stays up until the process ends.
+    void shuttingDown();
+
+private:
+    struct BusCloser
+    {
+        void operator()(sd_bus *bus) const;
+    };
+
+    /// Has logind wait from now on.
+    void holdUp();
+    void letGo();
+    void process();
+    void hangUp();
+    void takeSleep(bool begins);
+
+    std::unique_ptr<sd_bus, BusCloser> m_bus;
+    std::unique_ptr<QSocketNotifier> m_incoming;
+    std::unique_ptr<QSocketNotifier> m_outgoing; ///< on while something waits to be sent
+    int m_inhibitor = -1;                        ///< logind waits while it is open
+};

@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "tests/support/LaunchedApplication.h"
+
+#include <QStatusBar>
+#include <QTest>
+
+namespace {
+
+using Scale = LaunchedApplication::Scale;
+using Report = std::vector<std::uint8_t>;
+
+const Report off{0x00, 0x00, 0x00};
+
+bool isSaid(const LaunchedApplication &app)
+{
+    const QString notice =
+        QStringLiteral("The scale has switched itself off. Ctrl+P switches it on; tare is lost");
+    const auto labels = app.delegate.window->statusBar()->findChildren<QLabel *>();
+    return std::any_of(labels.begin(), labels.end(),
+                       [&](const QLabel *label) { return label->toolTip().contains(notice); });
+}
+
+} // namespace
+
+/// A scale that switches itself off says so in its reports, and the window tells what to do.
+class ScaleOffTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { storedsettings::forget(); }
+
+    void itself_data()
+    {
+        QTest::addColumn<Report>("weight");
+        QTest::newRow("packed decimal") << Report{0x01, 0x34, 0x12};
+        QTest::newRow("binary") << Report{0x08, 0x34, 0x12};
+    }
+
+    void itself()
+    {
+        QFETCH(Report, weight);
+        LaunchedApplication app(Scale::Present);
+        app.read(weight);
+        QVERIFY(!isSaid(app));
+        app.read(off);
+        QVERIFY(isSaid(app));
+        app.read(off);
+        QVERIFY(isSaid(app));
+        app.read(weight);
+        QVERIFY(!isSaid(app));
+    }
+
+    void byTheButton()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.read({0x01, 0x34, 0x12});
+        app.delegate.ON_Off_TareAction();
+        app.read({0x01, 0x34, 0x12}); // the request was on its way
+        app.read(off);
+        QVERIFY(!isSaid(app));
+        app.delegate.ON_Off_TareAction();
+        app.read({0x01, 0x34, 0x12});
+        app.read(off);
+        QVERIFY(isSaid(app));
+    }
+
+    void aScaleThatWasNeverOn()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.read(off);
+        QVERIFY(!isSaid(app));
+    }
+
+    void aReportThatIsMissingSaysNothing()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.read({0x01, 0x34, 0x12});
+        app.read({});
+        QVERIFY(!isSaid(app));
+    }
+
+    void unplugged()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.read({0x01, 0x34, 0x12});
+        app.read(off);
+        app.unplug();
+        QVERIFY(!isSaid(app));
+    }
+};
+
+QTEST_APPLESS_MAIN(ScaleOffTest)
+#include "ScaleOffTest.moc"

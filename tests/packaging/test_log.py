@@ -1,0 +1,63 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""Where the lines of the log go."""
+
+import harness
+from command_line import CommandLineTest
+from waiting import wait_until
+
+QUIET = {"QT_LOGGING_RULES": ""}
+
+
+class LogTest(CommandLineTest):
+    def start_quiet(self, *arguments, **changes):
+        program = self.start("--weight", "1234", program_arguments=arguments,
+                             environment=QUIET | changes)
+        program.wait_for_reading("1234 grams")
+        return program
+
+    def lines_of(self, program):
+        """Of the program; the toolkit has its own."""
+        return program.log.since(0, "^postalscale")
+
+    def wait_for_polls(self, program, count):
+        before = len(program.scale.polls())
+        wait_until(lambda: len(program.scale.polls()) >= before + count, f"{count} polls")
+
+    def test_nothing_goes_to_standard_error(self):
+        program = self.start_quiet()
+        self.wait_for_polls(program, 3)
+        self.assertEqual(self.lines_of(program), [])
+
+    def test_warnings_do(self):
+        program = self.start_quiet("--info", "/nowhere/Info.json")
+        self.assertIn("postalscale: Cannot read /nowhere/Info.json: No such file or directory",
+                      self.lines_of(program))
+        self.assertEqual(len(self.lines_of(program)), 2)
+
+    def test_a_file_gets_all_of_it(self):
+        for by_option in (True, False):
+            file = self.session.new_folder("log") / "log.txt"
+            program = (self.start_quiet("--log", file) if by_option
+                       else self.start_quiet(POSTAL_SCALE_LOG=str(file)))
+            self.wait_for_polls(program, 2)
+            self.assertEqual(self.lines_of(program), [])
+            self.assertEqual(program.stop(), 0)
+            texts = [line.split(" ", 1)[1] for line in file.read_text().splitlines()]
+            for text in ("Select Postal Scale", "readData", "buf[0]: 1", "set_device_OFF"):
+                self.assertIn(text, texts)
+
+    def test_a_record_has_it_as_remarks(self):
+        file = self.session.new_folder("record") / "scale.txt"
+        program = self.start_quiet("--record", file)
+        self.wait_for_polls(program, 2)
+        self.assertEqual(self.lines_of(program), [])
+        self.assertEqual(program.stop(), 0)
+        lines = file.read_text(encoding="utf-8").splitlines()
+        self.assertIn("# readData", lines)
+        self.assertIn("# set_device_OFF", lines)
+        self.assertNotIn("# buf[0]: 1", lines)
+
+
+if __name__ == "__main__":
+    harness.main()
