@@ -37,8 +37,8 @@ public:
     /// whose report has not come by then stays open.
     void get_device_rawdata();
     bool isReadingOpen() const { return m_open.has_value(); }
-    /// Of the open reading; to be called often while there is one, and not without. Takes the
-    /// report if it has come, and ends the reading as if it had come in time. Does not wait.
+    /// To be called often while a reading is open. Takes the report if it has come, and ends the
+    /// reading as if it had come in time. Does not wait.
     void continueReading();
 
     // Each sends one command report at once; a failure is only traced.

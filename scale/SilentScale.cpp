@@ -17,6 +17,8 @@ void HIDManager::pollAnew()
 
 void HIDManager::continueReading()
 {
+    if (!m_open)
+        return;
     const auto input = readReport(0ms);
     if (!input) {
         if (m_open->sincePoll.elapsed() >= answerPatience.count())
