@@ -5,12 +5,16 @@
 
 #include <QByteArray>
 #include <QString>
+#include <limits>
 #include <optional>
 
 class QFile;
 
 // Files that a person names, or may put somewhere: only regular ones, of a sensible size. Reading a
 // device or a pipe could wait for ever, or never come to an end.
+
+/// In KiB, of a file that is only going to be replaced.
+inline constexpr qint64 anySize = std::numeric_limits<qint64>::max() / 1024;
 
 /// The whole file. Nothing, and the reason in @p trouble, where it is none, cannot be read, or has
 /// more than @p most KiB.

@@ -15,6 +15,8 @@ constexpr qint64 largestRecord = 64 * 1024;
 
 DeviceChoice recording(const QString &name)
 {
+    if (const QString refusal = refusalOf(name, anySize); !refusal.isEmpty())
+        return {.devices = {}, .trouble = QStringLiteral("Cannot write %1: %2").arg(name, refusal)};
     auto devices = std::make_unique<RecordedHidDevices>(std::make_unique<SystemHidDevices>());
     if (!devices->startFile(name))
         return {.devices = {},

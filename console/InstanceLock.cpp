@@ -42,9 +42,10 @@ InstanceLock::Outcome InstanceLock::tryTake()
     m_isTaken = true;
     // For people, and for --doctor; nobody else relies on it.
     const QByteArray process = QByteArray::number(static_cast<qint64>(getpid())) + '\n';
-    if (ftruncate(m_descriptor, 0) != 0 ||
-        pwrite(m_descriptor, process.constData(), static_cast<size_t>(process.size()), 0) < 0)
-        m_trouble.clear();
+    const bool isNoted =
+        ftruncate(m_descriptor, 0) == 0 &&
+        pwrite(m_descriptor, process.constData(), static_cast<size_t>(process.size()), 0) > 0;
+    Q_UNUSED(isNoted)
     return Outcome::Taken;
 }
 

@@ -43,6 +43,12 @@ QString fileName()
            QStringLiteral("/postal-scale/postal-scale.ini");
 }
 
+/// A folder in its place does no harm, and may hold whatever somebody wants to keep.
+QString refusalToOpen(const QString &name)
+{
+    return QFileInfo(name).isDir() ? QString() : refusalOf(name, largestFile);
+}
+
 std::unique_ptr<QSettings> openFile(const QString &name)
 {
     return std::make_unique<QSettings>(name, QSettings::IniFormat);
@@ -98,7 +104,7 @@ Settings::Settings()
     : m_name(fileName())
 {
     // Before anything looks into it: there are files that cannot be read to their end.
-    const QString refusal = refusalOf(m_name, largestFile);
+    const QString refusal = refusalToOpen(m_name);
     if (!refusal.isEmpty())
         setAside(QStringLiteral("The settings were not usable: %1").arg(refusal.toLower()));
     m_file = openFile(m_name);
@@ -211,7 +217,7 @@ void Settings::setAside(const QString &reason)
     }
     report(QStringLiteral("The settings in %1 are damaged and could not be moved.").arg(m_name));
     // What cannot be read to its end is not to be opened where it stands either.
-    if (!refusalOf(m_name, largestFile).isEmpty())
+    if (!refusalToOpen(m_name).isEmpty())
         m_name += QStringLiteral(".new");
 }
 

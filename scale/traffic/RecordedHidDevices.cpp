@@ -4,7 +4,6 @@
 #include "scale/traffic/RecordedHidDevices.h"
 
 #include "base/Log.h"
-#include "base/RegularFile.h"
 #include "scale/traffic/Traffic.h"
 
 #include <QCoreApplication>
@@ -120,8 +119,11 @@ RecordedHidDevices::RecordedHidDevices(std::unique_ptr<HidDevices> devices)
 bool RecordedHidDevices::startFile(const QString &name)
 {
     m_name = name;
-    if (!openEmptied(m_file, name, &m_trouble))
+    m_file.setFileName(name);
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+        m_trouble = m_file.errorString();
         return false;
+    }
     put(Traffic::heading);
     put("# by version " + QCoreApplication::applicationVersion().toUtf8() + ", " +
         QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toUtf8() +

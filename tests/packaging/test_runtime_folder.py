@@ -92,8 +92,9 @@ class PeerTest(RuntimeFolderTest):
     def connect(self):
         peer = socket.socket(socket.AF_UNIX)
         self.addCleanup(peer.close)
-        peer.settimeout(20)
+        # Without a time limit of its own, it waits for a place in the queue.
         peer.connect(str(self.folder / SOCKET))
+        peer.settimeout(20)
         return peer
 
     def test_one_that_never_ends_its_line_is_cut_off(self):
