@@ -43,6 +43,7 @@ void PostalScaleAppDelegate::lookForScaleAgain()
     const bool isFound = !isDeviceConnected || hid_obj->reopenHandle();
     if (isFound || !m_rest.isLooking()) {
         m_rest.end();
+        setSilent(hid_obj->isReadingOpen()); // one of before the sleep ended with its handle
         pausereadtimer = false;
         return;
     }

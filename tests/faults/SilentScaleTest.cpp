@@ -331,6 +331,25 @@ private slots:
         }
     }
 
+    /// The reading of before it is given up for one of the new handle: nothing was read meanwhile.
+    void theMachineSleeps()
+    {
+        FaultyWorld world;
+        weigh(world);
+        readSilently(world, forEver);
+        world.app.delegate.prepareForSleep();
+        pass(10s);
+        world.app.delegate.wakeUp();
+        pass(step);
+        QVERIFY(!showsSilence(world));
+        QVERIFY(world.app.delegate.parcel().notes().isMarkedOld);
+        world.fallSilent(0ms);
+        pass(3 * interval);
+        QVERIFY(!world.app.delegate.parcel().notes().isMarkedOld);
+        QCOMPARE(panelOf(world), QStringLiteral("1234 grams"));
+        QCOMPARE(wires(world), oneOfEach);
+    }
+
     void aReadErrorEndsTheReading()
     {
         FaultyWorld world;
