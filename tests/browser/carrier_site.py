@@ -10,6 +10,7 @@ import threading
 import urllib.parse
 
 import carrier_pages
+import framework_pages
 
 DOMAINS = ("usps.com", "ups.com", "fedex.com", "shop.example")
 _CERTIFICATE_DAYS = "2"
@@ -77,8 +78,10 @@ class CarrierSite:
             def do_GET(self):
                 address = urllib.parse.urlsplit(self.path)
                 query = urllib.parse.parse_qs(address.query, keep_blank_values=True)
-                document = carrier_pages.page(address.path, query)
-                if document is None:
+                document = (carrier_pages.page(address.path, query)
+                            or framework_pages.page(address.path))
+                script = framework_pages.script(address.path)
+                if document is None and script is None:
                     self.send_error(404)
                     return
                 if carrier_pages.SUBMITTED in query:
@@ -86,9 +89,10 @@ class CarrierSite:
                 if "slow" in query:
                     site._waiting.release()
                     site._open.wait()
-                content = document.encode("utf-8")
+                content = (document or script).encode("utf-8")
+                kind = "text/html" if document else "text/javascript"
                 self.send_response(200)
-                self.send_header("Content-Type", "text/html; charset=utf-8")
+                self.send_header("Content-Type", f"{kind}; charset=utf-8")
                 self.send_header("Content-Length", str(len(content)))
                 for policy in query.get("policy", ()):
                     self.send_header("Content-Security-Policy", POLICIES[policy])
