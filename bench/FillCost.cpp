@@ -3,7 +3,7 @@
 
 // Fills the page that is open in the linked browser, by turns as the program does and as a bare
 // client would: the same texts on the same connection, one after the other, each sent when the one
-// before has been answered.
+// before has been answered; all of them, whatever the page would have answered.
 //
 //   fill-cost CARRIER READINGS
 //
@@ -20,6 +20,7 @@
 #include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QLoggingCategory>
+#include <QStringList>
 #include <cstdio>
 #include <poll.h>
 #include <unistd.h>
@@ -40,18 +41,19 @@ public:
         return m_browser->windows();
     }
 
-    std::optional<QString> doJavaScript(const QString &text,
-                                        const std::shared_ptr<const BrowserTab> &tab) override
+    std::optional<QString> doJavaScript(const QString &,
+                                        const std::shared_ptr<const BrowserTab> &) override
     {
-        texts.append(text);
-        return m_browser->doJavaScript(text, tab);
+        return std::nullopt;
     }
 
-    QList<BrowserResult> ask(const QStringList &questions,
-                             const std::shared_ptr<const BrowserTab> &tab) override
+    bool takesPlans() const override { return true; }
+
+    void post(const FillPlan &plan, const std::shared_ptr<const BrowserTab> &tab) override
     {
-        texts += questions;
-        return m_browser->ask(questions, tab);
+        for (const FillStep &step : plan.steps)
+            texts.append(step.text);
+        m_browser->post(plan, tab);
     }
 
     QStringList texts;
@@ -85,7 +87,8 @@ public:
     {
         for (const QString &text : texts) {
             // Far from the numbers that the link gives its own.
-            const QByteArray frame = browserFrame(browserRunMessage(++m_lastRun, m_page, {text}));
+            const QByteArray frame =
+                browserFrame(browserPlanMessage(++m_lastRun, m_page, {{{text}}}));
             if (::write(m_descriptor, frame.constData(), static_cast<std::size_t>(frame.size())) !=
                 frame.size())
                 qFatal("the browser is gone");

@@ -80,13 +80,13 @@ element('add').addEventListener('submit', (event) => {
     }
 });
 
-element('inputEvents').addEventListener('change', (event) => {
-    api.storage.local.set({inputEvents: event.target.checked});
+element('quiet').addEventListener('change', (event) => {
+    api.storage.local.set({quiet: event.target.checked});
 });
 
 async function showOptions() {
-    const {inputEvents} = await api.storage.local.get({inputEvents: false});
-    element('inputEvents').checked = inputEvents;
+    const {quiet} = await api.storage.local.get({quiet: false});
+    element('quiet').checked = quiet;
 }
 
 async function showPrivateWindows() {

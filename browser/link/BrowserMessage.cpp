@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -16,7 +17,7 @@ const QLatin1String helloKey("hello");
 const QLatin1String currentKey("current");
 const QLatin1String focusedKey("focused");
 const QLatin1String ranKey("ran");
-const QLatin1String runKey("run");
+const QLatin1String planKey("plan");
 
 template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &value)
 {
@@ -28,11 +29,22 @@ template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &v
     return static_cast<Number>(number);
 }
 
+/// A focus that long ago is as good as none.
+constexpr std::int64_t longestAgo = std::int64_t{10} * 365 * 24 * 3600 * 1000; // ms
+
 /// Host names, versions and browsers are shown to the user or logged, so they are nothing but that.
 bool isPlainWord(const QString &text)
 {
     static const QRegularExpression plainWord(QStringLiteral("\\A[A-Za-z0-9._:\\[\\]-]{1,253}\\z"));
     return plainWord.match(text).hasMatch();
+}
+
+/// What an address can have in the place of its host.
+bool isHost(const QString &text)
+{
+    static const QRegularExpression host(
+        QStringLiteral(R"(\A[A-Za-z0-9._:\[\]!$&'()*+,;="`{}~-]+\z)"));
+    return host.match(text).hasMatch();
 }
 
 std::optional<BrowserMessage> parseHello(const QJsonValue &value)
@@ -51,9 +63,9 @@ std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
         return BrowserCurrent{};
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("page")]);
     const QString host = value[QLatin1String("host")].toString();
-    if (!id || !isPlainWord(host))
+    if (!id || !isHost(host))
         return std::nullopt;
-    return BrowserCurrent{BrowserPage{.id = *id, .host = host}};
+    return BrowserCurrent{BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()}};
 }
 
 std::optional<BrowserMessage> parseFocused(const QJsonValue &value)
@@ -61,7 +73,7 @@ std::optional<BrowserMessage> parseFocused(const QJsonValue &value)
     const auto time = wholeNumber<std::int64_t>(value);
     if (!time)
         return std::nullopt;
-    return BrowserFocus{*time};
+    return BrowserFocus{std::chrono::milliseconds(std::min(*time, longestAgo))};
 }
 
 std::optional<BrowserMessage> parseRan(const QJsonValue &value)
@@ -69,21 +81,31 @@ std::optional<BrowserMessage> parseRan(const QJsonValue &value)
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("id")]);
     if (!id)
         return std::nullopt;
-    const QJsonValue results = value[QLatin1String("results")];
-    if (results.isNull())
-        return BrowserRan{.id = *id, .results = std::nullopt};
-    if (!results.isArray())
+    const QJsonValue fields = value[QLatin1String("fields")];
+    if (fields.isNull())
+        return BrowserRan{.id = *id, .fields = std::nullopt};
+    const auto written = wholeNumber<int>(fields[QLatin1String("written")]);
+    const auto changed = wholeNumber<int>(fields[QLatin1String("changed")]);
+    if (!written || !changed || *changed > *written)
         return std::nullopt;
-    QList<BrowserResult> texts;
-    for (const QJsonValue result : results.toArray()) {
-        if (result.isString())
-            texts.append(result.toString());
-        else if (result.isNull())
-            texts.append(std::nullopt);
-        else
-            return std::nullopt;
-    }
-    return BrowserRan{.id = *id, .results = texts};
+    return BrowserRan{.id = *id, .fields = FilledFields{.written = *written, .changed = *changed}};
+}
+
+QJsonArray numbers(const QList<int> &list)
+{
+    QJsonArray array;
+    for (const int number : list)
+        array.append(number);
+    return array;
+}
+
+QJsonValue stepValue(const FillStep &step)
+{
+    if (step.ifAnswers.isEmpty() && step.unlessAnswers.isEmpty())
+        return step.text;
+    return QJsonObject{{QStringLiteral("if"), numbers(step.ifAnswers)},
+                       {QStringLiteral("text"), step.text},
+                       {QStringLiteral("unless"), numbers(step.unlessAnswers)}};
 }
 
 QByteArray message(QLatin1String key, const QJsonObject &value)
@@ -116,9 +138,12 @@ QByteArray browserHelloMessage(const QString &version)
                               {QStringLiteral("version"), version}});
 }
 
-QByteArray browserRunMessage(std::uint32_t id, std::uint32_t page, const QStringList &texts)
+QByteArray browserPlanMessage(std::uint32_t id, std::uint32_t page, const FillPlan &plan)
 {
-    return message(runKey, {{QStringLiteral("id"), static_cast<qint64>(id)},
-                            {QStringLiteral("page"), static_cast<qint64>(page)},
-                            {QStringLiteral("texts"), QJsonArray::fromStringList(texts)}});
+    QJsonArray steps;
+    for (const FillStep &step : plan.steps)
+        steps.append(stepValue(step));
+    return message(planKey, {{QStringLiteral("id"), static_cast<qint64>(id)},
+                             {QStringLiteral("page"), static_cast<qint64>(page)},
+                             {QStringLiteral("steps"), steps}});
 }

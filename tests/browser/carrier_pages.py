@@ -148,6 +148,78 @@ def _framework(_):
     return _box("weight") + '<output id="known">nothing</output><output id="changes"></output>' + _FRAMEWORK
 
 
+_EVENTS = """
+<script>
+    const events = [];
+    for (const type of ["input", "change"]) {
+        document.addEventListener(type, (event) => {
+            events.push([type, event.target.name, event.target.value]);
+            document.documentElement.dataset.events = JSON.stringify(events);
+        });
+    }
+</script>
+"""
+
+
+def _events(_):
+    return _box("weight") + _box("weight1") + _EVENTS
+
+
+def _postback(_):
+    """Sends itself at each change, and comes back empty."""
+    return _box("weight") + """
+<script>
+    sessionStorage.loads = Number(sessionStorage.loads ?? 0) + 1;
+    document.forms[0].addEventListener("change", (event) => event.target.form.submit());
+</script>
+"""
+
+
+def _remade(_):
+    """Replaces its field at each change, as a server's part of a page does. A star for each."""
+    return '<div id="place"></div><button type="button" id="next">Next</button><p id="made"></p>' + """
+<script>
+    const make = () => { document.getElementById("place").innerHTML = '<input name="weight">'; };
+    const again = () => {
+        make();
+        document.getElementById("made").textContent += "*";
+    };
+    make();
+    document.getElementById("place").addEventListener("change", again);
+    document.getElementById("next").addEventListener("click", again);
+</script>
+"""
+
+
+def _on_input(change):
+    """A page that makes `change` of what was typed into it."""
+    return _box("weight") + ("<script>document.getElementsByName('weight')[0].addEventListener("
+                             f"'input', (event) => {{ const box = event.target; {change} }});</script>")
+
+
+def _masked(_):
+    """Two decimals, which it puts in by itself; whole numbers stay."""
+    return _on_input("if (box.value.includes('.'))"
+                     " box.value = String(Number(box.value.replace('.', '')) / 100);")
+
+
+def _late(_):
+    """Paints its own text once its event is over."""
+    return _on_input("queueMicrotask(() => { box.value = String(Math.floor(box.value)); });")
+
+
+def _unit(_):
+    return _on_input("box.value += ' lb';")
+
+
+def _list(_):
+    return '<select name="weight"><option>1<option>2<option>3</select>'
+
+
+def _slider(_):
+    return '<input type="range" name="weight" min="0" max="10" step="1">'
+
+
 def _empty(_):
     return "<p>Nothing to fill in.</p>"
 
@@ -176,6 +248,14 @@ _BODIES = {
     "/shapes": _shapes,
     "/taken-names": _taken_names,
     "/framework": _framework,
+    "/events": _events,
+    "/postback": _postback,
+    "/remade": _remade,
+    "/masked": _masked,
+    "/late": _late,
+    "/unit": _unit,
+    "/list": _list,
+    "/slider": _slider,
     "/empty": _empty,
 }
 

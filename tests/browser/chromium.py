@@ -153,6 +153,14 @@ class ChromiumPage:
                                     returnByValue=True)
         return answer["result"].get("value")
 
+    def click(self, element):
+        """As the person's own mouse would. @param element its id"""
+        x, y = self.evaluate("""(({x, y, width, height}) => [x + width / 2, y + height / 2])(
+            document.getElementById('%s').getBoundingClientRect())""" % element)
+        for kind in ("mousePressed", "mouseReleased"):
+            self._browser.call("Input.dispatchMouseEvent", self._session, type=kind, x=x, y=y,
+                               button="left", clickCount=1)
+
     def start(self, script):
         """Does not wait for its end."""
         self._browser.post("Runtime.evaluate", self._session, expression=script)

@@ -151,6 +151,13 @@ class FirefoxPage:
         return self._browser.call("WebDriver:ExecuteScript", script=f"return {script}",
                                   args=[])["value"]
 
+    def click(self, element):
+        """As the person's own mouse would. @param element its id"""
+        self._select()
+        found = self._browser.call("WebDriver:FindElement", using="css selector",
+                                   value=f"#{element}")["value"]
+        self._browser.call("WebDriver:ElementClick", id=next(iter(found.values())))
+
     def start(self, script):
         """Does not wait for its end."""
         self._select()

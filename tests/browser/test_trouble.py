@@ -45,8 +45,6 @@ class TroubleTest(BrowserTest):
 
     def open_recording_page(self, title):
         """One that writes down what comes into it."""
-        self.set_input_events(True)
-        self.addCleanup(self.set_input_events, False)
         self.page.go(f"{RECORDING}&title={title}")
         wait_until(self.written, "a weight written down", SLOW_START)
 

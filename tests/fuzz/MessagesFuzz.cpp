@@ -38,9 +38,13 @@ void understand(const QByteArray &json)
     if (const auto *hello = std::get_if<BrowserHello>(&*message))
         require(hello->protocol >= 0, "a protocol is no negative number");
     if (const auto *current = std::get_if<BrowserCurrent>(&*message))
-        require(!current->page || !current->page->host.isEmpty(), "a page has a host");
+        require(!current->page || current->page->host.size() < 254, "a host can be shown");
     if (const auto *focus = std::get_if<BrowserFocus>(&*message))
-        require(focus->milliseconds >= 0, "no focus before 1970");
+        require(focus->ago.count() >= 0, "no focus lies in the future");
+    if (const auto *ran = std::get_if<BrowserRan>(&*message))
+        require(!ran->fields ||
+                    (ran->fields->changed >= 0 && ran->fields->changed <= ran->fields->written),
+                "only what was written can be changed");
 }
 
 } // namespace
