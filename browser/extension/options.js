@@ -90,12 +90,15 @@ async function showOptions() {
 }
 
 async function showPrivateWindows() {
+    // Chromium switches off what is not from its store when this changes, until it is started anew.
     const where = navigator.userAgent.includes('Firefox/')
-        ? 'about:addons: Postal Scale, “Run in Private Windows”'
-        : 'chrome://extensions: Postal Scale, “Details”, “Allow in Incognito”';
+        ? 'open about:addons: Postal Scale, “Run in Private Windows”.'
+        : 'open chrome://extensions: Postal Scale, “Details”, “Allow in Incognito”. '
+            + 'Then start the browser anew.';
     element('private').textContent = await api.extension.isAllowedIncognitoAccess()
-        ? `The weight goes to private windows as well. To end that, open ${where}.`
-        : `The weight does not go to private windows. To let it go there, open ${where}.`;
+        ? `The weight goes to private windows as well. To end that, ${where}`
+        : 'The weight does not go to private windows. While one is in front, the page behind it may '
+            + `still get the weight. To let it into private windows, ${where}`;
 }
 
 api.runtime.onMessage.addListener((message) => {
