@@ -75,19 +75,23 @@ class Chromium:
         return self.restarted()
 
     def click_and_allow(self, page, element):
-        """Then the browser asks, over its dimmed window. The first button there denies, and for a
-        moment neither takes a click, lest it was meant for the page."""
+        """Then the browser asks, over its dimmed window; the first button there denies."""
         before = sum(self._picture())
 
         def is_asking():
             return sum(self._picture()) < 0.7 * before
 
         def allow():
-            self._session.output_of("xdotool", "key", "Return")
+            # Longer than the half second in which Chromium takes a key to be meant for what was
+            # there before; each key makes it count anew.
+            time.sleep(1)
+            if is_asking():
+                self._session.output_of("xdotool", "key", "Return")
             return not is_asking()
 
         page.click(element)
         wait_until(is_asking, "the browser's dialog")
+        time.sleep(1)
         self._session.output_of("xdotool", "key", "Tab")
         wait_until(allow, "the browser's dialog closed")
 
