@@ -83,7 +83,8 @@ void tell(const FillPlan &plan)
     require(steps.size() == 2 * plan.steps.size(), "a plan arrives whole");
     const qsizetype half = plan.steps.size();
     for (qsizetype place = 0; place < half; ++place) {
-        require(textOf(steps.at(place)) == textOf(steps.at(half + place)), "and in order");
+        require(textOf(steps.at(place)) == plan.steps.at(place).text, "each text as it is");
+        require(textOf(steps.at(half + place)) == plan.steps.at(place).text, "and in order");
         const int first = steps.at(place)[QLatin1String("if")][0].toInt();
         const int second = steps.at(half + place)[QLatin1String("if")][0].toInt();
         require(plan.steps.at(place).ifAnswers.isEmpty() || second - first == plan.questions(),
