@@ -20,54 +20,11 @@
 #include <QElapsedTimer>
 #include <QLocalSocket>
 #include <QLoggingCategory>
-#include <QStringList>
 #include <cstdio>
 #include <poll.h>
 #include <unistd.h>
 
 namespace {
-
-/// Passes on what goes to the browser, and keeps the texts.
-class Recorder : public BrowserApplication
-{
-public:
-    explicit Recorder(BrowserBridge &browsers)
-        : m_browser(browsers.application())
-    {
-    }
-
-    std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
-    {
-        return m_browser->windows();
-    }
-
-    std::optional<QString> doJavaScript(const QString &,
-                                        const std::shared_ptr<const BrowserTab> &) override
-    {
-        return std::nullopt;
-    }
-
-    bool takesPlans() const override { return true; }
-
-    void post(const FillPlan &plan, const std::shared_ptr<const BrowserTab> &tab) override
-    {
-        for (const FillStep &step : plan.steps)
-            texts.append(step.text);
-        m_browser->post(plan, tab);
-    }
-
-    QStringList texts;
-
-private:
-    std::unique_ptr<BrowserApplication> m_browser;
-};
-
-QStringList fill(BrowserLink &link, const QString &carrier)
-{
-    Recorder safari(link);
-    fillCarrier(carrier, safari);
-    return safari.texts;
-}
 
 double milliseconds(const QElapsedTimer &time)
 {
@@ -83,12 +40,12 @@ public:
     {
     }
 
-    void run(const QStringList &texts)
+    void run(const FillPlan &plan)
     {
-        for (const QString &text : texts) {
+        for (const FillStep &step : plan.steps) {
             // Far from the numbers that the link gives its own.
             const QByteArray frame =
-                browserFrame(browserPlanMessage(++m_lastRun, m_page, {{{text}}}));
+                browserFrame(browserPlanMessage(++m_lastRun, m_page, {{{step.text}}}));
             if (::write(m_descriptor, frame.constData(), static_cast<std::size_t>(frame.size())) !=
                 frame.size())
                 qFatal("the browser is gone");
@@ -137,7 +94,7 @@ public:
         auto *client = m_link.findChild<BrowserClient *>();
         QElapsedTimer time;
         time.start();
-        const QStringList texts = fill(m_link, carrier);
+        fillCarrier(carrier, *m_link.application());
         QCoreApplication::sendPostedEvents();
         const double held = milliseconds(time);
         const std::uint32_t page = client->currentPage()->id;
@@ -147,7 +104,7 @@ public:
 
         BareClient bare(client->findChild<QLocalSocket *>()->socketDescriptor(), page);
         time.start();
-        bare.run(texts);
+        bare.run(carrierPlan(carrier));
         std::printf("%.3f %.3f %.3f\n", held, answered, milliseconds(time));
         std::fflush(stdout);
     }

@@ -3,7 +3,6 @@
 
 #include "browser/link/BrowserMessage.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -17,7 +16,6 @@ const QLatin1String helloKey("hello");
 const QLatin1String currentKey("current");
 const QLatin1String focusedKey("focused");
 const QLatin1String ranKey("ran");
-const QLatin1String planKey("plan");
 
 template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &value)
 {
@@ -31,6 +29,8 @@ template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &v
 
 /// A focus that long ago is as good as none.
 constexpr std::int64_t longestAgo = std::int64_t{10} * 365 * 24 * 3600 * 1000; // ms
+
+constexpr qsizetype usualStep = 150; // bytes
 
 /// Host names, versions and browsers are shown to the user or logged, so they are nothing but that.
 bool isPlainWord(const QString &text)
@@ -91,21 +91,51 @@ std::optional<BrowserMessage> parseRan(const QJsonValue &value)
     return BrowserRan{.id = *id, .fields = FilledFields{.written = *written, .changed = *changed}};
 }
 
-QJsonArray numbers(const QList<int> &list)
+// Plans are written as they go: made of JSON objects first, they would take the better part of the
+// time that a reading holds the thread.
+
+void appendText(QByteArray &json, const QString &text)
 {
-    QJsonArray array;
-    for (const int number : list)
-        array.append(number);
-    return array;
+    static const char digits[] = "0123456789abcdef";
+    json += '"';
+    const QByteArray bytes = text.toUtf8();
+    for (const char byte : bytes) {
+        if (byte >= 0 && byte < ' ') {
+            json += "\\u00";
+            json += digits[byte / 16];
+            json += digits[byte % 16];
+            continue;
+        }
+        if (byte == '"' || byte == '\\')
+            json += '\\';
+        json += byte;
+    }
+    json += '"';
 }
 
-QJsonValue stepValue(const FillStep &step)
+void appendNumbers(QByteArray &json, const QList<int> &numbers)
 {
-    if (step.ifAnswers.isEmpty() && step.unlessAnswers.isEmpty())
-        return step.text;
-    return QJsonObject{{QStringLiteral("if"), numbers(step.ifAnswers)},
-                       {QStringLiteral("text"), step.text},
-                       {QStringLiteral("unless"), numbers(step.unlessAnswers)}};
+    json += '[';
+    for (const int number : numbers)
+        json += QByteArray::number(number) + ',';
+    if (json.endsWith(','))
+        json.chop(1);
+    json += ']';
+}
+
+void appendStep(QByteArray &json, const FillStep &step)
+{
+    if (step.ifAnswers.isEmpty() && step.unlessAnswers.isEmpty()) {
+        appendText(json, step.text);
+        return;
+    }
+    json += R"({"if":)";
+    appendNumbers(json, step.ifAnswers);
+    json += R"(,"text":)";
+    appendText(json, step.text);
+    json += R"(,"unless":)";
+    appendNumbers(json, step.unlessAnswers);
+    json += '}';
 }
 
 QByteArray message(QLatin1String key, const QJsonObject &value)
@@ -140,10 +170,16 @@ QByteArray browserHelloMessage(const QString &version)
 
 QByteArray browserPlanMessage(std::uint32_t id, std::uint32_t page, const FillPlan &plan)
 {
-    QJsonArray steps;
-    for (const FillStep &step : plan.steps)
-        steps.append(stepValue(step));
-    return message(planKey, {{QStringLiteral("id"), static_cast<qint64>(id)},
-                             {QStringLiteral("page"), static_cast<qint64>(page)},
-                             {QStringLiteral("steps"), steps}});
+    QByteArray json;
+    json.reserve(plan.steps.size() * usualStep);
+    json += R"({"plan":{"id":)" + QByteArray::number(id) + R"(,"page":)" +
+            QByteArray::number(page) + R"(,"steps":[)";
+    for (const FillStep &step : plan.steps) {
+        appendStep(json, step);
+        json += ',';
+    }
+    if (json.endsWith(','))
+        json.chop(1);
+    json += "]}}";
+    return json;
 }

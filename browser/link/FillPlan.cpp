@@ -19,6 +19,10 @@ qsizetype FillPlan::questions() const
 void FillPlan::append(const FillPlan &plan)
 {
     const auto before = static_cast<int>(questions());
+    if (before == 0) {
+        steps += plan.steps;
+        return;
+    }
     for (FillStep step : plan.steps) {
         for (int &answer : step.ifAnswers)
             answer += before;

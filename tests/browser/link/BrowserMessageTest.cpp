@@ -256,6 +256,17 @@ private slots:
                      .replace('\'', '"'));
     }
 
+    void textsOfAnyKindArriveAsTheyAre()
+    {
+        const QString text =
+            QStringLiteral("'\"\\\n\t\u0001\u007f\u00e9\u20ac\U0001f4e6") + QChar(0);
+        const QByteArray message = browserPlanMessage(1, 1, {{{text}}});
+        QCOMPARE(QJsonDocument::fromJson(message)[QLatin1String("plan")][QLatin1String("steps")][0],
+                 QJsonValue(text));
+        QCOMPARE(browserPlanMessage(1, 2, {}),
+                 QByteArray(R"({"plan":{"id":1,"page":2,"steps":[]}})"));
+    }
+
     void situations_data()
     {
         using Kind = BrowserSituation::Kind;
