@@ -176,7 +176,6 @@ def _postback(_):
     """Sends itself at each change, and comes back empty."""
     return _box("weight") + """
 <script>
-    sessionStorage.loads = Number(sessionStorage.loads ?? 0) + 1;
     document.forms[0].addEventListener("change", (event) => event.target.form.submit());
 </script>
 """

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The carriers' hosts on this machine: a proxy that takes every connection to them itself."""
 
+import collections
 import http.server
 import queue
 import ssl
@@ -30,6 +31,7 @@ class CarrierSite:
         self._open.set()
         self._waiting = threading.Semaphore(0)
         self._submitted = queue.Queue()
+        self._loads = collections.Counter()
         self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), self._handler())
         self._server.daemon_threads = True
         self.port = self._server.server_port
@@ -55,6 +57,10 @@ class CarrierSite:
     def next_submitted(self, timeout):
         """Values by field name, as the server received them."""
         return self._submitted.get(timeout=timeout)
+
+    def loads(self, path):
+        """How often a browser has asked for it."""
+        return self._loads[path]
 
     def has_more_submitted(self):
         return not self._submitted.empty()
@@ -84,6 +90,7 @@ class CarrierSite:
                 if document is None and script is None:
                     self.send_error(404)
                     return
+                site._loads[address.path] += 1
                 if carrier_pages.SUBMITTED in query:
                     site._submitted.put({name: values[0] for name, values in query.items()})
                 if "slow" in query:
