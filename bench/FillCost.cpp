@@ -3,7 +3,7 @@
 
 // Fills the page that is open in the linked browser, by turns as the program does and as a bare
 // client would: the same texts on the same connection, one after the other, each sent when the one
-// before has been answered.
+// before has been answered; all of them, whatever the page would have answered.
 //
 //   fill-cost CARRIER READINGS
 //
@@ -26,47 +26,6 @@
 
 namespace {
 
-/// Passes on what goes to the browser, and keeps the texts.
-class Recorder : public BrowserApplication
-{
-public:
-    explicit Recorder(BrowserBridge &browsers)
-        : m_browser(browsers.application())
-    {
-    }
-
-    std::vector<std::shared_ptr<const BrowserWindow>> windows() const override
-    {
-        return m_browser->windows();
-    }
-
-    std::optional<QString> doJavaScript(const QString &text,
-                                        const std::shared_ptr<const BrowserTab> &tab) override
-    {
-        texts.append(text);
-        return m_browser->doJavaScript(text, tab);
-    }
-
-    QList<BrowserResult> ask(const QStringList &questions,
-                             const std::shared_ptr<const BrowserTab> &tab) override
-    {
-        texts += questions;
-        return m_browser->ask(questions, tab);
-    }
-
-    QStringList texts;
-
-private:
-    std::unique_ptr<BrowserApplication> m_browser;
-};
-
-QStringList fill(BrowserLink &link, const QString &carrier)
-{
-    Recorder safari(link);
-    fillCarrier(carrier, safari);
-    return safari.texts;
-}
-
 double milliseconds(const QElapsedTimer &time)
 {
     return static_cast<double>(time.nsecsElapsed()) / 1e6;
@@ -81,11 +40,12 @@ public:
     {
     }
 
-    void run(const QStringList &texts)
+    void run(const FillPlan &plan)
     {
-        for (const QString &text : texts) {
+        for (const FillStep &step : plan.steps) {
             // Far from the numbers that the link gives its own.
-            const QByteArray frame = browserFrame(browserRunMessage(++m_lastRun, m_page, {text}));
+            const QByteArray frame =
+                browserFrame(browserPlanMessage(++m_lastRun, m_page, {{{step.text}}}));
             if (::write(m_descriptor, frame.constData(), static_cast<std::size_t>(frame.size())) !=
                 frame.size())
                 qFatal("the browser is gone");
@@ -134,7 +94,7 @@ public:
         auto *client = m_link.findChild<BrowserClient *>();
         QElapsedTimer time;
         time.start();
-        const QStringList texts = fill(m_link, carrier);
+        fillCarrier(carrier, *m_link.application());
         QCoreApplication::sendPostedEvents();
         const double held = milliseconds(time);
         const std::uint32_t page = client->currentPage()->id;
@@ -144,7 +104,7 @@ public:
 
         BareClient bare(client->findChild<QLocalSocket *>()->socketDescriptor(), page);
         time.start();
-        bare.run(texts);
+        bare.run(carrierPlan(carrier));
         std::printf("%.3f %.3f %.3f\n", held, answered, milliseconds(time));
         std::fflush(stdout);
     }

@@ -16,6 +16,9 @@ enum class PageValue : std::uint8_t {
     Ounces,          ///< 0 to 15, beside the whole pounds
     Export,          ///< the export label's text, pounds or kilograms
     PoundsFromGrams, ///< the gram text in pounds, with three decimals
+    TotalOunces,     ///< a number with six decimals, as the ones below
+    ChosenOunces,    ///< the total in ounces that stood when the totals were taken
+    ChosenPounds,    ///< the same in pounds
 };
 
 struct Assignment

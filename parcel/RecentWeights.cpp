@@ -7,7 +7,7 @@
 
 QString carrierPage(const QString &carrier)
 {
-    return carrier + QStringLiteral(" page");
+    return carrier.isEmpty() ? QStringLiteral("a page") : carrier + QStringLiteral(" page");
 }
 
 QString RecentWeight::words() const

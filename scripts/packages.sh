@@ -28,6 +28,8 @@ check_packages=(
     valgrind
     shellcheck pyflakes3 nodejs
 )
+# Node of another origin than Debian brings its own npm, and will not have Debian's beside it.
+if ! command -v npm > /dev/null; then check_packages+=(npm); fi
 bench_packages=(libxcb-damage0-dev)
 
 say() { printf '== %s\n' "$*"; }

@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 // Lives beside a page's own scripts, out of their sight and beyond the page's content policy. It
-// does three things and no other: write a number into the first field of a name, tell whether the
-// first field of a name is empty, and tell whether an element is checked.
+// walks a plan of which each step does one of three things and no other: write a number into the
+// first field of a name, ask whether the first field of a name is empty, and ask whether an element
+// is checked. Then it tells the page what was typed, and looks whether it stands there.
 'use strict';
 
 (() => {
@@ -14,54 +15,198 @@
     const checkedShape = new RegExp(String.raw`^document\.getElementById\('${name}'\)\.checked$`);
     // A number as a script spells it. With a leading zero a script means something else.
     const numberShape = /^-?(?:(?:0|[1-9]\d*)(?:\.\d*)?|\.\d+)(?:[eE][+-]?\d+)?$/;
-    // What a field holds stays in the page: whether it holds anything is all that a weight needs to
-    // know, and whoever plays the program could ask for a password.
-    const someValue = 'filled';
     // Not by a name: the page's elements are properties of the global object by theirs.
     const connectKey = Symbol.for('org.postalscale.connect');
+
+    const badgeTime = 1500; // ms
+    const badgeTag = 'postal-scale-badge';
+    const writtenColor = '#1a7f37';
+    const changedColor = '#b35900';
+
+    // The three shapes
 
     function fieldNamed(fieldName) {
         const element = document.getElementsByName(fieldName)[0];
         return typeof element?.value === 'string' ? element : null;
     }
 
-    function assign(fieldName, literal, inputEvents) {
+    function assign(fieldName, literal, written) {
         const element = fieldNamed(fieldName);
         if (!element || !numberShape.test(literal))
-            return null;
-        element.value = Number(literal);
-        if (inputEvents)
-            element.dispatchEvent(new Event('input', {bubbles: true}));
-        return String(Number(literal));
+            return;
+        const number = Number(literal);
+        const before = written.get(element)?.before ?? element.value;
+        element.value = number;
+        written.set(element, {name: fieldName, number, before});
     }
 
-    function read(fieldName) {
-        const element = fieldNamed(fieldName);
-        if (!element)
-            return null;
-        return element.value === '' ? '' : someValue;
+    const isEmpty = (fieldName) => fieldNamed(fieldName)?.value === '';
+
+    const isChecked = (id) => document.getElementById(id)?.checked === true;
+
+    /** A text of any other shape does nothing, and is no question. */
+    function run(text, answers, written) {
+        const assignment = assignmentShape.exec(text);
+        if (assignment)
+            return assign(assignment[1], assignment[2], written);
+        const value = valueShape.exec(text);
+        const checked = value ? null : checkedShape.exec(text);
+        if (!value && !checked)
+            return;
+        const place = answers.push(false) - 1;
+        answers[place] = value ? isEmpty(value[1]) : isChecked(checked[1]);
     }
 
-    function isChecked(id) {
-        const checked = document.getElementById(id)?.checked;
-        return typeof checked === 'boolean' ? String(Number(checked)) : null;
-    }
-
-    /** The value as text; null where there is none, and for every text of another shape. */
-    function run(text, inputEvents) {
-        try {
-            const assignment = assignmentShape.exec(text);
-            if (assignment)
-                return assign(assignment[1], assignment[2], inputEvents);
-            const value = valueShape.exec(text);
-            if (value)
-                return read(value[1]);
-            const checked = checkedShape.exec(text);
-            return checked ? isChecked(checked[1]) : null;
-        } catch {
-            return null; // such as a file field, which no script may fill
+    /** Each step in its turn: what one writes, another may ask for. */
+    function walk(steps, written) {
+        const answers = [];
+        for (const step of steps) {
+            try {
+                const {text, if: ifAnswers = [], unless = []} =
+                    typeof step === 'string' ? {text: step} : step;
+                if (ifAnswers.every((each) => answers[each] === true) &&
+                    unless.every((each) => answers[each] === false))
+                    run(text, answers, written);
+            } catch {
+                // such as a file field, which no script may fill
+            }
         }
     }
+
+    // What the page knows of the weight. A page that only shows its fields needs no word; one that
+    // keeps a record of its own believes an event alone, and may go by each of them to ask a server
+    // for a price, or post itself back.
+
+    /** By field name: the number that was told last, where, and what stood there afterwards. */
+    let told = new Map();
+    /** Deeds of the person in the page: whatever the page shows after one may be another parcel's. */
+    let deeds = 0;
+
+    function isNews({name: fieldName, number, before}, element) {
+        const last = told.get(fieldName);
+        if (!last || last.number !== number)
+            return true;
+        // A page that paints over its field, makes it anew or is loaded anew, all by itself, would
+        // do so again.
+        return last.deeds !== deeds && (last.element !== element || last.held !== before);
+    }
+
+    const toldSinceDeed = () => [...told].filter(([, last]) => last.deeds === deeds);
+
+    /** @param announce gets what the page is told, before it hears of it: it may be gone right then */
+    function tell(written, announce) {
+        const news = [...written].filter(([element, field]) => isNews(field, element));
+        for (const [element, {name: fieldName, number}] of news)
+            told.set(fieldName, {number, element, deeds, held: null, changed: false});
+        if (news.length > 0)
+            announce(toldSinceDeed().map(([fieldName, {number}]) => [fieldName, number]));
+        for (const [element] of news) {
+            element.dispatchEvent(new Event('input', {bubbles: true}));
+            element.dispatchEvent(new Event('change', {bubbles: true}));
+        }
+        return new Set(news.map(([element]) => element));
+    }
+
+    /** A field may show more than the number, such as a unit. */
+    const holds = (element, number) => Number.parseFloat(element.value) === number;
+
+    /** What has become of the fields. A page that was told of a number and made another one of it
+     *  goes on to mean that one, although the number is written again. */
+    function lookBack(written, quiet) {
+        const changed = new Set();
+        for (const [element, {name: fieldName, number}] of written) {
+            const last = told.get(fieldName);
+            const isOther = !holds(element, number);
+            if (last && !quiet) {
+                last.element = element;
+                last.held = element.value;
+                last.changed ||= isOther;
+            }
+            if (isOther || (!quiet && last?.changed))
+                changed.add(element);
+        }
+        return changed;
+    }
+
+    // What the person sees of it. The page's own elements stay as they are.
+
+    let badge = null;
+    let badgeEnd = 0;
+
+    function removeBadge() {
+        clearTimeout(badgeEnd);
+        badge?.remove();
+        badge = null;
+    }
+
+    function boxAt(styles) {
+        const box = document.createElement('div');
+        Object.assign(box.style, {position: 'fixed', boxSizing: 'border-box', ...styles});
+        return box;
+    }
+
+    function outline(element, color) {
+        const {left, top, width, height} = element.getBoundingClientRect();
+        return boxAt({left: `${left - 3}px`, top: `${top - 3}px`, width: `${width + 6}px`,
+                      height: `${height + 6}px`, border: `2px solid ${color}`,
+                      borderRadius: '4px'});
+    }
+
+    function words(count, others) {
+        const fields = `${count} ${count === 1 ? 'field' : 'fields'}`;
+        if (others === 0)
+            return `Postal Scale: ${fields}`;
+        return `Postal Scale: ${fields}, ${others} ${others === 1 ? 'shows' : 'show'} another number`;
+    }
+
+    function showBadge(count, news, changed) {
+        removeBadge();
+        badge = document.createElement(badgeTag);
+        badge.setAttribute('aria-hidden', 'true');
+        Object.assign(badge.style, {all: 'initial', position: 'fixed', inset: '0',
+                                    pointerEvents: 'none', zIndex: '2147483647'});
+        const label = boxAt({right: '12px', bottom: '12px', padding: '6px 12px', color: 'white',
+                             background: changed.size > 0 ? changedColor : writtenColor,
+                             borderRadius: '6px', font: '14px system-ui, sans-serif'});
+        label.textContent = words(count, changed.size);
+        const outlines = [...news].map((element) =>
+            outline(element, changed.has(element) ? changedColor : writtenColor));
+        badge.attachShadow({mode: 'closed'}).append(label, ...outlines);
+        document.documentElement.append(badge);
+        badgeEnd = setTimeout(removeBadge, badgeTime);
+    }
+
+    // One plan
+
+    /** After what the page's own scripts have put off, and yet at once: a timer of a window that is
+     *  covered may be a second late. */
+    function afterPage(act) {
+        const {port1, port2} = new MessageChannel();
+        port1.onmessage = () => {
+            port1.close();
+            act();
+        };
+        port2.postMessage(null);
+    }
+
+    /** @param answer gets the numbers of fields */
+    function fill({steps, quiet}, announce, answer) {
+        const written = new Map();
+        walk(steps, written);
+        const news = quiet ? new Set() : tell(written, announce);
+        afterPage(() => {
+            const changed = lookBack(written, quiet);
+            answer({written: written.size, changed: changed.size});
+            try {
+                if (news.size > 0)
+                    showBadge(written.size, news, changed);
+            } catch {
+                // A document of another kind has no place for it.
+            }
+        });
+    }
+
+    // The way to the program
 
     let port = null;
     let left = false;
@@ -73,9 +218,14 @@
         // element.
         const opened = globalThis.chrome.runtime.connect({name: 'page'});
         port = opened;
-        opened.onMessage.addListener(({id, texts, inputEvents}) => {
-            if (port === opened)
-                opened.postMessage({id, results: texts.map((text) => run(text, inputEvents))});
+        opened.onMessage.addListener(({id, steps, quiet, toldBefore}) => {
+            if (port !== opened)
+                return;
+            remember(toldBefore);
+            fill({steps, quiet}, (nowTold) => opened.postMessage({told: nowTold}), (fields) => {
+                if (port === opened)
+                    opened.postMessage({id, fields});
+            });
         });
         opened.onDisconnect.addListener(() => {
             if (port === opened)
@@ -83,11 +233,30 @@
         });
     }
 
+    /** What the page that posted itself back was told. Who loads a page anew or goes back to it wants
+     *  it told anew. */
+    function remember(toldBefore) {
+        if (!toldBefore || performance.getEntriesByType('navigation')[0]?.type !== 'navigate')
+            return;
+        for (const [fieldName, number] of toldBefore)
+            told.set(fieldName, {number, element: null, deeds, held: null, changed: false});
+    }
+
+    function noteDeed(event) {
+        if (!event.isTrusted)
+            return;
+        const isFirst = toldSinceDeed().length > 0;
+        ++deeds;
+        if (isFirst)
+            port?.postMessage({deed: true});
+    }
+
     // The page may send such events as well, but has no say in this.
     function leave(event) {
         if (!event.isTrusted)
             return;
         left = true;
+        removeBadge();
         port?.disconnect();
         port = null;
     }
@@ -112,5 +281,7 @@
     // A page that is left may be kept, and shown again as it was.
     addEventListener('pagehide', leave, {capture: true});
     addEventListener('pageshow', enter, {capture: true});
+    for (const deed of ['pointerdown', 'keydown', 'input', 'reset'])
+        addEventListener(deed, noteDeed, {capture: true, passive: true});
     connect();
 })();

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include <QList>
+#include "browser/link/FillPlan.h"
+
 #include <QString>
-#include <QStringList>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -38,18 +38,20 @@ public:
 
     /// Runs @p text in @p tab. The value as text: an empty string as it stands, any text for
     /// another string, as what a field holds is nobody's business; "1" for true, "0" for false;
-    /// nothing when the script fails, the page does not answer in time or @p tab is null. An
-    /// assignment may be sent without waiting, and then gives nothing.
+    /// nothing when the script fails or @p tab is null.
     virtual std::optional<QString> doJavaScript(const QString &text,
                                                 const std::shared_ptr<const BrowserTab> &tab) = 0;
 
-    /// Something that was run through this object has gone on its way to a page.
-    virtual bool hasSent() const { return true; }
+    /// A browser that is too far away to be waited for at each question takes whole plans, and runs
+    /// nothing else.
+    virtual bool takesPlans() const { return false; }
+    /// Has @p plan done some time soon, after those that were posted before it in the same turn of
+    /// the event loop, and in one go with them. A page that has not answered yet gets the latest
+    /// only. Never waits.
+    virtual void post(const FillPlan &, const std::shared_ptr<const BrowserTab> &) {}
 
-    /// Runs several questions in this order, with nothing in between; as many values. A browser to
-    /// which each way and back costs as much as all of them lets them travel together.
-    virtual QList<std::optional<QString>> ask(const QStringList &questions,
-                                              const std::shared_ptr<const BrowserTab> &tab);
+    /// Something that was run or posted through this object has gone on its way to a page.
+    virtual bool hasSent() const { return true; }
 };
 
 /// Where the program gets its browser from.

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QLocalSocket>
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -36,50 +37,31 @@ bool BrowserClient::isLinked() const
 
 bool BrowserClient::isSilent(std::uint32_t page) const
 {
-    return std::any_of(m_waiting.begin(), m_waiting.end(), [page](const Run &run) {
+    return std::any_of(m_unanswered.begin(), m_unanswered.end(), [page](const Run &run) {
         return run.page == page && run.answerDue.hasExpired();
     });
 }
 
 bool BrowserClient::isAwaited(std::uint32_t page) const
 {
-    return !isSilent(page) && std::any_of(m_waiting.begin(), m_waiting.end(),
+    return !isSilent(page) && std::any_of(m_unanswered.begin(), m_unanswered.end(),
                                           [page](const Run &run) { return run.page == page; });
 }
 
-void BrowserClient::post(std::uint32_t page, const QString &text)
+void BrowserClient::post(std::uint32_t page, const FillPlan &plan)
 {
-    if (page != m_postedPage)
-        flush();
-    m_postedPage = page;
-    m_posted.append(text);
-}
-
-QList<BrowserResult> BrowserClient::ask(std::uint32_t page, const QStringList &questions,
-                                        QDeadlineTimer deadline)
-{
-    // What cannot be waited for is not asked: the answers would only keep the page busy.
-    if (deadline.hasExpired())
-        return {};
-    if (page != m_postedPage)
-        flush();
-    m_askedResults.clear();
-    m_askedRun = send(page, m_posted + questions);
-    m_posted.clear();
-    while (isWaitingFor(m_askedRun)) {
-        const int left = static_cast<int>(deadline.remainingTime());
-        if (left <= 0 || !m_socket->waitForReadyRead(left)) // receives, on its way
-            break;
-    }
-    m_askedRun = 0;
-    return m_askedResults.last(std::min(m_askedResults.size(), questions.size()));
+    m_posted[page].append(plan);
 }
 
 void BrowserClient::flush()
 {
-    if (!m_posted.isEmpty() && !isSilent(m_postedPage))
-        send(m_postedPage, m_posted);
-    m_posted.clear();
+    const QMap<std::uint32_t, FillPlan> posted = std::exchange(m_posted, {});
+    for (auto each = posted.begin(); each != posted.end(); ++each) {
+        if (isUnanswered(each.key()))
+            m_next[each.key()] = each.value();
+        else
+            send(each.key(), each.value());
+    }
 }
 
 void BrowserClient::receive()
@@ -129,32 +111,34 @@ bool BrowserClient::handle(const BrowserCurrent &message)
 
 bool BrowserClient::handle(const BrowserFocus &message)
 {
-    m_focus = message.milliseconds;
+    m_focus = std::chrono::steady_clock::now() - message.ago;
     emit changed();
     return true;
 }
 
 bool BrowserClient::handle(const BrowserRan &message)
 {
-    const auto found = std::find_if(m_waiting.begin(), m_waiting.end(),
+    const auto found = std::find_if(m_unanswered.begin(), m_unanswered.end(),
                                     [&](const Run &each) { return each.id == message.id; });
-    if (found == m_waiting.end())
+    if (found == m_unanswered.end())
+        return false;
+    if (message.fields && message.fields->written > found->plan.steps.size())
         return false;
     const Run run = *found;
-    const QList<BrowserResult> results = message.results.value_or(QList<BrowserResult>());
-    if (message.results && results.size() != run.texts.size())
-        return false;
-    m_waiting.erase(found);
-    if (run.id == m_askedRun)
-        m_askedResults = results;
-    emit ran(run.page, run.texts, results);
+    m_unanswered.erase(found);
+    const FillPlan next = m_next.take(run.page);
+    emit ran(run.page, run.plan, message.fields);
+    // A page that is gone, or not in front any more, is not to be written into later.
+    if (message.fields && !next.steps.isEmpty())
+        send(run.page, next);
     emit changed();
     return true;
 }
 
 void BrowserClient::disconnectPeer()
 {
-    m_waiting.clear();
+    m_unanswered.clear();
+    m_next.clear();
     m_socket->abort();
 }
 
@@ -164,20 +148,19 @@ void BrowserClient::write(const QByteArray &message)
     m_socket->flush();
 }
 
-std::uint32_t BrowserClient::send(std::uint32_t page, const QStringList &texts)
+void BrowserClient::send(std::uint32_t page, const FillPlan &plan)
 {
     ++m_lastRun;
-    m_waiting.append(
-        {.id = m_lastRun, .page = page, .texts = texts, .answerDue = QDeadlineTimer(answerTime)});
-    write(browserRunMessage(m_lastRun, page, texts));
+    m_unanswered.append(
+        {.id = m_lastRun, .page = page, .plan = plan, .answerDue = QDeadlineTimer(answerTime)});
+    write(browserPlanMessage(m_lastRun, page, plan));
     emit sent();
-    if (m_waiting.size() > mostUnanswered || m_limits->isOverdue())
+    if (m_unanswered.size() > mostUnanswered || m_limits->isOverdue())
         disconnectPeer();
-    return m_lastRun;
 }
 
-bool BrowserClient::isWaitingFor(std::uint32_t run) const
+bool BrowserClient::isUnanswered(std::uint32_t page) const
 {
-    return std::any_of(m_waiting.begin(), m_waiting.end(),
-                       [run](const Run &each) { return each.id == run; });
+    return std::any_of(m_unanswered.begin(), m_unanswered.end(),
+                       [page](const Run &each) { return each.page == page; });
 }

@@ -8,7 +8,9 @@
 #include "browser/link/PeerLimits.h"
 
 #include <QDeadlineTimer>
+#include <QHash>
 #include <QList>
+#include <QMap>
 #include <QObject>
 #include <chrono>
 
@@ -20,8 +22,7 @@ class BrowserClient : public QObject
     Q_OBJECT
 
 public:
-    /// A page that lets this pass without an answer is sent nothing more until it answers or is
-    /// gone: it may stand behind an alert, and would get all of it at once when that closes.
+    /// A page that lets this pass without an answer is busy, or stands behind an alert.
     static constexpr std::chrono::milliseconds answerTime{150};
 
     /// Takes over @p socket, which is connected.
@@ -32,28 +33,26 @@ public:
     /// Nothing before the extension has introduced itself.
     const std::optional<BrowserHello> &extension() const { return m_hello; }
     const std::optional<BrowserPage> &currentPage() const { return m_current; }
-    std::int64_t lastFocus() const { return m_focus; }
+    /// By this program's own clock; nothing where no window had the focus so far.
+    std::optional<std::chrono::steady_clock::time_point> lastFocus() const { return m_focus; }
 
-    /// A run has waited for longer than answerTime.
+    /// A plan has waited for longer than answerTime.
     bool isSilent(std::uint32_t page) const;
-    /// A run waits, and may still be answered in time.
+    /// A plan waits, and may still be answered in time.
     bool isAwaited(std::uint32_t page) const;
 
-    /// Runs @p text some time soon, after what was posted before.
-    void post(std::uint32_t page, const QString &text);
-    /// Runs @p questions after what was posted before, and waits. Holds the thread, without an
-    /// event loop, until @p deadline at most. As many results, or none at all where the page does
-    /// not answer in time or is gone.
-    QList<BrowserResult> ask(std::uint32_t page, const QStringList &questions,
-                             QDeadlineTimer deadline);
-    /// Sends what was posted.
+    /// Sends @p plan with the next flush, in one go with what is posted for the page until then.
+    void post(std::uint32_t page, const FillPlan &plan);
+    /// Sends what was posted. A page that has not answered its latest plan gets this one when it
+    /// has, in the place of any that waits for that already: it is never sent more than one at a
+    /// time.
     void flush();
 
 signals:
     void changed();
     void sent();
-    /// A run of these texts has ended. No results: the page was gone.
-    void ran(std::uint32_t page, const QStringList &texts, const QList<BrowserResult> &results);
+    /// A plan has been done. No fields: the page was gone.
+    void ran(std::uint32_t page, const FillPlan &plan, const std::optional<FilledFields> &fields);
     void closed();
 
 private:
@@ -61,7 +60,7 @@ private:
     {
         std::uint32_t id = 0;
         std::uint32_t page = 0;
-        QStringList texts;
+        FillPlan plan;
         QDeadlineTimer answerDue;
     };
 
@@ -73,19 +72,17 @@ private:
     bool handle(const BrowserRan &message);
     void disconnectPeer();
     void write(const QByteArray &message);
-    std::uint32_t send(std::uint32_t page, const QStringList &texts);
-    bool isWaitingFor(std::uint32_t run) const;
+    void send(std::uint32_t page, const FillPlan &plan);
+    bool isUnanswered(std::uint32_t page) const;
 
     QLocalSocket *m_socket;
     PeerLimits *m_limits;
     BrowserFrameReader m_reader;
     std::optional<BrowserHello> m_hello;
     std::optional<BrowserPage> m_current;
-    std::int64_t m_focus = 0;
+    std::optional<std::chrono::steady_clock::time_point> m_focus;
     std::uint32_t m_lastRun = 0;
-    QList<Run> m_waiting;
-    std::uint32_t m_postedPage = 0;
-    QStringList m_posted;
-    std::uint32_t m_askedRun = 0;
-    QList<BrowserResult> m_askedResults; ///< of what was posted with the questions, too
+    QList<Run> m_unanswered;
+    QHash<std::uint32_t, FillPlan> m_next; ///< only for pages with an unanswered plan
+    QMap<std::uint32_t, FillPlan> m_posted;
 };

@@ -17,13 +17,6 @@ constexpr auto readingShown = 1200ms;
 /// Pages whose latest reading is remembered: enough for those that a person turns to and fro.
 constexpr qsizetype mostPageReadings = 16;
 
-const QLatin1String assignmentMark("].value=");
-
-bool isAssignment(const QString &text)
-{
-    return text.contains(assignmentMark);
-}
-
 class LinkedTab : public BrowserTab
 {
 public:
@@ -74,61 +67,28 @@ public:
         return {std::make_shared<LinkedWindow>(front)};
     }
 
-    std::optional<QString> doJavaScript(const QString &text,
-                                        const std::shared_ptr<const BrowserTab> &tab) override
+    std::optional<QString> doJavaScript(const QString &,
+                                        const std::shared_ptr<const BrowserTab> &) override
     {
-        if (!isAssignment(text))
-            return ask({text}, tab).constFirst();
-        if (const auto linked = openTab(tab)) {
-            linked->client->post(linked->pageId, text);
-            m_hasSent = true;
-        }
         return std::nullopt;
+    }
+
+    bool takesPlans() const override { return true; }
+
+    void post(const FillPlan &plan, const std::shared_ptr<const BrowserTab> &tab) override
+    {
+        const auto linked = std::dynamic_pointer_cast<const LinkedTab>(tab);
+        if (!linked || !linked->client || !linked->client->isLinked() || plan.steps.isEmpty())
+            return;
+        m_link.joinReading();
+        m_link.m_latestPlan.append(plan);
+        linked->client->post(linked->pageId, plan);
+        m_hasSent = true;
     }
 
     bool hasSent() const override { return m_hasSent; }
 
-    QList<BrowserResult> ask(const QStringList &questions,
-                             const std::shared_ptr<const BrowserTab> &tab) override
-    {
-        const QList<BrowserResult> unanswered(questions.size(), std::nullopt);
-        const auto linked = openTab(tab);
-        if (!linked)
-            return unanswered;
-        m_hasSent = true;
-        const QList<BrowserResult> results =
-            linked->client->ask(linked->pageId, questions, m_link.m_readingDeadline);
-        if (!results.isEmpty())
-            return results;
-        // Whatever follows for this page would rest on the answers. What was posted before went
-        // out with the questions, or goes with the end of the reading: it rests on nothing.
-        abandon(*linked);
-        return unanswered;
-    }
-
 private:
-    /// Null where nothing more of this reading is to be sent.
-    std::shared_ptr<const LinkedTab> openTab(const std::shared_ptr<const BrowserTab> &tab)
-    {
-        auto linked = std::dynamic_pointer_cast<const LinkedTab>(tab);
-        if (!linked || !linked->client || !linked->client->isLinked() ||
-            linked->client->isSilent(linked->pageId))
-            return nullptr;
-        m_link.joinReading();
-        const auto &reading = m_link.joinPage(linked->client, linked->pageId);
-        return reading.course == BrowserLink::PageReading::Course::Whole ? linked : nullptr;
-    }
-
-    void abandon(const LinkedTab &tab)
-    {
-        using Course = BrowserLink::PageReading::Course;
-        // A browser whose page is gone says so at once.
-        const bool isLate = m_link.m_readingDeadline.hasExpired() ||
-                            tab.client->isAwaited(tab.pageId) || tab.client->isSilent(tab.pageId);
-        m_link.joinPage(tab.client, tab.pageId).course =
-            isLate ? Course::AnswerMissed : Course::PageGone;
-    }
-
     BrowserLink &m_link;
     bool m_hasSent = false;
 };
@@ -170,9 +130,9 @@ void BrowserLink::attach(QLocalSocket *peer)
     m_clients.append(client);
     connect(client, &BrowserClient::changed, this, &BrowserLink::updateSituation);
     connect(client, &BrowserClient::ran, this,
-            [this, client](std::uint32_t page, const QStringList &texts,
-                           const QList<BrowserResult> &results) {
-                countFields(client, page, texts, results);
+            [this, client](std::uint32_t page, const FillPlan &plan,
+                           const std::optional<FilledFields> &fields) {
+                noteFields(client, page, plan, fields);
             });
     connect(client, &BrowserClient::sent, &m_silenceCheck, qOverload<>(&QTimer::start));
     connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
@@ -200,8 +160,7 @@ void BrowserLink::joinReading()
     if (m_inReading)
         return;
     m_inReading = true;
-    ++m_readingNumber;
-    m_readingDeadline.setRemainingTime(BrowserClient::answerTime);
+    m_latestPlan = {};
     QMetaObject::invokeMethod(this, &BrowserLink::endReading, Qt::QueuedConnection);
 }
 
@@ -215,19 +174,6 @@ void BrowserLink::endReading()
     updateSituation();
 }
 
-BrowserLink::PageReading &BrowserLink::joinPage(BrowserClient *client, std::uint32_t page)
-{
-    const qsizetype place = placeOfReading(client, page);
-    if (place >= 0 && m_pageReadings.at(place).number == m_readingNumber)
-        return m_pageReadings[place];
-    if (place >= 0)
-        m_pageReadings.removeAt(place);
-    else if (m_pageReadings.size() >= mostPageReadings)
-        m_pageReadings.removeFirst();
-    m_pageReadings.append({.client = client, .page = page, .number = m_readingNumber});
-    return m_pageReadings.last();
-}
-
 qsizetype BrowserLink::placeOfReading(const BrowserClient *client, std::uint32_t page) const
 {
     const auto found = std::find_if(m_pageReadings.begin(), m_pageReadings.end(),
@@ -237,21 +183,18 @@ qsizetype BrowserLink::placeOfReading(const BrowserClient *client, std::uint32_t
     return found == m_pageReadings.end() ? -1 : found - m_pageReadings.begin();
 }
 
-void BrowserLink::countFields(const BrowserClient *client, std::uint32_t page,
-                              const QStringList &texts, const QList<BrowserResult> &results)
+void BrowserLink::noteFields(BrowserClient *client, std::uint32_t page, const FillPlan &plan,
+                             const std::optional<FilledFields> &fields)
 {
-    const qsizetype place = placeOfReading(client, page);
-    if (place < 0)
-        return;
-    QSet<QString> &written = m_pageReadings[place].writtenFields;
-    const qsizetype writtenBefore = written.size();
-    for (qsizetype index = 0; index < results.size(); ++index) {
-        const QString &text = texts.at(index);
-        if (results.at(index) && isAssignment(text))
-            written.insert(text.left(text.indexOf(assignmentMark)));
-    }
+    if (const qsizetype place = placeOfReading(client, page); place >= 0)
+        m_pageReadings.removeAt(place);
+    else if (m_pageReadings.size() >= mostPageReadings)
+        m_pageReadings.removeFirst();
+    m_pageReadings.append(
+        {.client = client, .page = page, .fields = fields.value_or(FilledFields())});
     const std::optional<BrowserPage> &current = client->currentPage();
-    if (written.size() > writtenBefore && current && current->id == page)
+    // A late answer is of an earlier reading, unless that had the same texts.
+    if (fields && fields->written > 0 && plan == m_latestPlan && current && current->id == page)
         emit pageWritten(carrierName(current->host));
     // A page that was silent gets its next reading from now on.
     m_readingFade.start();
@@ -300,12 +243,13 @@ BrowserSituation BrowserLink::situationOfPage(const BrowserClient &client,
     if (client.isSilent(page.id))
         return {.kind = Kind::NotAnswering};
     const qsizetype place = placeOfReading(&client, page.id);
-    if (place < 0 || !m_readingFade.isActive())
+    const FilledFields fields = place < 0 ? FilledFields() : m_pageReadings.at(place).fields;
+    // Another number stands there until the next reading, however long that takes.
+    const bool isShown = m_readingFade.isActive() || fields.changed > 0;
+    if (fields.written == 0 || !isShown)
         return {.kind = Kind::PageOpen, .name = page.host};
-    const PageReading &latest = m_pageReadings.at(place);
-    if (latest.course == PageReading::Course::AnswerMissed)
-        return {.kind = Kind::NotAnswering};
-    if (latest.writtenFields.isEmpty())
-        return {.kind = Kind::PageOpen, .name = page.host};
-    return {.kind = Kind::Filling, .name = page.host, .fields = latest.writtenFields.size()};
+    return {.kind = Kind::Filling,
+            .name = page.host,
+            .fields = fields.written,
+            .otherNumbers = fields.changed};
 }

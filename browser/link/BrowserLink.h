@@ -8,15 +8,13 @@
 #include "browser/link/BrowserServer.h"
 #include "browser/link/BrowserSituation.h"
 
-#include <QDeadlineTimer>
 #include <QList>
 #include <QObject>
 #include <QPointer>
-#include <QSet>
 #include <QTimer>
 
-/// The user's everyday browsers, reached through the extension in each. Assignments are posted,
-/// questions are waited for; what one reading writes and asks arrives in order.
+/// The user's everyday browsers, reached through the extension in each. What one reading does to a
+/// page travels as one plan; the thread waits for nothing.
 class BrowserLink : public QObject, public BrowserBridge
 {
     Q_OBJECT
@@ -37,7 +35,8 @@ public:
 
 signals:
     void statusTextChanged(const QString &text);
-    /// Some field of the page in front was written. @param carrier the page's, as a person names it
+    /// Some field of the page in front was written with the texts of the latest reading.
+    /// @param carrier the page's, as a person names it
     void pageWritten(const QString &carrier);
 
 private:
@@ -47,28 +46,21 @@ private:
     void detach(BrowserClient *client);
     BrowserClient *frontClient() const;
 
-    /// What the latest reading of a page came to.
+    /// What the latest reading that a page has answered came to.
     struct PageReading
     {
-        /// Once an answer is missing, nothing more of the reading is sent to the page.
-        enum class Course : std::uint8_t { Whole, PageGone, AnswerMissed };
-
         QPointer<BrowserClient> client;
         std::uint32_t page = 0;
-        unsigned number = 0;
-        Course course = Course::Whole;
-        QSet<QString> writtenFields;
+        FilledFields fields;
     };
 
     /// Everything that is sent before the event loop comes round belongs to one reading.
     void joinReading();
     void endReading();
-    /// That of the reading under way, made anew if the page has had no part in it so far.
-    PageReading &joinPage(BrowserClient *client, std::uint32_t page);
     /// Among the latest readings; -1 where the page has none.
     qsizetype placeOfReading(const BrowserClient *client, std::uint32_t page) const;
-    void countFields(const BrowserClient *client, std::uint32_t page, const QStringList &texts,
-                     const QList<BrowserResult> &results);
+    void noteFields(BrowserClient *client, std::uint32_t page, const FillPlan &plan,
+                    const std::optional<FilledFields> &fields);
     void updateSituation();
     /// A reading is under way: only a part of its fields is written.
     bool isFilling() const;
@@ -79,10 +71,8 @@ private:
     QList<BrowserClient *> m_clients;
 
     bool m_inReading = false;
-    /// However many questions a reading has, they do not hold the thread for longer.
-    QDeadlineTimer m_readingDeadline;
-    unsigned m_readingNumber = 0;
-    QList<PageReading> m_pageReadings; ///< the page that was read last comes last
+    FillPlan m_latestPlan;             ///< of the latest reading, for whatever page
+    QList<PageReading> m_pageReadings; ///< the page that answered last comes last
     /// While it runs, the page's latest reading tells how it stands.
     QTimer m_readingFade;
     QTimer m_silenceCheck;

@@ -3,10 +3,10 @@
 
 #include "browser/link/BrowserMessage.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -16,7 +16,6 @@ const QLatin1String helloKey("hello");
 const QLatin1String currentKey("current");
 const QLatin1String focusedKey("focused");
 const QLatin1String ranKey("ran");
-const QLatin1String runKey("run");
 
 template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &value)
 {
@@ -28,11 +27,24 @@ template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &v
     return static_cast<Number>(number);
 }
 
+/// A focus that long ago is as good as none.
+constexpr std::int64_t longestAgo = std::int64_t{10} * 365 * 24 * 3600 * 1000; // ms
+
+constexpr qsizetype usualStep = 150; // bytes
+
 /// Host names, versions and browsers are shown to the user or logged, so they are nothing but that.
 bool isPlainWord(const QString &text)
 {
     static const QRegularExpression plainWord(QStringLiteral("\\A[A-Za-z0-9._:\\[\\]-]{1,253}\\z"));
     return plainWord.match(text).hasMatch();
+}
+
+/// What an address can have in the place of its host.
+bool isHost(const QString &text)
+{
+    static const QRegularExpression host(
+        QStringLiteral(R"(\A[A-Za-z0-9._:\[\]!$&'()*+,;="`{}~-]+\z)"));
+    return host.match(text).hasMatch();
 }
 
 std::optional<BrowserMessage> parseHello(const QJsonValue &value)
@@ -51,9 +63,9 @@ std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
         return BrowserCurrent{};
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("page")]);
     const QString host = value[QLatin1String("host")].toString();
-    if (!id || !isPlainWord(host))
+    if (!id || !isHost(host))
         return std::nullopt;
-    return BrowserCurrent{BrowserPage{.id = *id, .host = host}};
+    return BrowserCurrent{BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()}};
 }
 
 std::optional<BrowserMessage> parseFocused(const QJsonValue &value)
@@ -61,7 +73,7 @@ std::optional<BrowserMessage> parseFocused(const QJsonValue &value)
     const auto time = wholeNumber<std::int64_t>(value);
     if (!time)
         return std::nullopt;
-    return BrowserFocus{*time};
+    return BrowserFocus{std::chrono::milliseconds(std::min(*time, longestAgo))};
 }
 
 std::optional<BrowserMessage> parseRan(const QJsonValue &value)
@@ -69,21 +81,61 @@ std::optional<BrowserMessage> parseRan(const QJsonValue &value)
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("id")]);
     if (!id)
         return std::nullopt;
-    const QJsonValue results = value[QLatin1String("results")];
-    if (results.isNull())
-        return BrowserRan{.id = *id, .results = std::nullopt};
-    if (!results.isArray())
+    const QJsonValue fields = value[QLatin1String("fields")];
+    if (fields.isNull())
+        return BrowserRan{.id = *id, .fields = std::nullopt};
+    const auto written = wholeNumber<int>(fields[QLatin1String("written")]);
+    const auto changed = wholeNumber<int>(fields[QLatin1String("changed")]);
+    if (!written || !changed || *changed > *written)
         return std::nullopt;
-    QList<BrowserResult> texts;
-    for (const QJsonValue result : results.toArray()) {
-        if (result.isString())
-            texts.append(result.toString());
-        else if (result.isNull())
-            texts.append(std::nullopt);
-        else
-            return std::nullopt;
+    return BrowserRan{.id = *id, .fields = FilledFields{.written = *written, .changed = *changed}};
+}
+
+// Plans are written as they go: made of JSON objects first, they would take the better part of the
+// time that a reading holds the thread.
+
+void appendText(QByteArray &json, const QString &text)
+{
+    static const char digits[] = "0123456789abcdef";
+    json += '"';
+    const QByteArray bytes = text.toUtf8();
+    for (const char byte : bytes) {
+        if (byte >= 0 && byte < ' ') {
+            json += "\\u00";
+            json += digits[byte / 16];
+            json += digits[byte % 16];
+            continue;
+        }
+        if (byte == '"' || byte == '\\')
+            json += '\\';
+        json += byte;
     }
-    return BrowserRan{.id = *id, .results = texts};
+    json += '"';
+}
+
+void appendNumbers(QByteArray &json, const QList<int> &numbers)
+{
+    json += '[';
+    for (const int number : numbers)
+        json += QByteArray::number(number) + ',';
+    if (json.endsWith(','))
+        json.chop(1);
+    json += ']';
+}
+
+void appendStep(QByteArray &json, const FillStep &step)
+{
+    if (step.ifAnswers.isEmpty() && step.unlessAnswers.isEmpty()) {
+        appendText(json, step.text);
+        return;
+    }
+    json += R"({"if":)";
+    appendNumbers(json, step.ifAnswers);
+    json += R"(,"text":)";
+    appendText(json, step.text);
+    json += R"(,"unless":)";
+    appendNumbers(json, step.unlessAnswers);
+    json += '}';
 }
 
 QByteArray message(QLatin1String key, const QJsonObject &value)
@@ -116,9 +168,18 @@ QByteArray browserHelloMessage(const QString &version)
                               {QStringLiteral("version"), version}});
 }
 
-QByteArray browserRunMessage(std::uint32_t id, std::uint32_t page, const QStringList &texts)
+QByteArray browserPlanMessage(std::uint32_t id, std::uint32_t page, const FillPlan &plan)
 {
-    return message(runKey, {{QStringLiteral("id"), static_cast<qint64>(id)},
-                            {QStringLiteral("page"), static_cast<qint64>(page)},
-                            {QStringLiteral("texts"), QJsonArray::fromStringList(texts)}});
+    QByteArray json;
+    json.reserve(plan.steps.size() * usualStep);
+    json += R"({"plan":{"id":)" + QByteArray::number(id) + R"(,"page":)" +
+            QByteArray::number(page) + R"(,"steps":[)";
+    for (const FillStep &step : plan.steps) {
+        appendStep(json, step);
+        json += ',';
+    }
+    if (json.endsWith(','))
+        json.chop(1);
+    json += "]}}";
+    return json;
 }

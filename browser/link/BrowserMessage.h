@@ -3,10 +3,11 @@
 
 #pragma once
 
+#include "browser/link/FillPlan.h"
+
 #include <QByteArray>
-#include <QList>
 #include <QString>
-#include <QStringList>
+#include <chrono>
 #include <cstdint>
 #include <optional>
 #include <variant>
@@ -15,7 +16,7 @@
 // list.
 
 /// Raised whenever one side could misunderstand the other.
-inline constexpr int browserProtocol = 1;
+inline constexpr int browserProtocol = 2;
 
 struct BrowserHello
 {
@@ -28,7 +29,7 @@ struct BrowserHello
 struct BrowserPage
 {
     std::uint32_t id = 0;
-    QString host;
+    QString host; ///< empty where it is one that cannot be shown as it stands
 
     bool operator==(const BrowserPage &) const = default;
 };
@@ -39,20 +40,27 @@ struct BrowserCurrent
     std::optional<BrowserPage> page;
 };
 
-/// When one of the browser's windows had the focus last.
+/// How long ago one of the browser's windows had the focus last. No time of day: browsers need not
+/// agree on it, and it may be set back.
 struct BrowserFocus
 {
-    std::int64_t milliseconds = 0; ///< since 1970
+    std::chrono::milliseconds ago{};
 };
 
-/// One value as text; nothing where the script failed.
-using BrowserResult = std::optional<QString>;
+/// What a plan came to. What the fields hold is not told.
+struct FilledFields
+{
+    int written = 0;
+    int changed = 0; ///< of these, the ones that show another number
 
-/// The answer to one run.
+    bool operator==(const FilledFields &) const = default;
+};
+
+/// The answer to one plan.
 struct BrowserRan
 {
     std::uint32_t id = 0;
-    std::optional<QList<BrowserResult>> results; ///< none: the page was gone
+    std::optional<FilledFields> fields; ///< none: the page was gone
 };
 
 using BrowserMessage = std::variant<BrowserHello, BrowserCurrent, BrowserFocus, BrowserRan>;
@@ -61,4 +69,4 @@ using BrowserMessage = std::variant<BrowserHello, BrowserCurrent, BrowserFocus, 
 std::optional<BrowserMessage> parseBrowserMessage(const QByteArray &json);
 
 QByteArray browserHelloMessage(const QString &version);
-QByteArray browserRunMessage(std::uint32_t id, std::uint32_t page, const QStringList &texts);
+QByteArray browserPlanMessage(std::uint32_t id, std::uint32_t page, const FillPlan &plan);

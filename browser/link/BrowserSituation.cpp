@@ -20,20 +20,37 @@ QString carrierName(const QString &host)
     return host;
 }
 
+namespace {
+
+QString fillingText(const QString &carrier, const BrowserSituation &filling)
+{
+    // What the person has to look at comes before how well the rest went.
+    if (filling.otherNumbers > 0)
+        return QStringLiteral("%1: %2").arg(
+            carrier.isEmpty() ? QStringLiteral("Page") : carrier,
+            filling.otherNumbers == 1
+                ? QStringLiteral("1 field shows another number")
+                : QStringLiteral("%1 fields show another number").arg(filling.otherNumbers));
+    return QStringLiteral("Filling %1: %2 %3")
+        .arg(carrier.isEmpty() ? QStringLiteral("the page") : carrier)
+        .arg(filling.fields)
+        .arg(filling.fields == 1 ? QStringLiteral("field") : QStringLiteral("fields"));
+}
+
+} // namespace
+
 QString BrowserSituation::text() const
 {
+    const QString carrier = carrierName(name);
     switch (kind) {
     case Kind::NoBrowser: break;
     case Kind::WrongVersion:
         return QStringLiteral("Browser extension %1 does not fit this program").arg(name);
     case Kind::NoCarrierPage: return QStringLiteral("Browser linked, waiting for a carrier page");
     case Kind::PageOpen:
-        return QStringLiteral("Browser linked, %1 page open").arg(carrierName(name));
-    case Kind::Filling:
-        return QStringLiteral("Filling %1: %2 %3")
-            .arg(carrierName(name))
-            .arg(fields)
-            .arg(fields == 1 ? QStringLiteral("field") : QStringLiteral("fields"));
+        return carrier.isEmpty() ? QStringLiteral("Browser linked, a page open")
+                                 : QStringLiteral("Browser linked, %1 page open").arg(carrier);
+    case Kind::Filling: return fillingText(carrier, *this);
     case Kind::Impossible: return QStringLiteral("Browsers cannot link: ") + name;
     case Kind::NotAnswering: return QStringLiteral("Page not answering");
     }

@@ -19,6 +19,27 @@ public:
     QString grams() const override { return QStringLiteral("1000"); }
 };
 
+class PlanTaker : public BrowserApplication
+{
+public:
+    std::vector<std::shared_ptr<const BrowserWindow>> windows() const override { return {}; }
+
+    std::optional<QString> doJavaScript(const QString &,
+                                        const std::shared_ptr<const BrowserTab> &) override
+    {
+        return std::nullopt;
+    }
+
+    bool takesPlans() const override { return true; }
+
+    void post(const FillPlan &posted, const std::shared_ptr<const BrowserTab> &) override
+    {
+        plan.append(posted);
+    }
+
+    FillPlan plan;
+};
+
 } // namespace
 
 void fillCarrier(const QString &carrier, BrowserApplication &browser)
@@ -35,6 +56,13 @@ void fillCarrier(const QString &carrier, BrowserApplication &browser)
         form.assign(uspsAssignments());
         form.fillUspsRows();
     }
+}
+
+FillPlan carrierPlan(const QString &carrier)
+{
+    PlanTaker browser;
+    fillCarrier(carrier, browser);
+    return browser.plan;
 }
 
 void waitForPage(const BrowserLink &link)

@@ -6,8 +6,9 @@
 //
 //   browser-fill-timer CARRIER READINGS INTERVAL_MS
 //
-// Begins with the line "ready" once a page is open, and then prints the milliseconds of each
-// reading, less those in which the machine gave it no processor.
+// Begins with the line "ready" once a page is open, and then prints a line for each reading: the
+// milliseconds that it holds the thread, less those in which the machine gave it no processor, and
+// when it began, in milliseconds since 1970.
 
 #include "browser/link/BrowserLink.h"
 #include "tests/browser/CarrierFill.h"
@@ -17,6 +18,7 @@
 #include <QFile>
 #include <QLoggingCategory>
 #include <QTimer>
+#include <chrono>
 #include <cstdio>
 
 namespace {
@@ -62,7 +64,9 @@ int main(int argc, char *argv[])
     QTimer timer;
     timer.setTimerType(Qt::PreciseTimer);
     QObject::connect(&timer, &QTimer::timeout, &application, [&] {
-        std::printf("%.3f\n", millisecondsOfReading(link, arguments[1]));
+        const std::chrono::duration<double, std::milli> start =
+            std::chrono::system_clock::now().time_since_epoch();
+        std::printf("%.3f %.3f\n", millisecondsOfReading(link, arguments[1]), start.count());
         if (--left == 0)
             QCoreApplication::quit();
     });

@@ -123,13 +123,13 @@ class BrowserTest(unittest.TestCase):
         self.addCleanup(options.close)
         return options
 
-    def set_input_events(self, wanted):
+    def set_quiet(self, wanted):
         """In the extension's options. It counts some time soon."""
         options = self.options_page()
         options.evaluate("""void ((box) => {
             box.checked = %s;
             box.dispatchEvent(new Event("change"));
-        })(document.getElementById("inputEvents"))""" % json.dumps(wanted))
+        })(document.getElementById("quiet"))""" % json.dumps(wanted))
         options.close()
 
     def wait_for_values(self, page, expected):

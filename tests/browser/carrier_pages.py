@@ -3,6 +3,9 @@
 """Pages with the carriers' field names, written for these tests."""
 
 import html
+import pathlib
+
+_EXTENSION = pathlib.Path(__file__).parents[2] / "browser" / "extension"
 
 # A page that has a button to continue sends this along with its fields.
 SUBMITTED = "submitted"
@@ -144,8 +147,174 @@ def _taken_names(_):
         f'<p id="{name}"></p><img name="{name}" alt="">' for name in names)
 
 
+def _taken_frame(_):
+    return _box("weight") + '<iframe name="chrome"></iframe>'
+
+
 def _framework(_):
     return _box("weight") + '<output id="known">nothing</output><output id="changes"></output>' + _FRAMEWORK
+
+
+_EVENTS = """
+<script>
+    const events = [];
+    for (const type of ["input", "change"]) {
+        document.addEventListener(type, (event) => {
+            events.push([type, event.target.name, event.target.value]);
+            document.documentElement.dataset.events = JSON.stringify(events);
+        });
+    }
+</script>
+"""
+
+
+def _events(_):
+    return _box("weight") + _box("weight1") + _EVENTS
+
+
+def _postback(_):
+    """Sends itself at each change, and comes back empty."""
+    return _box("weight") + """
+<script>
+    document.forms[0].addEventListener("change", (event) => event.target.form.submit());
+</script>
+"""
+
+
+def _remade(_):
+    """Replaces its field at each change, as a server's part of a page does. A star for each."""
+    return '<div id="place"></div><button type="button" id="next">Next</button><p id="made"></p>' + """
+<script>
+    const make = () => { document.getElementById("place").innerHTML = '<input name="weight">'; };
+    const again = () => {
+        make();
+        document.getElementById("made").textContent += "*";
+    };
+    make();
+    document.getElementById("place").addEventListener("change", again);
+    document.getElementById("next").addEventListener("click", again);
+</script>
+"""
+
+
+def _on_input(change):
+    """A page that makes `change` of what was typed into it."""
+    return _box("weight") + ("<script>document.getElementsByName('weight')[0].addEventListener("
+                             f"'input', (event) => {{ const box = event.target; {change} }});</script>")
+
+
+def _masked(_):
+    """Two decimals, which it puts in by itself; whole numbers stay."""
+    return _on_input("if (box.value.includes('.'))"
+                     " box.value = String(Number(box.value.replace('.', '')) / 100);")
+
+
+def _late(_):
+    """Paints its own text once its event is over."""
+    return _on_input("queueMicrotask(() => { box.value = String(Math.floor(box.value)); });")
+
+
+def _unit(_):
+    return _on_input("box.value += ' lb';")
+
+
+def _list(_):
+    return '<select name="weight"><option>1<option>2<option>3</select>'
+
+
+def _slider(_):
+    return '<input type="range" name="weight" min="0" max="10" step="1">'
+
+
+_INSTRUMENTS = """
+    const ROWS = ["02", "05", "08", "11", "14"];
+    let seen = [];
+    let deliver = null;
+    let meddle = () => {};
+
+    // A field is looked at before it is written: that counts as part of the writing. And what is
+    // asked twice in a row is one question.
+    function see(line) {
+        if (line.startsWith("write ") && seen.at(-1) === "read " + line.split(" ")[1])
+            seen.pop();
+        if (!line.startsWith("read ") || seen.at(-1) !== line)
+            seen.push(line);
+    }
+
+    function instrument(prototype, property, read, write) {
+        const own = Object.getOwnPropertyDescriptor(prototype, property);
+        Object.defineProperty(prototype, property, {
+            get() { read(this); return own.get.call(this); },
+            set(value) { write(this, value); own.set.call(this, value); },
+        });
+    }
+
+    const inputs = HTMLInputElement.prototype;
+    instrument(inputs, "value", ({name}) => see(`read ${name}`), (element, value) => {
+        see(`write ${element.name} ${value}`);
+        meddle(element);
+    });
+    instrument(inputs, "checked", ({id}) => see(`checked ${id}`), () => {});
+    for (const [method, word] of [["getElementsByName", "name"], ["getElementById", "id"]]) {
+        const own = Document.prototype[method];
+        Document.prototype[method] = function (key) {
+            see(`${word} ${key}`);
+            return own.call(this, key);
+        };
+    }
+    window.chrome = {runtime: {connect: () => ({
+        onMessage: {addListener(listener) { deliver = listener; }},
+        onDisconnect: {addListener() {}},
+        postMessage() {},
+        disconnect() {},
+    })}};
+
+    const box = (name, part) =>
+        part === 0 ? "" : `<input name="${name}" value="${part === 2 ? "" : "7"}">`;
+    const button = (id, part) =>
+        part === 0 ? "" : `<input type="checkbox" id="${id}"${part === 2 ? " checked" : ""}>`;
+
+    function build(states) {
+        document.body.innerHTML = ROWS.map((row, index) => {
+            const digits = [0, 1, 2, 3].map((place) => Math.floor(states[index] / 3 ** place) % 3);
+            const main = `ctl00$ContentPlaceHolder1$ctl${row}$TextBoxWeight`;
+            const start = `ctl00_ContentPlaceHolder1_ctl${row}`;
+            return box(main, digits[0]) + box(`${main}_2`, digits[1]) +
+                   button(`${start}_ctl01`, digits[2]) + button(`${start}_ctl02`, digits[3]);
+        }).join("") + button("flatRateNo", states[5]);
+    }
+
+    function fill(states, steps) {
+        build(states);
+        seen = [];
+        deliver({id: 1, steps, quiet: true, toldBefore: null});
+        return seen;
+    }
+
+    function hashOf(text) {
+        let hash = 2166136261;
+        for (let index = 0; index < text.length; ++index)
+            hash = Math.imul(hash ^ text.charCodeAt(index), 16777619);
+        return hash >>> 0;
+    }
+
+    /** The first case that goes another way, and how it went; else the number of cases. */
+    function compare(steps, cases) {
+        for (const [...numbers] of cases) {
+            const expected = numbers.pop();
+            const lines = fill(numbers, steps);
+            if (hashOf(lines.map((line) => line + "\\n").join("")) !== expected)
+                return JSON.stringify({numbers, lines});
+        }
+        return cases.length;
+    }
+"""
+
+
+def _transcript(_):
+    """The extension's script as a script of the page's own, which then sees all that it does."""
+    script = (_EXTENSION / "page.js").read_text(encoding="utf-8")
+    return f"<script>{_INSTRUMENTS}</script><script>{script}</script>"
 
 
 def _empty(_):
@@ -175,7 +344,17 @@ _BODIES = {
     "/twins": _twins,
     "/shapes": _shapes,
     "/taken-names": _taken_names,
+    "/taken-frame": _taken_frame,
     "/framework": _framework,
+    "/transcript": _transcript,
+    "/events": _events,
+    "/postback": _postback,
+    "/remade": _remade,
+    "/masked": _masked,
+    "/late": _late,
+    "/unit": _unit,
+    "/list": _list,
+    "/slider": _slider,
     "/empty": _empty,
 }
 

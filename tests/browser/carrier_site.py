@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The carriers' hosts on this machine: a proxy that takes every connection to them itself."""
 
+import collections
 import http.server
 import queue
 import ssl
@@ -10,6 +11,7 @@ import threading
 import urllib.parse
 
 import carrier_pages
+import framework_pages
 
 DOMAINS = ("usps.com", "ups.com", "fedex.com", "shop.example")
 _CERTIFICATE_DAYS = "2"
@@ -29,6 +31,7 @@ class CarrierSite:
         self._open.set()
         self._waiting = threading.Semaphore(0)
         self._submitted = queue.Queue()
+        self._loads = collections.Counter()
         self._server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), self._handler())
         self._server.daemon_threads = True
         self.port = self._server.server_port
@@ -55,6 +58,10 @@ class CarrierSite:
         """Values by field name, as the server received them."""
         return self._submitted.get(timeout=timeout)
 
+    def loads(self, path):
+        """How often a browser has asked for it."""
+        return self._loads[path]
+
     def has_more_submitted(self):
         return not self._submitted.empty()
 
@@ -77,18 +84,22 @@ class CarrierSite:
             def do_GET(self):
                 address = urllib.parse.urlsplit(self.path)
                 query = urllib.parse.parse_qs(address.query, keep_blank_values=True)
-                document = carrier_pages.page(address.path, query)
-                if document is None:
+                document = (carrier_pages.page(address.path, query)
+                            or framework_pages.page(address.path))
+                script = framework_pages.script(address.path)
+                if document is None and script is None:
                     self.send_error(404)
                     return
+                site._loads[address.path] += 1
                 if carrier_pages.SUBMITTED in query:
                     site._submitted.put({name: values[0] for name, values in query.items()})
                 if "slow" in query:
                     site._waiting.release()
                     site._open.wait()
-                content = document.encode("utf-8")
+                content = (document or script).encode("utf-8")
+                kind = "text/html" if document else "text/javascript"
                 self.send_response(200)
-                self.send_header("Content-Type", "text/html; charset=utf-8")
+                self.send_header("Content-Type", f"{kind}; charset=utf-8")
                 self.send_header("Content-Length", str(len(content)))
                 for policy in query.get("policy", ()):
                     self.send_header("Content-Security-Policy", POLICIES[policy])

@@ -13,6 +13,7 @@ import time
 from session import end
 from waiting import PATIENCE, wait_until
 
+_NAME = "Postal Scale"
 _INPUT, _OUTPUT = 3, 4  # where the browser expects its pipes
 
 
@@ -51,10 +52,56 @@ class Chromium:
         page.wait_for_load(url)
         return page
 
+    def new_private_page(self, url):
+        before = set(self._page_targets())
+        self._session.output_of("xdotool", "key", "ctrl+shift+n")
+        opened = wait_until(lambda: set(self._page_targets()) - before, "a private window")
+        page = ChromiumPage(self, opened.pop())
+        page.go(url)
+        return page
+
+    def allow_private_windows(self):
+        """By its own page, as the user would. What was not installed from a store is off after that,
+        until the browser is started anew."""
+        page = self.new_page("chrome://extensions/", "tab")
+        page.evaluate(f"""(async () => {{
+            const all = await chrome.developerPrivate.getExtensionsInfo();
+            const {{id}} = all.find(({{name}}) => name === "{_NAME}");
+            await chrome.developerPrivate.updateExtensionConfiguration(
+                {{extensionId: id, incognitoAccess: true}});
+        }})()""")
+        wait_until(lambda: not self._workers(), "the extension switched off")
+        self.close()
+        return self.restarted()
+
+    def click_and_allow(self, page, element):
+        """Then the browser asks, over its dimmed window; the first button there denies."""
+        before = sum(self._picture())
+
+        def is_asking():
+            return sum(self._picture()) < 0.7 * before
+
+        def allow():
+            # Longer than the half second in which Chromium takes a key to be meant for what was
+            # there before; each key makes it count anew.
+            time.sleep(1)
+            if is_asking():
+                self._session.output_of("xdotool", "key", "Return")
+            return not is_asking()
+
+        page.click(element)
+        wait_until(is_asking, "the browser's dialog")
+        time.sleep(1)
+        self._session.output_of("xdotool", "key", "Tab")
+        wait_until(allow, "the browser's dialog closed")
+
+    def _picture(self):
+        window = self._session.output_of("xdotool", "getwindowfocus").strip()
+        return subprocess.run(["import", "-window", window, "rgb:-"], check=True,
+                              env=self._session.environment, capture_output=True).stdout
+
     def options_page(self):
-        worker = wait_until(
-            lambda: [each for each in self._targets() if each["type"] == "service_worker"],
-            "the extension")[0]
+        worker = wait_until(self._workers, "the extension")[0]
         return self.new_page(worker["url"].rsplit("/", 1)[0] + "/options.html", "tab")
 
     def call(self, method, session=None, **parameters):
@@ -108,6 +155,9 @@ class Chromium:
     def _targets(self):
         return self.call("Target.getTargets", filter=[{}])["targetInfos"]
 
+    def _workers(self):
+        return [each for each in self._targets() if each["type"] == "service_worker"]
+
     def _page_targets(self):
         return [each["targetId"] for each in self._targets() if each["type"] == "page"]
 
@@ -150,8 +200,19 @@ class ChromiumPage:
 
     def evaluate(self, script):
         answer = self._browser.call("Runtime.evaluate", self._session, expression=script,
-                                    returnByValue=True)
+                                    returnByValue=True, awaitPromise=True)
         return answer["result"].get("value")
+
+    def click(self, element):
+        """As the person's own mouse would. @param element its id"""
+        x, y = self.evaluate("""((element) => {
+            element.scrollIntoView({block: "center"});
+            const {x, y, width, height} = element.getBoundingClientRect();
+            return [x + width / 2, y + height / 2];
+        })(document.getElementById('%s'))""" % element)
+        for kind in ("mousePressed", "mouseReleased"):
+            self._browser.call("Input.dispatchMouseEvent", self._session, type=kind, x=x, y=y,
+                               button="left", clickCount=1)
 
     def start(self, script):
         """Does not wait for its end."""

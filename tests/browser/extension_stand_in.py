@@ -10,9 +10,9 @@ from message_stream import MessageStream
 
 class ExtensionStandIn:
     """Answers, from a thread of its own, that each field of the page has been written; but a page
-    may have only the first so many of those that it is asked for."""
+    may have only the first so many of those that it is asked for, and make other numbers of some."""
 
-    def __init__(self, session, protocol=1, version="0.1.0", connection=None):
+    def __init__(self, session, protocol=2, version="0.1.0", connection=None):
         """@param connection to a host; the program's own socket otherwise"""
         connection = connection or connected_to_program(session)
         self._connection = connection
@@ -26,8 +26,8 @@ class ExtensionStandIn:
                                      "browser": "stand-in"}})
         self._thread.start()
 
-    def show(self, page, host, fields=None):
-        self._fields[page] = fields
+    def show(self, page, host, fields=None, changed=0):
+        self._fields[page] = fields, changed
         self._stream.send({"current": {"page": page, "host": host} if host else None})
 
     def stop_answering(self):
@@ -43,12 +43,14 @@ class ExtensionStandIn:
     def _answer(self):
         try:
             while True:
-                run = self._stream.receive()["run"]
+                plan = self._stream.receive()["plan"]
                 self._answers.wait()
-                fields = self._fields[run["page"]]
-                written = [text for text in run["texts"] if "].value=" in text][:fields]
-                self._stream.send({"ran": {"id": run["id"], "results": [
-                    "1" if text in written else None for text in run["texts"]]}})
+                fields, changed = self._fields[plan["page"]]
+                # Those that depend on an answer stand for fields that the page lacks.
+                written = {text.split("].value=")[0] for text in plan["steps"]
+                           if isinstance(text, str) and "].value=" in text}
+                self._stream.send({"ran": {"id": plan["id"], "fields": {
+                    "written": len(list(written)[:fields]), "changed": changed}}})
         except OSError:
             pass  # closed, by either side
 

@@ -48,11 +48,35 @@ class Firefox:
         page.go(url)
         return page
 
+    def new_private_page(self, url):
+        handle = self.call("WebDriver:NewWindow", type="window", focus=True, private=True)["handle"]
+        page = FirefoxPage(self, handle)
+        page.go(url)
+        return page
+
+    def allow_private_windows(self):
+        """What the button of about:addons does. It counts at once."""
+        self._evaluate_in_browser(f"""(async () => {{
+            const load = (name) => ChromeUtils.importESModule(
+                `resource://gre/modules/${{name}}.sys.mjs`)[name];
+            await load("ExtensionPermissions").add(
+                "{_EXTENSION}", {{permissions: ["internal:privateBrowsingAllowed"], origins: []}});
+            await (await load("AddonManager").getAddonByID("{_EXTENSION}")).reload();
+        }})()""")
+        return self
+
+    def click_and_allow(self, page, element):
+        """Then the browser asks, in a panel that takes no click in its first moments."""
+        page.click(element)
+        state = "PopupNotifications.panel.state"
+        wait_until(lambda: self._evaluate_in_browser(state) == "open", "the browser's dialog")
+        click = "PopupNotifications.panel.firstElementChild?.button.click()"
+        wait_until(lambda: self._evaluate_in_browser(f"void {click} ?? {state}") == "closed",
+                   "the browser's dialog closed")
+
     def options_page(self):
-        self.call("Marionette:SetContext", value="chrome")
-        host = self.call("WebDriver:ExecuteScript", args=[], script=f"""
-            return WebExtensionPolicy.getByID("{_EXTENSION}").mozExtensionHostname""")["value"]
-        self.call("Marionette:SetContext", value="content")
+        host = self._evaluate_in_browser(
+            f"""WebExtensionPolicy.getByID("{_EXTENSION}").mozExtensionHostname""")
         return self.new_page(f"moz-extension://{host}/options.html", "tab")
 
     def alert_is_open(self):
@@ -112,6 +136,14 @@ class Firefox:
                   unhandledPromptBehavior="ignore")
         self.call("Addon:Install", path=str(self._build / "browser" / "firefox"), temporary=True)
 
+    def _evaluate_in_browser(self, script):
+        """Of its own window, not of a page. Waits for a promise."""
+        self.call("Marionette:SetContext", value="chrome")
+        try:
+            return self.call("WebDriver:ExecuteScript", script=f"return {script}", args=[])["value"]
+        finally:
+            self.call("Marionette:SetContext", value="content")
+
     def _send(self, message):
         content = json.dumps(message).encode("utf-8")
         self._connection.sendall(str(len(content)).encode("ascii") + b":" + content)
@@ -150,6 +182,13 @@ class FirefoxPage:
         self._select()
         return self._browser.call("WebDriver:ExecuteScript", script=f"return {script}",
                                   args=[])["value"]
+
+    def click(self, element):
+        """As the person's own mouse would. @param element its id"""
+        self._select()
+        found = self._browser.call("WebDriver:FindElement", using="css selector",
+                                   value=f"#{element}")["value"]
+        self._browser.call("WebDriver:ElementClick", id=next(iter(found.values())))
 
     def start(self, script):
         """Does not wait for its end."""

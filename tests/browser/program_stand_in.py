@@ -10,7 +10,7 @@ import socket
 from message_stream import MessageStream
 from waiting import PATIENCE
 
-PROTOCOL = 1
+PROTOCOL = 2
 
 _QUIET = 0.5  # seconds after which the browser has nothing more to say
 
@@ -47,14 +47,16 @@ class ProgramStandIn:
     def has_more_to_read(self):
         return bool(select.select([self._stream], [], [], _QUIET)[0])
 
-    def run(self, *texts):
-        """Their results, or None if the page was gone."""
+    def fill(self, *steps):
+        """The numbers of fields written and of those changed by the page; None if it was gone."""
         self._last_run += 1
-        self._stream.send({"run": {"id": self._last_run, "page": self.page["page"], "texts": texts}})
+        self._stream.send(
+            {"plan": {"id": self._last_run, "page": self.page["page"], "steps": steps}})
         while True:
             message = self._take()
             if "ran" in message and message["ran"]["id"] == self._last_run:
-                return message["ran"]["results"]
+                fields = message["ran"]["fields"]
+                return fields and (fields["written"], fields["changed"])
 
     def _take(self):
         message = self._stream.receive()

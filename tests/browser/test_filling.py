@@ -126,6 +126,25 @@ class FillingTest(BrowserTest):
         front.close()
         self.wait_for_values(self.page, {"weight": EXPORTED})
 
+    def test_a_frame_with_the_name_that_scripts_use(self):
+        front = self.new_page(UPS + "/empty", "tab")
+        self.page.go(UPS + "/taken-frame")
+        front.close()
+        self.wait_for_values(self.page, {"weight": EXPORTED})
+
+    def test_a_host_that_is_not_shown(self):
+        self.page.go("https://a+b.ups.com/ups")
+        self.wait_for_values(self.page, {"weight": EXPORTED})
+        self.wait_for_indicator(self.program, "Filling the page: 26 fields")
+        self.page.go(UPS + "/ups")
+        self.wait_for_indicator(self.program, "Filling UPS: 26 fields")
+
+    def test_a_field_that_shows_another_number(self):
+        self.page.go(UPS + "/slider")
+        self.wait_for_indicator(self.program, "UPS: 1 field shows another number")
+        self.put_on_the_pan(0)
+        self.wait_for_indicator(self.program, "Filling UPS: 1 field")
+
     def test_other_sites_stay_untouched(self):
         for address in ("https://www.shop.example/ups", "https://notups.com.shop.example/ups"):
             self.page.go(address)

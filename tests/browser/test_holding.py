@@ -16,11 +16,9 @@ INTERVAL = 40  # ms; what one reading costs does not depend on it
 
 TROUBLED_READINGS = 60  # longer than the trouble lasts
 
-# The program's own limit, and what a busy machine may add before the program runs again.
-DEADLINE = 150
-LATENESS = 100
-# A reading that has waited to the end; less the time in which the machine gave it no processor.
-WAITED = 0.9 * DEADLINE
+# What no reading waits for, whatever the page does. A reading that waited for a page would be held
+# for as long as the page stays away, or for the 150 ms after which that is said.
+WAITED = 100
 
 ADDRESSES = {
     "USPS": "https://www.usps.com/usps-rows?ounces=02&pounds=05",
@@ -48,8 +46,6 @@ class HoldingTest(BrowserTest):
         self.page.start("const end = Date.now() + 1500; while (Date.now() < end) {}")
         times = self.finish(timer)
         self.assert_held_briefly(times)
-        # Once it is known to be busy, it is left alone: not each reading waits for it to the end.
-        self.assertLessEqual(len([each for each in times if each > WAITED]), 3)
 
     def test_alert(self):
         self.page.go(ADDRESSES["USPS"] + "&title=alert")
@@ -70,7 +66,7 @@ class HoldingTest(BrowserTest):
         self.assert_held_briefly(self.finish(timer))
 
     def assert_held_briefly(self, times):
-        self.assertLess(max(times), DEADLINE + LATENESS)
+        self.assertLess(max(times), WAITED)
 
     def start_timer(self, carrier, readings):
         timer = self.session.spawn(
@@ -83,4 +79,4 @@ class HoldingTest(BrowserTest):
     @staticmethod
     def finish(timer):
         output, _ = timer.communicate()
-        return [float(line) for line in output.split()]
+        return [float(line.split()[0]) for line in output.splitlines()]

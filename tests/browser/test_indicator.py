@@ -29,6 +29,12 @@ class IndicatorTest(harness.DeviceTest):
         self.wait_for("Filling USPS: 6 fields")
         extension.show(2, "www.fedex.com", fields=3)
         self.wait_for("Filling FedEx: 3 fields")
+        extension.show(3, "www.ups.com", fields=3, changed=1)
+        self.wait_for("UPS: 1 field shows another number")
+        extension.show(4, "a~b.example.com", fields=3)
+        self.wait_for("Filling the page: 3 fields")
+        extension.show(5, "www.fedex.com")
+        self.wait_for("Filling FedEx: 6 fields")
         extension.stop_answering()
         self.wait_for("Page not answering")
         self.program.wait_for_polls(3)
@@ -37,7 +43,7 @@ class IndicatorTest(harness.DeviceTest):
         self.wait_for("No browser linked")
 
     def test_an_extension_that_does_not_fit(self):
-        self.attach(protocol=2, version="7.0")
+        self.attach(protocol=1, version="7.0")
         self.wait_for("Browser extension 7.0 does not fit this program")
 
 

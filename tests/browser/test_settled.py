@@ -115,6 +115,26 @@ class SettledCarriersTest(SettledTest):
         self.lift()
 
 
+    def test_a_page_that_is_busy_while_weights_settle(self):
+        """It gets the latest, whole, when it comes back, though nothing is weighed any more."""
+        address, fields = CARRIERS["USPS"]
+        self.page.go(address)
+        self.wait_for_indicator(self.program, "USPS page open")
+        self.page.start("const end = Date.now() + 8000; while (Date.now() < end) {}")
+        self.put_on_the_pan(1000)
+        self.wait_for_indicator(self.program, "Page not answering")
+        self.lift()
+        self.put_on_the_pan(3000)
+        self.lift()
+        for weight in self.recent_weights()[:2]:
+            self.assertTrue(weight.endswith("went nowhere"), weight)
+        self.wait_for_values(self.page, fields(3000))
+        wait_until(lambda: self.recent_weights()[0].endswith(": USPS page"),
+                   lambda: f"the page noted; {self.recent_weights()}")
+        # Its late answer was not taken for one of the weight that is meant by then.
+        self.assertTrue(self.recent_weights()[1].endswith("went nowhere"), self.recent_weights())
+
+
 class SettledClipboardTest(SettledTest):
     settings = SETTLED_ONLY + "[defaultValue]\n300=selected\n"
 

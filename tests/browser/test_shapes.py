@@ -36,6 +36,11 @@ REFUSED = (
 )
 
 
+def number_of(fields):
+    """What a fill that changes so many fields answers, where the page leaves them alone."""
+    return (fields, 0)
+
+
 class ShapesTest(BrowserTest):
     def setUp(self):
         self.stand_in = ProgramStandIn(self.session)
@@ -43,91 +48,91 @@ class ShapesTest(BrowserTest):
         self.page.go(UPS + "/shapes")
         self.stand_in.wait_for_page("www.ups.com")
 
-    def value(self):
-        return self.values(self.page, ["weight"])["weight"]
+    def value(self, name="weight"):
+        return self.values(self.page, [name])[name]
+
+    def assert_answers(self, question, yes):
+        """By what is written then: the answer itself is not told."""
+        self.stand_in.fill(question, {"text": f"{BOX}=1", "if": [0], "unless": []},
+                           {"text": f"{BOX}=2", "if": [], "unless": [0]})
+        self.assertEqual(self.value(), "1" if yes else "2")
 
     def test_numbers(self):
         for literal, expected in NUMBERS.items():
             with self.subTest(literal):
-                self.assertEqual(self.stand_in.run(f"{BOX}={literal}"), [expected])
+                self.assertEqual(self.stand_in.fill(f"{BOX}={literal}"), number_of(1))
                 self.assertEqual(self.value(), expected)
 
     def test_everything_else_changes_nothing(self):
-        self.stand_in.run(f"{BOX}=5")
+        self.stand_in.fill(f"{BOX}=5")
         for literal in NO_NUMBERS:
             with self.subTest(literal):
-                self.assertEqual(self.stand_in.run(f"{BOX}={literal}"), [None])
+                self.assertEqual(self.stand_in.fill(f"{BOX}={literal}"), number_of(0))
                 self.assertEqual(self.value(), "5")
 
     def test_other_shapes_are_refused(self):
         for text in REFUSED:
             with self.subTest(text):
-                self.assertEqual(self.stand_in.run(text), [None])
+                self.assertEqual(self.stand_in.fill(text), number_of(0))
         self.assertIs(self.page.evaluate("document.getElementById('choice').checked"), False)
+
+    def test_steps_of_another_kind_are_passed_over(self):
+        self.assertEqual(self.stand_in.fill(
+            None, 7, [], {}, {"text": None}, {"text": f"{BOX}=5", "if": "0"},
+            {"text": f"{BOX}=6", "if": 7}, f"{BOX}=8"), number_of(1))
+        self.assertEqual(self.value(), "8")
 
     def test_missing_fields(self):
         self.assertEqual(
-            self.stand_in.run("document.getElementsByName('none')[0].value",
-                             "document.getElementsByName('none')[0].value=1",
-                             "document.getElementById('none').checked",
-                             "document.getElementById('plain').checked",
-                             "document.getElementsByName('paragraph')[0].value=1",
-                             "document.getElementsByName('file')[0].value=1"), [None] * 6)
+            self.stand_in.fill("document.getElementsByName('none')[0].value=1",
+                               "document.getElementsByName('paragraph')[0].value=1",
+                               "document.getElementsByName('file')[0].value=1"), number_of(0))
+        for question in ("document.getElementsByName('none')[0].value",
+                         "document.getElementsByName('paragraph')[0].value",
+                         "document.getElementById('none').checked",
+                         "document.getElementById('plain').checked"):
+            with self.subTest(question):
+                self.assert_answers(question, False)
 
-    def test_values(self):
-        self.assertEqual(
-            self.stand_in.run("document.getElementsByName('empty')[0].value",
-                             "document.getElementById('choice').checked",
-                             "document.getElementById('chosen').checked"), ["", "0", "1"])
+    def test_answers(self):
+        for question, yes in (("document.getElementsByName('empty')[0].value", True),
+                              ("document.getElementsByName('blank')[0].value", False),
+                              ("document.getElementsByName('secret')[0].value", False),
+                              ("document.getElementById('choice').checked", False),
+                              ("document.getElementById('chosen').checked", True)):
+            with self.subTest(question):
+                self.assert_answers(question, yes)
 
-    def test_what_was_typed_is_not_told(self):
-        self.assertEqual(
-            self.stand_in.run("document.getElementsByName('secret')[0].value",
-                              "document.getElementsByName('blank')[0].value"), ["filled"] * 2)
+    def test_conditions(self):
+        """On all of several answers; on none that has not been given."""
+        yes, no = ("document.getElementById('chosen').checked",
+                   "document.getElementById('choice').checked")
+        for if_answers, unless, done in (([0], [1], True), ([0, 1], [], False), ([], [0], False),
+                                         ([], [1], True), ([0], [0], False), ([2], [], False),
+                                         ([], [2], False), ([-1], [], False)):
+            with self.subTest(if_answers=if_answers, unless=unless):
+                self.assertEqual(self.stand_in.fill(
+                    yes, no, {"text": f"{BOX}=3", "if": if_answers, "unless": unless}, yes),
+                    number_of(int(done)))
+
+    def test_a_field_that_is_written_twice_counts_once(self):
+        self.assertEqual(self.stand_in.fill(f"{BOX}=1", f"{BOX}=2"), number_of(1))
 
     def test_navigation_during_a_fill(self):
-        """A field is known to be empty, and then the page is another one with the same field."""
-        self.assertEqual(self.stand_in.run(BOX), [""])
+        """The plan is for a page that is not there any more."""
         left = self.stand_in.page
         self.page.go("https://www.usps.com/shapes")
         self.stand_in.wait_for_page("www.usps.com")
         entered, self.stand_in.page = self.stand_in.page, left
-        self.assertIsNone(self.stand_in.run(f"{BOX}=5"))
+        self.assertIsNone(self.stand_in.fill(f"{BOX}=5"))
         self.assertEqual(self.value(), "")
         self.stand_in.page = entered
-        self.assertEqual(self.stand_in.run(BOX, f"{BOX}=6"), ["", "6"])
+        self.assertEqual(self.stand_in.fill(f"{BOX}=6"), number_of(1))
         self.assertEqual(self.value(), "6")
 
     def test_only_the_current_page_is_served(self):
         self.stand_in.page = self.stand_in.page | {"page": self.stand_in.page["page"] + 1}
-        self.assertIsNone(self.stand_in.run(BOX))
-
-
-class InputEventTest(BrowserTest):
-    """On a page that goes by its own record of what was typed, as those of frameworks do: only an
-    event makes it look, and what it then finds as it knew it, it passes over."""
-
-    def setUp(self):
-        self.stand_in = ProgramStandIn(self.session)
-        self.addCleanup(self.stand_in.close)
-        self.page.go(UPS + "/framework")
-        self.stand_in.wait_for_page("www.ups.com")
-
-    def test_they_are_an_option(self):
-        self.assertEqual(self.knowledge_after("6"), "nothing")
-        self.set_input_events(True)
-        self.addCleanup(self.set_input_events, False)
-        self.stand_in.wait_for_page("www.ups.com")
-        wait_until(lambda: self.knowledge_after("7") == "7", "an input event")
-        self.assertEqual(self.knowledge_after("7"), "7")
-        self.assertEqual(self.text_of("changes"), "*")
-
-    def knowledge_after(self, number):
-        self.assertEqual(self.stand_in.run(f"{BOX}={number}"), [number])
-        return self.text_of("known")
-
-    def text_of(self, element):
-        return self.page.evaluate(f"document.getElementById('{element}').textContent")
+        self.assertIsNone(self.stand_in.fill(f"{BOX}=5"))
 
 
 class OptionsPageTest(BrowserTest):
@@ -165,7 +170,7 @@ class OptionsPageTest(BrowserTest):
 
 class OtherProtocolTest(BrowserTest):
     def test_it_is_said_and_nothing_is_told(self):
-        stand_in = ProgramStandIn(self.session, protocol=2)
+        stand_in = ProgramStandIn(self.session, protocol=1)
         self.addCleanup(stand_in.close)
         self.page.go(UPS + "/ups")
         options = self.options_page()

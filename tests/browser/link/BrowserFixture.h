@@ -12,9 +12,11 @@
 #include <QTest>
 #include <memory>
 
-inline const QByteArray hello = R"({"hello":{"protocol":1,"version":"0.1.0","browser":"test"}})";
+inline const QByteArray hello = R"({"hello":{"protocol":2,"version":"0.1.0","browser":"test"}})";
 inline const QString box = QStringLiteral("document.getElementsByName('weight')[0].value");
 inline const QByteArray uspsPage = R"({"current":{"page":1,"host":"www.usps.com"}})";
+
+inline const QString assignment = box + QStringLiteral("=1");
 
 /// Milliseconds that a wait may take longer than it is meant to, on a busy machine.
 inline constexpr int lateness = 100;
@@ -42,11 +44,20 @@ struct BrowserFixture
         return peer;
     }
 
-    /// In the current tab of the browser that is in front.
-    BrowserResult run(const QString &text)
+    /// To the current tab of the browser that is in front, in the reading under way.
+    bool post(const FillPlan &plan)
     {
         const auto application = link.application();
-        return application->doJavaScript(text, currentTab(*application));
+        application->post(plan, currentTab(*application));
+        return application->hasSent();
+    }
+
+    /// As a reading of its own, which writes @p text so many times.
+    bool fill(const QString &text, int times = 1)
+    {
+        const bool isSent = post({QList<FillStep>(times, {text})});
+        QCoreApplication::processEvents();
+        return isSent;
     }
 
     void waitForStatus(const char *text)

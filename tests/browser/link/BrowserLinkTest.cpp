@@ -5,37 +5,41 @@
 #include "tests/support/LogCapture.h"
 
 #include <QElapsedTimer>
-#include <atomic>
+#include <QSignalSpy>
 
 namespace {
 
 const QString secondBox = QStringLiteral("document.getElementsByName('weight2')[0].value");
+const QByteArray upsPage = R"({"current":{"page":2,"host":"www.ups.com"}})";
 
-QStringList textsOf(const std::optional<QJsonObject> &message)
+QJsonObject planOf(const std::optional<QJsonObject> &message)
 {
-    QStringList texts;
-    if (message)
-        for (const QJsonValue text :
-             message->value(QLatin1String("run")).toObject()[QLatin1String("texts")].toArray())
-            texts.append(text.toString());
-    return texts;
+    return message ? message->value(QLatin1String("plan")).toObject() : QJsonObject();
+}
+
+QJsonArray stepsOf(const std::optional<QJsonObject> &message)
+{
+    return planOf(message)[QLatin1String("steps")].toArray();
 }
 
 int idOf(const std::optional<QJsonObject> &message)
 {
-    return message ? message->value(QLatin1String("run")).toObject()[QLatin1String("id")].toInt()
-                   : -1;
+    return planOf(message)[QLatin1String("id")].toInt(-1);
 }
 
 int pageOf(const std::optional<QJsonObject> &message)
 {
-    return message ? message->value(QLatin1String("run")).toObject()[QLatin1String("page")].toInt()
-                   : -1;
+    return planOf(message)[QLatin1String("page")].toInt(-1);
+}
+
+QString weighing(int number)
+{
+    return box + QLatin1Char('=') + QString::number(number);
 }
 
 } // namespace
 
-/// What the program asks of the link, over a real socket.
+/// What the program has the link do, over a real socket.
 class BrowserLinkTest : public QObject
 {
     Q_OBJECT
@@ -48,7 +52,16 @@ private:
         return m_fixture->attachedPeer(messages);
     }
 
-    BrowserResult run(const QString &text) { return m_fixture->run(text); }
+    /// In front, with the USPS page open.
+    std::unique_ptr<BrowserPeer> uspsPeer()
+    {
+        auto peer = attachedPeer();
+        waitForStatus("Browser linked, USPS page open");
+        return peer;
+    }
+
+    BrowserLink &link() { return m_fixture->link; }
+    bool fill(const QString &text, int times = 1) { return m_fixture->fill(text, times); }
     void waitForStatus(const char *text) { m_fixture->waitForStatus(text); }
 
 private slots:
@@ -62,9 +75,9 @@ private slots:
 
     void withoutABrowser()
     {
-        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("No browser linked"));
-        QVERIFY(m_fixture->link.application()->windows().empty());
-        QVERIFY(!run(box));
+        QCOMPARE(link().statusText(), QStringLiteral("No browser linked"));
+        QVERIFY(link().application()->windows().empty());
+        QVERIFY(!fill(assignment));
     }
 
     void theProgramIntroducesItselfFirst()
@@ -73,12 +86,13 @@ private slots:
         QCoreApplication::processEvents();
         const auto message = peer.receive();
         QVERIFY(message);
-        QCOMPARE(message->value(QLatin1String("hello"))[QLatin1String("protocol")].toInt(), 1);
-        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("No browser linked"));
+        QCOMPARE(message->value(QLatin1String("hello"))[QLatin1String("protocol")].toInt(), 2);
+        QCOMPARE(link().statusText(), QStringLiteral("No browser linked"));
         peer.send(hello);
         waitForStatus("Browser linked, waiting for a carrier page");
-        QCOMPARE(m_fixture->link.application()->windows().size(), std::size_t(1));
-        QVERIFY(!currentTab(*m_fixture->link.application()));
+        QCOMPARE(link().application()->windows().size(), std::size_t(1));
+        QVERIFY(!currentTab(*link().application()));
+        QVERIFY(!fill(assignment));
         peer.hangUp();
         waitForStatus("No browser linked");
     }
@@ -86,201 +100,177 @@ private slots:
     void anotherProtocolIsSaidAndNotUsed()
     {
         BrowserPeer peer(m_fixture->path());
-        peer.send(R"({"hello":{"protocol":2,"version":"7.0","browser":"test"}})");
+        peer.send(R"({"hello":{"protocol":1,"version":"7.0","browser":"test"}})");
         waitForStatus("Browser extension 7.0 does not fit this program");
         peer.send(uspsPage);
-        QVERIFY(m_fixture->link.application()->windows().empty());
+        QVERIFY(link().application()->windows().empty());
     }
 
     /// The status area tells of the one that is linked.
     void anotherProtocolBesideALinkedBrowserIsLogged()
     {
         const LogCapture log;
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
+        const auto peer = uspsPeer();
         BrowserPeer stranger(m_fixture->path());
-        stranger.send(R"({"hello":{"protocol":2,"version":"7.0","browser":"Firefox"}})");
+        stranger.send(R"({"hello":{"protocol":1,"version":"7.0","browser":"Firefox"}})");
         const QStringList expected{
             QStringLiteral("Browser link: the extension 7.0 in Firefox does not fit this program")};
         QTRY_COMPARE(LogCapture::lines(), expected);
-        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
+        QCOMPARE(link().statusText(), QStringLiteral("Browser linked, USPS page open"));
     }
 
-    void answers_data()
+    /// Of several carriers' options, as one after the other is served.
+    void aReadingIsOneMessage()
     {
-        QTest::addColumn<QJsonValue>("answer");
-        QTest::addColumn<BrowserResult>("result");
-        QTest::newRow("empty") << QJsonValue(QString()) << BrowserResult(QString());
-        QTest::newRow("true") << QJsonValue(QStringLiteral("1"))
-                              << BrowserResult(QStringLiteral("1"));
-        QTest::newRow("no field") << QJsonValue() << BrowserResult();
-    }
-
-    void answers()
-    {
-        QFETCH(QJsonValue, answer);
-        QFETCH(BrowserResult, result);
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        peer->answerWith([answer](const QJsonArray &) { return QJsonArray{answer}; });
-        QCOMPARE(run(box), result);
-    }
-
-    void assignmentsAreNotWaitedForAndKeepTheirOrder()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        QElapsedTimer time;
-        time.start();
-        QVERIFY(!run(box + QStringLiteral("=1")));
-        QVERIFY(!run(secondBox + QStringLiteral("=2")));
-        QVERIFY(time.elapsed() < lateness);
-        QVERIFY(!run(box));
-        const auto first = peer->receive(0);
-        QCOMPARE(textsOf(first),
-                 (QStringList{box + QStringLiteral("=1"), secondBox + QStringLiteral("=2"), box}));
-        QVERIFY(!peer->receive(0));
-    }
-
-    void whatIsPostedLastGoesOutWithTheEventLoop()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        run(box + QStringLiteral("=1"));
+        const auto peer = uspsPeer();
+        const FillPlan first{{{box}, {secondBox}, {assignment, {0}, {1}}}};
+        const FillPlan second{{{secondBox}, {weighing(2), {0}}}};
+        QVERIFY(m_fixture->post(first));
+        QVERIFY(m_fixture->post(second));
         QVERIFY(!peer->receive(0));
         QCoreApplication::processEvents();
-        QCOMPARE(textsOf(peer->receive(0)), QStringList{box + QStringLiteral("=1")});
+        const auto step = [](const QString &text, const QJsonArray &yes, const QJsonArray &no) {
+            return QJsonObject{{QStringLiteral("text"), text},
+                               {QStringLiteral("if"), yes},
+                               {QStringLiteral("unless"), no}};
+        };
+        const auto message = peer->receive();
+        QCOMPARE(pageOf(message), 1);
+        QCOMPARE(stepsOf(message), (QJsonArray{box, secondBox, step(assignment, {0}, {1}),
+                                               secondBox, step(weighing(2), {2}, {})}));
+        QVERIFY(!peer->receive(0));
     }
 
-    void aPageThatDoesNotAnswerIsLeftAlone()
+    void theThreadIsNotHeld()
     {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
+        const auto peer = uspsPeer();
         QElapsedTimer time;
         time.start();
-        QVERIFY(!run(box));
-        QVERIFY(time.elapsed() >= BrowserClient::answerTime.count());
-        QVERIFY(time.elapsed() < BrowserClient::answerTime.count() + lateness);
-        const auto question = peer->receive(0);
-        QCOMPARE(textsOf(question), QStringList{box});
+        for (int reading = 0; reading < 20; ++reading)
+            QVERIFY(fill(box));
+        // Twenty waits for an answer that does not come would be far longer.
+        QVERIFY(time.elapsed() < 10 * BrowserClient::answerTime.count());
+    }
 
-        time.restart();
-        for (int more = 0; more < 44; ++more)
-            QVERIFY(!run(more % 2 == 0 ? box : box + QStringLiteral("=1")));
-        QVERIFY(time.elapsed() < lateness);
+    void aPageThatDoesNotAnswerGetsTheLatestReadingWhenItDoes()
+    {
+        const auto peer = uspsPeer();
+        fill(weighing(1));
+        const auto first = peer->receive();
+        for (int reading = 2; reading < 50; ++reading)
+            QVERIFY(fill(weighing(reading)));
         waitForStatus("Page not answering");
         QVERIFY(!peer->receive(0));
 
-        // It is not known to keep up before it has taken in a whole reading.
-        QStringList shown;
-        connect(&m_fixture->link, &BrowserLink::statusTextChanged, &m_fixture->link,
-                [&](const QString &text) { shown.append(text); });
-        peer->sendRan(idOf(question), QJsonArray{QString()});
-        QCoreApplication::processEvents(); // the answer arrives
-        run(box + QStringLiteral("=1"));
+        // It is not known to keep up before it has taken in the latest.
+        QSignalSpy shown(&link(), &BrowserLink::statusTextChanged);
+        peer->sendRan(idOf(first), 1);
         QCoreApplication::processEvents();
-        const auto next = peer->receive();
-        QCOMPARE(textsOf(next), QStringList{box + QStringLiteral("=1")});
-        peer->sendRan(idOf(next), QJsonArray{QStringLiteral("1")});
+        const auto latest = peer->receive();
+        QCOMPARE(stepsOf(latest), QJsonArray{weighing(49)});
+        peer->sendRan(idOf(latest), 1);
         waitForStatus("Filling USPS: 1 field");
-        QCOMPARE(shown, QStringList{QStringLiteral("Filling USPS: 1 field")});
+        QCOMPARE(shown.size(), 1);
+        QVERIFY(!peer->receive(0));
+    }
+
+    /// Of a settled weight there is one reading, and no second one that would try again.
+    void aSingleReadingReachesAPageThatWasBusy()
+    {
+        const auto peer = uspsPeer();
+        fill(weighing(1));
+        const auto first = peer->receive();
+        waitForStatus("Page not answering");
+        fill(weighing(2));
+        QSignalSpy written(&link(), &BrowserLink::pageWritten);
+        peer->sendRan(idOf(first), 1);
+        QTRY_VERIFY(peer->isConnected());
+        QCoreApplication::processEvents();
+        const auto second = peer->receive();
+        QCOMPARE(stepsOf(second), QJsonArray{weighing(2)});
+        // The late answer is not that of the weight that is meant by now.
+        QCOMPARE(written.size(), 0);
+        peer->sendRan(idOf(second), 1);
+        QTRY_COMPARE(written.size(), 1);
+    }
+
+    void aLateAnswerOfTheSameTextsCounts()
+    {
+        const auto peer = uspsPeer();
+        fill(assignment);
+        const auto first = peer->receive();
+        fill(assignment);
+        QSignalSpy written(&link(), &BrowserLink::pageWritten);
+        peer->sendRan(idOf(first), 1);
+        QTRY_COMPARE(written.size(), 1);
+    }
+
+    void aPageThatTookNothingIsNotWritten()
+    {
+        const auto peer = uspsPeer();
+        QSignalSpy written(&link(), &BrowserLink::pageWritten);
+        fill(assignment);
+        peer->sendRan(idOf(peer->receive()), 0);
+        fill(assignment);
+        const auto second = peer->receive();
+        QVERIFY(second);
+        QCOMPARE(written.size(), 0);
+        QCOMPARE(link().statusText(), QStringLiteral("Browser linked, USPS page open"));
     }
 
     void aPageThatNobodyFillsAnyMoreIsMerelyOpen()
     {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        QVERIFY(!run(box));
+        const auto peer = uspsPeer();
+        fill(assignment);
         waitForStatus("Page not answering");
-        peer->sendRan(idOf(peer->receive(0)), QJsonArray{QString()});
+        peer->sendRan(idOf(peer->receive()), 1);
+        waitForStatus("Filling USPS: 1 field");
         waitForStatus("Browser linked, USPS page open");
     }
 
-    void postsThatAreNotAnsweredAreNoticedToo()
+    void aPageThatIsGoneGetsNothingMore()
     {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        run(box + QStringLiteral("=1"));
-        QCoreApplication::processEvents();
-        const auto first = peer->receive(0);
-        QCOMPARE(textsOf(first).size(), 1);
+        const auto peer = uspsPeer();
+        fill(weighing(1));
+        const auto first = peer->receive();
+        fill(weighing(2));
         waitForStatus("Page not answering");
-        run(box + QStringLiteral("=2"));
-        QCoreApplication::processEvents();
-        QVERIFY(!peer->receive(0));
         peer->sendRan(idOf(first), QJsonValue());
         waitForStatus("Browser linked, USPS page open");
-    }
-
-    void aPageThatIsGoneDoesNotCountAsSilent()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        peer->answerWith([](const QJsonArray &) { return QJsonValue(); });
-        QElapsedTimer time;
-        time.start();
-        QVERIFY(!run(box));
-        QVERIFY(time.elapsed() < BrowserClient::answerTime.count());
-        QCOMPARE(m_fixture->link.statusText(), QStringLiteral("Browser linked, USPS page open"));
+        QVERIFY(!peer->receive(0));
+        fill(weighing(3));
+        QCOMPARE(stepsOf(peer->receive()), QJsonArray{weighing(3)});
     }
 
     void anotherPageOfTheSameBrowserIsServed()
     {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        QVERIFY(!run(box));
+        const auto peer = uspsPeer();
+        fill(assignment);
+        const auto first = peer->receive();
         waitForStatus("Page not answering");
-        peer->send(R"({"current":{"page":2,"host":"www.ups.com"}})");
+        peer->send(upsPage);
         waitForStatus("Browser linked, UPS page open");
-        run(box + QStringLiteral("=1"));
-        QCoreApplication::processEvents();
-        peer->receive();
+        fill(assignment);
         const auto message = peer->receive();
-        QVERIFY(message);
-        QCOMPARE(message->value(QLatin1String("run"))[QLatin1String("page")].toInt(), 2);
-    }
-
-    /// The user turns to another tab while the program waits for the first.
-    void aTabThatIsFetchedLaterInAReadingIsAnotherPage()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        const auto application = m_fixture->link.application();
-        const auto first = currentTab(*application);
-        peer->send(R"({"current":{"page":2,"host":"www.ups.com"}})");
-        QVERIFY(!application->doJavaScript(box, first));
-        const auto question = peer->receive(0);
-        QCOMPARE(pageOf(question), 1);
-
-        const auto second = currentTab(*application);
-        application->doJavaScript(box + QStringLiteral("=1"), first);
-        application->doJavaScript(box + QStringLiteral("=2"), second);
-        QCoreApplication::processEvents();
-        const auto fill = peer->receive(0);
-        QCOMPARE(pageOf(fill), 2);
-        QCOMPARE(textsOf(fill), QStringList{box + QStringLiteral("=2")});
-        QVERIFY(!peer->receive(0));
-        peer->sendRan(idOf(fill), QJsonArray{QStringLiteral("2")});
+        QCOMPARE(pageOf(message), 2);
+        peer->sendRan(idOf(message), 1);
         waitForStatus("Filling UPS: 1 field");
-
-        // The page that was left has still not taken in a reading.
-        peer->sendRan(idOf(question), QJsonArray{QString()});
         peer->send(uspsPage);
         waitForStatus("Page not answering");
+        peer->sendRan(idOf(first), 1);
+        waitForStatus("Filling USPS: 1 field");
     }
 
     void theCountIsThatOfThePage()
     {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
+        const auto peer = uspsPeer();
         QStringList shown;
-        connect(&m_fixture->link, &BrowserLink::statusTextChanged, &m_fixture->link,
+        connect(&link(), &BrowserLink::statusTextChanged, &link(),
                 [&](const QString &text) { shown.append(text); });
-        run(box + QStringLiteral("=1"));
-        QCoreApplication::processEvents();
-        peer->sendRan(idOf(peer->receive()), QJsonArray{QStringLiteral("1")});
+        fill(assignment);
+        peer->sendRan(idOf(peer->receive()), 1);
         waitForStatus("Filling USPS: 1 field");
-        peer->send(R"({"current":{"page":2,"host":"www.ups.com"}})");
+        peer->send(upsPage);
         waitForStatus("Browser linked, UPS page open");
         const auto other = attachedPeer(
             {R"({"current":{"page":1,"host":"www.fedex.com"}})", R"({"focused":2000})"});
@@ -289,154 +279,95 @@ private slots:
             QVERIFY(text == shown.front() || !text.startsWith(QLatin1String("Filling")));
     }
 
-    void manySlowAnswersDoNotAddUp()
+    void theIndicatorDoesNotFlicker()
     {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        peer->answerWith([](const QJsonArray &texts) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(60));
-            QJsonArray results;
-            for (qsizetype text = 0; text < texts.size(); ++text)
-                results.append(QString());
-            return results;
-        });
-        QElapsedTimer time;
-        time.start();
-        for (int question = 0; question < 19; ++question)
-            run(box);
-        QVERIFY(time.elapsed() < BrowserClient::answerTime.count() + lateness);
-    }
-
-    void whatCannotBeWaitedForIsNotAsked()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        std::atomic<int> asked = 0;
-        peer->answerWith([&asked](const QJsonArray &texts) {
-            ++asked;
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
-            return QJsonArray(texts);
-        });
-        for (int question = 0; question < 19; ++question)
-            run(box);
-        // One is answered, one waits in vain, and may still be answered in time for the next.
-        QVERIFY(asked <= 2);
-        waitForStatus("Page not answering");
-        QVERIFY(asked <= 2);
-    }
-
-    void expectedQuestionsTravelTogether()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        QStringList received;
-        peer->answerWith([&received](const QJsonArray &texts) {
-            QJsonArray results;
-            for (const QJsonValue text : texts) {
-                received.append(text.toString());
-                results.append(text);
-            }
-            received.append(QStringLiteral("end"));
-            return results;
-        });
-        const auto application = m_fixture->link.application();
-        const auto tab = currentTab(*application);
-        const QString assignment = box + QStringLiteral("=1");
-        for (int time = 0; time < 2; ++time) {
-            QVERIFY(!application->doJavaScript(assignment, tab));
-            QCOMPARE(application->ask({box, secondBox}, tab),
-                     (QList<BrowserResult>{box, secondBox}));
-        }
-        peer->hangUp();
-        waitForStatus("No browser linked");
-        QCOMPARE(received, (QStringList{assignment, box, secondBox, QStringLiteral("end"),
-                                        assignment, box, secondBox, QStringLiteral("end")}));
-    }
-
-    /// An empty box beside one that was not heard of would get another number.
-    void afterAnUnansweredQuestionNothingIsWritten()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        const auto application = m_fixture->link.application();
-        const auto tab = currentTab(*application);
-        QVERIFY(!application->doJavaScript(box, tab));
-        const auto question = peer->receive(0);
-        QVERIFY(peer->sendRan(idOf(question), QJsonArray{QString()}));
-        QVERIFY(!application->doJavaScript(box + QStringLiteral("=1"), tab));
-        QCoreApplication::processEvents(); // the reading ends, and the answer arrives
-        waitForStatus("Page not answering");
-        QVERIFY(!peer->receive(0));
-        run(box + QStringLiteral("=2"));
-        QCoreApplication::processEvents();
-        QCOMPARE(textsOf(peer->receive()), QStringList{box + QStringLiteral("=2")});
-    }
-
-    void writtenFieldsAreCountedOnce()
-    {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        peer->answerWith([](const QJsonArray &texts) {
-            QJsonArray results;
-            for (const QJsonValue text : texts) {
-                const bool found = !text.toString().contains(QLatin1String("weight2"));
-                results.append(found ? QJsonValue(QStringLiteral("1")) : QJsonValue());
-            }
-            return results;
-        });
+        const auto peer = uspsPeer();
         QStringList shown;
-        connect(&m_fixture->link, &BrowserLink::statusTextChanged, &m_fixture->link,
+        connect(&link(), &BrowserLink::statusTextChanged, &link(),
                 [&](const QString &text) { shown.append(text); });
         for (int reading = 0; reading < 3; ++reading) {
-            run(box + QStringLiteral("=1"));
-            run(secondBox + QStringLiteral("=1"));
-            run(box + QStringLiteral("=2"));
-            QCoreApplication::processEvents();
-            waitForStatus("Filling USPS: 1 field");
+            fill(assignment, 3);
+            peer->sendRan(idOf(peer->receive()), 3);
+            waitForStatus("Filling USPS: 3 fields");
         }
         waitForStatus("Browser linked, USPS page open");
-        QCOMPARE(shown, (QStringList{QStringLiteral("Filling USPS: 1 field"),
+        QCOMPARE(shown, (QStringList{QStringLiteral("Filling USPS: 3 fields"),
                                      QStringLiteral("Browser linked, USPS page open")}));
+    }
+
+    /// Until the next reading, which may be long in coming.
+    void anotherNumberIsSaidForAsLongAsItStands()
+    {
+        const auto peer = uspsPeer();
+        fill(assignment, 6);
+        peer->sendRan(idOf(peer->receive()), 6, 1);
+        waitForStatus("USPS: 1 field shows another number");
+        QTest::qWait(1500); // longer than "Filling" is shown
+        QCOMPARE(link().statusText(), QStringLiteral("USPS: 1 field shows another number"));
+        fill(assignment, 6);
+        peer->sendRan(idOf(peer->receive()), 6, 2);
+        waitForStatus("USPS: 2 fields show another number");
+        fill(assignment, 6);
+        peer->sendRan(idOf(peer->receive()), 6);
+        waitForStatus("Filling USPS: 6 fields");
+    }
+
+    void aPageWithoutANameIsServed()
+    {
+        const auto peer = attachedPeer({R"({"current":{"page":1,"host":"a~b.example.com"}})"});
+        waitForStatus("Browser linked, a page open");
+        fill(assignment);
+        peer->sendRan(idOf(peer->receive()), 1);
+        waitForStatus("Filling the page: 1 field");
     }
 
     void theBrowserWithTheLatestFocusIsInFront()
     {
-        const auto one = attachedPeer({R"({"focused":1000})", uspsPage});
+        const auto one = attachedPeer({R"({"focused":60000})", uspsPage});
         waitForStatus("Browser linked, USPS page open");
-        const auto other =
-            attachedPeer({R"({"current":{"page":1,"host":"www.ups.com"}})", R"({"focused":2000})"});
+        const auto other = attachedPeer({upsPage, R"({"focused":30000})"});
         waitForStatus("Browser linked, UPS page open");
-        one->send(R"({"focused":3000})");
+        one->send(R"({"focused":0})");
         waitForStatus("Browser linked, USPS page open");
-        other->send(R"({"focused":4000})");
+        other->send(R"({"focused":0})");
         waitForStatus("Browser linked, UPS page open");
         other->hangUp();
         waitForStatus("Browser linked, USPS page open");
     }
 
-    void aBrowserThatGoesWhileItIsAskedHoldsNothingUp()
+    /// Whatever it says of its focus, the next one that is focused comes before it.
+    void noFocusLiesInTheFuture()
     {
-        const auto peer = attachedPeer();
+        const auto one = attachedPeer({R"({"focused":9007199254740991})", uspsPage});
         waitForStatus("Browser linked, USPS page open");
-        std::thread leaving([&] {
-            peer->receive();
-            peer->hangUp();
-        });
-        QElapsedTimer time;
-        time.start();
-        QVERIFY(!run(box));
-        QVERIFY(time.elapsed() < BrowserClient::answerTime.count());
-        leaving.join();
-        QVERIFY(!run(box));
-        waitForStatus("No browser linked");
+        const auto other = attachedPeer({upsPage, R"({"focused":0})"});
+        waitForStatus("Browser linked, UPS page open");
+        one->send(R"({"focused":9007199254740991})");
+        one->send(R"({"current":{"page":1,"host":"www.fedex.com"}})");
+        QTest::qWait(50);
+        QCOMPARE(link().statusText(), QStringLiteral("Browser linked, UPS page open"));
+        one->send(R"({"focused":0})");
+        waitForStatus("Browser linked, FedEx page open");
+        other->send(R"({"focused":0})");
+        waitForStatus("Browser linked, UPS page open");
     }
 
-    void theWrongNumberOfResultsEndsTheConnection()
+    void aBrowserThatGoesHoldsNothingUp()
     {
-        const auto peer = attachedPeer();
-        waitForStatus("Browser linked, USPS page open");
-        peer->answerWith([](const QJsonArray &) { return QJsonArray{QString(), QString()}; });
-        QVERIFY(!run(box));
+        const auto peer = uspsPeer();
+        fill(weighing(1));
+        fill(weighing(2));
+        peer->hangUp();
+        fill(weighing(3));
+        waitForStatus("No browser linked");
+        QVERIFY(!fill(weighing(4)));
+    }
+
+    void moreFieldsThanStepsEndTheConnection()
+    {
+        const auto peer = uspsPeer();
+        fill(assignment);
+        peer->sendRan(idOf(peer->receive()), 2);
         waitForStatus("No browser linked");
     }
 };

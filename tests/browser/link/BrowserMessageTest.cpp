@@ -76,8 +76,9 @@ private slots:
     void noBytesDoHarm()
     {
         std::mt19937 random(20261121);
-        const QByteArray sound = browserFrame(R"({"ran":{"id":3,"results":["",null,"1"]}})") +
-                                 browserFrame(R"({"current":{"page":4,"host":"www.usps.com"}})");
+        const QByteArray sound =
+            browserFrame(R"({"ran":{"id":3,"fields":{"written":6,"changed":1}}})") +
+            browserFrame(R"({"current":{"page":4,"host":"www.usps.com"}})");
         for (int attempt = 0; attempt < 20000; ++attempt) {
             QByteArray stream = sound;
             for (int change = 0; change < 3; ++change)
@@ -103,7 +104,7 @@ private slots:
             "nonsense",
             "[]",
             "{}",
-            R"({"run":{"id":1,"page":1,"texts":[]}})",
+            R"({"plan":{"id":1,"page":1,"steps":[]}})",
             R"({"hello":{"protocol":"1","version":"2.0","browser":"Firefox"}})",
             R"({"hello":{"protocol":-1,"version":"2.0","browser":"Firefox"}})",
             R"({"hello":{"protocol":1.5,"version":"2.0","browser":"Firefox"}})",
@@ -117,6 +118,9 @@ private slots:
             R"({"current":{"page":1,"host":"<b>www.usps.com</b>"}})",
             R"({"current":{"page":1,"host":"www.usps.com\n"}})",
             R"({"current":{"page":1,"host":"www usps com"}})",
+            R"({"current":{"page":1,"host":""}})",
+            R"({"current":{"page":1,"host":"a/b~c"}})",
+            R"({"current":{"page":1,"host":"a~b\n"}})",
             R"({"hello":{"protocol":2,"version":"2<img src='/'>","browser":"Firefox"}})",
             R"({"hello":{"protocol":2,"version":"","browser":"Firefox"}})",
             R"({"hello":{"protocol":2,"version":"2.0","browser":"Fire\nfox"}})",
@@ -125,11 +129,15 @@ private slots:
             R"({"focused":1e300})",
             R"({"focused":0.5})",
             R"({"ran":null})",
-            R"({"ran":{"results":[]}})",
-            R"({"ran":{"id":1.5,"results":[]}})",
-            R"({"ran":{"id":1,"results":"1"}})",
-            R"({"ran":{"id":1,"results":[1]}})",
-            R"({"ran":{"id":1,"results":[true]}})",
+            R"({"ran":{"fields":{"written":1,"changed":0}}})",
+            R"({"ran":{"id":1.5,"fields":{"written":1,"changed":0}}})",
+            R"({"ran":{"id":1,"fields":"1"}})",
+            R"({"ran":{"id":1,"fields":[1,0]}})",
+            R"({"ran":{"id":1,"fields":{"written":1}}})",
+            R"({"ran":{"id":1,"fields":{"changed":0}}})",
+            R"({"ran":{"id":1,"fields":{"written":-1,"changed":-1}}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":2}}})",
+            R"({"ran":{"id":1,"fields":{"written":1.5,"changed":1}}})",
         };
         for (const char *json : refused)
             QTest::newRow(json) << QByteArray(json);
@@ -158,18 +166,39 @@ private slots:
         QVERIFY(none);
         QVERIFY(!std::get<BrowserCurrent>(*none).page);
 
-        const auto focused = parseBrowserMessage(R"({"focused":1795000000000})");
+        const auto focused = parseBrowserMessage(R"({"focused":1795})");
         QVERIFY(focused);
-        QCOMPARE(std::get<BrowserFocus>(*focused).milliseconds, 1795000000000LL);
+        QCOMPARE(std::get<BrowserFocus>(*focused).ago.count(), 1795);
 
-        const auto ran = parseBrowserMessage(R"({"ran":{"id":3,"results":["",null,"1"]}})");
+        const auto ran =
+            parseBrowserMessage(R"({"ran":{"id":3,"fields":{"written":6,"changed":1}}})");
         QVERIFY(ran);
         QCOMPARE(std::get<BrowserRan>(*ran).id, 3U);
-        const QList<BrowserResult> results{QStringLiteral(""), std::nullopt, QStringLiteral("1")};
-        QCOMPARE(*std::get<BrowserRan>(*ran).results, results);
-        const auto gone = parseBrowserMessage(R"({"ran":{"id":3,"results":null}})");
+        QCOMPARE(std::get<BrowserRan>(*ran).fields, (FilledFields{.written = 6, .changed = 1}));
+        const auto gone = parseBrowserMessage(R"({"ran":{"id":3,"fields":null}})");
         QVERIFY(gone);
-        QVERIFY(!std::get<BrowserRan>(*gone).results);
+        QVERIFY(!std::get<BrowserRan>(*gone).fields);
+    }
+
+    /// Hosts that an address can have, but that are not shown as they stand.
+    void hostsWithoutAName_data()
+    {
+        QTest::addColumn<QByteArray>("host");
+        for (const char *host : {"a~b.example.com", "~", "a_b+c.ups.com", "it's.example.com"})
+            QTest::newRow(host) << QByteArray(host);
+        QTest::newRow("too long") << QByteArray(254, 'a');
+    }
+
+    void hostsWithoutAName()
+    {
+        QFETCH(QByteArray, host);
+        const auto current =
+            parseBrowserMessage(R"({"current":{"page":4,"host":")" + host + R"("}})");
+        QVERIFY(current);
+        const auto &page = std::get<BrowserCurrent>(*current).page;
+        QVERIFY(page);
+        QCOMPARE(page->id, 4U);
+        QCOMPARE(page->host, QString());
     }
 
     void limits_data()
@@ -216,10 +245,26 @@ private slots:
     void sentMessages()
     {
         QCOMPARE(browserHelloMessage(QStringLiteral("0.1.0")),
-                 QByteArray("{'hello':{'protocol':1,'version':'0.1.0'}}").replace('\'', '"'));
-        QCOMPARE(
-            browserRunMessage(4000000000U, 7, {QStringLiteral("a"), QStringLiteral("b")}),
-            QByteArray("{'run':{'id':4000000000,'page':7,'texts':['a','b']}}").replace('\'', '"'));
+                 QByteArray("{'hello':{'protocol':2,'version':'0.1.0'}}").replace('\'', '"'));
+        const FillPlan plan{{{QStringLiteral("a")},
+                             {QStringLiteral("b"), {0, 2}, {1}},
+                             {QStringLiteral("c"), {}, {3}}}};
+        QCOMPARE(browserPlanMessage(4000000000U, 7, plan),
+                 QByteArray("{'plan':{'id':4000000000,'page':7,'steps':['a',"
+                            "{'if':[0,2],'text':'b','unless':[1]},"
+                            "{'if':[],'text':'c','unless':[3]}]}}")
+                     .replace('\'', '"'));
+    }
+
+    void textsOfAnyKindArriveAsTheyAre()
+    {
+        const QString text =
+            QStringLiteral("'\"\\\n\t\u0001\u007f\u00e9\u20ac\U0001f4e6") + QChar(0);
+        const QByteArray message = browserPlanMessage(1, 1, {{{text}}});
+        QCOMPARE(QJsonDocument::fromJson(message)[QLatin1String("plan")][QLatin1String("steps")][0],
+                 QJsonValue(text));
+        QCOMPARE(browserPlanMessage(1, 2, {}),
+                 QByteArray(R"({"plan":{"id":1,"page":2,"steps":[]}})"));
     }
 
     void situations_data()
@@ -244,6 +289,20 @@ private slots:
             "Filling FedEx: 13 fields");
         row({.kind = Kind::Filling, .name = QStringLiteral("www.usps.com"), .fields = 1},
             "Filling USPS: 1 field");
+        row({.kind = Kind::Filling,
+             .name = QStringLiteral("www.fedex.com"),
+             .fields = 13,
+             .otherNumbers = 1},
+            "FedEx: 1 field shows another number");
+        row({.kind = Kind::Filling,
+             .name = QStringLiteral("www.fedex.com"),
+             .fields = 13,
+             .otherNumbers = 2},
+            "FedEx: 2 fields show another number");
+        row({.kind = Kind::PageOpen}, "Browser linked, a page open");
+        row({.kind = Kind::Filling, .fields = 2}, "Filling the page: 2 fields");
+        row({.kind = Kind::Filling, .fields = 2, .otherNumbers = 1},
+            "Page: 1 field shows another number");
         row({.kind = Kind::NotAnswering}, "Page not answering");
     }
 

@@ -12,15 +12,12 @@
 #include <QString>
 #include <chrono>
 #include <cstring>
-#include <functional>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <thread>
 #include <unistd.h>
 
-/// The far end of the browser link, as a browser's host would be, on a plain socket: it knows
-/// nothing of Qt's event loop, so it can also answer while that stands still.
+/// The far end of the browser link, as a browser's host would be, on a plain socket.
 class BrowserPeer
 {
 public:
@@ -40,8 +37,6 @@ public:
     ~BrowserPeer()
     {
         hangUp();
-        if (answering.joinable())
-            answering.join();
         close(descriptor);
     }
 
@@ -89,23 +84,17 @@ public:
         }
     }
 
-    /// From now on each run is answered by what @p answer makes of its texts.
-    void answerWith(std::function<QJsonValue(const QJsonArray &texts)> answer)
+    bool sendRan(int id, const QJsonValue &fields)
     {
-        answering = std::thread([this, answer = std::move(answer)] {
-            while (const auto message = receive()) {
-                const QJsonObject run = message->value(QLatin1String("run")).toObject();
-                const QJsonValue results = answer(run[QLatin1String("texts")].toArray());
-                sendRan(run[QLatin1String("id")].toInt(), results);
-            }
-        });
-    }
-
-    bool sendRan(int id, const QJsonValue &results)
-    {
-        const QJsonObject ran{{QStringLiteral("id"), id}, {QStringLiteral("results"), results}};
+        const QJsonObject ran{{QStringLiteral("id"), id}, {QStringLiteral("fields"), fields}};
         return send(QJsonDocument(QJsonObject{{QStringLiteral("ran"), ran}})
                         .toJson(QJsonDocument::Compact));
+    }
+
+    bool sendRan(int id, int written, int changed = 0)
+    {
+        return sendRan(id, QJsonObject{{QStringLiteral("written"), written},
+                                       {QStringLiteral("changed"), changed}});
     }
 
 private:
@@ -127,5 +116,4 @@ private:
     int descriptor = -1;
     bool connected = false;
     BrowserFrameReader reader;
-    std::thread answering;
 };

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QList>
+#include <QString>
+
+/// One text for the page, and what it depends on. A text without "].value=" is a question.
+struct FillStep
+{
+    QString text;
+    QList<int> ifAnswers = {}; ///< the plan's questions, counted from 0, that must be answered yes
+    QList<int> unlessAnswers = {}; ///< and those that must be answered no
+
+    bool operator==(const FillStep &) const = default;
+};
+
+/// What one reading does to a page, in order, with the reading's texts in it. The page walks it at
+/// one go. A question is answered yes where a field is empty or a box is ticked, and no where it is
+/// otherwise or missing.
+struct FillPlan
+{
+    QList<FillStep> steps;
+
+    bool operator==(const FillPlan &) const = default;
+
+    qsizetype questions() const;
+    /// @p plan is done after this one, and depends on its own answers alone.
+    void append(const FillPlan &plan);
+};
+
+bool isAssignment(const QString &text);

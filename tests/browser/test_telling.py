@@ -1,0 +1,141 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What the page is told of the weight, and what the program is told of the page."""
+
+import json
+
+from browser_harness import SLOW_START, BrowserTest
+from program_stand_in import ProgramStandIn
+from waiting import wait_until
+
+UPS = "https://www.ups.com"
+BOX = "document.getElementsByName('weight')[0].value"
+OTHER_BOX = "document.getElementsByName('weight1')[0].value"
+READINGS = 15  # 6 s of a steady weight
+
+
+class TellingTest(BrowserTest):
+    def setUp(self):
+        self.stand_in = ProgramStandIn(self.session)
+        self.addCleanup(self.stand_in.close)
+
+    def open(self, path):
+        # A page that comes of one of the same address is another matter.
+        self.page.go("about:blank")
+        self.page.go(UPS + path)
+        self.stand_in.wait_for_page("www.ups.com")
+
+    def weigh(self, number, readings=1):
+        """As UPS gets it: first in whole pounds. Returns the last answer."""
+        for _ in range(readings):
+            fields = self.stand_in.fill(f"{BOX}={int(number)}", f"{BOX}={number}")
+        return fields
+
+    def events(self):
+        """Type, field and text of each, in order."""
+        return json.loads(self.page.evaluate("document.documentElement.dataset.events || '[]'"))
+
+    def text_of(self, element):
+        return self.page.evaluate(f"document.getElementById('{element}')?.textContent")
+
+
+class EventsTest(TellingTest):
+    def test_one_pair_for_a_weight(self):
+        self.open("/events")
+        expected = []
+        for number in (2.205, 3.5, 2.205):
+            self.weigh(number, READINGS)
+            expected += [["input", "weight", str(number)], ["change", "weight", str(number)]]
+            self.assertEqual(self.events(), expected)
+
+    def test_they_come_after_the_run(self):
+        self.open("/events")
+        self.stand_in.fill(f"{BOX}=2", f"{OTHER_BOX}=3", f"{BOX}=4")
+        self.assertEqual(self.events(), [
+            ["input", "weight", "4"], ["change", "weight", "4"],
+            ["input", "weight1", "3"], ["change", "weight1", "3"]])
+
+    def test_only_for_fields_with_news(self):
+        self.open("/events")
+        self.stand_in.fill(f"{BOX}=2", f"{OTHER_BOX}=3")
+        before = len(self.events())
+        self.stand_in.fill(f"{BOX}=2", f"{OTHER_BOX}=4")
+        self.assertEqual(self.events()[before:], [["input", "weight1", "4"],
+                                                  ["change", "weight1", "4"]])
+
+    def test_a_page_that_keeps_its_own_record(self):
+        self.open("/framework")
+        self.weigh(2.205, READINGS)
+        self.assertEqual(self.text_of("known"), "2.205")
+        self.assertEqual(self.text_of("changes"), "*")
+
+    def test_the_switch_for_pages_that_do_too_much(self):
+        self.set_quiet(True)
+        self.addCleanup(self.set_quiet, False)
+        self.open("/framework")
+        self.assertEqual(self.weigh(2.205), (1, 0))
+        self.assertEqual(self.text_of("known"), "nothing")
+        self.assertEqual(self.values(self.page, ["weight"]), {"weight": "2.205"})
+
+    def test_a_page_that_posts_itself_back(self):
+        self.open("/postback")
+        opened = self.site.loads("/postback")
+        for times, number in ((1, 2.205), (2, 3.5)):
+            self.weigh(number)
+            wait_until(lambda: self.site.loads("/postback") > opened + times - 1, "the page back",
+                       SLOW_START)
+            # What comes back is empty, is filled, and stays.
+            for _ in range(READINGS):
+                self.stand_in.wait_for_page("www.ups.com")
+                self.weigh(number)
+            self.assertEqual(self.site.loads("/postback"), opened + times)
+            self.assertEqual(self.values(self.page, ["weight"]), {"weight": str(number)})
+
+    def test_a_page_that_is_opened_anew_is_told_anew(self):
+        self.open("/events")
+        self.weigh(2.205)
+        self.open("/events")
+        self.weigh(2.205)
+        self.assertEqual(len(self.events()), 2)
+
+    def test_a_page_that_makes_its_field_anew(self):
+        self.open("/remade")
+        self.weigh(2.205, READINGS)
+        self.assertEqual(self.text_of("made"), "*")
+        # Not by itself: the person goes on to the next parcel, which weighs the same.
+        self.page.click("next")
+        wait_until(lambda: self.text_of("made") == "**", "the next form")
+        self.weigh(2.205, READINGS)
+        self.assertEqual(self.text_of("made"), "***")
+
+
+class OtherNumbersTest(TellingTest):
+    def test_fields_that_make_another_number_of_it(self):
+        for path in ("/masked", "/list", "/slider", "/late"):
+            with self.subTest(path):
+                self.open(path)
+                self.assertEqual(self.weigh(2.205), (1, 1))
+                self.assertEqual(self.weigh(2.205), (1, 1))
+                self.assertEqual(self.weigh(3), (1, 0))
+
+    def test_a_field_that_adds_its_unit(self):
+        self.open("/unit")
+        self.assertEqual(self.weigh(2.205), (1, 0))
+        self.assertEqual(self.values(self.page, ["weight"]), {"weight": "2.205 lb"})
+
+
+class BadgeTest(TellingTest):
+    BADGE = "document.querySelector('postal-scale-badge')"
+
+    def test_it_comes_with_news_and_goes(self):
+        self.open("/events")
+        before = self.page.evaluate("document.body.outerHTML")
+        self.weigh(2.205)
+        self.assertTrue(self.page.evaluate(f"{self.BADGE} !== null"))
+        self.assertEqual(self.page.evaluate("document.body.outerHTML"), before)
+        wait_until(lambda: self.page.evaluate(f"{self.BADGE} === null"), "the badge gone",
+                   SLOW_START)
+        self.weigh(2.205)
+        self.assertTrue(self.page.evaluate(f"{self.BADGE} === null"))
+        self.assertEqual(self.page.evaluate("document.documentElement.outerHTML.includes('postal-scale')"),
+                         False)
