@@ -13,8 +13,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Between two looks for a scale that is not there yet.
-constexpr auto lookInterval = 250ms;
+/// Between two searches for a scale that is not there yet.
+constexpr auto searchInterval = 250ms;
 
 } // namespace
 
@@ -47,7 +47,7 @@ void PostalScaleAppDelegate::lookForScaleAgain()
         pausereadtimer = false;
         return;
     }
-    QTimer::singleShot(lookInterval, this, &PostalScaleAppDelegate::lookForScaleAgain);
+    QTimer::singleShot(searchInterval, this, &PostalScaleAppDelegate::lookForScaleAgain);
 }
 
 void PostalScaleAppDelegate::endPollingAroundSleep()
