@@ -37,7 +37,7 @@ const rules::WeightTexts kilogram{.LB = "2", .OZ = "4", .EXPORT = "2.205", .BASI
 void placeBox(rules::Page &page, const std::string &name, int part)
 {
     if (part != 0)
-        page.fields[name] = part == 2 ? "" : "7";
+        page.fields[name] = std::string(part == 2 ? "" : "7");
 }
 
 void placeButton(rules::Page &page, const std::string &id, int part)
