@@ -7,12 +7,14 @@ import threading
 
 from message_stream import MessageStream
 
+PROTOCOL = 2
+
 
 class ExtensionStandIn:
     """Answers, from a thread of its own, that each field of the page has been written; but a page
     may have only the first so many of those that it is asked for, and make other numbers of some."""
 
-    def __init__(self, session, protocol=2, version="0.1.0", connection=None):
+    def __init__(self, session, protocol=PROTOCOL, version="0.1.0", connection=None):
         """@param connection to a host; the program's own socket otherwise"""
         connection = connection or connected_to_program(session)
         self._connection = connection

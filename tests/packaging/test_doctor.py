@@ -9,7 +9,7 @@ import subprocess
 
 import harness
 from command_line import CommandLineTest
-from extension_stand_in import ExtensionStandIn
+from extension_stand_in import PROTOCOL, ExtensionStandIn
 from waiting import PATIENCE, wait_until
 
 REGISTER = pathlib.Path(__file__).parents[2] / "browser" / "register"
@@ -120,7 +120,7 @@ class BrowserLinkTest(CommandLineTest):
     def test_an_extension_that_does_not_fit(self):
         self.register()
         program = self.start("--unplugged")
-        self.attach(protocol=2, version="7.0")
+        self.attach(protocol=PROTOCOL - 1, version="7.0")
         self.expect(program, "!!", "Browser extension 7.0 does not fit this program",
                     "    Install both anew: their versions differ.")
 
