@@ -22,7 +22,7 @@ QEMU = "qemu-system-x86_64"
 
 # Seconds of processor time, several times what a run takes. A guest that hangs uses them up soon:
 # its clock goes on. A host that has no time for it does not.
-PROCESSOR_TIME = 400
+PROCESSOR_TIME = 800
 FULL_RUN = 4  # times as much
 
 

@@ -73,7 +73,7 @@ def authorization(guest):
     program = start_weighing(guest)
     port = Port(program.open_nodes()[0])
     for place in port.hub, port.device:
-        for _ in range(3):
+        for _ in range(guest.rounds(1, 3)):
             authorize(place, False)
             program.expect("hid_device_removal_callback")
             check_polling_stops(guest, program)
