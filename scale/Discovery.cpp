@@ -58,6 +58,8 @@ void HIDManager::openHandle()
     giveReadingUp();
     m_handle = device ? m_library.open(device->node, device->systemPath) : nullptr;
     m_refusedPath = device && !m_handle ? device->systemPath : QString();
+    m_device = device.value_or(HidDeviceInfo());
+    m_isForbidden = !m_refusedPath.isEmpty() && m_devices.accessError(m_device.node) == EACCES;
     if (m_handle)
         delegate()->setConnectionTrouble({});
     else if (device)
@@ -108,12 +110,37 @@ void HIDManager::DeviceChanged(const HidDeviceInfo &device)
         openHandle();
 }
 
+void HIDManager::followPermission()
+{
+    if (!m_handle && !m_isForbidden)
+        return;
+    const bool isForbidden = m_devices.accessError(m_device.node) == EACCES;
+    if (isForbidden == m_isForbidden)
+        return;
+    if (!isForbidden) {
+        openHandle();
+        return;
+    }
+    m_library.release(m_handle);
+    giveReadingUp();
+    m_handle.reset();
+    m_refusedPath = m_device.systemPath;
+    m_isForbidden = true;
+    reportOpenFailure(m_device);
+}
+
+void HIDManager::forgetRefusal()
+{
+    m_refusedPath.clear();
+    m_isForbidden = false;
+}
+
 void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
 {
     logLine(QStringLiteral("DeviceRemoved"));
     delegate()->setUnitCaptionHidden(true);
     if (device.systemPath == m_refusedPath)
-        m_refusedPath.clear();
+        forgetRefusal();
     if (!m_watcher->find(scaleVendorId, scaleProductId))
         delegate()->setConnectionTrouble({});
     m_library.deviceRemoved(device.systemPath);
@@ -124,7 +151,7 @@ void HIDManager::hid_device_removal_callback()
     logLine(QStringLiteral("hid_device_removal_callback"));
     m_open.reset();
     m_owedReports = 0;
-    m_refusedPath.clear();
+    forgetRefusal();
     delegate()->setStatusString(false);
     delegate()->setIsDeviceAlive(false);
     delegate()->clearAll();

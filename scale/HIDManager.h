@@ -116,6 +116,11 @@ private:
     void DeviceChanged(const HidDeviceInfo &device);
     void DeviceRemoved(const HidDeviceInfo &device);
     void handleMatchingDevice();
+    /// Where a seat changes hands, logind gives the node to another user without any event, and
+    /// leaves the handles open. Two programs that poll one scale get each other's reports: who may
+    /// not open the node any longer lets go of it, and opens it again once that is permitted.
+    void followPermission();
+    void forgetRefusal();
     void hid_device_removal_callback();
     void reportOpenFailure(const HidDeviceInfo &device);
     QString troubleWith(const HidDeviceInfo &device) const;
@@ -160,7 +165,9 @@ private:
     std::unique_ptr<DeviceEvents> m_watcher;
     HidLibrary m_library;
     std::shared_ptr<HidHandle> m_handle; ///< stays set when the scale is gone; null if never opened
-    QString m_refusedPath; ///< of the attached scale, while it cannot be opened; or empty
+    QString m_refusedPath;      ///< of the attached scale, while it cannot be opened; or empty
+    HidDeviceInfo m_device;     ///< that was opened last, or could not be opened
+    bool m_isForbidden = false; ///< to open it
     std::optional<OpenReading> m_open;
     int m_owedReports = 0; ///< answers that may still come to polls of readings that are over
     CommandByte m_scaleCommand = 0;

@@ -18,6 +18,7 @@ constexpr int weightBytes = 3;
 
 void HIDManager::get_device_rawdata()
 {
+    followPermission();
     dropOwedReports();
     sendPoll();
     if (const auto input = readReport(answerPatience)) {

@@ -30,6 +30,27 @@ public:
     RefusingMachine machine;
 };
 
+/// Where logind gives the scale to whose seat it is, and takes it away, without any event.
+class SharedMachine : public SystemHidDevices
+{
+public:
+    std::unique_ptr<HidConnection> open(const QString &node) override
+    {
+        return error == 0 ? SystemHidDevices::open(node) : nullptr;
+    }
+    int accessError(const QString &) const override { return error; }
+
+    int error = 0;
+};
+
+class SharedDelegate : public RecordingDelegate
+{
+public:
+    HidDevices &devices() override { return machine; }
+
+    SharedMachine machine;
+};
+
 const QStringList attached{"DeviceAdded", "go forward", "our device"};
 const QStringList removed{"DeviceRemoved", "hid_device_removal_callback"};
 const QStringList toldConnected{"setStatusString 1", "setIsDeviceAlive 1"};
@@ -221,6 +242,40 @@ private slots:
         scale.turn();
         QCOMPARE(scale.hidapi.openHandles, 0);
         QCOMPARE(scale.interface.calls.last(4), toldGone);
+    }
+
+    void theScaleIsWhoseSeatItIs()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::place(scaleDevice);
+        const LogCapture log;
+        SharedDelegate interface;
+        interface.machine.error = EACCES;
+        HIDManager link;
+        link.get_device_handle();
+        LinkedScale::turn();
+        FakeHidapi &hidapi = FakeHidapi::instance();
+        for (int change = 0; change < 3; ++change) {
+            link.get_device_rawdata();
+            QVERIFY(interface.connectionTrouble.startsWith(QStringLiteral("No permission")));
+            QCOMPARE(hidapi.openHandles, 0);
+            QVERIFY(hidapi.sent.empty());
+
+            interface.machine.error = 0;
+            hidapi.reports = {{0x01, 0x34, 0x12}};
+            link.get_device_rawdata();
+            QCOMPARE(interface.connectionTrouble, QString());
+            QCOMPARE(hidapi.openHandles, 1);
+            QCOMPARE(hidapi.sent.size(), 1U);
+            QCOMPARE(link.sWebDataBasic(), QStringLiteral("1234"));
+
+            interface.machine.error = EACCES;
+            hidapi.sent.clear();
+        }
+        QCOMPARE(interface.calls.filter(QStringLiteral("setStatusString")),
+                 QStringList{"setStatusString 1"});
+        QCOMPARE(hidapi.misuses, 0);
     }
 
     void lateAnnouncements_data()

@@ -61,6 +61,57 @@ void silence(const Call &call)
     call.reply("ok");
 }
 
+void form(const Call &call)
+{
+    using Form = GadgetScale::Form;
+    const std::string &name = call.arguments[0];
+    if (name == "plain")
+        call.scale.setForm(Form::Plain);
+    else if (name == "wide")
+        call.scale.setForm(Form::Wide);
+    else if (name == "composite")
+        call.scale.setForm(Form::Composite);
+    else
+        throw std::invalid_argument("no form is called " + name);
+    call.reply("ok");
+}
+
+template <typename Change> void changeManner(const Call &call, Change change)
+{
+    GadgetScale::Manner manner = call.scale.currentManner();
+    change(manner, numberFromText(call.arguments[0]));
+    call.scale.setManner(manner);
+    call.reply("ok");
+}
+
+void delay(const Call &call)
+{
+    changeManner(call,
+                 [](auto &manner, int number) { manner.delay = static_cast<unsigned>(number); });
+}
+
+void copies(const Call &call)
+{
+    changeManner(call, [](auto &manner, int number) { manner.copies = number; });
+}
+
+void length(const Call &call)
+{
+    changeManner(
+        call, [](auto &manner, int number) { manner.length = static_cast<std::size_t>(number); });
+}
+
+void unasked(const Call &call)
+{
+    call.scale.sendUnasked(static_cast<unsigned>(numberFromText(call.arguments[0])));
+    call.reply("ok");
+}
+
+void power(const Call &call)
+{
+    call.reply(call.scale.model.power() == ScaleModel::Power::On ? "on" : "off");
+}
+
 void reports(const Call &call)
 {
     replyLines(call.reply, call.scale.log.lines());
@@ -78,6 +129,12 @@ constexpr std::array commands = {
     Command{"weight", 1, 1, "weight GRAMS", weight},
     Command{"type", 1, 1, "type 0|1", type},
     Command{"silence", 1, 1, "silence on|off", silence},
+    Command{"form", 1, 1, "form plain|wide|composite", form},
+    Command{"delay", 1, 1, "delay MS", delay},
+    Command{"copies", 1, 1, "copies COUNT", copies},
+    Command{"length", 1, 1, "length BYTES", length},
+    Command{"unasked", 1, 1, "unasked MS", unasked},
+    Command{"power", 0, 0, "power", power},
     Command{"reports", 0, 0, "reports", reports},
     Command{"clear-reports", 0, 0, "clear-reports", clearReports},
 };

@@ -5,28 +5,64 @@
 
 #include "emulator/ScaleReportDescriptor.h"
 #include "scale/ScaleIdentity.h"
+#include "tests/system/gadget/MouseReportDescriptor.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <glib-unix.h>
+#include <memory>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
-GadgetScale::GadgetScale(const std::string &name, const std::string &deviceController)
-    : gadget({.name = name,
-              .vendorId = scaleVendorId,
-              .productId = scaleProductId,
-              .manufacturer = "Kelvane",
-              .product = "Postal Scale",
-              .reportDescriptor = scaleReportDescriptor},
-             deviceController)
+namespace {
+
+/// So far apart are two copies of a report: more than the host takes to fetch one.
+constexpr unsigned copyInterval = 30; // ms
+
+/// Bytes; the most that an interrupt transfer of this speed has.
+constexpr std::uint8_t wideReport = 64;
+
+/// The scale's, but for the length of its input reports.
+constexpr auto wideReportDescriptor = [] {
+    constexpr std::size_t inputCount = 15;
+    auto descriptor = scaleReportDescriptor;
+    descriptor.at(inputCount) = wideReport;
+    return descriptor;
+}();
+static_assert(scaleReportDescriptor[14] == 0x95, "the count of the input report's bytes");
+
+GadgetIdentity identityOf(const std::string &name, GadgetScale::Form form)
+{
+    using Form = GadgetScale::Form;
+    GadgetIdentity identity{.name = name,
+                            .vendorId = scaleVendorId,
+                            .productId = scaleProductId,
+                            .manufacturer = "Kelvane",
+                            .product = "Postal Scale",
+                            .reportDescriptor = scaleReportDescriptor};
+    if (form == Form::Wide) {
+        identity.reportDescriptor = wideReportDescriptor;
+        identity.reportLength = wideReport;
+    }
+    if (form == Form::Composite)
+        identity.secondDescriptor = mouseReportDescriptor;
+    return identity;
+}
+
+} // namespace
+
+GadgetScale::GadgetScale(const std::string &gadgetName, const std::string &deviceController)
+    : name(gadgetName)
+    , gadget(identityOf(name, Form::Plain), deviceController)
 {
 }
 
 GadgetScale::~GadgetScale()
 {
+    sendUnasked(0);
     closeNode();
 }
 
@@ -51,6 +87,11 @@ void GadgetScale::unplug()
     gadget.unplug();
 }
 
+void GadgetScale::setForm(Form form)
+{
+    gadget.setIdentity(identityOf(name, form));
+}
+
 void GadgetScale::receive()
 {
     std::array<std::uint8_t, 64> buffer = {};
@@ -65,11 +106,54 @@ void GadgetScale::receive()
         answer(*reply);
 }
 
+void GadgetScale::answer(const ScaleModel::InputReport &report)
+{
+    for (int copy = 0; copy < manner.copies; ++copy)
+        sendLater(report, manner.delay + static_cast<unsigned>(copy) * copyInterval);
+}
+
+void GadgetScale::sendLater(const ScaleModel::InputReport &report, unsigned milliseconds)
+{
+    if (milliseconds == 0) {
+        send(report);
+        return;
+    }
+    struct Due
+    {
+        GadgetScale *scale;
+        ScaleModel::InputReport report;
+    };
+    const auto callback = [](gpointer data) -> gboolean {
+        const std::unique_ptr<Due> due(static_cast<Due *>(data));
+        due->scale->send(due->report);
+        return G_SOURCE_REMOVE;
+    };
+    g_timeout_add(milliseconds, callback, new Due{this, report});
+}
+
+void GadgetScale::sendUnasked(unsigned milliseconds)
+{
+    if (unaskedTimer != 0)
+        g_source_remove(std::exchange(unaskedTimer, 0));
+    if (milliseconds == 0)
+        return;
+    const auto callback = [](gpointer data) -> gboolean {
+        const auto *scale = static_cast<GadgetScale *>(data);
+        scale->send(scale->model.reading());
+        return G_SOURCE_CONTINUE;
+    };
+    unaskedTimer = g_timeout_add(milliseconds, callback, this);
+}
+
 // While the host has not fetched the report before, this one is lost, as in a scale that has room
 // for one.
-void GadgetScale::answer(const ScaleModel::InputReport &report) const
+void GadgetScale::send(const ScaleModel::InputReport &report) const
 {
-    const ssize_t written = write(descriptor, report.data(), report.size());
+    if (descriptor < 0)
+        return;
+    std::vector<std::uint8_t> bytes(report.begin(), report.end());
+    bytes.resize(manner.length);
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
     if (written < 0 && errno != EAGAIN)
         std::perror("postal-scale-gadget: input report");
 }

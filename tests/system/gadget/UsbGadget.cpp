@@ -18,6 +18,14 @@ namespace fs = std::filesystem;
 
 const fs::path gadgets = "/sys/kernel/config/usb_gadget";
 
+// In a gadget's directory.
+constexpr auto english = "strings/0x409";
+constexpr auto configuration = "configs/c.1";
+/// Named by function and instance; also the links of the configuration to them. The host numbers
+/// the interfaces in the order in which they are made.
+constexpr auto firstFunction = "hid.first";
+constexpr auto secondFunction = "hid.second";
+
 /// The kernel takes an attribute in one write and answers by that write's result.
 void writeAttribute(const fs::path &attribute, std::string_view value)
 {
@@ -39,43 +47,63 @@ void describe(const fs::path &gadget, const GadgetIdentity &identity)
 {
     writeNumber(gadget / "idVendor", identity.vendorId);
     writeNumber(gadget / "idProduct", identity.productId);
-    const fs::path english = gadget / "strings/0x409";
-    fs::create_directory(english);
-    writeAttribute(english / "manufacturer", identity.manufacturer);
-    writeAttribute(english / "product", identity.product);
+    fs::create_directory(gadget / english);
+    writeAttribute(gadget / english / "manufacturer", identity.manufacturer);
+    writeAttribute(gadget / english / "product", identity.product);
 }
 
-fs::path addHidFunction(const fs::path &gadget, const GadgetIdentity &identity)
+fs::path addHidFunction(const fs::path &gadget, const char *name, int reportLength,
+                        std::span<const std::uint8_t> reportDescriptor)
 {
-    const fs::path function = gadget / ("functions/hid." + identity.name);
+    const fs::path function = gadget / "functions" / name;
     fs::create_directory(function);
     // Without an output endpoint, the host sends its reports over the control pipe.
     writeNumber(function / "no_out_endpoint", 1);
-    writeNumber(function / "report_length", identity.reportLength);
-    writeAttribute(function / "report_desc",
-                   {reinterpret_cast<const char *>(identity.reportDescriptor.data()),
-                    identity.reportDescriptor.size()});
+    writeNumber(function / "report_length", reportLength);
+    writeAttribute(
+        function / "report_desc",
+        {reinterpret_cast<const char *>(reportDescriptor.data()), reportDescriptor.size()});
+    fs::create_directory_symlink(function, gadget / configuration / name);
     return function;
 }
 
 } // namespace
 
-UsbGadget::UsbGadget(const GadgetIdentity &identity, std::string deviceController)
-    : directory(gadgets / identity.name)
+UsbGadget::UsbGadget(GadgetIdentity wanted, std::string deviceController)
+    : identity(std::move(wanted))
+    , directory(gadgets / identity.name)
     , controller(std::move(deviceController))
+{
+}
+
+// With each plug: the kernel has no more than four HID functions at a time.
+void UsbGadget::make()
 {
     fs::create_directory(directory);
     describe(directory, identity);
-    function = addHidFunction(directory, identity);
-    const fs::path configuration = directory / "configs/c.1";
-    fs::create_directory(configuration);
-    fs::create_directory_symlink(function, configuration / function.filename());
+    fs::create_directory(directory / configuration);
+    function =
+        addHidFunction(directory, firstFunction, identity.reportLength, identity.reportDescriptor);
+    if (!identity.secondDescriptor.empty())
+        addHidFunction(directory, secondFunction, identity.reportLength, identity.secondDescriptor);
+}
+
+void UsbGadget::remove() const
+{
+    for (const auto *name : {firstFunction, secondFunction}) {
+        fs::remove(directory / configuration / name);
+        fs::remove(directory / "functions" / name);
+    }
+    fs::remove(directory / configuration);
+    fs::remove(directory / english);
+    fs::remove(directory);
 }
 
 void UsbGadget::plug()
 {
     if (plugged)
         throw std::logic_error("already plugged in");
+    make();
     writeAttribute(directory / "UDC", controller);
     plugged = true;
 }
@@ -85,6 +113,7 @@ void UsbGadget::unplug()
     if (!plugged)
         throw std::logic_error("not plugged in");
     writeAttribute(directory / "UDC", "\n");
+    remove();
     plugged = false;
 }
 

@@ -18,6 +18,8 @@ struct GadgetIdentity
     std::string product;
     std::span<const std::uint8_t> reportDescriptor;
     int reportLength = 8; ///< bytes of the longest report
+    /// Of a second HID interface, a mouse's say; empty: there is none.
+    std::span<const std::uint8_t> secondDescriptor = {};
 };
 
 /// A HID device on a USB device controller of this kernel; dummy_hcd loops it back to a host
@@ -27,18 +29,24 @@ class UsbGadget
 {
 public:
     /// @param deviceController as in /sys/class/udc
-    UsbGadget(const GadgetIdentity &identity, std::string deviceController);
+    UsbGadget(GadgetIdentity identity, std::string deviceController);
 
     /// Throws std::logic_error when it is plugged in already.
     void plug();
     /// The node is gone afterwards: close it before. Throws std::logic_error when it is not
     /// plugged in.
     void unplug();
+    /// Of the next plug.
+    void setIdentity(const GadgetIdentity &wanted) { identity = wanted; }
 
     /// The device's side of the link; there from plug() to unplug().
     std::filesystem::path node() const;
 
 private:
+    void make();
+    void remove() const;
+
+    GadgetIdentity identity;
     std::filesystem::path directory;
     std::filesystem::path function;
     std::string controller;

@@ -42,12 +42,39 @@ class Bus:
         self.unplug_all()
         self.answer_polls()
         self.type(0)
+        self.form("plain")
+        self.delay(0)
+        self.copies(1)
+        self.length(8)
+        self.unasked(0)
 
     def weight(self, grams, scale=""):
         self.request(f"{scale} weight {grams}")
 
     def type(self, number):
         self.request(f"type {number}")
+
+    def form(self, name):
+        """Of the next plug: plain, wide or composite."""
+        self.request(f"form {name}")
+
+    def delay(self, milliseconds):
+        self.request(f"delay {milliseconds}")
+
+    def copies(self, count):
+        """Of each answer."""
+        self.request(f"copies {count}")
+
+    def length(self, count):
+        """Bytes of each report."""
+        self.request(f"length {count}")
+
+    def unasked(self, milliseconds):
+        """Between reports that nobody asks for; 0: there are none."""
+        self.request(f"unasked {milliseconds}")
+
+    def power(self):
+        return self.request("power")
 
     def ignore_polls(self):
         self.request("silence on")

@@ -4,22 +4,27 @@
 
 from bus import Bus
 from program import Program, run
-from system import SEAT_USER, Udev, hidraw_nodes, seat_user, wait_until
+from system import SEAT_USER, Udev, change_seat, hidraw_nodes, wait_until
 
 
 PROGRAM = "/usr/bin/postal-scale"
 
 
 class Guest:
-    def __init__(self):
-        seat_user()
+    def __init__(self, is_full):
+        """@param is_full: with as many rounds as are promised, which takes long"""
+        self.is_full = is_full
+        change_seat(SEAT_USER)
         self.udev = Udev()
         self.bus = Bus("/usr/bin/postal-scale-gadget")
         self.programs = []
         self.notes = []
 
-    def start_program(self):
-        program = Program(PROGRAM, SEAT_USER)
+    def rounds(self, few, many):
+        return many if self.is_full else few
+
+    def start_program(self, user=SEAT_USER):
+        program = Program(PROGRAM, user)
         self.programs.append(program)
         return program
 
@@ -35,12 +40,15 @@ class Guest:
         self.bus.unplug_all()
         wait_until(lambda: not hidraw_nodes(), "every node to be gone")
         for program in self.programs:
+            if program.is_stopped:
+                continue
             program.check_alive()
             wait_until(lambda: not program.open_nodes(), "every handle to be closed")
 
     def clear_away(self):
         """For the next scenario. The notes of this one and what its programs wrote."""
         self.bus.reset()
+        change_seat(SEAT_USER)
         self.udev.restore()
         for program in self.programs:
             program.stop()

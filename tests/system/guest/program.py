@@ -6,6 +6,7 @@ import contextlib
 import os
 import pathlib
 import re
+import struct
 import subprocess
 import tempfile
 import threading
@@ -13,7 +14,7 @@ import time
 
 from system import PATIENCE, wait_until
 
-SYSTEM_CALL_READ = "0"
+SYSTEM_CALL_POLL = "7"
 
 
 def as_user(user):
@@ -41,6 +42,7 @@ class Program:
         self.lines = []
         self.seen = 0  # lines that expect() has passed
         self.ended = False
+        self.is_stopped = False
         self.news = threading.Condition()
         threading.Thread(target=self.collect, daemon=True).start()
         self.expect("Select .*")
@@ -95,13 +97,25 @@ class Program:
         assert status is None, f"the program ended with status {status}"
 
     def stop(self):
+        if self.is_stopped:
+            return
         self.process.terminate()
         try:
-            self.process.wait(PATIENCE)
+            self.wait_for_end()
         except subprocess.TimeoutExpired:
             # It waits for a silent scale; the second signal does not.
             self.process.terminate()
             self.process.wait()
+
+    def kill(self):
+        """It leaves the scale on."""
+        self.process.kill()
+        self.wait_for_end()
+
+    def wait_for_end(self):
+        """Which is meant to come: the status."""
+        self.is_stopped = True
+        return self.process.wait(PATIENCE)
 
     def descriptors(self):
         targets = []
@@ -121,13 +135,16 @@ class Program:
         text = pathlib.Path(f"/proc/{self.identifier}/status").read_text()
         return re.search(rf"^{field}:\s*(\d+)", text, re.MULTILINE).group(1)
 
-    def reads_from_scale(self):
-        """Whether its main thread waits in a read of a hidraw node at this moment."""
+    def waits_for_scale(self):
+        """Whether its main thread waits for a report of a hidraw node, and nothing else, now."""
         call = pathlib.Path(f"/proc/{self.identifier}/syscall").read_text().split()
-        if call[0] != SYSTEM_CALL_READ:
+        if call[0] != SYSTEM_CALL_POLL or int(call[2], 16) != 1:
             return False
-        target = os.readlink(f"/proc/{self.identifier}/fd/{int(call[1], 16)}")
+        with open(f"/proc/{self.identifier}/mem", "rb") as memory:
+            memory.seek(int(call[1], 16))
+            [descriptor] = struct.unpack("i", memory.read(4))
+        target = os.readlink(f"/proc/{self.identifier}/fd/{descriptor}")
         return target.startswith("/dev/hidraw")
 
-    def wait_until_it_reads(self):
-        wait_until(self.reads_from_scale, "a read to wait")
+    def wait_until_it_waits(self):
+        wait_until(self.waits_for_scale, "a wait for a report")

@@ -6,32 +6,10 @@ import re
 import time
 
 from system import OTHER_USER, SEAT_USER, can_open, hidraw_nodes, user_rights, wait_until
+from weighing import check_equal, expect_grams, plug_and_open, unplug_and_lose
 
 REPLUGS = 200
 NODE = "/dev/hidraw0"
-
-
-def check_equal(found, wanted):
-    assert found == wanted, f"{found} instead of {wanted}"
-
-
-def plug_and_open(guest, program, device="scale"):
-    guest.bus.plug(device)
-    program.expect("DeviceAdded")
-    program.expect("go forward")
-    program.expect("our device")
-
-
-def unplug_and_lose(guest, program, device="scale"):
-    guest.bus.unplug(device)
-    program.expect("DeviceRemoved")
-    program.expect("hid_device_removal_callback")
-
-
-def expect_grams(program, grams):
-    """A reading of the scale that counts grams."""
-    program.expect(f"W Value for Scale 0 is {grams}")
-    program.expect(f"wgm value is-->{grams}")
 
 
 def rest(program):
@@ -101,7 +79,7 @@ def unplug_in_read(guest):
     plug_and_open(guest, program)
     expect_grams(program, 321)
     guest.bus.ignore_polls()
-    program.wait_until_it_reads()
+    program.wait_until_it_waits()
     guest.bus.unplug()
     program.expect(r"Unable to read\(\)")
     program.expect("DeviceRemoved")

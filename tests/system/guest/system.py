@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """The guest's kernel, udev and users."""
 
+import contextlib
 import os
 import pathlib
 import struct
@@ -21,6 +22,9 @@ RULE = "60-postal-scale.rules"
 UDEVADM = "/usr/lib/udev/udevadm"
 POSTINST = pathlib.Path("/var/lib/dpkg/info/postal-scale.postinst")
 
+LOGIND = pathlib.Path("/run/systemd")
+
+ACL = "system.posix_acl_access"
 ACL_VERSION = 2
 ACL_NAMED_USER = 2
 
@@ -39,7 +43,7 @@ def hidraw_nodes():
 
 def user_rights(node):
     """By user, of those whom an access control list names: 6 is to read and to write."""
-    acl = os.getxattr(node, "system.posix_acl_access")
+    acl = os.getxattr(node, ACL)
     [version] = struct.unpack_from("<I", acl)
     assert version == ACL_VERSION
     entries = struct.iter_unpack("<HHI", acl[4:])
@@ -52,14 +56,28 @@ def can_open(node, user):
     return attempt.returncode == 0
 
 
-def seat_user():
-    """What logind says while a user sits at the machine, as udev and the program read it."""
-    logind = pathlib.Path("/run/systemd")
-    for name, text in ((f"users/{SEAT_USER}", "ACTIVE_SEATS=seat0\n"),
-                       ("seats/seat0", f"IS_SEAT0=1\nACTIVE=1\nACTIVE_UID={SEAT_USER}\n")):
-        file = logind / name
-        file.parent.mkdir(parents=True)
-        file.write_text(text)
+def change_seat(user):
+    """What logind says while a user sits at the machine, as udev and the program read it; and what
+    it does to the devices that are there: their rights change hands without a word from udev."""
+    for other in SEAT_USER, OTHER_USER:
+        write_file(LOGIND / f"users/{other}", "ACTIVE_SEATS=seat0\n" if other == user else "")
+    write_file(LOGIND / "seats/seat0", f"IS_SEAT0=1\nACTIVE=1\nACTIVE_UID={user}\n")
+    for node in hidraw_nodes():
+        give(node, user)
+
+
+def write_file(path, text):
+    path.parent.mkdir(parents=True, exist_ok=True)
+    path.write_text(text)
+
+
+def give(node, user):
+    """To that user instead of another, where a rule has given it to somebody."""
+    with contextlib.suppress(OSError):
+        acl = os.getxattr(node, ACL)
+        entries = [(tag, rights, user if tag == ACL_NAMED_USER else identifier)
+                   for tag, rights, identifier in struct.iter_unpack("<HHI", acl[4:])]
+        os.setxattr(node, ACL, acl[:4] + b"".join(struct.pack("<HHI", *each) for each in entries))
 
 
 class Udev:
@@ -84,6 +102,7 @@ class Udev:
         self.reload()
 
     def restore(self):
+        self.go_on()
         (LOCAL_RULES / RULE).unlink(missing_ok=True)
         (PACKAGED_RULES / RULE).write_text(self.rule)
         self.reload()
@@ -96,6 +115,15 @@ class Udev:
             subprocess.run(["sh", POSTINST, "configure"], check=True, env={"PATH": path})
         else:
             self.apply_again()
+
+    @staticmethod
+    def hold():
+        """What happens from now on is not dealt with until go_on()."""
+        subprocess.run([UDEVADM, "control", "--stop-exec-queue"], check=True)
+
+    @staticmethod
+    def go_on():
+        subprocess.run([UDEVADM, "control", "--start-exec-queue"], check=True)
 
     @staticmethod
     def reload():
