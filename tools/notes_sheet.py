@@ -14,10 +14,13 @@ import harness
 import sheet
 from waiting import wait_until
 
+PAN_OFF = -1
+"""Grams, for the emulated scale: its pan is lifted off."""
+
 GUISES = {"USPS": ({}, True), "plain": ({}, False), "dark": (sheet.DARK, True),
           "dark plain": (sheet.DARK, False)}
 
-OPTION_SETTINGS = "[General]\nsettledOnly={on}\n[defaultValue]\n300=selected\n"
+CLIPBOARD, USPS, UPS, FEDEX = 300, 400, 500, 600
 
 
 class Photographer:
@@ -34,6 +37,11 @@ class Photographer:
         self._program.wait_for_polls(2)
         self.take_now(words)
 
+    def take_at_once(self, words):
+        """What may be gone after two polls."""
+        wait_until(lambda: self._program.window.says(words), f"{words!r} in the window")
+        self.take_now(words)
+
     def take_now(self, title):
         """With what has opened over the window."""
         self._session.output_of("xdotool", "mousemove", "0", "0")
@@ -45,13 +53,18 @@ class Photographer:
         self.parts += ["-label", f"{self._guise}: {title}", str(file)]
 
 
-def start(session, guise, *, on, load):
+def settings(on, destinations):
+    chosen = "".join(f"{each}=selected\n" for each in destinations)
+    return f"[General]\nsettledOnly={str(on).lower()}\n[defaultValue]\n{chosen}"
+
+
+def start(session, guise, *, on, load, destinations=(CLIPBOARD,), wrapper=()):
     environment, usps = GUISES[guise]
     folder = sheet.folder_with_branding(session, usps)
     (folder / "postal-scale" / "postal-scale.ini").write_text(
-        OPTION_SETTINGS.format(on=str(on).lower()), encoding="utf-8")
+        settings(on, destinations), encoding="utf-8")
     return harness.Program(session, arguments=("--weight", str(load)), environment=environment,
-                           settings_folder=folder)
+                           settings_folder=folder, wrapper=wrapper)
 
 
 def take_every_reading(session, guise, shots):
@@ -73,6 +86,10 @@ def take_every_reading(session, guise, shots):
         program.scale.tell("fail-read on")
         photographer.take("No reading")
         program.scale.tell("fail-read off")
+        program.scale.tell(f"weight {PAN_OFF}")
+        photographer.take("Pan lifted")
+        program.scale.tell("silence on")
+        photographer.take_at_once("The scale does not answer")
     finally:
         program.kill()
     return photographer.parts
@@ -103,6 +120,47 @@ def take_settled_weights(session, guise, shots):
     return photographer.parts
 
 
+def take_carriers(session, guise, shots):
+    program = start(session, guise, on=False, load=1234, destinations=(USPS, UPS, FEDEX))
+    photographer = Photographer(session, program, shots, guise + " carriers")
+    try:
+        program.wait_for_reading("1234 grams")
+        program.window.press("ctrl+5")
+        photographer.take("a FedEx field: ")
+        program.window.press("ctrl+1")
+        photographer.take("some UPS fields: ")
+    finally:
+        program.kill()
+    return photographer.parts
+
+
+def take_what_waits(session, guise, shots):
+    """Slowly, since a weight settles within three polls."""
+    program = start(session, guise, on=True, load=0, destinations=(USPS,),
+                    wrapper=harness.SLOWED_DOWN)
+    photographer = Photographer(session, program, shots, guise + " waiting")
+    try:
+        program.wait_for_reading("0 grams")
+        program.scale.tell("weight 1234")
+        photographer.take_at_once("Settling")
+        program.window.press("ctrl+1")
+        photographer.take_at_once(", when it has settled")
+        photographer.take("nothing has taken it")
+    finally:
+        program.kill()
+    return photographer.parts
+
+
+def take_what_does_not_leave(session, guise, shots):
+    program = start(session, guise, on=True, load=1234)
+    photographer = Photographer(session, program, shots, guise + " unchosen")
+    try:
+        photographer.take("does not leave: choose a unit")
+    finally:
+        program.kill()
+    return photographer.parts
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
@@ -111,8 +169,9 @@ def main():
         shots = session.new_folder("shots")
         parts = []
         for guise in GUISES:
-            parts += take_every_reading(session, guise, shots)
-            parts += take_settled_weights(session, guise, shots)
+            for take in (take_every_reading, take_settled_weights, take_carriers,
+                         take_what_waits, take_what_does_not_leave):
+                parts += take(session, guise, shots)
         session.output_of("montage", *parts, "-tile", "4x", "-geometry", "440x250+4+4",
                           "-dither", "None", "-colors", "128", f"PNG8:{folder}/notes.png")
 
