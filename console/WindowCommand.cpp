@@ -37,7 +37,19 @@ int WindowCommand::run(const CommandLine &line, const ActivationRight &right)
         std::fputs("Postal Scale is running already, but does not answer\n", stderr);
         return 1;
     }
-    return weigh(line);
+    // Not before: the log of the one that runs may be the same file.
+    return openLog(line) ? weigh(line) : EX_USAGE;
+}
+
+bool WindowCommand::openLog(const CommandLine &line)
+{
+    const QString file =
+        line.logFile.isEmpty() ? qEnvironmentVariable("POSTAL_SCALE_LOG") : line.logFile;
+    QString trouble;
+    if (file.isEmpty() || m_log.writeTo(file, &trouble))
+        return true;
+    std::fprintf(stderr, "Cannot write %s: %s\n", qPrintable(file), qPrintable(trouble));
+    return false;
 }
 
 int WindowCommand::weigh(const CommandLine &line)
