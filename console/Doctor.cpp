@@ -100,7 +100,10 @@ Finding running(const DoctorFacts &facts)
     case DoctorFacts::Running::Yes: return good(QStringLiteral("Postal Scale is running"));
     case DoctorFacts::Running::NotAnswering:
         return trouble(QStringLiteral("Postal Scale is running, but does not answer"),
-                       QStringLiteral("It waits for the scale: plug the scale in again."));
+                       facts.runningProcess == 0
+                           ? QStringLiteral("End it and start it again.")
+                           : QStringLiteral("End it (process %1) and start it again.")
+                                 .arg(facts.runningProcess));
     }
     return note(QStringLiteral("Postal Scale is not running"));
 }
