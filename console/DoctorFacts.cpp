@@ -139,6 +139,7 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
     askWindow(instance, facts);
     facts.runningProcess = instance.ownerProcess();
     facts.instanceTrouble = instance.trouble();
+    facts.instanceCure = instance.cure();
     if (facts.node.access != ScaleAccess::Absent)
         facts.otherHolders = holdersOf(facts.node.path, facts.runningProcess);
     if (facts.desktop == Desktop::X11)

@@ -31,6 +31,7 @@ struct DoctorFacts
     WindowSituation window;          ///< empty if none answers
     UserFolder runtimeFolder;        ///< where the sockets are, or should be
     QString instanceTrouble;         ///< why starts do not find each other; empty if they do
+    QString instanceCure;            ///< of it
 
     static DoctorFacts gather(HidDevices &devices, SingleInstance &instance);
 };

@@ -67,9 +67,10 @@ int WindowCommand::weigh(const CommandLine &line)
     m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
     if (!m_instance.trouble().isEmpty())
         m_application.delegate()->showSessionTrouble(
-            QStringLiteral("Later starts do not find this window: %1. Do not start a second one: "
-                           "two programs that read a scale take each other's answers.")
-                .arg(m_instance.trouble()));
+            QStringLiteral("Later starts do not find this window: %1. %2 Until then, do not start "
+                           "a second one: two programs that read a scale take each other's "
+                           "answers.")
+                .arg(m_instance.trouble(), m_instance.cure()));
     const SessionFollower follower(*m_application.delegate(), m_endSignals);
     return Application::exec();
 }
