@@ -62,7 +62,9 @@ void PostalScaleAppDelegate::showConnectionLamp()
 
 void PostalScaleAppDelegate::readData(QTimer *timer)
 {
-    if (pausereadtimer || hid_obj->isReadingOpen()) {
+    if (m_rest.isOverdue())
+        wakeUp();
+    if (pausereadtimer || m_rest.isResting() || hid_obj->isReadingOpen()) {
         showNotes();
         return;
     }
@@ -100,7 +102,7 @@ void PostalScaleAppDelegate::setSilent(bool silent)
 
 void PostalScaleAppDelegate::lookForReport()
 {
-    if (pausereadtimer)
+    if (pausereadtimer || m_rest.isResting())
         return;
     hid_obj->continueReading();
     if (hid_obj->isReadingOpen())

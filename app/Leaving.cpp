@@ -22,8 +22,7 @@ std::optional<Destination> destinationOf(int carrierNumber)
 void PostalScaleAppDelegate::takeReport(const WeightReport &report, ReadOutcome outcome)
 {
     m_parcel.takeReport(report, outcome);
-    if (outcome == ReadOutcome::Read)
-        noticeScaleOff();
+    noticeScaleOff(outcome);
 }
 
 void PostalScaleAppDelegate::copyToClipboard(const QString &text)
@@ -53,8 +52,8 @@ void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
 void PostalScaleAppDelegate::showNotes()
 {
     if (!isDeviceConnected) {
-        endPollingAroundSleep();
         forgetScalePower();
+        endPollingAroundSleep();
     }
     m_noteLabels.show(m_parcel.notes());
     m_recentWeightsMenu.show(m_parcel.recentWeights().all());

@@ -156,7 +156,7 @@ private:
     /// Around a sleep, a scale that is announced anew must not be polled by the old timer too.
     void endPollingAroundSleep();
     /// A scale that was on reports that it is off, though nobody here has switched it off.
-    void noticeScaleOff();
+    void noticeScaleOff(ReadOutcome outcome);
     void forgetScalePower();
     void showConnectionLamp();
     /// Whether the reading waits for its report.
@@ -175,6 +175,7 @@ private:
     QTimer m_look; ///< for the report of a silent scale; runs as long as it is silent
     SleepRest m_rest;
     bool m_scaleWasOn = false; ///< at its latest report
+    bool m_isOffAsked = false; ///< from here; it has not reported it yet
     StatusArea m_statusArea;
     Panel m_panel;
     UnitColumn m_units;

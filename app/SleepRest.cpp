@@ -13,6 +13,9 @@ namespace {
 /// A hub and its devices are back within two or three seconds.
 constexpr auto settlingTime = 10s;
 
+/// logind waits five seconds for those who hold it up, unless it is told to wait longer.
+constexpr auto longestGoodNight = 30s;
+
 std::chrono::nanoseconds read(clockid_t clock)
 {
     timespec time{};
@@ -33,6 +36,12 @@ void SleepRest::begin()
     m_isResting = true;
     m_isAwake = false;
     m_sleptBefore = slept();
+    m_sinceBegin.start();
+}
+
+bool SleepRest::isOverdue() const
+{
+    return isAsleep() && std::chrono::milliseconds(m_sinceBegin.elapsed()) >= longestGoodNight;
 }
 
 std::chrono::milliseconds SleepRest::wakeUp()

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QDeadlineTimer>
+#include <QElapsedTimer>
 #include <chrono>
 
 /// Where the machine stands between the news that it goes to sleep and the moment when its devices
@@ -16,6 +17,11 @@ public:
     std::chrono::milliseconds wakeUp();
     void end() { m_isResting = m_isAwake = false; }
 
+    /// The machine has not been said to be awake.
+    bool isAsleep() const { return m_isResting && !m_isAwake; }
+    /// Asleep for longer than a machine takes to fall asleep, by the clock that stands still while
+    /// it sleeps: the news that it is awake will not come any more.
+    bool isOverdue() const;
     /// The scale has not been found again yet.
     bool isResting() const { return m_isResting; }
     /// The machine is awake, the scale is not found yet, and its coming or going may be announced.
@@ -27,5 +33,6 @@ private:
     bool m_isResting = false;
     bool m_isAwake = false;
     std::chrono::nanoseconds m_sleptBefore{}; ///< all sleeps since the machine was started
+    QElapsedTimer m_sinceBegin;
     QDeadlineTimer m_settling{0};
 };

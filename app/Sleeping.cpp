@@ -21,14 +21,13 @@ constexpr auto searchInterval = 250ms;
 void PostalScaleAppDelegate::prepareForSleep()
 {
     m_rest.begin();
-    pausereadtimer = true;
     m_parcel.markOld();
     showNotes();
 }
 
 void PostalScaleAppDelegate::wakeUp()
 {
-    if (!m_rest.isResting())
+    if (!m_rest.isAsleep())
         return;
     m_parcel.noteSlept(m_rest.wakeUp());
     showNotes();
@@ -37,14 +36,14 @@ void PostalScaleAppDelegate::wakeUp()
 
 void PostalScaleAppDelegate::lookForScaleAgain()
 {
-    if (!m_rest.isResting())
+    // The search of before one sleep is none of the next.
+    if (!m_rest.isResting() || m_rest.isAsleep())
         return;
     // After some time without a word of it, whatever holds it up is for the polls to tell.
     const bool isFound = !isDeviceConnected || hid_obj->reopenHandle();
     if (isFound || !m_rest.isLooking()) {
         m_rest.end();
         setSilent(hid_obj->isReadingOpen()); // one of before the sleep ended with its handle
-        pausereadtimer = false;
         return;
     }
     QTimer::singleShot(searchInterval, this, &PostalScaleAppDelegate::lookForScaleAgain);
@@ -59,27 +58,33 @@ void PostalScaleAppDelegate::endPollingAroundSleep()
         timer->stop();
         timer->deleteLater();
     }
-    if (!m_rest.isResting())
-        return;
     m_rest.end();
-    pausereadtimer = false;
 }
 
-void PostalScaleAppDelegate::noticeScaleOff()
+void PostalScaleAppDelegate::noticeScaleOff(ReadOutcome outcome)
 {
+    const bool isLatest = hid_obj->TurnOff() && !hid_obj->TurnON();
+    // The request rides on the poll, whatever comes back.
+    const bool isUnderWay = (hid_obj->scaleCommand() & powerOffBit) != 0;
+    m_isOffAsked = isLatest && (m_isOffAsked || isUnderWay);
+    if (outcome == ReadOutcome::Failed)
+        return;
     const bool isOn = hid_obj->currentStatue();
-    const bool switchedOffHere = hid_obj->TurnOff() && !hid_obj->TurnON();
     if (isOn)
-        forgetScalePower();
-    else if (m_scaleWasOn && !switchedOffHere)
+        m_statusArea.setNotice(StatusArea::Notice::Scale, {});
+    else if (m_scaleWasOn && !m_isOffAsked)
         m_statusArea.setNotice(StatusArea::Notice::Scale,
                                QStringLiteral("The scale has switched itself off. Ctrl+P switches "
                                               "it on; tare is lost"));
     m_scaleWasOn = isOn;
+    // Granted; whatever switches it off later is not that.
+    m_isOffAsked = m_isOffAsked && isOn;
 }
 
 void PostalScaleAppDelegate::forgetScalePower()
 {
-    m_scaleWasOn = false;
+    // One that the sleep takes away and brings back is the same one.
+    if (!m_rest.isNear())
+        m_scaleWasOn = false;
     m_statusArea.setNotice(StatusArea::Notice::Scale, {});
 }

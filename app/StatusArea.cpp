@@ -43,10 +43,13 @@ void StatusArea::showNotices()
 {
     QStringList shown;
     QStringList explained;
-    for (const QString &notice : std::as_const(m_notices)) {
+    for (auto entry = m_notices.cbegin(); entry != m_notices.cend(); ++entry) {
+        const QString &notice = entry.value();
         if (notice.isEmpty())
             continue;
-        shown.append(notice.section(QStringLiteral(". "), 0, 0));
+        // Its cure is one key, and it is short.
+        shown.append(entry.key() == Notice::Scale ? notice
+                                                  : notice.section(QStringLiteral(". "), 0, 0));
         explained.append(notice);
     }
     m_shown = shown.join(QStringLiteral(" \u00b7 "));

@@ -25,7 +25,8 @@ public:
     /// @param settings tell of their own trouble, and must outlive the area
     StatusArea(QMainWindow &window, const QMargins &above, const Settings &settings);
 
-    /// The first sentence is shown, the whole text on hover; empty takes the notice away.
+    /// The first sentence is shown, of the scale all of them; the whole text on hover. Empty takes
+    /// the notice away.
     void setNotice(Notice topic, const QString &text);
     void showBrowserStatus(const QString &text);
 

@@ -73,7 +73,7 @@ bool openEmptied(QFile &file, const QString &path, QString *trouble)
 {
     const int descriptor =
         open(QFile::encodeName(path).constData(),
-             O_WRONLY | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, newFileMode);
+             O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, newFileMode);
     if (descriptor < 0) {
         *trouble = openingError();
         return false;

@@ -20,8 +20,8 @@ inline constexpr qint64 anySize = std::numeric_limits<qint64>::max() / 1024;
 /// more than @p most KiB.
 std::optional<QByteArray> readRegularFile(const QString &path, qint64 most, QString *trouble);
 
-/// Opens @p file at @p path for writing, without a buffer, and empties it. False, and the reason in
-/// @p trouble, where that is not possible; nothing was changed then.
+/// Opens @p file at @p path for writing at its end, without a buffer, and empties it. False, and
+/// the reason in @p trouble, where that is not possible; nothing was changed then.
 bool openEmptied(QFile &file, const QString &path, QString *trouble);
 
 /// Why the file at @p path is not to be opened: it is no regular one, or has more than @p most KiB.

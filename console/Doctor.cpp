@@ -100,7 +100,10 @@ Finding running(const DoctorFacts &facts)
     case DoctorFacts::Running::Yes: return good(QStringLiteral("Postal Scale is running"));
     case DoctorFacts::Running::NotAnswering:
         return trouble(QStringLiteral("Postal Scale is running, but does not answer"),
-                       QStringLiteral("It waits for the scale: plug the scale in again."));
+                       facts.runningProcess == 0
+                           ? QStringLiteral("End it and start it again.")
+                           : QStringLiteral("End it (process %1) and start it again.")
+                                 .arg(facts.runningProcess));
     }
     return note(QStringLiteral("Postal Scale is not running"));
 }
@@ -160,16 +163,20 @@ Finding browser(const DoctorFacts &facts)
 /// Only where it keeps anything from working.
 QList<Finding> folderTroubles(const DoctorFacts &facts)
 {
+    const UserFolder &folder = facts.runtimeFolder;
+    const bool isBoth = facts.instanceTrouble == folder.trouble;
     QList<Finding> troubles;
-    if (!facts.runtimeFolder.trouble.isEmpty())
+    // Where the session has none, starts find each other in one that the toolkit makes.
+    if (!folder.trouble.isEmpty())
         troubles.append(
-            trouble(QStringLiteral("Browsers and later starts do not reach the window: ") +
-                        facts.runtimeFolder.trouble,
-                    facts.runtimeFolder.cure));
-    if (!facts.instanceTrouble.isEmpty())
+            trouble((isBoth ? QStringLiteral("Browsers and later starts do not reach the window: ")
+                            : QStringLiteral("Browsers do not reach the window: ")) +
+                        folder.trouble,
+                    folder.cure));
+    if (!facts.instanceTrouble.isEmpty() && !isBoth)
         troubles.append(
             trouble(QStringLiteral("Later starts do not find the window: ") + facts.instanceTrouble,
-                    QStringLiteral("Close Postal Scale, and move away what is named here.")));
+                    facts.instanceCure));
     return troubles;
 }
 

@@ -137,9 +137,11 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
     facts.linkedBrowsers = ::linkedBrowsers();
     facts.runtimeFolder = UserFolder::ofSession();
     askWindow(instance, facts);
+    facts.runningProcess = instance.ownerProcess();
     facts.instanceTrouble = instance.trouble();
+    facts.instanceCure = instance.cure();
     if (facts.node.access != ScaleAccess::Absent)
-        facts.otherHolders = holdersOf(facts.node.path, instance.ownerProcess());
+        facts.otherHolders = holdersOf(facts.node.path, facts.runningProcess);
     if (facts.desktop == Desktop::X11)
         facts.keepsOnTop = x11KeepsOnTop();
     return facts;

@@ -24,12 +24,14 @@ struct DoctorFacts
     std::optional<int> seats; ///< where the user is in front; nothing where no logind tells
     QStringList otherHolders; ///< programs that have the scale open, without Postal Scale itself
     Running running = Running::No;
+    qint64 runningProcess = 0;       ///< 0 if there is none
     Desktop desktop = Desktop::None; ///< that the window is on, or would be
     std::optional<bool> keepsOnTop;  ///< nothing where its display cannot be asked
     QStringList linkedBrowsers;      ///< those whose extension can reach the program
     WindowSituation window;          ///< empty if none answers
     UserFolder runtimeFolder;        ///< where the sockets are, or should be
     QString instanceTrouble;         ///< why starts do not find each other; empty if they do
+    QString instanceCure;            ///< of it
 
     static DoctorFacts gather(HidDevices &devices, SingleInstance &instance);
 };

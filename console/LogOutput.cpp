@@ -84,6 +84,8 @@ LogOutput::LogOutput()
     all.sinceStart.start();
     all.tellsAll = qEnvironmentVariable("QT_LOGGING_RULES")
                        .contains(QLatin1String(systemLog().categoryName()));
+    // Made before anything is registered for the end of the process, it outlives that.
+    ioLog();
     all.standardError = qInstallMessageHandler(distribute);
     setInformative(false);
 }

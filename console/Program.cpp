@@ -21,13 +21,6 @@ int showWindow(Application &application, const CommandLine &line, const Activati
                EndSignals &endSignals)
 {
     LogOutput log;
-    const QString logFile =
-        line.logFile.isEmpty() ? qEnvironmentVariable("POSTAL_SCALE_LOG") : line.logFile;
-    QString trouble;
-    if (!logFile.isEmpty() && !log.writeTo(logFile, &trouble)) {
-        std::fprintf(stderr, "Cannot write %s: %s\n", qPrintable(logFile), qPrintable(trouble));
-        return EX_USAGE;
-    }
     SingleInstance instance(SingleInstance::defaultFolder());
     return WindowCommand(application, instance, endSignals, log).run(line, right);
 }

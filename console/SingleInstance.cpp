@@ -35,6 +35,19 @@ QJsonObject message(const QByteArray &line)
     return QJsonDocument::fromJson(line).object();
 }
 
+/// Why there is none. The toolkit takes none but that with the very permissions of a session's.
+UserFolder unsafeFolder()
+{
+    const UserFolder folder = UserFolder::ofSession();
+    if (!folder.trouble.isEmpty())
+        return folder;
+    return {
+        .path = {},
+        .trouble = QStringLiteral("the runtime folder %1 is not the user's alone").arg(folder.path),
+        .cure =
+            QStringLiteral("Run: chmod 700 %1. Then start the program again.").arg(folder.path)};
+}
+
 bool waitForLine(QLocalSocket &socket)
 {
     const QDeadlineTimer deadline(claimPatience);
@@ -66,7 +79,9 @@ QString SingleInstance::defaultFolder()
 SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
 {
     if (m_socketPath.isEmpty()) {
-        m_trouble = QStringLiteral("there is no safe folder for their socket");
+        const UserFolder folder = unsafeFolder();
+        m_trouble = folder.trouble;
+        m_cure = folder.cure;
         return {};
     }
     const QDeadlineTimer deadline(claimPatience);
@@ -74,7 +89,7 @@ SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
         switch (m_lock.tryTake()) {
         case InstanceLock::Outcome::Taken: return {};
         case InstanceLock::Outcome::Impossible:
-            m_trouble = m_lock.trouble();
+            beHidden(m_lock.trouble());
             logLine(QStringLiteral("Other running instances cannot be looked for: %1 is not usable")
                         .arg(m_socketPath));
             return {};
@@ -117,8 +132,14 @@ void SingleInstance::serve(Handler handler)
     QLocalServer::removeServer(m_socketPath);
     if (m_server.listen(m_socketPath))
         return;
-    m_trouble = QStringLiteral("%1: %2").arg(m_socketPath, m_server.errorString());
+    beHidden(QStringLiteral("%1: %2").arg(m_socketPath, m_server.errorString()));
     logLine(QStringLiteral("Later starts cannot reach this one: %1").arg(m_server.errorString()));
+}
+
+void SingleInstance::beHidden(const QString &trouble)
+{
+    m_trouble = trouble;
+    m_cure = QStringLiteral("Close Postal Scale, and move away what is named here.");
 }
 
 void SingleInstance::greet()

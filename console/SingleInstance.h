@@ -40,6 +40,8 @@ public:
     Claim claim(const QJsonObject &request);
     /// Why later starts do not find this one; empty where they do. Known once it serves.
     const QString &trouble() const { return m_trouble; }
+    /// Of it, in one sentence or two.
+    const QString &cure() const { return m_cure; }
     /// Of the first; 0 if there is none.
     qint64 ownerProcess() const;
 
@@ -50,10 +52,13 @@ public:
 private:
     std::optional<Claim> ask(const QJsonObject &request) const;
     void greet();
+    /// @param trouble something that lies where its files belong
+    void beHidden(const QString &trouble);
 
     QString m_socketPath;
     InstanceLock m_lock;
     QString m_trouble;
+    QString m_cure;
     QLocalServer m_server;
     Handler m_handler;
 };

@@ -37,7 +37,19 @@ int WindowCommand::run(const CommandLine &line, const ActivationRight &right)
         std::fputs("Postal Scale is running already, but does not answer\n", stderr);
         return 1;
     }
-    return weigh(line);
+    // Not before: the log of the one that runs may be the same file.
+    return openLog(line) ? weigh(line) : EX_USAGE;
+}
+
+bool WindowCommand::openLog(const CommandLine &line)
+{
+    const QString file =
+        line.logFile.isEmpty() ? qEnvironmentVariable("POSTAL_SCALE_LOG") : line.logFile;
+    QString trouble;
+    if (file.isEmpty() || m_log.writeTo(file, &trouble))
+        return true;
+    std::fprintf(stderr, "Cannot write %s: %s\n", qPrintable(file), qPrintable(trouble));
+    return false;
 }
 
 int WindowCommand::weigh(const CommandLine &line)
@@ -55,9 +67,10 @@ int WindowCommand::weigh(const CommandLine &line)
     m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
     if (!m_instance.trouble().isEmpty())
         m_application.delegate()->showSessionTrouble(
-            QStringLiteral("Later starts do not find this window: %1. Do not start a second one: "
-                           "two programs that read a scale take each other's answers.")
-                .arg(m_instance.trouble()));
+            QStringLiteral("Later starts do not find this window: %1. %2 Until then, do not start "
+                           "a second one: two programs that read a scale take each other's "
+                           "answers.")
+                .arg(m_instance.trouble(), m_instance.cure()));
     const SessionFollower follower(*m_application.delegate(), m_endSignals);
     return Application::exec();
 }

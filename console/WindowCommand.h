@@ -25,6 +25,8 @@ public:
     int run(const CommandLine &line, const ActivationRight &right);
 
 private:
+    /// False, and the reason on standard error, where the file that is asked for cannot be written.
+    bool openLog(const CommandLine &line);
     int weigh(const CommandLine &line);
     QJsonObject answer(const QJsonObject &laterStart);
     WindowSituation situation() const;

@@ -34,8 +34,6 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_leaves = false;
     m_isCopied = false;
     m_isRead = true;
-    m_isMarkedOld = false;
-    m_slept = {};
     noticeChoices();
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
@@ -46,8 +44,11 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_grams = weighedGrams(report, m_around.link.currentScale(),
                            capacityOf(m_around.session.selectedModelName()));
     const bool isWeighed = m_pan != PanReading::PanLifted && !isHolding();
-    if (isWeighed || !m_sinceWeighed.isValid())
+    if (isWeighed || !m_sinceWeighed.isValid()) {
         m_sinceWeighed.start();
+        m_isMarkedOld = false;
+        m_slept = {};
+    }
     // The request rides on the next poll; what comes with it was weighed before.
     if ((m_around.link.scaleCommand() & powerOffBit) != 0)
         m_weight.loseScale();
@@ -107,6 +108,8 @@ void ParcelWatch::loseScale()
     m_isRead = false;
     m_pan = PanReading::None;
     m_sinceWeighed.invalidate();
+    m_isMarkedOld = false;
+    m_slept = {};
 }
 
 LeavingTexts ParcelWatch::texts() const

@@ -49,7 +49,7 @@ public:
     /// Whatever its age, the latest reading is not of now: the machine goes to sleep.
     void markOld() { m_isMarkedOld = true; }
     /// For so long the machine has slept since, which no clock of a process counts.
-    void noteSlept(std::chrono::milliseconds time) { m_slept = time; }
+    void noteSlept(std::chrono::milliseconds time) { m_slept += time; }
 
     /// Always, unless only settled weights leave. For the texts of the reading under way.
     bool lets(Destination destination) const;

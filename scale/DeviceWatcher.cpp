@@ -126,7 +126,7 @@ void DeviceWatcher::arm()
     if (!m_monitor ||
         udev_monitor_filter_add_match_subsystem_devtype(m_monitor.get(), subsystem, nullptr) < 0 ||
         udev_monitor_enable_receiving(m_monitor.get()) < 0) {
-        logLine(QStringLiteral("No device events: a scale plugged in from now on is not noticed"));
+        qCWarning(systemLog, "No device events: a scale plugged in from now on is not noticed");
         return;
     }
     auto *notifier =
@@ -181,12 +181,9 @@ void DeviceWatcher::resynchroniseLater()
 void DeviceWatcher::resynchronise()
 {
     QHash<QString, HidDeviceInfo> found;
-    QSet<QString> unannounced;
     const auto listing = forEachPresent(m_context.get(), [&](udev_device *device) {
         const HidDeviceInfo info = describe(device);
         found.insert(info.systemPath, info);
-        if (udev_device_get_is_initialized(device) == 0)
-            unannounced.insert(info.systemPath);
     });
     // No list is no news of a removal.
     if (listing == Listing::Failed) {
@@ -198,12 +195,9 @@ void DeviceWatcher::resynchronise()
         if (!found.contains(device.systemPath))
             reportRemoved(device);
     }
-    for (const HidDeviceInfo &device : std::as_const(found)) {
-        if (unannounced.contains(device.systemPath))
-            reportUnannounced(device);
-        else
-            reportAddedUnlessKnown(device);
-    }
+    // The event of any of them may still be in the queue, or come now that there is room again.
+    for (const HidDeviceInfo &device : std::as_const(found))
+        reportUnannounced(device);
 }
 
 void DeviceWatcher::takeAnnouncement(const HidDeviceInfo &device)

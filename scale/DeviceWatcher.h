@@ -39,7 +39,7 @@ private:
     void resynchroniseLater();
     void takeAnnouncement(const HidDeviceInfo &device);
     void reportAdded(const HidDeviceInfo &device);
-    /// Of one that udev is not through with; it is announced all the same, some time.
+    /// Of one that is found in a list, and whose event may still come.
     void reportUnannounced(const HidDeviceInfo &device);
     void reportAddedUnlessKnown(const HidDeviceInfo &device);
     void reportRemoved(const HidDeviceInfo &device);
@@ -48,5 +48,5 @@ private:
     std::unique_ptr<udev_monitor, UdevDeleter> m_monitor;
     QElapsedTimer m_sinceArmed;
     QHash<QString, HidDeviceInfo> m_present; ///< by system path
-    QSet<QString> m_unannounced;             ///< of those, what udev has still to tell of
+    QSet<QString> m_unannounced;             ///< of those, what udev may still tell of
 };

@@ -70,7 +70,9 @@ LastWords::LastWords(std::function<void()> words)
     // Without an X server the toolkit calls exit() from within its event loop.
     static const bool registered = std::atexit(sayLastWords) == 0;
     Q_UNUSED(registered)
-    nextHandler = qInstallMessageHandler(hear);
+    // Known before any thread is heard.
+    nextHandler = qInstallMessageHandler(nullptr);
+    qInstallMessageHandler(hear);
 }
 
 LastWords::~LastWords()

@@ -104,11 +104,16 @@ void LoginManager::holdUp()
             if (sd_bus_message_is_method_error(answer, nullptr) == 0 &&
                 sd_bus_message_read(answer, "h", &inhibitor) >= 0)
                 // The answer closes its own.
-                static_cast<LoginManager *>(object)->m_inhibitor =
-                    fcntl(inhibitor, F_DUPFD_CLOEXEC, 0);
+                static_cast<LoginManager *>(object)->hold(fcntl(inhibitor, F_DUPFD_CLOEXEC, 0));
             return 0;
         },
         this, 0);
+}
+
+void LoginManager::hold(int inhibitor)
+{
+    letGo();
+    m_inhibitor = inhibitor;
 }
 
 void LoginManager::letGo()
@@ -131,12 +136,13 @@ void LoginManager::process()
     m_outgoing->setEnabled((events & POLLOUT) != 0);
 }
 
-/// The bus is gone, and with it whoever waited.
+/// The bus is gone, and with it whoever waited, or would have said that the machine is awake.
 void LoginManager::hangUp()
 {
     m_incoming->setEnabled(false);
     m_outgoing->setEnabled(false);
     letGo();
+    emit wokeUp();
 }
 
 void LoginManager::takeSleep(bool begins)

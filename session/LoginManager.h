@@ -26,6 +26,7 @@ public:
 signals:
     /// The machine stays awake until the slots have returned.
     void goingToSleep();
+    /// Also where nobody is left to announce it; not necessarily after a sleep.
     void wokeUp();
     /// The machine stays up until the process ends.
     void shuttingDown();
@@ -38,6 +39,7 @@ private:
 
     /// Has logind wait from now on.
     void holdUp();
+    void hold(int inhibitor);
     void letGo();
     void process();
     void hangUp();

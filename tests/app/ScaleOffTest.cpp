@@ -13,10 +13,11 @@ using Report = std::vector<std::uint8_t>;
 
 const Report off{0x00, 0x00, 0x00};
 
+const QString notice =
+    QStringLiteral("The scale has switched itself off. Ctrl+P switches it on; tare is lost");
+
 bool isSaid(const LaunchedApplication &app)
 {
-    const QString notice =
-        QStringLiteral("The scale has switched itself off. Ctrl+P switches it on; tare is lost");
     const auto labels = app.delegate.window->statusBar()->findChildren<QLabel *>();
     return std::any_of(labels.begin(), labels.end(),
                        [&](const QLabel *label) { return label->toolTip().contains(notice); });
@@ -80,6 +81,64 @@ private slots:
         app.read({0x01, 0x34, 0x12});
         app.read({});
         QVERIFY(!isSaid(app));
+    }
+
+    /// The request of before is granted, and over.
+    void itselfAfterTheButton()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.read({0x01, 0x34, 0x12});
+        app.delegate.ON_Off_TareAction();
+        app.read(off);
+        app.read({0x01, 0x34, 0x12}); // by its own key
+        app.read(off);
+        QVERIFY(isSaid(app));
+        app.read({0x01, 0x34, 0x12});
+        app.delegate.ON_Off_TareAction();
+        app.read({}); // the poll went out all the same
+        app.read(off);
+        QVERIFY(!isSaid(app));
+    }
+
+    void aroundASleep_data()
+    {
+        QTest::addColumn<bool>("isAwake");
+        QTest::newRow("gone while asleep") << false;
+        QTest::newRow("gone afterwards") << true;
+    }
+
+    /// The hub takes it away and brings it back.
+    void aroundASleep()
+    {
+        QFETCH(bool, isAwake);
+        LaunchedApplication app(Scale::Present);
+        app.read({0x01, 0x34, 0x12});
+        app.delegate.prepareForSleep();
+        if (isAwake)
+            app.delegate.wakeUp();
+        app.unplug();
+        if (!isAwake)
+            app.delegate.wakeUp();
+        app.plug();
+        app.read(off);
+        QVERIFY(isSaid(app));
+    }
+
+    /// The cure stands in the window, not behind a button.
+    void allOfItIsShown()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.delegate.window->show();
+        app.read({0x01, 0x34, 0x12});
+        app.read(off);
+        app.turn();
+        const auto labels = app.delegate.window->statusBar()->findChildren<QLabel *>();
+        const auto shown = std::find_if(labels.begin(), labels.end(), [](const QLabel *label) {
+            return label->text().contains(notice);
+        });
+        QVERIFY(shown != labels.end());
+        const QFontMetrics metrics = (*shown)->fontMetrics();
+        QVERIFY((*shown)->contentsRect().width() >= metrics.horizontalAdvance((*shown)->text()));
     }
 
     void unplugged()

@@ -76,7 +76,13 @@ const std::vector<Case> cases{
     {"not running", [](auto &facts) { facts.running = DoctorFacts::Running::No; }, Kind::Note,
      "not running", ""},
     {"hanging", [](auto &facts) { facts.running = DoctorFacts::Running::NotAnswering; },
-     Kind::Trouble, "does not answer", "plug the scale in again"},
+     Kind::Trouble, "does not answer", "End it and start it again"},
+    {"hanging, by number",
+     [](auto &facts) {
+         facts.running = DoctorFacts::Running::NotAnswering;
+         facts.runningProcess = 42;
+     },
+     Kind::Trouble, "does not answer", "End it (process 42)"},
     {"window manager without on top", [](auto &facts) { facts.keepsOnTop = false; }, Kind::Trouble,
      "does not offer it", "_NET_WM_STATE_ABOVE"},
     {"no browser", [](auto &facts) { facts.linkedBrowsers.clear(); }, Kind::Trouble,

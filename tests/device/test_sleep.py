@@ -72,6 +72,22 @@ class SleepTest(LoginManagerTest):
             self.inhibitor = self.login.wait_for_inhibitor()
         self.check_one_timer_and_handle(program)
 
+    def test_who_announces_it_is_gone_when_the_machine_wakes_up(self):
+        program = self.start_weighing()
+        self.go_to_sleep(program)
+        program.scale.tell("weight 567")
+        self.login.close()
+        program.wait_for_reading("567 grams")
+        self.check_one_timer_and_handle(program)
+
+    def test_an_end_without_a_beginning_keeps_one_inhibitor(self):
+        self.start_weighing()
+        for _ in range(3):
+            before = len(self.login.inhibitors)
+            self.wake_up()
+            wait_until(lambda: len(self.login.inhibitors) > before, "another inhibitor")
+        wait_until(lambda: len(self.login.held) == 1, "one of them held")
+
     def test_a_scale_that_comes_back_under_another_name(self):
         for announced in ("asleep", "awake"):
             with self.subTest(announced=announced):

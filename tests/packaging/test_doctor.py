@@ -62,7 +62,8 @@ class DoctorTest(CommandLineTest):
         program.wait_for_reading("1234 grams")
         program.scale.tell("raise-child STOP")
         lines = self.run_program("--doctor").output.splitlines()
-        self.assertIn("!!  Postal Scale is running, but does not answer", lines)
+        cure = lines[lines.index("!!  Postal Scale is running, but does not answer") + 1]
+        self.assertRegex(cure, r"^    End it \(process [1-9][0-9]*\) and start it again\.$")
         program.scale.tell("raise-child CONT")
 
     def test_a_window_that_waits_for_the_scale(self):

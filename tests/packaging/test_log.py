@@ -47,6 +47,17 @@ class LogTest(CommandLineTest):
             for text in ("Select Postal Scale", "readData", "buf[0]: 1", "set_device_OFF"):
                 self.assertIn(text, texts)
 
+    def test_a_start_that_raises_the_window_leaves_its_log_alone(self):
+        file = self.session.new_folder("log") / "log.txt"
+        program = self.start_quiet("--log", file)
+        for arguments, changes in ((["--log", file], {}), ([], {"POSTAL_SCALE_LOG": str(file)})):
+            result = self.run_program(*arguments, DISPLAY=self.session.environment["DISPLAY"],
+                                      QT_QPA_PLATFORM="xcb", **QUIET, **changes)
+            self.assertEqual(result.status, 0)
+        self.wait_for_polls(program, 2)
+        text = file.read_bytes()
+        self.assertEqual((text.count(b"\0"), text.count(b"Select Postal Scale")), (0, 1))
+
     def test_a_record_has_it_as_remarks(self):
         file = self.session.new_folder("record") / "scale.txt"
         program = self.start_quiet("--record", file)

@@ -168,6 +168,15 @@ class PrintFromWindowTest(CommandLineTest):
         program.scale.tell_all("silence off", "burst 1")
         self.assertEqual(self.run_program("--print").status, 0)
 
+    def test_a_window_that_hangs_is_not_the_scale_s_fault(self):
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.scale.tell("raise-child STOP")
+        result = self.run_program("--print", "--json")
+        program.scale.tell("raise-child CONT")
+        self.assertEqual((result.status, result.report["state"]), (2, "no-answer"))
+        self.assertIn("The window that is running does not answer", result.errors)
+
     def state(self):
         return self.run_program("--print", "--json").report["state"]
 

@@ -4,6 +4,7 @@
 may listen."""
 
 import os
+import pwd
 import signal
 import socket
 import time
@@ -21,14 +22,17 @@ class RuntimeFolderTest(CommandLineTest):
     def setUp(self):
         self.folder = self.session.new_folder("runtime")
 
+    @property
+    def environment_here(self):
+        return {"XDG_RUNTIME_DIR": str(self.folder)}
+
     def start_here(self, **options):
-        program = self.start("--weight", "1234",
-                             environment={"XDG_RUNTIME_DIR": str(self.folder)}, **options)
+        program = self.start("--weight", "1234", environment=self.environment_here, **options)
         program.wait_for_reading("1234 grams")
         return program
 
     def diagnose(self):
-        return self.run_program("--doctor", XDG_RUNTIME_DIR=str(self.folder)).output
+        return self.run_program("--doctor", **self.environment_here).output
 
 
 class LockTest(RuntimeFolderTest):
@@ -63,10 +67,17 @@ class LockTest(RuntimeFolderTest):
 
 
 class UnsafeFolderTest(RuntimeFolderTest):
-    def check(self, said):
+    """Starts find each other in a folder that the toolkit makes, where it can."""
+
+    def check(self, said, hides_window=False):
         program = self.start_here()
         wait_until(lambda: program.window.says(f"{NO_LINK}: {said}"), "the reason")
-        self.assertIn(said, self.diagnose())
+        self.assertEqual(
+            program.window.says(f"Later starts do not find this window: {said}"), hides_window)
+        concerned = "Browsers and later starts" if hides_window else "Browsers"
+        findings = self.diagnose()
+        self.assertIn(f"!!  {concerned} do not reach the window: {said}\n", findings)
+        self.assertEqual(findings.count(said), 1)
         if self.folder:
             self.assertEqual(list(self.folder.iterdir()), [])
         self.assertEqual(program.stop(), 0)
@@ -83,7 +94,21 @@ class UnsafeFolderTest(RuntimeFolderTest):
 
     def test_none(self):
         self.folder = ""
-        self.check("there is no runtime folder")
+        self.check("there is no runtime folder: XDG_RUNTIME_DIR is not set")
+
+
+class NoFolderAtAllTest(UnsafeFolderTest):
+    @property
+    def environment_here(self):
+        return super().environment_here | {"TMPDIR": str(self.temporary)}
+
+    def setUp(self):
+        super().setUp()
+        self.temporary = self.session.new_folder("temporary")
+        (self.temporary / f"runtime-{pwd.getpwuid(os.geteuid()).pw_name}").touch()
+
+    def check(self, said, hides_window=True):
+        super().check(said, hides_window)
 
 
 class PeerTest(RuntimeFolderTest):

@@ -475,6 +475,32 @@ private slots:
         scale.turn();
         QCOMPARE(scale.interface.calls, toldConnected);
     }
+
+    /// Listed because news was dropped, and announced all the same: one attachment.
+    void whatIsListedMayStillBeAnnounced()
+    {
+        LinkedScale scale(LinkedScale::Scale::Absent);
+        fakeudev::place(scaleDevice);
+        fakeudev::overflow();
+        fakeudev::announce(scaleDevice, "add");
+        scale.turn();
+        QCOMPARE(scale.interface.calls, toldConnected);
+        QCOMPARE(scale.hidapi.openHandles, 1);
+    }
+
+    /// It reaches whoever started the program.
+    void deafnessIsAWarning()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::failing().monitor = true;
+        const RecordingDelegate interface;
+        HIDManager link;
+        QTest::ignoreMessage(QtWarningMsg,
+                             "No device events: a scale plugged in from now on is not noticed");
+        link.get_device_handle();
+        fakeudev::reset();
+    }
 };
 
 QTEST_GUILESS_MAIN(DiscoveryTest)

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "parcel/ParcelWatch.h"
+#include "tests/support/LaunchedApplication.h"
+
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+using Scale = LaunchedApplication::Scale;
+
+constexpr auto step = 100ms;
+
+/// From the latest reading on, while the machine goes to sleep.
+bool isPolledWithin(LaunchedApplication &app, std::chrono::milliseconds time)
+{
+    app.forgetTraffic();
+    app.pass(time, step);
+    return !app.polls().empty();
+}
+
+} // namespace
+
+/// Between the news of a sleep and the first reading after it.
+class RestTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { storedsettings::forget(); }
+
+    void unitsAndModelsDoNotEndIt_data()
+    {
+        QTest::addColumn<bool>("isUnit");
+        QTest::newRow("unit") << true;
+        QTest::newRow("model") << false;
+    }
+
+    void unitsAndModelsDoNotEndIt()
+    {
+        QFETCH(bool, isUnit);
+        LaunchedApplication app(Scale::Present);
+        app.delegate.prepareForSleep();
+        app.forgetTraffic();
+        if (isUnit)
+            app.delegate.rg5->click();
+        else
+            app.delegate.modelSelectionAction();
+        QCOMPARE(app.commands().size(), std::size_t{1}); // sent all the same
+        QVERIFY(!isPolledWithin(app, 3s));
+        app.delegate.wakeUp();
+        QVERIFY(isPolledWithin(app, 3s));
+    }
+
+    /// Whoever announces it may be gone.
+    void itEndsWithoutNewsOfTheEnd()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.delegate.prepareForSleep();
+        QVERIFY(!isPolledWithin(app, 29s));
+        QVERIFY(isPolledWithin(app, 2s));
+        app.delegate.wakeUp(); // late, and no news
+        QVERIFY(isPolledWithin(app, 1s));
+        QCOMPARE(app.hidapi.openHandles, 1);
+    }
+
+    void theSearchOfBeforeEndsWithTheNextSleep()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.delegate.prepareForSleep();
+        fakeudev::reset(); // gone, and nothing is announced yet
+        app.delegate.wakeUp();
+        fakeudev::place(scaleDevice);
+        app.delegate.prepareForSleep();
+        QVERIFY(!isPolledWithin(app, 3s));
+        app.delegate.wakeUp();
+        QVERIFY(isPolledWithin(app, 3s));
+    }
+
+    /// Only a reading of what lies on the pan now makes the age a new one.
+    void theReadingStaysOldUntilThereIsAnother()
+    {
+        LaunchedApplication app(Scale::Present);
+        ParcelWatch parcel({.link = app.link,
+                            .session = app.delegate,
+                            .state = app.delegate,
+                            .panel = app.delegate.panel(),
+                            .exportLabel = *app.delegate.lbLBL});
+        const WeightReport weight{.status = 0x01, .low = 0x34, .high = 0x12};
+        parcel.takeReport(weight, ReadOutcome::Read);
+        for (const auto time : {1h, 2h}) {
+            parcel.markOld();
+            parcel.noteSlept(time);
+        }
+        const auto bothSleeps = std::optional<std::chrono::milliseconds>(3h);
+        QVERIFY(parcel.notes().age == bothSleeps);
+        parcel.takeReport({}, ReadOutcome::Failed);
+        QVERIFY(parcel.notes().isMarkedOld);
+        QVERIFY(parcel.notes().age == bothSleeps);
+        app.link.set_device_HOLD();
+        parcel.takeReport(weight, ReadOutcome::Read);
+        QVERIFY(parcel.notes().isMarkedOld);
+        app.link.set_device_HOLDOFF();
+        parcel.takeReport(weight, ReadOutcome::Read);
+        QVERIFY(!parcel.notes().isMarkedOld);
+        QVERIFY(parcel.notes().age == std::optional(0ms));
+    }
+};
+
+QTEST_APPLESS_MAIN(RestTest)
+#include "RestTest.moc"
