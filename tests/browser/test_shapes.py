@@ -144,14 +144,6 @@ class OptionsPageTest(BrowserTest):
         self.wait_for_text(options, "link",
                            "Postal Scale is not running, or not linked to this browser.")
 
-    def test_a_site_that_cannot_be_added(self):
-        options = self.options_page()
-        options.evaluate("""void ((form) => {
-            form.querySelector("input").value = "a..b";
-            form.requestSubmit();
-        })(document.getElementById("add"))""")
-        self.wait_for_text(options, "answer", "a..b cannot be added: ")
-
     def test_origins_that_name_no_site(self):
         """A user may have let the extension into all sites at once."""
         options = self.options_page()
