@@ -154,6 +154,17 @@ class OptionsPageTest(BrowserTest):
                 self.assertEqual(options.evaluate(
                     f"(window.wrappedJSObject ?? window).siteOf('{origin}')"), shown)
 
+    def test_permissions_that_cover_a_site(self):
+        options = self.options_page()
+        for origin, covered in (("https://ship.example.com/*", True), ("https://*/*", True),
+                                ("*://*/*", True), ("<all_urls>", True),
+                                ("https://*.example.com/*", True), ("https://*.ample.com/*", False),
+                                ("https://example.com/*", False), ("http://*/*", False)):
+            with self.subTest(origin):
+                self.assertIs(options.evaluate(
+                    f"(window.wrappedJSObject ?? window).covers('{origin}', 'ship.example.com')"),
+                    covered)
+
     def wait_for_text(self, page, element, start):
         text = f"document.getElementById('{element}').textContent"
         wait_until(lambda: page.evaluate(text).startswith(start),
