@@ -238,12 +238,13 @@ def _reloading(_):
 
 
 def _resetting(_):
-    """Empties itself at each change. A star for each."""
-    return _box("weight") + """<p id="made"></p>
+    """Empties itself at each change, as a person might do, and sends itself then."""
+    return _box("weight") + """
 <script>
-    document.forms[0].addEventListener("change", () => {
-        document.forms[0].reset();
-        document.getElementById("made").textContent += "*";
+    document.forms[0].addEventListener("change", (event) => {
+        const form = event.target.form;
+        form.reset();
+        form.submit();
     });
 </script>
 """

@@ -78,7 +78,7 @@ class EventsTest(TellingTest):
         self.assertEqual(self.values(self.page, ["weight"]), {"weight": "2.205"})
 
     def test_a_page_that_comes_back_by_itself(self):
-        for path in ("/postback", "/reloading"):
+        for path in ("/postback", "/reloading", "/resetting"):
             with self.subTest(path):
                 self.open(path)
                 self.expect_to_be_told_once_of_each_weight(path)
@@ -115,11 +115,6 @@ class EventsTest(TellingTest):
         self.weigh(2.205, READINGS)
         self.assertEqual(self.text_of("made"), "***")
 
-
-    def test_a_page_that_empties_itself(self):
-        self.open("/resetting")
-        self.weigh(2.205, READINGS)
-        self.assertEqual(self.text_of("made"), "*")
 
     def test_a_click_in_the_page_that_came_back(self):
         """It may be the next parcel's, even if nothing was filled before it."""
