@@ -37,6 +37,7 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     showConnectionLamp();
     m_panel.announceReading();
     m_parcel.loseScale();
+    m_carrierPages.forgetWaiting();
     showNotes();
     if (!connected)
         return;

@@ -36,10 +36,8 @@ void PostalScaleAppDelegate::Autofill(int carrier)
     const auto destination = destinationOf(carrier);
     if (destination && !m_parcel.lets(*destination))
         return;
-    // First: a page that is asked something tells at once what it has taken.
     m_parcel.noteFill();
     m_carrierPages.Autofill(carrier);
-    // A page that does not answer is sent nothing: what it takes later is of an earlier reading.
     m_parcel.noteSent(safari->hasSent());
 }
 

@@ -41,7 +41,8 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                  .state = *this,
                  .clipboard = m_clipboard,
                  .settings = settings,
-                 .showModelInTitle = [this] { setWindowTitle(optionButton->currentText()); }},
+                 .showModelInTitle = [this] { setWindowTitle(optionButton->currentText()); },
+                 .carrierWentOff = [this] { m_carrierPages.stopFilling(); }},
                 this)
     , m_carrierPages(browsers, *hid_obj, *lbLBL, *this)
     , m_parcel({.link = *hid_obj,

@@ -67,3 +67,13 @@ void CarrierPages::Autofill(int number)
     default: break;
     }
 }
+
+void CarrierPages::forgetWaiting()
+{
+    m_browsers.forgetWaiting();
+}
+
+void CarrierPages::stopFilling()
+{
+    m_browsers.stopFilling();
+}

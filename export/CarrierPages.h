@@ -28,6 +28,11 @@ public:
     /// @param number one of carrier::; for any other, the tab is only looked up
     void Autofill(int number);
 
+    /// A page that is busy gets nothing later of what was meant for it until now.
+    void forgetWaiting();
+    /// As forgetWaiting, once a carrier is not served any more.
+    void stopFilling();
+
 private:
     BrowserBridge &m_browsers;
     const HIDManager &m_link;

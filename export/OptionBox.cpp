@@ -113,7 +113,7 @@ void Options::applyUSPS(bool on)
 {
     logLine(QStringLiteral("Send weight to USPS page"));
     markBox(boxWithTag(option::clipboard), false);
-    m_around.state.SendtoUSPS = on;
+    setCarrier(m_around.state.SendtoUSPS, on);
     if (on)
         showLatest(QStringLiteral("USPS"));
 }
@@ -122,7 +122,7 @@ void Options::applyUPS(bool on)
 {
     logLine(QStringLiteral("Send weight to UPS page"));
     markBox(boxWithTag(option::clipboard), false);
-    m_around.state.SendtoUPS = on;
+    setCarrier(m_around.state.SendtoUPS, on);
     if (on)
         showLatest(QStringLiteral("UPS"));
 }
@@ -131,7 +131,7 @@ void Options::applyFedex(bool on)
 {
     logLine(QStringLiteral("Send weight to Fedex page"));
     markBox(boxWithTag(option::clipboard), false);
-    m_around.state.SendtoFedex = on;
+    setCarrier(m_around.state.SendtoFedex, on);
 }
 
 void Options::saveOptions()

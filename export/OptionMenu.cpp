@@ -97,7 +97,7 @@ void Options::toggleCarrier(QAction *item, std::uint8_t &flag, const QString &na
     const MenuSwitch switched = toggleMenuItem(item);
     if (switched == MenuSwitch::Refused)
         return;
-    flag = switched == MenuSwitch::On;
+    setCarrier(flag, switched == MenuSwitch::On);
     if (switched == MenuSwitch::Off)
         return;
     // The check mark only: the clipboard is still written.

@@ -41,6 +41,13 @@ void Options::setOnTop(bool onTop)
         shown->setFlag(Qt::WindowStaysOnTopHint, onTop);
 }
 
+void Options::setCarrier(std::uint8_t &flag, bool on)
+{
+    flag = on;
+    if (!on)
+        m_around.carrierWentOff();
+}
+
 void Options::showLatest(const QString &option)
 {
     m_around.form.selectionLbl->setText(option);

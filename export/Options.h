@@ -39,6 +39,7 @@ public:
         ExportClipboard &clipboard;
         Settings &settings;
         std::function<void()> showModelInTitle;
+        std::function<void()> carrierWentOff;
     };
     Options(const Surroundings &surroundings, QObject *parent);
 
@@ -75,6 +76,7 @@ private:
     void applyUSPS(bool on);
     void applyUPS(bool on);
     void applyFedex(bool on);
+    void setCarrier(std::uint8_t &flag, bool on);
     void saveOptions();
     void setOnTop(bool onTop);
     void showLatest(const QString &option);

@@ -15,6 +15,8 @@
     const checkedShape = new RegExp(String.raw`^document\.getElementById\('${name}'\)\.checked$`);
     // A number as a script spells it. With a leading zero a script means something else.
     const numberShape = /^-?(?:(?:0|[1-9]\d*)(?:\.\d*)?|\.\d+)(?:[eE][+-]?\d+)?$/;
+    /** A number as a page may show it, with no other after it. */
+    const shownShape = /^\s*([+-]?(?:\d+[.,]?\d*|[.,]\d+)(?:e[+-]?\d+)?)[^\d,]*$/i;
     // Not by a name: the page's elements are properties of the global object by theirs.
     const connectKey = Symbol.for('org.postalscale.connect');
 
@@ -93,7 +95,8 @@
 
     const toldSinceDeed = () => [...told].filter(([, last]) => last.deeds === deeds);
 
-    /** @param announce gets what the page is told, before it hears of it: it may be gone right then */
+    /** Returns the names of the fields with news.
+     *  @param announce gets what the page is told, before it hears of it: it may be gone right then */
     function tell(written, announce) {
         const news = [...written].filter(([element, field]) => isNews(field, element));
         for (const [element, {name: fieldName, number}] of news)
@@ -104,26 +107,34 @@
             element.dispatchEvent(new Event('input', {bubbles: true}));
             element.dispatchEvent(new Event('change', {bubbles: true}));
         }
-        return new Set(news.map(([element]) => element));
+        return new Set(news.map(([, {name: fieldName}]) => fieldName));
     }
 
-    /** A field may show more than the number, such as a unit. */
-    const holds = (element, number) => Number.parseFloat(element.value) === number;
+    /** A field may show more than the number, such as a unit, but no second one. Some have a comma
+     *  for the point. */
+    function holds(element, number) {
+        const shown = shownShape.exec(element.value)?.[1];
+        return shown !== undefined && Number(shown.replace(',', '.')) === number;
+    }
 
-    /** What has become of the fields. A page that was told of a number and made another one of it
-     *  goes on to mean that one, although the number is written again. */
+    /** What has become of the fields, by name: the page may have made them anew. One that was told
+     *  of a number and made another one of it goes on to mean that one, although the number is
+     *  written again. */
     function lookBack(written, quiet) {
         const changed = new Set();
         for (const [element, {name: fieldName, number}] of written) {
             const last = told.get(fieldName);
-            const isOther = !holds(element, number);
+            const standing = fieldNamed(fieldName);
+            const isOther = !standing || !holds(standing, number);
+            // A field that was made anew, and is empty, means no other number.
+            const isAnew = standing !== element && !standing?.value;
             if (last && !quiet) {
-                last.element = element;
-                last.held = element.value;
-                last.changed ||= isOther;
+                last.element = standing;
+                last.held = standing?.value;
+                last.changed ||= isOther && !isAnew;
             }
             if (isOther || (!quiet && last?.changed))
-                changed.add(element);
+                changed.add(fieldName);
         }
         return changed;
     }
@@ -169,8 +180,8 @@
                              background: changed.size > 0 ? changedColor : writtenColor,
                              borderRadius: '6px', font: '14px system-ui, sans-serif'});
         label.textContent = words(count, changed.size);
-        const outlines = [...news].map((element) =>
-            outline(element, changed.has(element) ? changedColor : writtenColor));
+        const outlines = [...news].filter(fieldNamed).map((fieldName) =>
+            outline(fieldNamed(fieldName), changed.has(fieldName) ? changedColor : writtenColor));
         badge.attachShadow({mode: 'closed'}).append(label, ...outlines);
         document.documentElement.append(badge);
         badgeEnd = setTimeout(removeBadge, badgeTime);
@@ -222,7 +233,11 @@
             if (port !== opened)
                 return;
             remember(toldBefore);
-            fill({steps, quiet}, (nowTold) => opened.postMessage({told: nowTold}), (fields) => {
+            const announce = (nowTold) => {
+                opened.postMessage({told: nowTold});
+                isDeedKnown = false;
+            };
+            fill({steps, quiet}, announce, (fields) => {
                 if (port === opened)
                     opened.postMessage({id, fields});
             });
@@ -233,22 +248,28 @@
         });
     }
 
-    /** What the page that posted itself back was told. Who loads a page anew or goes back to it wants
-     *  it told anew. */
+    /** What the page that posted itself back, or loaded itself anew, was told: before any deed in
+     *  this one. Who goes back to a page wants it told anew; so does who loads it anew by a key,
+     *  which was a deed in the one before. */
     function remember(toldBefore) {
-        if (!toldBefore || performance.getEntriesByType('navigation')[0]?.type !== 'navigate')
+        // A page that was kept knows better.
+        if (!toldBefore || told.size > 0 ||
+            performance.getEntriesByType('navigation')[0]?.type === 'back_forward')
             return;
         for (const [fieldName, number] of toldBefore)
-            told.set(fieldName, {number, element: null, deeds, held: null, changed: false});
+            told.set(fieldName, {number, element: null, deeds: 0, held: null, changed: false});
     }
+
+    let isDeedKnown = false; // to the extension, since the page was last told
 
     function noteDeed(event) {
         if (!event.isTrusted)
             return;
-        const isFirst = toldSinceDeed().length > 0;
         ++deeds;
-        if (isFirst)
-            port?.postMessage({deed: true});
+        if (isDeedKnown || !port)
+            return;
+        isDeedKnown = true;
+        port.postMessage({deed: true});
     }
 
     // The page may send such events as well, but has no say in this.
@@ -281,7 +302,8 @@
     // A page that is left may be kept, and shown again as it was.
     addEventListener('pagehide', leave, {capture: true});
     addEventListener('pageshow', enter, {capture: true});
-    for (const deed of ['pointerdown', 'keydown', 'input', 'reset'])
+    // Not a reset, which a page's script may do as well: a person's comes of a click or a key.
+    for (const deed of ['pointerdown', 'keydown', 'click', 'input'])
         addEventListener(deed, noteDeed, {capture: true, passive: true});
     connect();
 })();

@@ -35,6 +35,8 @@ function siteOf(origin) {
 
 /** Whether a permission such as https://*.ups.com/* lets us into the site already. */
 function covers(origin, site) {
+    if (origin === '<all_urls>' || /^(?:https|\*):\/\/\*\/\*$/.test(origin))
+        return true;
     const served = siteOf(origin);
     return served.startsWith('*.')
         ? `.${site}`.endsWith(served.slice(1))

@@ -65,4 +65,9 @@ public:
 
     /// A fresh application object.
     virtual std::unique_ptr<BrowserApplication> application() = 0;
+
+    /// What a page has not been sent so far, because it is busy, it is not sent any more.
+    virtual void forgetWaiting() {}
+    /// As forgetWaiting; and what stands in the pages is not looked after any more.
+    virtual void stopFilling() { forgetWaiting(); }
 };

@@ -64,6 +64,12 @@ void BrowserClient::flush()
     }
 }
 
+void BrowserClient::forgetWaiting()
+{
+    m_posted.clear();
+    m_next.clear();
+}
+
 void BrowserClient::receive()
 {
     for (;;) {
@@ -150,6 +156,8 @@ void BrowserClient::write(const QByteArray &message)
 
 void BrowserClient::send(std::uint32_t page, const FillPlan &plan)
 {
+    if (m_socket->state() != QLocalSocket::ConnectedState)
+        return;
     ++m_lastRun;
     m_unanswered.append(
         {.id = m_lastRun, .page = page, .plan = plan, .answerDue = QDeadlineTimer(answerTime)});

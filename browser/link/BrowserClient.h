@@ -47,6 +47,8 @@ public:
     /// has, in the place of any that waits for that already: it is never sent more than one at a
     /// time.
     void flush();
+    /// Of what was posted, nothing more is sent.
+    void forgetWaiting();
 
 signals:
     void changed();

@@ -10,7 +10,7 @@
 // The framing of native messaging, which the link uses as it is: four bytes of length in the
 // machine's own order, then the message.
 
-/// Bytes of one message, either way. The longest that is meant to be sent has some 5000.
+/// Bytes of one message, either way. The longest that is meant to be sent has some 7000.
 inline constexpr std::uint32_t longestBrowserMessage = 64 * 1024;
 
 QByteArray browserFrame(const QByteArray &message);

@@ -5,6 +5,7 @@
 
 #include <QLocalSocket>
 #include <algorithm>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -112,6 +113,19 @@ std::unique_ptr<BrowserApplication> BrowserLink::application()
     return std::make_unique<LinkedApplication>(*this);
 }
 
+void BrowserLink::forgetWaiting()
+{
+    for (BrowserClient *client : std::as_const(m_clients))
+        client->forgetWaiting();
+}
+
+void BrowserLink::stopFilling()
+{
+    forgetWaiting();
+    m_isWanted = false;
+    updateSituation();
+}
+
 bool BrowserLink::listenAt(const QString &path)
 {
     const bool listens = m_server.listenAt(path);
@@ -160,6 +174,7 @@ void BrowserLink::joinReading()
     if (m_inReading)
         return;
     m_inReading = true;
+    m_isWanted = true;
     m_latestPlan = {};
     QMetaObject::invokeMethod(this, &BrowserLink::endReading, Qt::QueuedConnection);
 }
@@ -194,7 +209,8 @@ void BrowserLink::noteFields(BrowserClient *client, std::uint32_t page, const Fi
         {.client = client, .page = page, .fields = fields.value_or(FilledFields())});
     const std::optional<BrowserPage> &current = client->currentPage();
     // A late answer is of an earlier reading, unless that had the same texts.
-    if (fields && fields->written > 0 && plan == m_latestPlan && current && current->id == page)
+    if (fields && fields->written > fields->changed && plan == m_latestPlan && current &&
+        current->id == page)
         emit pageWritten(carrierName(current->host));
     // A page that was silent gets its next reading from now on.
     m_readingFade.start();
@@ -245,7 +261,7 @@ BrowserSituation BrowserLink::situationOfPage(const BrowserClient &client,
     const qsizetype place = placeOfReading(&client, page.id);
     const FilledFields fields = place < 0 ? FilledFields() : m_pageReadings.at(place).fields;
     // Another number stands there until the next reading, however long that takes.
-    const bool isShown = m_readingFade.isActive() || fields.changed > 0;
+    const bool isShown = m_readingFade.isActive() || (m_isWanted && fields.changed > 0);
     if (fields.written == 0 || !isShown)
         return {.kind = Kind::PageOpen, .name = page.host};
     return {.kind = Kind::Filling,

@@ -28,6 +28,8 @@ public:
     bool listenAt(const QString &path);
 
     std::unique_ptr<BrowserApplication> application() override;
+    void forgetWaiting() override;
+    void stopFilling() override;
 
     const BrowserSituation &situation() const { return m_situation; }
     /// For the status area.
@@ -35,7 +37,8 @@ public:
 
 signals:
     void statusTextChanged(const QString &text);
-    /// Some field of the page in front was written with the texts of the latest reading.
+    /// Some field of the page in front was written with the texts of the latest reading, and shows
+    /// that number.
     /// @param carrier the page's, as a person names it
     void pageWritten(const QString &carrier);
 
@@ -71,6 +74,7 @@ private:
     QList<BrowserClient *> m_clients;
 
     bool m_inReading = false;
+    bool m_isWanted = false;           ///< what the latest reading has put into a page
     FillPlan m_latestPlan;             ///< of the latest reading, for whatever page
     QList<PageReading> m_pageReadings; ///< the page that answered last comes last
     /// While it runs, the page's latest reading tells how it stands.

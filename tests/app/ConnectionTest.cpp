@@ -7,6 +7,7 @@
 #include "tests/support/LaunchedApplication.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QPointer>
@@ -14,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace std::chrono_literals;
@@ -47,7 +49,12 @@ public:
         return std::make_unique<Application>(*this);
     }
 
+    void forgetWaiting() override { ++forgotten; }
+    void stopFilling() override { ++stopped; }
+
     std::vector<std::string> scripts;
+    int forgotten = 0;
+    int stopped = 0;
 
 private:
     class Application : public BrowserApplication
@@ -303,6 +310,37 @@ private slots:
         app.hidapi.reports.push_back({0x01, 0x34, 0x12});
         app.pass(400ms);
         QCOMPARE(app.link.sWebDataBasic(), QStringLiteral("1234"));
+    }
+
+    void aBusyPageGetsNothingLaterOfAScaleThatIsGone()
+    {
+        RecordingBridge browser;
+        LaunchedApplication app(Scale::Present, {}, {}, &browser);
+        const int before = browser.forgotten;
+        app.unplug();
+        QCOMPARE(browser.forgotten, before + 1);
+        QCOMPARE(browser.stopped, 0);
+    }
+
+    void aCarrierThatIsSwitchedOffIsNotServedLater()
+    {
+        RecordingBridge browser;
+        LaunchedApplication app(Scale::Present, {}, {}, &browser);
+        for (QCheckBox *box :
+             {app.delegate.checkUSPS, app.delegate.checkUPS, app.delegate.checkFedex}) {
+            box->click();
+            QCOMPARE(browser.stopped, 0);
+            box->click();
+            QCOMPARE(std::exchange(browser.stopped, 0), 1);
+        }
+        for (const auto item :
+             {&PostalScaleAppDelegate::sendToUSPSClicked, &PostalScaleAppDelegate::sendToUPSClicked,
+              &PostalScaleAppDelegate::sendToFEDXClicked}) {
+            (app.delegate.*item)();
+            QCOMPARE(browser.stopped, 0);
+            (app.delegate.*item)();
+            QCOMPARE(std::exchange(browser.stopped, 0), 1);
+        }
     }
 
     void carriersOfATick_data()

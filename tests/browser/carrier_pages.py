@@ -218,6 +218,38 @@ def _unit(_):
     return _on_input("box.value += ' lb';")
 
 
+def _comma(_):
+    return _on_input("box.value = box.value.replace('.', ',');")
+
+
+def _two_numbers(_):
+    return _on_input("box.value += ' lb 4 oz';")
+
+
+def _thousandfold(_):
+    """Writes a thousand times as much, in groups."""
+    return _on_input("box.value += ',000.0';")
+
+
+def _reloading(_):
+    """Loads itself anew at each change."""
+    return ('<input name="weight" autocomplete="off">'
+            "<script>document.forms[0].addEventListener('change', () => location.reload());</script>")
+
+
+def _resetting(_):
+    """Empties itself at each change, as a person might do, and sends itself then."""
+    return _box("weight") + """
+<script>
+    document.forms[0].addEventListener("change", (event) => {
+        const form = event.target.form;
+        form.reset();
+        form.submit();
+    });
+</script>
+"""
+
+
 def _list(_):
     return '<select name="weight"><option>1<option>2<option>3</select>'
 
@@ -353,6 +385,11 @@ _BODIES = {
     "/masked": _masked,
     "/late": _late,
     "/unit": _unit,
+    "/comma": _comma,
+    "/two-numbers": _two_numbers,
+    "/thousandfold": _thousandfold,
+    "/reloading": _reloading,
+    "/resetting": _resetting,
     "/list": _list,
     "/slider": _slider,
     "/empty": _empty,

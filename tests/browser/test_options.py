@@ -30,7 +30,8 @@ class OptionsTest(BrowserTest):
 
     def test_what_is_no_address(self):
         for text in ("hello", "about:addons", "https://", "https://*.example.com/",
-                     "mailto:parcels@example.com", "file:///etc/hosts", "two words.example"):
+                     "mailto:parcels@example.com", "file:///etc/hosts", "two words.example",
+                     "a..b"):
             with self.subTest(text):
                 self.add(text)
                 self.expect_answer(NO_ADDRESS, left=text)

@@ -144,14 +144,6 @@ class OptionsPageTest(BrowserTest):
         self.wait_for_text(options, "link",
                            "Postal Scale is not running, or not linked to this browser.")
 
-    def test_a_site_that_cannot_be_added(self):
-        options = self.options_page()
-        options.evaluate("""void ((form) => {
-            form.querySelector("input").value = "a..b";
-            form.requestSubmit();
-        })(document.getElementById("add"))""")
-        self.wait_for_text(options, "answer", "a..b cannot be added: ")
-
     def test_origins_that_name_no_site(self):
         """A user may have let the extension into all sites at once."""
         options = self.options_page()
@@ -161,6 +153,17 @@ class OptionsPageTest(BrowserTest):
             with self.subTest(origin):
                 self.assertEqual(options.evaluate(
                     f"(window.wrappedJSObject ?? window).siteOf('{origin}')"), shown)
+
+    def test_permissions_that_cover_a_site(self):
+        options = self.options_page()
+        for origin, covered in (("https://ship.example.com/*", True), ("https://*/*", True),
+                                ("*://*/*", True), ("<all_urls>", True),
+                                ("https://*.example.com/*", True), ("https://*.ample.com/*", False),
+                                ("https://example.com/*", False), ("http://*/*", False)):
+            with self.subTest(origin):
+                self.assertIs(options.evaluate(
+                    f"(window.wrappedJSObject ?? window).covers('{origin}', 'ship.example.com')"),
+                    covered)
 
     def wait_for_text(self, page, element, start):
         text = f"document.getElementById('{element}').textContent"

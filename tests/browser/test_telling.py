@@ -77,18 +77,23 @@ class EventsTest(TellingTest):
         self.assertEqual(self.text_of("known"), "nothing")
         self.assertEqual(self.values(self.page, ["weight"]), {"weight": "2.205"})
 
-    def test_a_page_that_posts_itself_back(self):
-        self.open("/postback")
-        opened = self.site.loads("/postback")
+    def test_a_page_that_comes_back_by_itself(self):
+        for path in ("/postback", "/reloading", "/resetting"):
+            with self.subTest(path):
+                self.open(path)
+                self.expect_to_be_told_once_of_each_weight(path)
+
+    def expect_to_be_told_once_of_each_weight(self, path):
+        opened = self.site.loads(path)
         for times, number in ((1, 2.205), (2, 3.5)):
             self.weigh(number)
-            wait_until(lambda: self.site.loads("/postback") > opened + times - 1, "the page back",
+            wait_until(lambda: self.site.loads(path) > opened + times - 1, "the page back",
                        SLOW_START)
             # What comes back is empty, is filled, and stays.
             for _ in range(READINGS):
                 self.stand_in.wait_for_page("www.ups.com")
                 self.weigh(number)
-            self.assertEqual(self.site.loads("/postback"), opened + times)
+            self.assertEqual(self.site.loads(path), opened + times)
             self.assertEqual(self.values(self.page, ["weight"]), {"weight": str(number)})
 
     def test_a_page_that_is_opened_anew_is_told_anew(self):
@@ -100,13 +105,29 @@ class EventsTest(TellingTest):
 
     def test_a_page_that_makes_its_field_anew(self):
         self.open("/remade")
-        self.weigh(2.205, READINGS)
+        # The number went with the former field, and is put into the one that stands there.
+        self.assertEqual(self.weigh(2.205), (1, 1))
+        self.assertEqual(self.weigh(2.205, READINGS), (1, 0))
         self.assertEqual(self.text_of("made"), "*")
         # Not by itself: the person goes on to the next parcel, which weighs the same.
         self.page.click("next")
         wait_until(lambda: self.text_of("made") == "**", "the next form")
         self.weigh(2.205, READINGS)
         self.assertEqual(self.text_of("made"), "***")
+
+
+    def test_a_click_in_the_page_that_came_back(self):
+        """It may be the next parcel's, even if nothing was filled before it."""
+        self.open("/postback")
+        opened = self.site.loads("/postback")
+        self.weigh(2.205)
+        wait_until(lambda: self.site.loads("/postback") == opened + 1, "the page back", SLOW_START)
+        self.stand_in.wait_for_page("www.ups.com")
+        self.page.evaluate("void (document.body.id = 'body')")
+        self.page.click("body")
+        self.weigh(2.205)
+        wait_until(lambda: self.site.loads("/postback") == opened + 2, "the page told anew",
+                   SLOW_START)
 
 
 class OtherNumbersTest(TellingTest):
@@ -122,6 +143,18 @@ class OtherNumbersTest(TellingTest):
         self.open("/unit")
         self.assertEqual(self.weigh(2.205), (1, 0))
         self.assertEqual(self.values(self.page, ["weight"]), {"weight": "2.205 lb"})
+
+
+    def test_a_field_with_a_decimal_comma(self):
+        self.open("/comma")
+        self.assertEqual(self.weigh(2.205), (1, 0))
+        self.assertEqual(self.values(self.page, ["weight"]), {"weight": "2,205"})
+
+    def test_a_field_that_shows_more_than_one_number(self):
+        for path in ("/two-numbers", "/thousandfold"):
+            with self.subTest(path):
+                self.open(path)
+                self.assertEqual(self.weigh(2), (1, 1))
 
 
 class BadgeTest(TellingTest):

@@ -13,7 +13,7 @@ from waiting import wait_until
 UPS = "https://www.ups.com/ups"
 POUNDS = "packageBean.weight"
 
-# Each reading writes into this field once, and then asks the page.
+# Each reading writes into this field once.
 RECORDED = "shippingWeightInPounds"
 RECORDING = f"https://www.usps.com/usps-boxes?record={RECORDED}"
 

@@ -20,6 +20,8 @@ _EVENT = "org.a11y.atspi.Event.Object"
 _SCREEN_COORDINATES = 0
 _TIMEOUT_MS = 10_000
 
+_GONE = (Gio.DBusError.UNKNOWN_OBJECT, Gio.DBusError.UNKNOWN_INTERFACE)
+
 # Positions in the state set.
 CHECKED = 4
 ENABLED = 8
@@ -89,9 +91,16 @@ class Accessible:
         self._call(_ACTION, "DoAction", GLib.Variant("(i)", (names.index(action),)))
 
     def descendants(self):
-        for child in self.children:
+        """Windows change while they are read: what has gone has no children."""
+        for child in _unless_gone(lambda: self.children, []):
             yield child
             yield from child.descendants()
+
+    def descendants_that(self, matches):
+        """Without those that go while `matches` looks at them."""
+        for each in self.descendants():
+            if _unless_gone(lambda each=each: matches(each), False):
+                yield each
 
     def _has(self, state):
         low, high = self._call(_ACCESSIBLE, "GetState")[0]
@@ -153,6 +162,16 @@ class AccessibilityBus:
             except GLib.Error:
                 continue
         return windows
+
+
+def _unless_gone(read, otherwise):
+    """What `read` gives; `otherwise` when the program says that there is no such object."""
+    try:
+        return read()
+    except GLib.Error as error:
+        if not any(error.matches(Gio.DBusError.quark(), each) for each in _GONE):
+            raise
+        return otherwise
 
 
 def _connection(address):

@@ -75,9 +75,9 @@ class MainWindow:
     @property
     def status(self):
         """The connection status, None if no label says one."""
-        said = self._label_names()
-        return next((text for text in ("Scale connected", "Scale not connected") if text in said),
-                    None)
+        texts = ("Scale connected", "Scale not connected")
+        label = next(self._labels(lambda each: each.name in texts), None)
+        return label and label.name
 
     @property
     def export(self):
@@ -87,9 +87,8 @@ class MainWindow:
     @property
     def last_option(self):
         caption = self.widget("optionLbl").extents
-        beside = [each for each in self._labels() if each.extents.x > caption.x
-                  and abs(each.extents.y - caption.y) < caption.height]
-        (label,) = beside
+        (label,) = self._labels(lambda each: each.extents.x > caption.x
+                                and abs(each.extents.y - caption.y) < caption.height)
         return label.name
 
     def says(self, words):
@@ -97,7 +96,7 @@ class MainWindow:
         return self.label_that_says(words) is not None
 
     def label_that_says(self, words):
-        return next((each for each in self._labels() if words in each.name), None)
+        return next(self._labels(lambda each: words in each.name), None)
 
     def widget(self, object_name):
         if object_name not in self._found:
@@ -153,8 +152,8 @@ class MainWindow:
         return list(self._accessible.descendants())
 
     def focused_name(self):
-        return next((each.name for each in self._accessible.descendants() if each.is_focused),
-                    None)
+        focused = next(self._accessible.descendants_that(lambda each: each.is_focused), None)
+        return focused and focused.name
 
     def press(self, key):
         """@param key empty: only gives the window the keyboard"""
@@ -171,12 +170,9 @@ class MainWindow:
         place = item.extents
         self._session.pointer_clicks((place.x + _ASIDE, place.y + place.height // 2))
 
-    def _labels(self):
-        return [each for each in self._accessible.descendants()
-                if each.role == "label" and each.is_showing]
-
-    def _label_names(self):
-        return [each.name for each in self._labels()]
+    def _labels(self, matches):
+        return self._accessible.descendants_that(
+            lambda each: each.role == "label" and each.is_showing and matches(each))
 
     def _described(self, object_name, key):
         """Of a label whose name is what it says just now."""
@@ -187,10 +183,11 @@ class MainWindow:
         return self._found[object_name]
 
     def _find(self, role, matches, what):
-        for each in self._accessible.descendants():
-            if each.role == role and matches(each):
-                return each
-        raise LookupError(f"{what} is not in the window")
+        found = next(self._accessible.descendants_that(
+            lambda each: each.role == role and matches(each)), None)
+        if found is None:
+            raise LookupError(f"{what} is not in the window")
+        return found
 
 
 def _has_its_place(accessible):

@@ -312,6 +312,57 @@ private slots:
         waitForStatus("Filling USPS: 6 fields");
     }
 
+    void anotherNumberIsNotSaidOfACarrierThatIsOff()
+    {
+        const auto peer = uspsPeer();
+        fill(assignment, 6);
+        peer->sendRan(idOf(peer->receive()), 6, 1);
+        waitForStatus("USPS: 1 field shows another number");
+        link().stopFilling();
+        waitForStatus("Browser linked, USPS page open");
+    }
+
+    /// Even if the page was on its way to say so.
+    void anotherNumberOfACarrierThatIsOffIsNotSaidForLong()
+    {
+        const auto peer = uspsPeer();
+        fill(assignment);
+        link().stopFilling();
+        peer->sendRan(idOf(peer->receive()), 1, 1);
+        waitForStatus("USPS: 1 field shows another number");
+        waitForStatus("Browser linked, USPS page open");
+    }
+
+    /// Where it has taken a part, a person who looks at the rest has taken it there.
+    void aPageOfOtherNumbersHasNotTakenTheParcel()
+    {
+        const auto peer = uspsPeer();
+        QSignalSpy written(&link(), &BrowserLink::pageWritten);
+        fill(assignment, 2);
+        peer->sendRan(idOf(peer->receive()), 2, 2);
+        waitForStatus("USPS: 2 fields show another number");
+        QCOMPARE(written.size(), 0);
+        fill(assignment, 2);
+        peer->sendRan(idOf(peer->receive()), 2, 1);
+        waitForStatus("USPS: 1 field shows another number");
+        QCOMPARE(written.size(), 1);
+    }
+
+    void whatWaitsForABusyPageCanBeForgotten()
+    {
+        const auto peer = uspsPeer();
+        fill(weighing(1));
+        const auto first = peer->receive();
+        fill(weighing(2));
+        waitForStatus("Page not answering");
+        link().forgetWaiting();
+        peer->sendRan(idOf(first), 1);
+        waitForStatus("Filling USPS: 1 field");
+        QVERIFY(!peer->receive(0));
+        fill(weighing(3));
+        QCOMPARE(stepsOf(peer->receive()), QJsonArray{weighing(3)});
+    }
+
     void aPageWithoutANameIsServed()
     {
         const auto peer = attachedPeer({R"({"current":{"page":1,"host":"a~b.example.com"}})"});
