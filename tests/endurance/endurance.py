@@ -144,13 +144,21 @@ class Endurance:
         return Usage(resident, others, sockets, tuple(self.thread_names()))
 
     def thread_names(self):
-        return [(each / "comm").read_text().rstrip("\n")
-                for each in (self.process / "task").iterdir()]
+        names = [_thread_name(each) for each in (self.process / "task").iterdir()]
+        return [each for each in names if each is not None]
 
 
 def _child(pid):
     children = pathlib.Path(f"/proc/{pid}/task/{pid}/children").read_text(encoding="ascii")
     return int(children.split()[0])
+
+
+def _thread_name(task):
+    """None of a thread that has ended since it was listed."""
+    try:
+        return (task / "comm").read_text().rstrip("\n")
+    except (FileNotFoundError, ProcessLookupError):
+        return None
 
 
 def _target(descriptor):
