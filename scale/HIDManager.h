@@ -16,6 +16,23 @@
 #include <memory>
 #include <optional>
 
+/// What a click on a unit row sets.
+struct UnitChoice
+{
+    int unitnumber = 0;
+    int unitindex = 0;
+    int currentUnit = 0;
+};
+
+/// A reading of HIDManager whose report is late.
+struct OpenReading
+{
+    QElapsedTimer sincePoll;
+    int unansweredPolls = 1;
+    bool isCommanded = false;         ///< since the latest poll
+    std::optional<UnitChoice> chosen; ///< since the reading began
+};
+
 /// The scale link: finds and opens the scale, commands it, reads and decodes its reports and turns
 /// them into the texts that leave the program. Lives on the main thread. It holds no pointer to
 /// the interface; whenever it needs it, it asks the shared application for its delegate.
@@ -127,22 +144,6 @@ private:
 
     int sendFeatureReport(const FeatureReport &report);
     void sendCommand(Trace trace);
-
-    struct UnitChoice
-    {
-        int unitnumber = 0;
-        int unitindex = 0;
-        int currentUnit = 0;
-    };
-
-    /// A reading whose report is late.
-    struct OpenReading
-    {
-        QElapsedTimer sincePoll;
-        int unansweredPolls = 1;
-        bool isCommanded = false;         ///< since the latest poll
-        std::optional<UnitChoice> chosen; ///< since the reading began
-    };
 
     struct Input
     {
