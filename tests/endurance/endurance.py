@@ -131,9 +131,11 @@ class Endurance:
         """Digits that are shown for the first time are scaled by threads of the toolkit, which end
         when they have had nothing to do for half a minute."""
         self.settle()
-        wait_until(lambda: POOL_THREAD not in self.thread_names(),
-                   "the toolkit's threads at an end", timeout=90)
-        return self.usage()
+        return wait_until(self.usage_without_pool, "the toolkit's threads at an end", timeout=90)
+
+    def usage_without_pool(self):
+        usage = self.usage()
+        return None if POOL_THREAD in usage.threads else usage
 
     def usage(self):
         status = (self.process / "status").read_text()
