@@ -65,7 +65,7 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
 {
     if (m_rest.isOverdue())
         wakeUp();
-    if (pausereadtimer || m_rest.isResting() || hid_obj->isReadingOpen()) {
+    if (pausereadtimer || m_rest.isResting() || link().isReadingOpen()) {
         showNotes();
         return;
     }
@@ -75,11 +75,13 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
         timer->deleteLater();
         return;
     }
-    hid_obj->get_device_rawdata();
-    if (hid_obj->isReadingOpen())
+    const bool leaves = link().takeReading();
+    if (link().isReadingOpen())
         setSilent(true);
-    else
+    else if (leaves)
         endReading();
+    else
+        showNotes();
 }
 
 void PostalScaleAppDelegate::setSilent(bool silent)
@@ -92,11 +94,7 @@ void PostalScaleAppDelegate::setSilent(bool silent)
         m_look.stop();
     m_panel.setStale(silent);
     m_parcel.setSilent(silent);
-    m_statusArea.setNotice(
-        StatusArea::Notice::Silence,
-        silent ? QStringLiteral("The scale does not answer. It is asked again every two seconds. "
-                                "If it stays silent, unplug it and plug it in again.")
-               : QString());
+    m_statusArea.setNotice(StatusArea::Notice::Silence, silent ? link().silenceText() : QString());
     showConnectionLamp();
     showNotes();
 }
@@ -105,11 +103,12 @@ void PostalScaleAppDelegate::lookForReport()
 {
     if (pausereadtimer || m_rest.isResting())
         return;
-    hid_obj->continueReading();
-    if (hid_obj->isReadingOpen())
+    const bool leaves = link().continueReading();
+    if (link().isReadingOpen())
         return;
     setSilent(false);
-    endReading();
+    if (leaves)
+        endReading();
 }
 
 void PostalScaleAppDelegate::endReading()

@@ -22,6 +22,8 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                                                Settings &settings, BrowserBridge &browsers)
     : window(windowOf(*this))
     , hid_obj(std::make_unique<HIDManager>())
+    , m_otherLink([this] { return hid_obj->SetRound(); })
+    , m_scaleChoice(*hid_obj, m_otherLink, this)
     , m_information(information)
     , m_settings(settings)
     , m_statusArea(*window, controlColumns->contentsMargins(), settings)
@@ -41,10 +43,10 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                  .state = *this,
                  .clipboard = m_clipboard,
                  .settings = settings,
-                 .showModelInTitle = [this] { setWindowTitle(optionButton->currentText()); },
+                 .showModelInTitle = [this] { showScaleInTitle(); },
                  .carrierWentOff = [this] { m_carrierPages.stopFilling(); }},
                 this)
-    , m_carrierPages(browsers, *hid_obj, *lbLBL, *this)
+    , m_carrierPages(browsers, *this, *lbLBL, *this)
     , m_parcel({.link = *hid_obj,
                 .session = *this,
                 .state = *this,
@@ -56,6 +58,7 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
     , m_recentWeightsMenu(
           *recentMenu, [this](const QString &text) { m_clipboard.copy(text); }, this)
 {
+    setLink(*hid_obj);
     m_look.setTimerType(Qt::PreciseTimer);
     connect(&m_look, &QTimer::timeout, this, &PostalScaleAppDelegate::lookForReport);
     connect(aboutItem, &QAction::triggered, this, [this] { showAbout(*window); });
@@ -75,7 +78,7 @@ bool PostalScaleAppDelegate::applicationShouldTerminateAfterLastWindowClosed()
 
 void PostalScaleAppDelegate::switchScaleOff()
 {
-    if (isDeviceConnected && hid_obj->currentStatue())
+    if (isDeviceConnected && link().isOn())
         hid_obj->set_device_OFF();
 }
 

@@ -20,6 +20,8 @@
 #include "scale/HIDManager.h"
 #include "scale/ScaleDelegate.h"
 #include "scale/ScaleSession.h"
+#include "scale/pointofsale/PointOfSaleLink.h"
+#include "scale/pointofsale/ScaleChoice.h"
 #include "ui_MainWindow.h"
 
 #include <QMainWindow>
@@ -122,6 +124,10 @@ public:
     void setExportLabelText(const QString &text) override { lbLBL->setText(text); }
     void copyToClipboard(const QString &text) override;
     void takeReport(const WeightReport &report, ReadOutcome outcome) override;
+    void takeReading(const ScaleReading &reading) override;
+    void useLink(ScaleLink &link, const QString &name) override;
+    /// What the scale in use says of itself; empty where it is the chosen model.
+    const QString &scaleName() const { return m_scaleName; }
     void setIsDeviceAlive(bool alive) override { ScaleSession::setIsDeviceAlive(alive); }
     QString selectedModelName() const override { return ScaleSession::selectedModelName(); }
     int selectedRadioButtonIndex() const override
@@ -151,10 +157,14 @@ private:
     void restoreOptions();
     void restoreModel();
     void setWindowTitle(const QString &model);
+    void showScaleInTitle();
     void sendStartingUnit();
     void lookForScaleAgain();
     /// Around a sleep, a scale that is announced anew must not be polled by the old timer too.
     void endPollingAroundSleep();
+    void endPolling();
+    /// The window offers what the scale in use can do.
+    void followAbilities();
     /// A scale that was on reports that it is off, though nobody here has switched it off.
     void noticeScaleOff(ReadOutcome outcome);
     void forgetScalePower();
@@ -168,6 +178,10 @@ private:
     /// readings grow old on the screen.
     void showNotes();
 
+    PointOfSaleLink m_otherLink;
+    ScaleChoice m_scaleChoice;
+    ScaleAbilities m_abilities; ///< that the window offers
+    QString m_scaleName;
     BundleInformation m_information;
     Settings &m_settings;
     QString m_connectionTrouble;

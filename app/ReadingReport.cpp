@@ -18,7 +18,7 @@ struct StateFacts
     QLatin1String words; ///< empty where the panel's are told
 };
 
-const std::array<StateFacts, 10> stateFacts{{
+const std::array<StateFacts, 11> stateFacts{{
     {ReportState::Weight, 0, QLatin1String("weight"), {}},
     {ReportState::Hold, 0, QLatin1String("hold"), {}},
     {ReportState::NoScale, 1, QLatin1String("no-scale"), QLatin1String("No scale connected")},
@@ -31,6 +31,9 @@ const std::array<StateFacts, 10> stateFacts{{
      QLatin1String("The scale could not be opened; unplug it and plug it in again")},
     {ReportState::NoAnswer, 2, QLatin1String("no-answer"),
      QLatin1String("The scale does not answer; unplug it and plug it in again")},
+    {ReportState::NotReady, 2, QLatin1String("not-ready"),
+     QLatin1String("The scale asks for care: it has a fault, or has to be calibrated or set to "
+                   "zero")},
     {ReportState::NoPermission, 3, QLatin1String("no-permission"),
      QLatin1String("No permission to open the scale; postal-scale --doctor tells what helps")},
     {ReportState::Waiting, 2, QLatin1String("waiting"),
@@ -85,6 +88,8 @@ QJsonObject ReadingReport::toJson() const
         {QStringLiteral("exportUnit"), textOrNull(exportUnit)},
         {QStringLiteral("leaves"), textOrNull(leaves)},
     };
+    if (!device.isEmpty())
+        object.insert(QStringLiteral("device"), device);
     if (shown) {
         object.insert(QStringLiteral("weight"), shown->weight);
         object.insert(QStringLiteral("unit"), shown->unit);
@@ -107,7 +112,8 @@ ReadingReport ReadingReport::fromJson(const QJsonObject &object)
                          .advice = object.value(QLatin1String("advice")).toString(),
                          .exported = object.value(QLatin1String("export")).toString(),
                          .exportUnit = object.value(QLatin1String("exportUnit")).toString(),
-                         .leaves = object.value(QLatin1String("leaves")).toString()};
+                         .leaves = object.value(QLatin1String("leaves")).toString(),
+                         .device = object.value(QLatin1String("device")).toString()};
     const QJsonValue settled = object.value(QLatin1String("settled"));
     if (settled.isBool())
         report.settled = settled.toBool();

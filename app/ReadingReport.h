@@ -19,6 +19,7 @@ enum class ReportState {
     Off,
     NotOpened,
     NoAnswer,
+    NotReady, ///< the scale says that it cannot weigh as it is
     NoPermission,
     Waiting, ///< connected, and nothing certain has come yet
 };
@@ -38,6 +39,7 @@ struct ReadingReport
     QString exported;            ///< the export text
     QString exportUnit;          ///< of it
     QString leaves;              ///< what else is to be said of it
+    QString device;              ///< what the scale says of itself; empty where a model is chosen
 
     QJsonObject toJson() const;
     static ReadingReport fromJson(const QJsonObject &object);

@@ -4,7 +4,8 @@
 #include "app/ReadingReportDelegate.h"
 
 #include "lcd/ReadingWords.h"
-#include "scale/ScaleNode.h"
+#include "scale/pointofsale/ScaleSearch.h"
+#include "scale/pointofsale/UnitNames.h"
 
 namespace {
 
@@ -29,6 +30,16 @@ void addNotes(ReadingReport &report, const ReadingNotes &notes)
     report.leaves = notes.leaves();
 }
 
+/// What the panel tells in words alone is a number all the same.
+std::optional<ShownWeight> statedWeight(const ScaleReading &reading, const PanelContents &shown)
+{
+    if (const auto weight = shownWeight(shown))
+        return weight;
+    const ScaleStatement &statement = reading.statement;
+    const double number = (magnitudeText(statement.number)).toDouble();
+    return ShownWeight{statement.number.isNegative ? -number : number, unitSymbol(statement.unit)};
+}
+
 } // namespace
 
 ReadingReportDelegate::ReadingReportDelegate(const BundleInformation &information,
@@ -42,6 +53,7 @@ void ReadingReportDelegate::setStatusString(bool connected)
 {
     PostalScaleAppDelegate::setStatusString(connected);
     m_readings = 0;
+    m_stated.reset();
 }
 
 void ReadingReportDelegate::Draw5Digit(qint64 nValue)
@@ -71,9 +83,17 @@ void ReadingReportDelegate::clearAll()
     m_latest = Drawn::Blank;
 }
 
+void ReadingReportDelegate::takeReading(const ScaleReading &reading)
+{
+    PostalScaleAppDelegate::takeReading(reading);
+    m_stated = reading;
+    m_awaitsAnnouncement = true;
+}
+
 ReadingReport ReadingReportDelegate::readingReport() const
 {
     ReadingReport report = ReadingReport::of(state());
+    report.device = scaleName();
     report.model =
         selectedModelName().isEmpty() ? optionButton->currentText() : selectedModelName();
     if (report.state == ReportState::NoAnswer)
@@ -82,11 +102,12 @@ ReadingReport ReadingReportDelegate::readingReport() const
         return report;
     const PanelContents &shown = panel().announced();
     report.words = readingWords(shown);
-    report.shown = shownWeight(shown);
+    report.shown = m_stated ? statedWeight(*m_stated, shown) : shownWeight(shown);
     if (!report.shown)
         return ReadingReport::of(ReportState::Waiting);
-    const double grams = hid_obj->sWebDataBasic().toDouble();
-    report.grams = panel().contents().minus ? -grams : grams;
+    const QString basic = link().leaving().texts.basic;
+    if (!basic.isEmpty())
+        report.grams = panel().contents().minus ? -basic.toDouble() : basic.toDouble();
     if (panel().contents().hold)
         report.state = ReportState::Hold;
     addNotes(report, parcel().notes());
@@ -96,7 +117,7 @@ ReadingReport ReadingReportDelegate::readingReport() const
 ReportState ReadingReportDelegate::state() const
 {
     const ScaleAccess access =
-        findScaleNode(ScaleApplication::sharedApplication()->devices()).access;
+        findAnyScale(ScaleApplication::sharedApplication()->devices()).node.access;
     if (!isDeviceConnected || access == ScaleAccess::Absent)
         return ReportState::NoScale;
     if (!connectionTrouble().isEmpty())
@@ -104,10 +125,24 @@ ReportState ReadingReportDelegate::state() const
     return stateOfReadings();
 }
 
+ReportState ReadingReportDelegate::statedState() const
+{
+    if (m_awaitsAnnouncement)
+        return ReportState::Waiting;
+    if (m_stated->statement.status == ScaleStatus::OverLimit)
+        return ReportState::Overload;
+    if (m_stated->statement.isWeighed())
+        return ReportState::Weight;
+    return m_stated->statement.status == ScaleStatus::Unknown ? ReportState::Waiting
+                                                              : ReportState::NotReady;
+}
+
 ReportState ReadingReportDelegate::stateOfReadings() const
 {
-    if (hid_obj->isReadingOpen())
+    if (link().isReadingOpen())
         return ReportState::NoAnswer;
+    if (m_stated)
+        return statedState();
     if (m_readings == 0 || m_awaitsAnnouncement)
         return ReportState::Waiting;
     // A reading that tells the scale's type for the first time was worked out for the other type.

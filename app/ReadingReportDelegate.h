@@ -6,6 +6,7 @@
 #include "app/PostalScaleAppDelegate.h"
 #include "app/ReadingReport.h"
 #include "scale/ScaleCodes.h"
+#include "scale/pointofsale/ScaleReading.h"
 
 /// The delegate, that also keeps in mind what became of the latest readings: a panel alone does
 /// not tell whether what it shows is still so.
@@ -24,6 +25,7 @@ public:
     void Draw5Digit(qint64 nValue) override;
     void Draw5DigitOverload() override;
     void clearAll() override;
+    void takeReading(const ScaleReading &reading) override;
 
 private:
     /// What a reading has drawn. Under load the scale has the panel stay as it was.
@@ -31,7 +33,9 @@ private:
 
     ReportState state() const;
     ReportState stateOfReadings() const;
+    ReportState statedState() const;
 
+    std::optional<ScaleReading> m_stated; ///< of a scale that tells number and unit itself
     Drawn m_latest = Drawn::Nothing;
     Drawn m_beforeLatest = Drawn::Nothing;
     int m_readings = 0; ///< since the scale was attached

@@ -40,10 +40,10 @@ void PostalScaleAppDelegate::lookForScaleAgain()
     if (!m_rest.isResting() || m_rest.isAsleep())
         return;
     // After some time without a word of it, whatever holds it up is for the polls to tell.
-    const bool isFound = !isDeviceConnected || hid_obj->reopenHandle();
+    const bool isFound = !isDeviceConnected || link().reopenHandle();
     if (isFound || !m_rest.isLooking()) {
         m_rest.end();
-        setSilent(hid_obj->isReadingOpen()); // one of before the sleep ended with its handle
+        setSilent(link().isReadingOpen()); // one of before the sleep ended with its handle
         return;
     }
     QTimer::singleShot(searchInterval, this, &PostalScaleAppDelegate::lookForScaleAgain);
@@ -53,12 +53,17 @@ void PostalScaleAppDelegate::endPollingAroundSleep()
 {
     if (!m_rest.isNear())
         return;
+    endPolling();
+    m_rest.end();
+}
+
+void PostalScaleAppDelegate::endPolling()
+{
     for (RepeatingTimer *timer :
          findChildren<RepeatingTimer *>(QString(), Qt::FindDirectChildrenOnly)) {
         timer->stop();
         timer->deleteLater();
     }
-    m_rest.end();
 }
 
 void PostalScaleAppDelegate::noticeScaleOff(ReadOutcome outcome)

@@ -9,6 +9,7 @@
 #include "controls/UnitRows.h"
 #include "lcd/Panel.h"
 #include "scale/HIDManager.h"
+#include "scale/ScaleLink.h"
 #include "scale/ScaleSession.h"
 #include "ui_MainWindow.h"
 
@@ -73,22 +74,32 @@ void ScaleButtons::holdAction()
     logLine(QStringLiteral("HOLD Action"));
     if (!m_session.isDeviceConnected)
         return;
-    if (m_session.onhold)
-        m_link.set_device_HOLDOFF();
-    else
-        m_link.set_device_HOLD();
+    m_session.link().setHeld(!m_session.onhold);
     m_session.onhold = !m_session.onhold;
+}
+
+void ScaleButtons::follow(const ScaleAbilities &abilities)
+{
+    const auto enable = [](QAbstractButton *button, QAction *item, bool enabled) {
+        button->setEnabled(enabled);
+        item->setEnabled(enabled);
+    };
+    enable(m_form.powerButton, m_form.powerItem, abilities.power);
+    enable(m_form.tareButton, m_form.tareItem, abilities.tare);
 }
 
 void ScaleButtons::TareAction()
 {
     if (!m_session.isDeviceConnected)
         return;
-    m_link.set_device_ON_TARE();
+    ScaleLink &scale = m_session.link();
+    scale.pressTare();
     m_session.tareflashtime = 0;
-    auto *timer = new RepeatingTimer(blinkInterval, this);
-    connect(timer, &RepeatingTimer::fired, this, [this, timer] { TareTimer(timer); });
-    QTimer::singleShot(tareDuration, Qt::PreciseTimer, &m_link, &HIDManager::set_device_OFF_TARE);
+    if (scale.abilities().blinksAtTare) {
+        auto *timer = new RepeatingTimer(blinkInterval, this);
+        connect(timer, &RepeatingTimer::fired, this, [this, timer] { TareTimer(timer); });
+    }
+    QTimer::singleShot(tareDuration, Qt::PreciseTimer, this, [&scale] { scale.releaseTare(); });
 }
 
 void ScaleButtons::TareTimer(QTimer *timer)

@@ -12,6 +12,7 @@ class QAbstractButton;
 class QAction;
 class QTimer;
 class ScaleSession;
+struct ScaleAbilities;
 class UnitColumn;
 
 namespace Ui {
@@ -33,6 +34,8 @@ public:
     void TareAction();
     /// One blink; the second one stops @p timer.
     void TareTimer(QTimer *timer);
+    /// Only what the scale in use can be told may be pressed.
+    void follow(const ScaleAbilities &abilities);
 
 private:
     /// One command, reached from a button and from the menu bar.

@@ -4,64 +4,14 @@
 #include "controls/UnitColumn.h"
 
 #include "base/Log.h"
-#include "controls/UnitRows.h"
 #include "scale/HIDManager.h"
-#include "scale/ScaleCodes.h"
+#include "scale/ScaleLink.h"
 #include "scale/ScaleSession.h"
 #include "ui_MainWindow.h"
 
 #include <QActionGroup>
 #include <QThread>
 #include <utility>
-
-namespace {
-
-/// The writes stand in the order in which the link gets them; the last one of each field counts.
-void setUnitFields(HIDManager &link, int tag)
-{
-    using namespace unittag;
-    link.setUnitnumber(tag);
-    link.setDotunit(tag);
-    if (tag <= poundsOuncesB) {
-        link.setCurrentUnit(tag + 1);
-        link.setLbOZlast(false);
-    } else if (tag == decimalPounds) {
-        link.setCurrentUnit(unitindex::poundsOuncesB);
-        link.setLbOZlast(false);
-    } else if (tag == kilograms) {
-        link.setCurrentUnit(unitindex::metric);
-        link.setLbOZlast(false);
-    } else if (tag == poundsWholeOunces) {
-        link.setUnitindex(unitindex::poundsOuncesA);
-        link.setUnitnumber(poundsWholeOunces);
-        link.setLbOZlast(true);
-    }
-}
-
-void setUnitIndex(HIDManager &link, int tag)
-{
-    using namespace unittag;
-    if (tag <= poundsOuncesB) {
-        link.setUnitindex(tag + 1);
-    } else if (tag == decimalPounds) {
-        link.setUnitindex(unitindex::poundsOuncesB);
-        link.setLbOZlast(false);
-    } else if (tag == kilograms) {
-        link.setLbOZlast(false);
-        link.setUnitindex(unitindex::metric);
-    }
-    // Decimal pounds are worked out here: the scale is asked for pounds and ounces.
-    if (tag == decimalPounds && link.unitindex() == unitindex::poundsOuncesB)
-        link.setUnitindex(unitindex::poundsOuncesA);
-    if (link.currentScale() == scaletype::binary) {
-        if (tag == decimalPounds)
-            link.setUnitindex(unitindex::ounces);
-        if (tag == poundsWholeOunces)
-            link.setUnitindex(unitindex::poundsOuncesA);
-    }
-}
-
-} // namespace
 
 UnitColumn::UnitColumn(const Ui::MainWindow &form, HIDManager &link, ScaleSession &session,
                        std::function<void(int modelIndex)> saveModel, QObject *parent)
@@ -116,30 +66,48 @@ void UnitColumn::radioSelection()
     logLine(QStringLiteral("selectedTag: %1").arg(tag));
     m_session.setSelectedRadioButtonIndex(tag);
     m_session.pausereadtimer = true;
-    setUnitFields(m_link, tag);
-    setUnitIndex(m_link, tag);
-    m_link.set_Unit(m_link.unitindex());
+    m_session.link().chooseUnit(tag);
     QThread::yieldCurrentThread();
     m_session.pausereadtimer = false;
 }
 
 void UnitColumn::enableDisableWeight(int modelIndex)
 {
-    const auto enabled = enabledRows(modelIndex);
-    for (int row = 0; row < unitRowCount; ++row)
-        setRowEnabled(row, enabled.at(static_cast<std::size_t>(row)));
-    placeTabStop();
+    m_modelRows = enabledRows(modelIndex);
+    enableRows(m_modelRows, QStringLiteral("The chosen model does not weigh in this unit"));
     m_saveModel(modelIndex);
 }
 
-void UnitColumn::setRowEnabled(int row, bool enabled)
+void UnitColumn::follow(const ScaleAbilities &abilities)
+{
+    if (!abilities.units) {
+        enableRows(m_modelRows, QStringLiteral("The chosen model does not weigh in this unit"));
+        if (const auto row = rowOfUnit(m_session.selectedRadioButtonIndex()))
+            showRow(*row);
+        return;
+    }
+    UnitRowSet rows{};
+    for (const int tag : *abilities.units)
+        rows.at(static_cast<std::size_t>(*rowOfUnit(tag))) = true;
+    enableRows(rows, QStringLiteral("The unit is chosen on the scale"));
+    if (abilities.unitShown)
+        showRow(*rowOfUnit(*abilities.unitShown));
+}
+
+void UnitColumn::enableRows(const UnitRowSet &rows, const QString &whyNot)
+{
+    for (int row = 0; row < unitRowCount; ++row)
+        setRowEnabled(row, rows.at(static_cast<std::size_t>(row)), whyNot);
+    placeTabStop();
+}
+
+void UnitColumn::setRowEnabled(int row, bool enabled, const QString &whyNot)
 {
     QAction *item = m_form.unitMenu->actions().at(row);
     item->setEnabled(enabled);
     QAbstractButton *cell = cells().at(row);
     cell->setEnabled(enabled);
-    cell->setToolTip(enabled ? item->shortcut().toString(QKeySequence::NativeText)
-                             : QStringLiteral("The chosen model does not weigh in this unit"));
+    cell->setToolTip(enabled ? item->shortcut().toString(QKeySequence::NativeText) : whyNot);
     item->setToolTip(enabled ? QString() : cell->toolTip());
 }
 

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "controls/UnitRows.h"
+
 #include <QList>
 #include <QObject>
 #include <functional>
@@ -10,6 +12,7 @@
 class HIDManager;
 class QAbstractButton;
 class ScaleSession;
+struct ScaleAbilities;
 
 namespace Ui {
 class MainWindow;
@@ -30,6 +33,9 @@ public:
     /// @param modelIndex one of modelindex::; any other enables what c300 has
     void enableDisableWeight(int modelIndex);
     void setRadioButton();
+    /// Only the rows that the scale in use can be asked for may be chosen. Where it tells its unit
+    /// itself, that row is marked.
+    void follow(const ScaleAbilities &abilities);
 
     /// Without the row's action.
     void showRow(int row);
@@ -37,7 +43,8 @@ public:
 private:
     void connectRow(QAbstractButton *cell);
     void connectAssistiveToggle(QAbstractButton *cell);
-    void setRowEnabled(int row, bool enabled);
+    void enableRows(const UnitRowSet &rows, const QString &whyNot);
+    void setRowEnabled(int row, bool enabled, const QString &whyNot);
     /// The Tab key stops at the chosen unit; arrow keys go on from there.
     void placeTabStop();
     QList<QAbstractButton *> cells() const; ///< in row order
@@ -46,5 +53,6 @@ private:
     HIDManager &m_link;
     ScaleSession &m_session;
     std::function<void(int modelIndex)> m_saveModel;
+    UnitRowSet m_modelRows{};
     bool m_isPressed = false;
 };

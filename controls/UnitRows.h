@@ -11,9 +11,12 @@
 
 inline constexpr int unitRowCount = 7;
 
+/// One for each row, from above.
+using UnitRowSet = std::array<bool, unitRowCount>;
+
 /// Which rows a model allows.
 /// @param modelIndex one of modelindex::; any other counts as c300
-std::array<bool, unitRowCount> enabledRows(int modelIndex);
+UnitRowSet enabledRows(int modelIndex);
 
 /// The row of a unit tag; none for what is no tag.
 std::optional<int> rowOfUnit(int unitnumber);

@@ -37,6 +37,24 @@ int signalFromText(const std::string &text)
     return found == names.end() ? numberFromText(text) : found->second;
 }
 
+/// Null where it is the name of another device.
+ClassScale *classScaleNamed(Emulator &devices, const std::string &name)
+{
+    if (name == "class")
+        return &devices.classScale;
+    if (name == "class-two")
+        return &devices.otherClassScale;
+    return name == "odd" ? &devices.oddScale : nullptr;
+}
+
+ClassScale &classScaleFromWord(const Call &call)
+{
+    ClassScale *scale = classScaleNamed(call.devices, call.arguments.front());
+    if (scale == nullptr)
+        throw std::invalid_argument("no such scale is called " + call.arguments.front());
+    return *scale;
+}
+
 PluggableDevice &deviceFromWord(const Call &call)
 {
     const std::string name = call.arguments.empty() ? "scale" : call.arguments.front();
@@ -48,6 +66,8 @@ PluggableDevice &deviceFromWord(const Call &call)
         return call.devices.mouse;
     if (name == "stranger")
         return call.devices.stranger;
+    if (ClassScale *scale = classScaleNamed(call.devices, name))
+        return *scale;
     throw std::invalid_argument("no device is called " + name);
 }
 
@@ -133,6 +153,45 @@ void report(const Call &call)
     call.reply("ok");
 }
 
+std::vector<ClassScale::Report> reportsFromWords(const Call &call)
+{
+    std::vector<ClassScale::Report> reports;
+    for (std::size_t i = 1; i < call.arguments.size(); ++i) {
+        const auto bytes = bytesFromHex(call.arguments[i]);
+        if (!bytes || bytes->empty())
+            throw std::invalid_argument("a report is bytes in hexadecimal");
+        reports.push_back(*bytes);
+    }
+    return reports;
+}
+
+void say(const Call &call)
+{
+    classScaleFromWord(call).say(reportsFromWords(call));
+    call.reply("ok");
+}
+
+void sayFirst(const Call &call)
+{
+    classScaleFromWord(call).sayFirst(reportsFromWords(call).front());
+    call.reply("ok");
+}
+
+void interval(const Call &call)
+{
+    const int milliseconds = numberFromText(call.arguments[1]);
+    classScaleFromWord(call).setInterval(static_cast<unsigned>(std::max(0, milliseconds)));
+    call.reply("ok");
+}
+
+void written(const Call &call)
+{
+    Words lines;
+    for (const ClassScale::Report &report : classScaleFromWord(call).written())
+        lines.push_back(hexText(report));
+    replyLines(call.reply, lines);
+}
+
 void burst(const Call &call)
 {
     call.scale.sendReadings(numberFromText(call.arguments[0]));
@@ -213,8 +272,8 @@ void quit(const Call &call)
 
 constexpr std::array commands = {
     Command{"help", 0, 0, "help", help},
-    Command{"plug", 0, 1, "plug [scale|second|mouse|stranger]", plug},
-    Command{"unplug", 0, 1, "unplug [scale|second|mouse|stranger]", unplug},
+    Command{"plug", 0, 1, "plug [scale|second|mouse|stranger|class|class-two|odd]", plug},
+    Command{"unplug", 0, 1, "unplug [scale|second|mouse|stranger|class|class-two|odd]", unplug},
     Command{"attach-again", 0, 0, "attach-again", attachAgain},
     Command{"change-event", 0, 0, "change-event", changeEvent},
     Command{"weight", 1, 1, "weight GRAMS", weight},
@@ -224,6 +283,10 @@ constexpr std::array commands = {
     Command{"lose", 1, 1, "lose COUNT", lose},
     Command{"garbage", 1, 1, "garbage on|off", garbage},
     Command{"report", 1, 1, "report HEX", report},
+    Command{"say", 2, 9, "say class|class-two|odd HEX [HEX ...]", say},
+    Command{"say-first", 2, 2, "say-first class|class-two|odd HEX", sayFirst},
+    Command{"interval", 2, 2, "interval class|class-two|odd MS", interval},
+    Command{"written", 1, 1, "written class|class-two|odd", written},
     Command{"burst", 1, 1, "burst COUNT", burst},
     Command{"fail-send", 1, 1, "fail-send on|off", failSend},
     Command{"fail-read", 1, 1, "fail-read on|off", failRead},

@@ -3,6 +3,7 @@
 
 #include "emulator/Emulator.h"
 
+#include "emulator/ClassScaleDescriptors.h"
 #include "emulator/ProgramDirectory.h"
 #include "emulator/ScaleReportDescriptor.h"
 #include "scale/ScaleIdentity.h"
@@ -49,6 +50,21 @@ HidIdentity strangerIdentity()
     return {"1-4", scaleVendorId, otherProductId, "Kelvane", "Card Reader", scaleReportDescriptor};
 }
 
+/// Report 2 of the class, its bit for zero.
+const ClassScale::Report zeroReport{2, 2};
+
+HidIdentity classIdentity(const char *port, const char *product)
+{
+    constexpr std::uint16_t vendorId = 0x1209; // for tests, by pid.codes
+    constexpr std::uint16_t productId = 0x0005;
+    return {port, vendorId, productId, "Example", product, classScaleDescriptor};
+}
+
+HidIdentity oddIdentity()
+{
+    return {"1-7", 0x1209, 0x0006, "Example", "Odd Scale", oddScaleDescriptor};
+}
+
 void appendWord(std::string &list, const std::string &word, char separator)
 {
     if (!list.empty())
@@ -63,6 +79,9 @@ Emulator::Emulator()
     , second(testbed, "1-2")
     , mouse(testbed, mouseIdentity())
     , stranger(testbed, strangerIdentity())
+    , classScale(testbed, classIdentity("1-5", "Parcel Scale"), zeroReport)
+    , otherClassScale(testbed, classIdentity("1-6", "Second Parcel Scale"), zeroReport)
+    , oddScale(testbed, oddIdentity(), {})
 {
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "emulator/ChildProcess.h"
+#include "emulator/ClassScale.h"
 #include "emulator/EmulatedScale.h"
 
 /// Everything that the commands act on.
@@ -22,6 +23,9 @@ public:
     EmulatedScale scale;
     EmulatedScale second;
     PluggableDevice mouse;
-    PluggableDevice stranger; ///< of the scale's vendor, but no scale
+    PluggableDevice stranger;   ///< of the scale's vendor, but no scale
+    ClassScale classScale;      ///< of the point-of-sale class, as the class has it
+    ClassScale otherClassScale; ///< the same once more
+    ClassScale oddScale;        ///< of the class, with other usages and order, and without zero
     std::unique_ptr<ChildProcess> child;
 };

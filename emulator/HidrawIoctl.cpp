@@ -64,9 +64,14 @@ gboolean handleRead(UMockdevIoctlBase *handler, UMockdevIoctlClient *client)
 }
 
 // The node is a pipe underneath: an output report must not end up in it.
-gboolean handleWrite(UMockdevIoctlBase *, UMockdevIoctlClient *client)
+gboolean handleWrite(UMockdevIoctlBase *handler, UMockdevIoctlClient *client)
 {
-    umockdev_ioctl_client_complete(client, -1, EPIPE);
+    HidrawRequests &requests = requestsOf(handler);
+    const UMockdevIoctlData *data = umockdev_ioctl_client_get_arg(client);
+    runWithClient(client, [&requests, report = std::vector<std::uint8_t>(
+                                          data->data, data->data + data->data_len)](auto *found) {
+        requests.outputReportSent(found, report);
+    });
     return TRUE;
 }
 

@@ -26,6 +26,9 @@ public:
     /// HIDIOCSFEATURE; the first byte is the report number.
     virtual void featureReportSent(UMockdevIoctlClient *client,
                                    const std::vector<std::uint8_t> &report) = 0;
+    /// A write; the first byte is the report number.
+    virtual void outputReportSent(UMockdevIoctlClient *client,
+                                  const std::vector<std::uint8_t> &report) = 0;
     virtual void readRequested(UMockdevIoctlClient *client) = 0;
 };
 

@@ -83,6 +83,15 @@ private:
             umockdev_ioctl_client_complete(client, -1, ENODEV);
     }
 
+    void outputReportSent(UMockdevIoctlClient *client,
+                          const std::vector<std::uint8_t> &report) override
+    {
+        if (HidrawNode *node = ownerOf(client))
+            node->outputReportSent(client, report);
+        else
+            umockdev_ioctl_client_complete(client, -1, ENODEV);
+    }
+
     void readRequested(UMockdevIoctlClient *client) override
     {
         if (HidrawNode *node = ownerOf(client))

@@ -107,6 +107,16 @@ void HidrawNode::featureReportSent(UMockdevIoctlClient *client,
         umockdev_ioctl_client_complete(client, static_cast<glong>(report.size()), 0);
 }
 
+void HidrawNode::outputReportSent(UMockdevIoctlClient *client, std::span<const std::uint8_t> report)
+{
+    if (m_presence == Presence::Gone)
+        umockdev_ioctl_client_complete(client, -1, ENODEV);
+    else if (m_device.receiveOutputReport(report) == HidrawDevice::Transfer::Failed)
+        umockdev_ioctl_client_complete(client, -1, EPIPE); // of an endpoint that it does not have
+    else
+        umockdev_ioctl_client_complete(client, static_cast<glong>(report.size()), 0);
+}
+
 void HidrawNode::readRequested(UMockdevIoctlClient *client)
 {
     Handle *handle = find(client);

@@ -24,6 +24,8 @@ public:
 
     /// Without the report number.
     virtual Transfer receiveFeatureReport(std::span<const std::uint8_t> report) = 0;
+    /// With the report number in front.
+    virtual Transfer receiveOutputReport(std::span<const std::uint8_t> report) = 0;
     virtual Transfer inputTransfer() const = 0;
     virtual void opened() = 0;
     /// A program waits for a report that is not there yet. The device may be unplugged from here.
@@ -47,6 +49,7 @@ public:
     bool adopt(UMockdevIoctlClient *client);
 
     void featureReportSent(UMockdevIoctlClient *client, std::span<const std::uint8_t> report);
+    void outputReportSent(UMockdevIoctlClient *client, std::span<const std::uint8_t> report);
     void readRequested(UMockdevIoctlClient *client);
 
     /// To every open handle, as an interrupt transfer does.

@@ -55,6 +55,11 @@ HidrawDevice::Transfer PluggableDevice::receiveFeatureReport(std::span<const std
     return Transfer::Failed;
 }
 
+HidrawDevice::Transfer PluggableDevice::receiveOutputReport(std::span<const std::uint8_t>)
+{
+    return Transfer::Failed;
+}
+
 std::uint32_t PluggableDevice::reportDescriptorSize() const
 {
     return static_cast<std::uint32_t>(m_identity.reportDescriptor.size());

@@ -35,6 +35,7 @@ protected:
     HidrawNode &node();
 
     Transfer receiveFeatureReport(std::span<const std::uint8_t> report) override;
+    Transfer receiveOutputReport(std::span<const std::uint8_t> report) override;
     Transfer inputTransfer() const override { return Transfer::Done; }
     void opened() override { ++m_openCount; }
     void readPending() override {}

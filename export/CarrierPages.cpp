@@ -5,7 +5,8 @@
 
 #include "export/AutofillForm.h"
 #include "export/ExportState.h"
-#include "scale/HIDManager.h"
+#include "scale/ScaleLink.h"
+#include "scale/ScaleSession.h"
 
 #include <QLabel>
 
@@ -14,28 +15,28 @@ namespace {
 class LatestReading : public WeightTexts
 {
 public:
-    LatestReading(const HIDManager &link, const QLabel &exportLabel)
-        : m_link(link)
+    LatestReading(const ScaleSession &session, const QLabel &exportLabel)
+        : m_texts(session.link().leaving().texts)
         , m_exportLabel(exportLabel)
     {
     }
 
-    QString pounds() const override { return m_link.sWebDataLB(); }
-    QString ounces() const override { return m_link.sWebDataOZ(); }
+    QString pounds() const override { return m_texts.pounds; }
+    QString ounces() const override { return m_texts.ounces; }
     QString exported() const override { return m_exportLabel.text(); }
-    QString grams() const override { return m_link.sWebDataBasic(); }
+    QString grams() const override { return m_texts.basic; }
 
 private:
-    const HIDManager &m_link;
+    WebStrings m_texts;
     const QLabel &m_exportLabel;
 };
 
 } // namespace
 
-CarrierPages::CarrierPages(BrowserBridge &browsers, const HIDManager &link,
+CarrierPages::CarrierPages(BrowserBridge &browsers, const ScaleSession &session,
                            const QLabel &exportLabel, ExportState &state)
     : m_browsers(browsers)
-    , m_link(link)
+    , m_session(session)
     , m_exportLabel(exportLabel)
     , m_state(state)
 {
@@ -48,7 +49,7 @@ void CarrierPages::Autofill(int number)
     m_state.windows = m_state.safari->windows();
     m_state.currentTab = m_state.windows.empty() ? nullptr : m_state.windows.front()->currentTab();
 
-    const LatestReading weight(m_link, m_exportLabel);
+    const LatestReading weight(m_session, m_exportLabel);
     AutofillForm form(*m_state.safari, m_state.currentTab, weight);
     switch (number) {
     case carrier::fedex:

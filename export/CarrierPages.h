@@ -5,8 +5,8 @@
 
 class BrowserBridge;
 class ExportState;
-class HIDManager;
 class QLabel;
+class ScaleSession;
 
 /// The numbers by which carriers are named.
 namespace carrier {
@@ -20,7 +20,7 @@ class CarrierPages
 {
 public:
     /// All must outlive the object.
-    CarrierPages(BrowserBridge &browsers, const HIDManager &link, const QLabel &exportLabel,
+    CarrierPages(BrowserBridge &browsers, const ScaleSession &session, const QLabel &exportLabel,
                  ExportState &state);
 
     /// Into the current tab of the browser's first window. Without its flag, USPS still gets its
@@ -35,7 +35,7 @@ public:
 
 private:
     BrowserBridge &m_browsers;
-    const HIDManager &m_link;
+    const ScaleSession &m_session;
     const QLabel &m_exportLabel;
     ExportState &m_state;
 };

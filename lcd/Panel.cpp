@@ -108,9 +108,7 @@ void Panel::Draw5DigitOverload()
 {
     logLine(QStringLiteral("Draw5DigitOverload"));
     m_fixed.overload = m_link.OverloadFlag();
-    for (ImageView *view :
-         {m_form.errorIMG, m_form.errdasOne, m_form.errdastwo, m_form.errdasThree})
-        view->setHidden(!m_fixed.overload);
+    showOverload();
 }
 
 void Panel::shownegativeSign(bool negative)
@@ -176,6 +174,37 @@ void Panel::DisplayUnit(int unit)
         else
             DrawIcon(QLatin1String(step.name), step.action == Segment::Show);
     }
+}
+
+void Panel::show(const PanelContents &contents)
+{
+    using enum DigitView;
+    const auto showDigit = [this](DigitView view, PanelContents::Digit digit) {
+        setLit(view, digit.has_value());
+        if (digit)
+            setDigit(view, digitPicture(*digit), *digit);
+    };
+    showDigit(digZero, contents.digits[0]);
+    showDigit(digOne, contents.digits[1]);
+    showDigit(digTwo, contents.digits[2]);
+    showDigit(digThree, contents.digits[3]);
+    showDigit(numeratorImg, contents.numerator);
+    showDigit(denomImg, contents.denominator);
+    setLit(lineImg, contents.bar);
+    m_fixed = contents;
+    // The power supply is nothing that such contents tell of.
+    for (const FixedSegment &each : m_segments)
+        each.view->setHidden(each.lit == nullptr || !*each.lit);
+    m_form.minusIMg->setHidden(!contents.minus);
+    showOverload();
+    announceReading();
+}
+
+void Panel::showOverload()
+{
+    for (ImageView *view :
+         {m_form.errorIMG, m_form.errdasOne, m_form.errdastwo, m_form.errdasThree})
+        view->setHidden(!m_fixed.overload);
 }
 
 PanelContents::Digit Panel::litDigit(DigitView view) const

@@ -39,6 +39,8 @@ public:
     void DrawIcon(QLatin1String name, bool show);
     /// @param unit one of displaycode::; others leave the panel as it is
     void DisplayUnit(int unit);
+    /// Exactly this, and nothing of what was shown before.
+    void show(const PanelContents &contents);
 
     bool isLit(DigitView view) const { return cell(view).lit; }
     /// Keeps what the view holds.
@@ -80,6 +82,7 @@ private:
     DigitContext digitContext() const;
     void perform(const DigitStep &step);
     void showMinus(bool shown);
+    void showOverload();
     /// @param number whose picture that is; for many there is none, and the view is empty
     void setDigit(DigitView view, const QString &picture, double number);
     void announceNow();

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QString>
 #include <array>
 #include <optional>
 
@@ -25,6 +26,7 @@ struct PanelContents
     bool pounds = false;
     bool ounces = false;
     bool hold = false;
+    QString words; ///< what the pictures have no room for, as it is read out; mostly empty
 
     bool isBlank() const { return digits == std::array<Digit, 4>{} && !numerator; }
 

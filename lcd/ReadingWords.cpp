@@ -72,6 +72,8 @@ QString readingWords(const PanelContents &panel)
 {
     if (panel.overload)
         return QStringLiteral("overload");
+    if (!panel.words.isEmpty())
+        return panel.hold ? panel.words + QStringLiteral(", on hold") : panel.words;
     if (panel.isBlank())
         return QStringLiteral("off");
     const QString sign = panel.minus ? QStringLiteral("minus ") : QString();

@@ -7,7 +7,10 @@
 #include "export/ExportState.h"
 #include "lcd/Panel.h"
 #include "scale/HIDManager.h"
+#include "scale/ScaleLink.h"
 #include "scale/ScaleSession.h"
+#include "scale/pointofsale/ScaleReading.h"
+#include "scale/pointofsale/WeightConversion.h"
 
 #include <QLabel>
 
@@ -31,10 +34,8 @@ ParcelWatch::ParcelWatch(const Surroundings &surroundings)
 
 void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
 {
-    m_leaves = false;
-    m_isCopied = false;
-    m_isRead = true;
-    noticeChoices();
+    beginReading();
+    m_canTare = true;
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
         m_weight.missReport();
@@ -43,12 +44,7 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_pan = panReading(report);
     m_grams = weighedGrams(report, m_around.link.currentScale(),
                            capacityOf(m_around.session.selectedModelName()));
-    const bool isWeighed = m_pan != PanReading::PanLifted && !isHolding();
-    if (isWeighed || !m_sinceWeighed.isValid()) {
-        m_sinceWeighed.start();
-        m_isMarkedOld = false;
-        m_slept = {};
-    }
+    noteWeighed(m_pan != PanReading::PanLifted && !isHolding());
     // The request rides on the next poll; what comes with it was weighed before.
     if ((m_around.link.scaleCommand() & powerOffBit) != 0)
         m_weight.loseScale();
@@ -57,7 +53,45 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     if (!fitsScale(report, m_around.link.currentScale()))
         m_weight.missReport();
     else if (!isHolding())
-        m_leaves = m_weight.take(report) == SettledWeight::Leaves::Yes;
+        settle(m_weight.take(report));
+}
+
+void ParcelWatch::takeReading(const ScaleReading &reading)
+{
+    const ScaleStatement &statement = reading.statement;
+    beginReading();
+    m_canTare = reading.canTare;
+    m_pan = panReading(statement);
+    if (m_pan == PanReading::Missed) {
+        m_weight.missReport();
+        return;
+    }
+    m_grams = gramsOf(statement).value_or(0);
+    noteWeighed(!reading.isHeld);
+    if (!reading.isHeld)
+        settle(m_weight.take(statement));
+}
+
+void ParcelWatch::beginReading()
+{
+    m_leaves = false;
+    m_isCopied = false;
+    m_isRead = true;
+    noticeChoices();
+}
+
+void ParcelWatch::noteWeighed(bool isWeighed)
+{
+    if (!isWeighed && m_sinceWeighed.isValid())
+        return;
+    m_sinceWeighed.start();
+    m_isMarkedOld = false;
+    m_slept = {};
+}
+
+void ParcelWatch::settle(SettledWeight::Leaves leaves)
+{
+    m_leaves = leaves == SettledWeight::Leaves::Yes;
     if (m_leaves)
         m_settledSince = QDateTime::currentDateTime();
 }
@@ -91,7 +125,7 @@ bool ParcelWatch::Places::hasMoreThan(const Places &before) const
 
 bool ParcelWatch::isHolding() const
 {
-    return (m_around.link.scaleCommand() & holdReleasedBit) == 0;
+    return m_around.session.link().isHolding();
 }
 
 void ParcelWatch::setSilent(bool silent)
@@ -114,18 +148,13 @@ void ParcelWatch::loseScale()
 
 LeavingTexts ParcelWatch::texts() const
 {
-    const HIDManager &link = m_around.link;
-    const ExportForm form = exportForm(m_around.session.selectedRadioButtonIndex());
-    // The binary scale's kilograms are worked out while it reports them, and only then.
-    const bool isForeign = form == ExportForm::Kilograms &&
-                           link.currentScale() == scaletype::binary &&
-                           link.currentUnit() != unitindex::metric;
+    const LeavingReading leaving = m_around.session.link().leaving();
     return {.exported = m_around.exportLabel.text(),
-            .form = form,
-            .fitsScale = !isForeign,
-            .pounds = link.sWebDataLB(),
-            .ounces = link.sWebDataOZ(),
-            .grams = link.sWebDataBasic()};
+            .form = leaving.form,
+            .fitsScale = leaving.fitsScale,
+            .pounds = leaving.texts.pounds,
+            .ounces = leaving.texts.ounces,
+            .grams = leaving.texts.basic};
 }
 
 bool ParcelWatch::lets(Destination destination) const
@@ -212,6 +241,7 @@ ReadingNotes ParcelWatch::notes() const
                      .toUsps = m_places.usps,
                      .toUps = m_places.ups,
                      .toFedex = m_places.fedex};
+    notes.canTare = m_canTare;
     if (hasPresentParcel())
         notes.places = m_recent.all().constFirst().places;
     return notes;

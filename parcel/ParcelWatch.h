@@ -17,6 +17,7 @@ class HIDManager;
 class Panel;
 class QLabel;
 class ScaleSession;
+struct ScaleReading;
 
 /// Stands between the readings and what leaves of them: it feeds the rule with what the window and
 /// the link know, and says of each destination whether the present reading's texts may go there.
@@ -40,6 +41,8 @@ public:
 
     /// In each reading, before its texts leave.
     void takeReport(const WeightReport &report, ReadOutcome outcome);
+    /// The same of a scale that tells number and unit itself.
+    void takeReading(const ScaleReading &reading);
     /// Whether a report is waited for that has not come in time. A weight that was settling settles
     /// anew; one that has left does not leave again.
     void setSilent(bool silent);
@@ -88,6 +91,9 @@ private:
         bool hasMoreThan(const Places &before) const;
     };
 
+    void beginReading();
+    void noteWeighed(bool isWeighed);
+    void settle(SettledWeight::Leaves leaves);
     void noticeChoices();
     bool isHolding() const;
     LeavingTexts texts() const;
@@ -110,6 +116,7 @@ private:
     bool m_isSent = false;         ///< a fill of the present reading
     bool m_fillIsOfLatest = false; ///< what pages were last filled with is the newest parcel
     bool m_isSilent = false;
+    bool m_canTare = true;
     bool m_isRead = false; ///< since the scale was plugged in
     PanReading m_pan = PanReading::None;
     double m_grams = 0;

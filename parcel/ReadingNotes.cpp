@@ -94,6 +94,17 @@ PanReading panReading(const WeightReport &report)
     return isUnderLoad ? PanReading::PanLifted : PanReading::None;
 }
 
+PanReading panReading(const ScaleStatement &statement)
+{
+    if (isWeight(statement))
+        return PanReading::Weight;
+    if (statement.status == ScaleStatus::Unknown)
+        return PanReading::Missed;
+    if (!statement.isWeighed())
+        return PanReading::None;
+    return statement.number.isNegative ? PanReading::BelowZero : PanReading::Zero;
+}
+
 bool ReadingNotes::isOld() const
 {
     return isConnected && pan != PanReading::None && (isMarkedOld || age > freshFor);
@@ -101,7 +112,9 @@ bool ReadingNotes::isOld() const
 
 QString ReadingNotes::advice() const
 {
-    return isConnected && pan == PanReading::BelowZero ? QStringLiteral("press Tare") : QString();
+    if (!isConnected || pan != PanReading::BelowZero)
+        return {};
+    return canTare ? QStringLiteral("press Tare") : QStringLiteral("press the scale's zero key");
 }
 
 QString ReadingNotes::standing() const

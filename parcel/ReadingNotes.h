@@ -21,6 +21,7 @@ enum class PanReading {
 };
 
 PanReading panReading(const WeightReport &report);
+PanReading panReading(const ScaleStatement &statement);
 
 /// What can be said of the latest reading beside the number itself.
 struct ReadingNotes
@@ -37,7 +38,8 @@ struct ReadingNotes
     bool settledOnly = false;
     LeavingSituation leaving;
     bool hasLeft = false;
-    QStringList places; ///< to which the weight on the pan has gone
+    QStringList places;  ///< to which the weight on the pan has gone
+    bool canTare = true; ///< from here; else with the scale's own key
 
     bool isSettled() const { return isConnected && state == SettledWeight::State::Settled; }
     /// Older than a second, or of before a sleep, and thus worth a word.

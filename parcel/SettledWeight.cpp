@@ -33,6 +33,13 @@ bool isWeight(const WeightReport &report)
     return isWeightCode(report.status) && (report.low != 0 || report.high != 0);
 }
 
+bool isWeight(const ScaleStatement &statement)
+{
+    const bool isAboveZero =
+        statement.status == ScaleStatus::Stable || statement.status == ScaleStatus::InMotion;
+    return isAboveZero && !statement.number.isZero() && statement.unit != WeightUnit::Unknown;
+}
+
 SettledWeight::Leaves SettledWeight::take(const WeightReport &report)
 {
     if (report != m_latest) {
@@ -48,6 +55,29 @@ SettledWeight::Leaves SettledWeight::take(const WeightReport &report)
     if (m_equalReports < settledReports)
         ++m_equalReports;
     m_state = m_equalReports < settledReports ? State::Settling : State::Settled;
+    return leaveOnce();
+}
+
+SettledWeight::Leaves SettledWeight::take(const ScaleStatement &statement)
+{
+    // Whether it moves is no part of a weight: one that is touched and comes to rest as it was
+    // has not changed.
+    const bool isSame = isWeight(statement) == isWeight(m_latestStatement) &&
+                        statement.number == m_latestStatement.number &&
+                        statement.unit == m_latestStatement.unit;
+    if (!isSame)
+        m_hasLeft = false;
+    m_latestStatement = statement;
+    if (!isWeight(statement)) {
+        m_state = statement.status == ScaleStatus::OverLimit ? State::Settling : State::Empty;
+        return Leaves::No;
+    }
+    m_state = statement.isSettled() ? State::Settled : State::Settling;
+    return leaveOnce();
+}
+
+SettledWeight::Leaves SettledWeight::leaveOnce()
+{
     if (m_state != State::Settled || m_hasLeft)
         return Leaves::No;
     m_hasLeft = true;

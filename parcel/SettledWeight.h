@@ -4,6 +4,7 @@
 #pragma once
 
 #include "scale/WeightDecoder.h"
+#include "scale/pointofsale/ScaleStatement.h"
 
 /// One parcel, one weight: watches what the scale reports, and says at which report the parcel's
 /// weight is to leave the program. It leaves once, when it has settled, and again only when
@@ -23,6 +24,8 @@ public:
 
     /// A report that was read.
     Leaves take(const WeightReport &report);
+    /// The same of a scale that says itself whether the weight is at rest: once is enough then.
+    Leaves take(const ScaleStatement &statement);
     /// A poll without a report tells nothing of the pan: what lies there is looked at anew, but
     /// what has left does not leave again.
     void missReport();
@@ -41,9 +44,11 @@ public:
 
 private:
     void startAnew();
+    Leaves leaveOnce();
 
     State m_state = State::Empty;
     WeightReport m_latest;
+    ScaleStatement m_latestStatement;
     int m_equalReports = 0;
     bool m_hasLeft = false; ///< the latest report's weight has
 };
@@ -53,3 +58,5 @@ bool isWeightCode(int code);
 
 /// Above zero and certain, whatever the unit.
 bool isWeight(const WeightReport &report);
+/// Above zero, at rest or not.
+bool isWeight(const ScaleStatement &statement);

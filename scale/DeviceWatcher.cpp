@@ -118,6 +118,13 @@ std::optional<HidDeviceInfo> DeviceWatcher::find(std::uint16_t vendorId,
     return found;
 }
 
+QList<HidDeviceInfo> DeviceWatcher::present() const
+{
+    QList<HidDeviceInfo> devices;
+    forEachPresent(m_context.get(), [&](udev_device *device) { devices.append(describe(device)); });
+    return devices;
+}
+
 void DeviceWatcher::arm()
 {
     // "udev", not "kernel": its events come after the rules have set the node's permissions.

@@ -24,6 +24,7 @@ public:
     void start() override;
     std::optional<HidDeviceInfo> find(std::uint16_t vendorId,
                                       std::uint16_t productId) const override;
+    QList<HidDeviceInfo> present() const override;
 
 private:
     struct UdevDeleter

@@ -6,7 +6,7 @@
 #include "scale/HIDManager.h"
 
 #include "base/Log.h"
-#include "scale/ScaleDelegate.h"
+#include "scale/DeafDelegate.h"
 #include "scale/ScaleIdentity.h"
 #include "scale/udev/UdevRule.h"
 
@@ -22,8 +22,11 @@ HIDManager::HIDManager()
     connect(m_watcher.get(), &DeviceEvents::removed, this, &HIDManager::DeviceRemoved);
 }
 
-ScaleDelegate *HIDManager::delegate()
+ScaleDelegate *HIDManager::delegate() const
 {
+    static DeafDelegate deaf;
+    if (m_isStandingBack)
+        return &deaf;
     return ScaleApplication::sharedApplication()->delegate();
 }
 
@@ -55,6 +58,8 @@ void HIDManager::handleMatchingDevice()
 void HIDManager::openHandle()
 {
     const auto device = m_watcher->find(scaleVendorId, scaleProductId);
+    if (device && m_isStandingBack)
+        emit scaleCame();
     giveReadingUp();
     m_handle = device ? m_library.open(device->node, device->systemPath) : nullptr;
     m_refusedPath = device && !m_handle ? device->systemPath : QString();

@@ -7,6 +7,7 @@
 #include "scale/HidDevices.h"
 #include "scale/HidLibrary.h"
 #include "scale/ScaleDelegate.h"
+#include "scale/ScaleLink.h"
 #include "scale/WeightDecoder.h"
 
 #include <QElapsedTimer>
@@ -36,7 +37,7 @@ struct OpenReading
 /// The scale link: finds and opens the scale, commands it, reads and decodes its reports and turns
 /// them into the texts that leave the program. Lives on the main thread. It holds no pointer to
 /// the interface; whenever it needs it, it asks the shared application for its delegate.
-class HIDManager : public QObject
+class HIDManager : public QObject, public ScaleLink
 {
     Q_OBJECT
 
@@ -53,10 +54,12 @@ public:
     /// Holds the thread until the report comes, and for no longer than that patience. A reading
     /// whose report has not come by then stays open.
     void get_device_rawdata();
-    bool isReadingOpen() const { return m_open.has_value(); }
+    bool isReadingOpen() const override { return m_open.has_value(); }
     /// To be called often while a reading is open. Takes the report if it has come, and ends the
     /// reading as if it had come in time. Does not wait.
-    void continueReading();
+    bool continueReading() override;
+    bool takeReading() override;
+    QString silenceText() const override;
 
     // Each sends one command report at once; a failure is only traced.
     void set_device_ON();
@@ -76,7 +79,22 @@ public:
     void closeHandle();
     /// Where the scale that is open is present still, opens it anew: what had queued up for the old
     /// handle is gone. False, and nothing done, where it is not, or another one is first.
-    bool reopenHandle();
+    bool reopenHandle() override;
+
+    // What the window asks of any scale, in the terms of this one
+    ScaleAbilities abilities() const override { return {}; }
+    void chooseUnit(int tag) override;
+    void setHeld(bool held) override;
+    bool isHolding() const override { return (m_scaleCommand & holdReleasedBit) == 0; }
+    void pressTare() override { set_device_ON_TARE(); }
+    void releaseTare() override { set_device_OFF_TARE(); }
+    bool isOn() const override { return currentStatue(); }
+    LeavingReading leaving() const override;
+
+    /// Of whom this link has its news, for those who look after other devices.
+    DeviceEvents &deviceEvents() const { return *m_watcher; }
+    /// While another link is in use, nothing of this one reaches the interface.
+    void standBack(bool back) { m_isStandingBack = back; }
 
     int currentScale() const { return m_state.currentScale; }
     void setCurrentScale(int type) { m_state.currentScale = type; }
@@ -124,10 +142,14 @@ public:
     const QString &sWebDataLBOnly() const { return m_sWebDataLBOnly; }
     void setSWebDataLBOnly(const QString &text) { m_sWebDataLBOnly = text; }
 
+signals:
+    /// A scale of this link's is there though it stands back. It is opened next.
+    void scaleCame();
+
 private:
     enum class Trace { Io, System, SystemArrow };
 
-    static ScaleDelegate *delegate();
+    ScaleDelegate *delegate() const;
 
     void DeviceAdded(const HidDeviceInfo &device);
     void DeviceChanged(const HidDeviceInfo &device);
@@ -169,6 +191,7 @@ private:
     QString m_refusedPath;      ///< of the attached scale, while it cannot be opened; or empty
     HidDeviceInfo m_device;     ///< that was opened last, or could not be opened
     bool m_isForbidden = false; ///< to open it
+    bool m_isStandingBack = false;
     std::optional<OpenReading> m_open;
     int m_owedReports = 0; ///< answers that may still come to polls of readings that are over
     CommandByte m_scaleCommand = 0;

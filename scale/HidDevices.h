@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QObject>
 #include <QString>
 #include <chrono>
@@ -32,6 +34,9 @@ public:
     /// The first node of that identity, in the order of the system's paths, looked up afresh.
     virtual std::optional<HidDeviceInfo> find(std::uint16_t vendorId,
                                               std::uint16_t productId) const = 0;
+
+    /// All there are, in the same order, looked up afresh.
+    virtual QList<HidDeviceInfo> present() const = 0;
 
 signals:
     void added(const HidDeviceInfo &device);
@@ -71,8 +76,21 @@ public:
 
     /// Null when the node cannot be opened.
     virtual std::unique_ptr<HidConnection> open(const QString &node) = 0;
+    /// The same for a device that is only listened to: what it sends can be read, and nothing be
+    /// sent to it.
+    virtual std::unique_ptr<HidConnection> openToRead(const QString &node) = 0;
+    /// Opens the node for this one report, whose first byte is its number, 0 for none. The length
+    /// of @p report, or -1.
+    virtual int sendOutputReport(const QString &node, std::span<const std::uint8_t> report) = 0;
     /// Why the latest open failed, in the words of whoever refused it.
     virtual QString lastError() const = 0;
     /// The error number that reading and writing @p node would meet; 0 for none.
     virtual int accessError(const QString &node) const = 0;
+    /// The same for reading alone.
+    virtual int readingError(const QString &node) const = 0;
+
+    /// Its report descriptor; empty where the system does not tell.
+    virtual QByteArray reportDescriptor(const HidDeviceInfo &device) = 0;
+    /// What the device says of itself, maker and product; empty where the system does not tell.
+    virtual QString nameOf(const HidDeviceInfo &device) const = 0;
 };

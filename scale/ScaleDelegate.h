@@ -7,6 +7,8 @@
 #include <QtGlobal>
 
 class HidDevices;
+class ScaleLink;
+struct ScaleReading;
 struct WeightReport;
 
 /// Of the wait for one report. One that lacks a byte of the weight has failed.
@@ -32,6 +34,13 @@ public:
     virtual void DisplayUnit(int unit) = 0;
     virtual void shownegativeSign(bool negative) = 0;
     virtual void setUnitCaptionHidden(bool hidden) = 0;
+
+    /// From here on the scale is at the end of @p link; its name is what it says of itself. The
+    /// first link, which is in use from the start, is named by the chosen model.
+    virtual void useLink(ScaleLink &link, const QString &name);
+    /// A reading of a scale that tells number and unit itself: it is to be drawn, and kept in mind,
+    /// before its texts leave.
+    virtual void takeReading(const ScaleReading &reading);
 
     /// What this reading is made of, once it is drawn and before its texts leave.
     virtual void takeReport(const WeightReport &report, ReadOutcome outcome);

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+class ScaleLink;
+
 /// What the program knows of the scale in use beside what the link knows: how it stands, and what
 /// the user has chosen for it.
 class ScaleSession
@@ -19,12 +21,17 @@ public:
     int selectedRadioButtonIndex() const { return m_selectedRadioButtonIndex; }
     void setSelectedRadioButtonIndex(int tag) { m_selectedRadioButtonIndex = tag; }
 
+    /// To the scale in use.
+    ScaleLink &link() const { return *m_link; }
+    void setLink(ScaleLink &link) { m_link = &link; }
+
     bool isDeviceConnected = false;
     bool onhold = false;
     bool pausereadtimer = false; ///< while a unit is being sent, so that no poll falls between
     int tareflashtime = 0;       ///< ticks since the latest tare; shared by all blink timers
 
 private:
+    ScaleLink *m_link = nullptr; ///< set before anything asks
     bool m_isDeviceAlive = false;
     int m_selectedRadioButtonIndex = 0;
     QString m_selectedModelName;

@@ -7,6 +7,18 @@
 
 using namespace std::chrono_literals;
 
+bool HIDManager::takeReading()
+{
+    get_device_rawdata();
+    return !isReadingOpen();
+}
+
+QString HIDManager::silenceText() const
+{
+    return QStringLiteral("The scale does not answer. It is asked again every two seconds. "
+                          "If it stays silent, unplug it and plug it in again.");
+}
+
 void HIDManager::pollAnew()
 {
     sendPoll();
@@ -15,15 +27,15 @@ void HIDManager::pollAnew()
     ++m_open->unansweredPolls;
 }
 
-void HIDManager::continueReading()
+bool HIDManager::continueReading()
 {
     if (!m_open)
-        return;
+        return false;
     const auto input = readReport(0ms);
     if (!input) {
         if (m_open->sincePoll.elapsed() >= answerPatience.count())
             pollAnew();
-        return;
+        return false;
     }
     const OpenReading open = *m_open;
     const CommandByte commanded = m_scaleCommand;
@@ -38,6 +50,7 @@ void HIDManager::continueReading()
     }
     // A command that no poll has carried yet is carried by the next one.
     m_scaleCommand = open.isCommanded ? commanded : afterPoll(commanded, m_state.unitindex);
+    return true;
 }
 
 void HIDManager::giveReadingUp()

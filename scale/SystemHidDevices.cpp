@@ -6,9 +6,13 @@
 #include "scale/DeviceWatcher.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <hidapi.h>
+#include <poll.h>
 #include <unistd.h>
 
 using namespace std::chrono_literals;
@@ -55,6 +59,57 @@ private:
     hid_device *m_device;
 };
 
+/// A node that is read without the library, which opens every node for writing too.
+class ReadingConnection : public HidConnection
+{
+public:
+    explicit ReadingConnection(int descriptor)
+        : m_descriptor(descriptor)
+    {
+    }
+
+    ~ReadingConnection() override { close(m_descriptor); }
+
+    int sendFeatureReport(std::span<const std::uint8_t>) override { return -1; }
+
+    std::optional<int> read(std::span<std::uint8_t> buffer,
+                            std::chrono::milliseconds patience) override
+    {
+        QElapsedTimer waited;
+        waited.start();
+        for (;;) {
+            const std::chrono::milliseconds gone(waited.elapsed());
+            pollfd query = {m_descriptor, POLLIN, 0};
+            const int ready =
+                poll(&query, 1, static_cast<int>(std::max(patience - gone, 0ms).count()));
+            if (ready == 0)
+                return std::nullopt;
+            const ssize_t received =
+                ready < 0 ? -1 : ::read(m_descriptor, buffer.data(), buffer.size());
+            if (received < 0 && errno == EINTR)
+                continue;
+            // Somebody else who has the same open file may have been quicker.
+            if (received < 0 && errno == EAGAIN)
+                return std::nullopt;
+            return static_cast<int>(received);
+        }
+    }
+
+private:
+    int m_descriptor;
+};
+
+QByteArray contentsOf(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+int accessErrorOf(const QString &node, int mode)
+{
+    return access(node.toUtf8().constData(), mode) == 0 ? 0 : errno;
+}
+
 } // namespace
 
 std::unique_ptr<DeviceEvents> SystemHidDevices::events()
@@ -68,18 +123,63 @@ std::unique_ptr<HidConnection> SystemHidDevices::open(const QString &node)
     // vanishes under it (hidapi 0.13.1), and a bouncing plug is enough for that. What remains is a
     // device that vanishes in the microseconds between the library's open and its first request,
     // where the library uses freed memory; only a newer library mends that.
+    m_readingTrouble.clear();
     hid_device *device = hid_open_path(node.toUtf8().constData());
     if (device == nullptr)
         return nullptr;
     return std::make_unique<HidapiConnection>(device);
 }
 
+std::unique_ptr<HidConnection> SystemHidDevices::openToRead(const QString &node)
+{
+    const int descriptor = ::open(node.toUtf8().constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        m_readingTrouble = QString::fromLocal8Bit(std::strerror(errno));
+        return nullptr;
+    }
+    return std::make_unique<ReadingConnection>(descriptor);
+}
+
+int SystemHidDevices::sendOutputReport(const QString &node, std::span<const std::uint8_t> report)
+{
+    hid_device *device = hid_open_path(node.toUtf8().constData());
+    if (device == nullptr)
+        return -1;
+    const int sent = hid_write(device, report.data(), report.size());
+    hid_close(device);
+    return sent;
+}
+
 QString SystemHidDevices::lastError() const
 {
+    if (!m_readingTrouble.isEmpty())
+        return m_readingTrouble;
     return QString::fromWCharArray(hid_error(nullptr));
 }
 
 int SystemHidDevices::accessError(const QString &node) const
 {
-    return access(node.toUtf8().constData(), R_OK | W_OK) == 0 ? 0 : errno;
+    return accessErrorOf(node, R_OK | W_OK);
+}
+
+int SystemHidDevices::readingError(const QString &node) const
+{
+    return accessErrorOf(node, R_OK);
+}
+
+QByteArray SystemHidDevices::reportDescriptor(const HidDeviceInfo &device)
+{
+    return contentsOf(device.systemPath + QStringLiteral("/device/report_descriptor"));
+}
+
+QString SystemHidDevices::nameOf(const HidDeviceInfo &device) const
+{
+    const QByteArray key = "HID_NAME=";
+    const QList<QByteArray> lines =
+        contentsOf(device.systemPath + QStringLiteral("/device/uevent")).split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.startsWith(key))
+            return QString::fromUtf8(line.mid(key.size())).simplified();
+    }
+    return {};
 }

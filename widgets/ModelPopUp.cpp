@@ -4,7 +4,35 @@
 #include "widgets/ModelPopUp.h"
 
 #include <QKeyEvent>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
 #include <QWheelEvent>
+
+void ModelPopUp::setScaleName(const QString &name)
+{
+    m_scaleName = name;
+    setEnabled(name.isEmpty());
+    setToolTip(name);
+    setAccessibleDescription(name);
+    update();
+}
+
+void ModelPopUp::paintEvent(QPaintEvent *event)
+{
+    if (m_scaleName.isEmpty()) {
+        QComboBox::paintEvent(event);
+        return;
+    }
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    option.currentIcon = {};
+    const QRect room =
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+    option.currentText = fontMetrics().elidedText(m_scaleName, Qt::ElideRight, room.width());
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+}
 
 void ModelPopUp::wheelEvent(QWheelEvent *event)
 {

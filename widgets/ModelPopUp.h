@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QString>
 
 /// A pop-up whose choice is made in its list only: each choice resets the scale's unit, so neither
 /// the wheel nor a stray key over the closed pop-up may make one.
@@ -14,7 +15,15 @@ class ModelPopUp : public QComboBox
 public:
     using QComboBox::QComboBox;
 
+    /// While the scale names itself there is no model to be chosen: its name is shown in place of
+    /// the choice. Empty lets the choice be seen again.
+    void setScaleName(const QString &name);
+
 protected:
+    void paintEvent(QPaintEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    QString m_scaleName;
 };

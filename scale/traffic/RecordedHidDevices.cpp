@@ -4,6 +4,7 @@
 #include "scale/traffic/RecordedHidDevices.h"
 
 #include "base/Log.h"
+#include "scale/pointofsale/ReportDescriptor.h"
 #include "scale/traffic/Traffic.h"
 
 #include <QCoreApplication>
@@ -16,7 +17,7 @@ namespace {
 using LineKind = TrafficLine::Kind;
 using Outcome = TrafficLine::Outcome;
 
-QString nameOf(const QString &node)
+QString nodeName(const QString &node)
 {
     return QFileInfo(node).fileName();
 }
@@ -60,11 +61,13 @@ public:
         return m_events->find(vendorId, productId);
     }
 
+    QList<HidDeviceInfo> present() const override { return m_events->present(); }
+
 private:
     void write(LineKind kind, const HidDeviceInfo &device)
     {
         m_record.write({.kind = kind,
-                        .device = nameOf(device.node),
+                        .device = nodeName(device.node),
                         .vendorId = device.vendorId,
                         .productId = device.productId});
     }
@@ -138,17 +141,52 @@ std::unique_ptr<DeviceEvents> RecordedHidDevices::events()
 
 std::unique_ptr<HidConnection> RecordedHidDevices::open(const QString &node)
 {
-    std::unique_ptr<HidConnection> connection = m_devices->open(node);
+    return recorded(m_devices->open(node), node, m_devices->accessError(node));
+}
+
+std::unique_ptr<HidConnection> RecordedHidDevices::openToRead(const QString &node)
+{
+    return recorded(m_devices->openToRead(node), node, m_devices->readingError(node));
+}
+
+std::unique_ptr<HidConnection>
+RecordedHidDevices::recorded(std::unique_ptr<HidConnection> connection, const QString &node,
+                             int error)
+{
     if (connection) {
-        write({.kind = LineKind::Open, .device = nameOf(node)});
+        write({.kind = LineKind::Open, .device = nodeName(node)});
         return std::make_unique<RecordedConnection>(std::move(connection), *this);
     }
-    const bool denied = m_devices->accessError(node) == EACCES;
+    const bool denied = error == EACCES;
     write({.kind = LineKind::Open,
            .outcome = denied ? Outcome::Denied : Outcome::Failed,
-           .device = nameOf(node),
+           .device = nodeName(node),
            .reason = m_devices->lastError().simplified()});
     return nullptr;
+}
+
+int RecordedHidDevices::sendOutputReport(const QString &node, std::span<const std::uint8_t> report)
+{
+    const int sent = m_devices->sendOutputReport(node, report);
+    write({.kind = LineKind::Send, .outcome = outcomeOf(sent), .report = bytesOf(report)});
+    return sent;
+}
+
+QByteArray RecordedHidDevices::reportDescriptor(const HidDeviceInfo &device)
+{
+    const QByteArray descriptor = m_devices->reportDescriptor(device);
+    const bool isScale =
+        scaleLayout({reinterpret_cast<const std::uint8_t *>(descriptor.constData()),
+                     static_cast<std::size_t>(descriptor.size())})
+            .has_value();
+    if (isScale && m_described.value(device.node) != descriptor) {
+        m_described.insert(device.node, descriptor);
+        write({.kind = LineKind::About,
+               .device = nodeName(device.node),
+               .report = descriptor,
+               .reason = m_devices->nameOf(device)});
+    }
+    return descriptor;
 }
 
 void RecordedHidDevices::write(TrafficLine line)

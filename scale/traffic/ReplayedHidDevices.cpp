@@ -17,6 +17,9 @@ namespace {
 
 const QLatin1String nodeFolder("/dev/");
 
+/// Of readings.
+constexpr auto rhythm = 400ms;
+
 /// A timer counts no more than 2^31 ms.
 constexpr std::chrono::milliseconds longestTimer = 24h;
 
@@ -35,6 +38,8 @@ public:
     {
         return m_devices.find(vendorId, productId);
     }
+
+    QList<HidDeviceInfo> present() const override { return m_devices.present(); }
 
 private:
     ReplayedHidDevices &m_devices;
@@ -57,6 +62,26 @@ public:
                             std::chrono::milliseconds patience) override
     {
         return m_devices.read(buffer, patience);
+    }
+
+private:
+    ReplayedHidDevices &m_devices;
+};
+
+/// To a device that sends by itself.
+class ListeningConnection : public HidConnection
+{
+public:
+    explicit ListeningConnection(ReplayedHidDevices &devices)
+        : m_devices(devices)
+    {
+    }
+
+    int sendFeatureReport(std::span<const std::uint8_t>) override { return -1; }
+
+    std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds) override
+    {
+        return m_devices.listen(buffer);
     }
 
 private:
@@ -123,6 +148,17 @@ ReplayedHidDevices::ReplayedHidDevices(Traffic traffic)
     m_eventDue.setSingleShot(true);
     m_eventDue.setTimerType(Qt::PreciseTimer);
     connect(&m_eventDue, &QTimer::timeout, this, &ReplayedHidDevices::reportEvent);
+    describe();
+}
+
+/// What the devices are does not wait for its turn.
+void ReplayedHidDevices::describe()
+{
+    for (const TrafficLine &line : m_lines) {
+        if (line.kind == Kind::About)
+            m_about.insert(nodeFolder + line.device, line);
+    }
+    std::erase_if(m_lines, [](const TrafficLine &line) { return line.kind == Kind::About; });
 }
 
 std::unique_ptr<DeviceEvents> ReplayedHidDevices::events()
@@ -132,18 +168,56 @@ std::unique_ptr<DeviceEvents> ReplayedHidDevices::events()
 
 std::unique_ptr<HidConnection> ReplayedHidDevices::open(const QString &node)
 {
+    if (!canBeOpened(node))
+        return nullptr;
+    return std::make_unique<ReplayedConnection>(*this);
+}
+
+std::unique_ptr<HidConnection> ReplayedHidDevices::openToRead(const QString &node)
+{
+    if (!canBeOpened(node))
+        return nullptr;
+    return std::make_unique<ListeningConnection>(*this);
+}
+
+bool ReplayedHidDevices::canBeOpened(const QString &node)
+{
     m_openErrorNumber = ENOENT;
     m_openError = QStringLiteral("not opened in the record");
     if (!isNext(Kind::Open) || nodeFolder + nextLine()->device != node)
-        return nullptr;
+        return false;
     const TrafficLine line = *nextLine();
     take();
     scheduleEvent();
     if (line.outcome == TrafficLine::Outcome::Done)
-        return std::make_unique<ReplayedConnection>(*this);
+        return true;
     m_openErrorNumber = line.outcome == TrafficLine::Outcome::Denied ? EACCES : 0;
     m_openError = line.reason;
-    return nullptr;
+    return false;
+}
+
+int ReplayedHidDevices::sendOutputReport(const QString &, std::span<const std::uint8_t> report)
+{
+    return static_cast<int>(report.size());
+}
+
+QByteArray ReplayedHidDevices::reportDescriptor(const HidDeviceInfo &device)
+{
+    return m_about.value(device.node).report;
+}
+
+QString ReplayedHidDevices::nameOf(const HidDeviceInfo &device) const
+{
+    return m_about.value(device.node).reason;
+}
+
+QList<HidDeviceInfo> ReplayedHidDevices::present() const
+{
+    QList<HidDeviceInfo> devices = m_present.values();
+    std::sort(
+        devices.begin(), devices.end(),
+        [](const HidDeviceInfo &one, const HidDeviceInfo &other) { return one.node < other.node; });
+    return devices;
 }
 
 int ReplayedHidDevices::accessError(const QString &) const
@@ -155,7 +229,7 @@ std::optional<HidDeviceInfo> ReplayedHidDevices::find(std::uint16_t vendorId,
                                                       std::uint16_t productId) const
 {
     // Which of several scales came first in the system's order is known by what was opened next.
-    if (isNext(Kind::Open)) {
+    if (isNext(Kind::Open) && !isDescribed(nodeFolder + nextLine()->device)) {
         const QString node = nodeFolder + nextLine()->device;
         return HidDeviceInfo{
             .systemPath = node, .node = node, .vendorId = vendorId, .productId = productId};
@@ -205,6 +279,23 @@ std::optional<int> ReplayedHidDevices::read(std::span<std::uint8_t> buffer,
     const std::chrono::milliseconds due = m_awaitsAnswer ? untilDue(*nextLine()) : 0ms;
     pass(std::min(due, patience));
     if (due > patience)
+        return std::nullopt;
+    m_latestRead = *nextLine();
+    take();
+    scheduleEvent();
+    return copied(m_latestRead, buffer);
+}
+
+std::optional<int> ReplayedHidDevices::listen(std::span<std::uint8_t> buffer)
+{
+    passCommands();
+    const bool isAtEnd = nextLine() == nullptr;
+    const auto gone = std::chrono::milliseconds(m_sinceTaken.elapsed());
+    if (isAtEnd && gone >= rhythm) {
+        m_sinceTaken.restart();
+        return copied(m_latestRead, buffer);
+    }
+    if (isAtEnd || !isNext(Kind::Read) || untilDue(*nextLine()) > 0ms)
         return std::nullopt;
     m_latestRead = *nextLine();
     take();

@@ -28,13 +28,22 @@ public:
 
     std::unique_ptr<DeviceEvents> events() override;
     std::unique_ptr<HidConnection> open(const QString &node) override;
+    std::unique_ptr<HidConnection> openToRead(const QString &node) override;
+    int sendOutputReport(const QString &node, std::span<const std::uint8_t> report) override;
     QString lastError() const override { return m_openError; }
     int accessError(const QString &node) const override;
+    int readingError(const QString &node) const override { return accessError(node); }
+    QByteArray reportDescriptor(const HidDeviceInfo &device) override;
+    QString nameOf(const HidDeviceInfo &device) const override;
 
     std::optional<HidDeviceInfo> find(std::uint16_t vendorId, std::uint16_t productId) const;
     void startReporting(DeviceEvents *listener);
     int sendFeatureReport(std::span<const std::uint8_t> report);
+    QList<HidDeviceInfo> present() const;
     std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds patience);
+    /// Of a device that sends by itself: its reports come when they came. At the end of the record
+    /// the latest comes again and again, in the rhythm of readings.
+    std::optional<int> listen(std::span<std::uint8_t> buffer);
 
 private:
     using Kind = TrafficLine::Kind;
@@ -45,6 +54,9 @@ private:
     /// Lines that nobody will ask for: the commands of the recorded user.
     void passCommands();
     void take();
+    void describe();
+    bool canBeOpened(const QString &node);
+    bool isDescribed(const QString &node) const { return m_about.contains(node); }
     /// The recorded program waited in vain for an answer to the poll taken last.
     bool wasSilent(std::chrono::milliseconds patience) const;
     std::chrono::milliseconds untilDue(const TrafficLine &line) const;
@@ -59,6 +71,7 @@ private:
     QPointer<DeviceEvents> m_listener;
     QTimer m_eventDue;
     QHash<QString, HidDeviceInfo> m_present; ///< by node
+    QHash<QString, TrafficLine> m_about;     ///< by node, of the scales of the class
     TrafficLine m_latestRead;
     bool m_awaitsAnswer = false; ///< to the poll taken last
     QString m_openError;

@@ -12,9 +12,10 @@ namespace {
 using LineKind = TrafficLine::Kind;
 using Outcome = TrafficLine::Outcome;
 
-const std::array<QLatin1String, 6> kindWords{QLatin1String("attach"), QLatin1String("change"),
+const std::array<QLatin1String, 7> kindWords{QLatin1String("attach"), QLatin1String("change"),
                                              QLatin1String("detach"), QLatin1String("open"),
-                                             QLatin1String("send"),   QLatin1String("read")};
+                                             QLatin1String("send"),   QLatin1String("read"),
+                                             QLatin1String("about")};
 const QLatin1String failedWord("failed");
 const QLatin1String deniedWord("denied");
 
@@ -43,6 +44,8 @@ QStringList details(const TrafficLine &line)
         return {line.device,
                 (line.outcome == Outcome::Denied ? deniedWord : failedWord) + QLatin1Char(':'),
                 line.reason};
+    case LineKind::About:
+        return {line.device, hexBytes(line.report) + QLatin1Char(':'), line.reason};
     case LineKind::Send:
     case LineKind::Read: break;
     }
@@ -62,6 +65,7 @@ const QRegularExpression &grammar()
         "(?:(?<presence>attach|change|detach) (?<node>[a-z0-9]+) "
         "(?<vendor>[0-9a-f]{4}):(?<product>[0-9a-f]{4})"
         "|(?<open>open) (?<opened>[a-z0-9]+)(?: (?<refusal>failed|denied): (?<reason>.*))?"
+        "|(?<about>about) (?<told>[a-z0-9]+)(?<descriptor>(?: [0-9a-f]{2})+): (?<name>.*)"
         "|(?<send>send)(?<unsent> failed)?(?<sent>(?: [0-9a-f]{2})+)"
         "|(?<read>read)(?:(?<unread> failed)|(?<input>(?: [0-9a-f]{2})*)))")));
     return expression;
@@ -101,6 +105,11 @@ TrafficLine lineOf(const QRegularExpressionMatch &match)
         return presenceOf(match);
     if (match.hasCaptured(u"open"))
         return openOf(match);
+    if (match.hasCaptured(u"about"))
+        return {.kind = LineKind::About,
+                .device = match.captured(u"told"),
+                .report = QByteArray::fromHex(match.captured(u"descriptor").toLatin1()),
+                .reason = match.captured(u"name")};
     if (match.hasCaptured(u"send"))
         return reportOf(LineKind::Send, match.captured(u"unsent"), match.captured(u"sent"));
     return reportOf(LineKind::Read, match.captured(u"unread"), match.captured(u"input"));

@@ -20,9 +20,18 @@
 ///     0.875 send failed 00 90 ff 80 00 00 00 00 00
 ///     0.876 read failed
 ///     2.310 detach hidraw0 04d9:8010
+///     3.100 about hidraw1 05 8d 09 20 a1 01 c0: Maker Scale
 struct TrafficLine
 {
-    enum class Kind : std::uint8_t { Attach, Change, Detach, Open, Send, Read };
+    enum class Kind : std::uint8_t {
+        Attach,
+        Change,
+        Detach,
+        Open,
+        Send,
+        Read,
+        About, ///< a scale of the class: its report descriptor, and its name
+    };
     enum class Outcome : std::uint8_t {
         Done,
         Failed,
@@ -36,7 +45,7 @@ struct TrafficLine
     std::uint16_t vendorId = 0;
     std::uint16_t productId = 0;
     QByteArray report; ///< sent, with its report number, or read; a read may be empty
-    QString reason;    ///< of an open that was not Done
+    QString reason;    ///< of an open that was not Done; of About, the device's name
 
     bool operator==(const TrafficLine &) const = default;
 

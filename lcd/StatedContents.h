@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "lcd/PanelContents.h"
+#include "scale/pointofsale/ScaleReading.h"
+
+#include <QString>
+
+/// What the panel shows of a scale that tells number and unit itself: both as they are told, to the
+/// last decimal. What has no room on the digits, or no picture, is in words instead; nothing is
+/// ever cut off.
+PanelContents statedContents(const ScaleReading &reading);
+
+/// What is to be said beside the panel, and what helps; empty where the panel shows it all.
+QString statedNotice(const ScaleReading &reading);
