@@ -42,7 +42,10 @@ bool sortsInTime(const QString &rule)
 Finding node(const DoctorFacts &facts)
 {
     if (facts.node.access != ScaleAccess::Absent)
-        return good(QStringLiteral("Scale found at %1").arg(facts.node.path));
+        return good(
+            facts.scaleName.isEmpty()
+                ? QStringLiteral("Scale found at %1").arg(facts.node.path)
+                : QStringLiteral("Scale found at %1: %2").arg(facts.node.path, facts.scaleName));
     return trouble(
         identity(QStringLiteral("No scale (USB id %1:%2)")),
         identity(QStringLiteral("Plug it in. If it is, try another cable or socket until "
@@ -76,8 +79,12 @@ Finding rule(const DoctorFacts &facts)
 {
     if (facts.rule.isEmpty())
         return trouble(QStringLiteral("No udev rule for the scale"),
-                       QStringLiteral("Install the package, or put this line into %1: %2")
-                           .arg(QLatin1String(udevRuleFile), QLatin1String(udevRuleLine)));
+                       (facts.ruleLine.isEmpty()
+                            ? QStringLiteral("Install the package, or put this line into %1: %2")
+                            : QStringLiteral("Put this line into %1: %2"))
+                           .arg(QLatin1String(udevRuleFile),
+                                facts.ruleLine.isEmpty() ? QString(QLatin1String(udevRuleLine))
+                                                         : facts.ruleLine));
     if (!sortsInTime(facts.rule))
         return trouble(QStringLiteral("The udev rule %1 is applied too late").arg(facts.rule),
                        QStringLiteral("Give the file a name that begins with 60."));

@@ -8,6 +8,7 @@
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
 #include "scale/ScaleIdentity.h"
+#include "scale/pointofsale/ScaleSearch.h"
 
 #include <QDir>
 #include <QFile>
@@ -26,7 +27,7 @@ const QStringList ruleFolders{
     QStringLiteral("/lib/udev/rules.d"),
 };
 
-bool namesTheScale(const QString &ruleFile)
+bool namesTheScale(const QString &ruleFile, std::uint16_t vendorId, std::uint16_t productId)
 {
     QFile file(ruleFile);
     if (!file.open(QIODevice::ReadOnly))
@@ -35,8 +36,12 @@ bool namesTheScale(const QString &ruleFile)
     const auto id = [](int number) {
         return '"' + QByteArray::number(number, 16).rightJustified(4, '0') + '"';
     };
-    return text.contains(id(scaleVendorId)) && text.contains(id(scaleProductId)) &&
-           text.contains("uaccess");
+    // A file may name many devices, each in a line of its own.
+    const QList<QByteArray> lines = text.split('\n');
+    const bool isNamed = std::any_of(lines.begin(), lines.end(), [&](const QByteArray &line) {
+        return line.contains(id(vendorId)) && line.contains(id(productId));
+    });
+    return isNamed && text.contains("uaccess");
 }
 
 std::optional<int> activeSeats()
@@ -101,11 +106,17 @@ void askWindow(SingleInstance &instance, DoctorFacts &facts)
 
 QString findRule(const QStringList &folders)
 {
+    return findRule(folders, scaleVendorId, scaleProductId);
+}
+
+QString findRule(const QStringList &folders, std::uint16_t vendorId, std::uint16_t productId)
+{
     QSet<QString> seen;
     for (const QString &folder : folders) {
         const auto files = QDir(folder).entryInfoList({QStringLiteral("*.rules")}, QDir::Files);
         for (const QFileInfo &file : files) {
-            if (!seen.contains(file.fileName()) && namesTheScale(file.filePath()))
+            if (!seen.contains(file.fileName()) &&
+                namesTheScale(file.filePath(), vendorId, productId))
                 return file.filePath();
             seen.insert(file.fileName());
         }
@@ -130,8 +141,15 @@ QStringList holdersOf(const QString &node, qint64 exceptProcess)
 DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
 {
     DoctorFacts facts;
-    facts.node = findScaleNode(devices);
-    facts.rule = findRule(ruleFolders);
+    const AnyScale scale = findAnyScale(devices);
+    facts.node = scale.node;
+    facts.scaleName = scale.name;
+    if (scale.name.isEmpty()) {
+        facts.rule = findRule(ruleFolders);
+    } else {
+        facts.rule = findRule(ruleFolders, scale.device.vendorId, scale.device.productId);
+        facts.ruleLine = udevRuleFor(scale.device);
+    }
     facts.seats = activeSeats();
     facts.desktop = expectedDesktop();
     facts.linkedBrowsers = ::linkedBrowsers();

@@ -32,6 +32,8 @@ struct DoctorFacts
     UserFolder runtimeFolder;        ///< where the sockets are, or should be
     QString instanceTrouble;         ///< why starts do not find each other; empty if they do
     QString instanceCure;            ///< of it
+    QString scaleName; ///< what the scale says of itself; empty where a model is chosen for it
+    QString ruleLine;  ///< of the udev rule for this scale; empty for the described one's
 
     static DoctorFacts gather(HidDevices &devices, SingleInstance &instance);
 };
@@ -39,6 +41,8 @@ struct DoctorFacts
 /// The first rules file that lets a user open the scale. A file takes the place of those of the
 /// same name in later folders, as for udev.
 QString findRule(const QStringList &folders);
+/// The same for a scale with that identity.
+QString findRule(const QStringList &folders, std::uint16_t vendorId, std::uint16_t productId);
 
 /// The programs that have @p node open. Those of other users show themselves to root only.
 QStringList holdersOf(const QString &node, qint64 exceptProcess);

@@ -6,7 +6,7 @@
 #include "app/Application.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
-#include "scale/ScaleNode.h"
+#include "scale/pointofsale/ScaleSearch.h"
 
 #include <QEventLoop>
 #include <QJsonDocument>
@@ -90,7 +90,7 @@ ReadingReport ReadingReportCommand::fromWindowOrScale(const QString &infoFile)
 
 ReadingReport ReadingReportCommand::fromScale(const QString &infoFile)
 {
-    const ScaleAccess access = findScaleNode(m_application.devices()).access;
+    const ScaleAccess access = findAnyScale(m_application.devices()).node.access;
     if (access == ScaleAccess::Absent)
         return ReadingReport::of(ReportState::NoScale);
     if (access == ScaleAccess::Denied)

@@ -82,16 +82,32 @@ void UnitColumn::follow(const ScaleAbilities &abilities)
 {
     if (!abilities.units) {
         enableRows(m_modelRows, QStringLiteral("The chosen model does not weigh in this unit"));
-        if (const auto row = rowOfUnit(m_session.selectedRadioButtonIndex()))
-            showRow(*row);
+        restoreChoice();
         return;
     }
+    if (!m_choiceBefore)
+        m_choiceBefore =
+            ChosenRow{.row = checkedRow(), .tag = m_session.selectedRadioButtonIndex()};
     UnitRowSet rows{};
     for (const int tag : *abilities.units)
         rows.at(static_cast<std::size_t>(*rowOfUnit(tag))) = true;
     enableRows(rows, QStringLiteral("The unit is chosen on the scale"));
     if (abilities.unitShown)
         showRow(*rowOfUnit(*abilities.unitShown));
+}
+
+void UnitColumn::restoreChoice()
+{
+    if (!m_choiceBefore)
+        return;
+    m_session.setSelectedRadioButtonIndex(m_choiceBefore->tag);
+    showRow(m_choiceBefore->row);
+    m_choiceBefore.reset();
+}
+
+int UnitColumn::checkedRow() const
+{
+    return static_cast<int>(cells().indexOf(m_form.radiogroup->checkedButton()));
 }
 
 void UnitColumn::enableRows(const UnitRowSet &rows, const QString &whyNot)

@@ -8,6 +8,7 @@
 #include <QList>
 #include <QObject>
 #include <functional>
+#include <optional>
 
 class HIDManager;
 class QAbstractButton;
@@ -17,6 +18,13 @@ struct ScaleAbilities;
 namespace Ui {
 class MainWindow;
 }
+
+/// A marked row, and the unit tag that the user chose last: they need not be the same.
+struct ChosenRow
+{
+    int row = 0;
+    int tag = 0;
+};
 
 /// The column of weighing units, and the same choice in the menu bar.
 class UnitColumn : public QObject
@@ -53,6 +61,10 @@ private:
     HIDManager &m_link;
     ScaleSession &m_session;
     std::function<void(int modelIndex)> m_saveModel;
+    void restoreChoice();
+    int checkedRow() const;
+
     UnitRowSet m_modelRows{};
+    std::optional<ChosenRow> m_choiceBefore; ///< of the described scale, while another is in use
     bool m_isPressed = false;
 };

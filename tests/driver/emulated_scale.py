@@ -60,6 +60,10 @@ class EmulatedScale:
         for command in commands:
             self.tell(command)
 
+    def lines(self, command):
+        """Of a command that answers their count first."""
+        return [self._next_line() for _ in range(int(self.tell(command)))]
+
     def reports(self):
         count = int(self.tell("reports"))
         return [_report(self._next_line()) for _ in range(count)]

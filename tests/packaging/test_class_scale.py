@@ -1,0 +1,53 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""--print and --doctor with a scale of the class for points of sale."""
+
+import harness
+from command_line import CommandLineTest
+
+OUNCES_35_4 = "03040bff6201"
+FAULT = "03010bff0000"
+
+
+class ClassScaleTest(CommandLineTest):
+    def run_with(self, *arguments, report=OUNCES_35_4, prepare=()):
+        return self.run_with_scale(*arguments, scale=["--unplugged"],
+                                   prepare=[f"say class {report}", "plug class", *prepare])
+
+    def test_a_reading_as_text(self):
+        result = self.run_with("--print")
+        self.assertEqual((result.status, result.output, result.errors),
+                         (0, "2 pounds 3.4 ounces\n", ""))
+
+    def test_a_reading_as_json(self):
+        report = self.run_with("--print", "--json").report
+        self.assertEqual(report["device"], "Example Parcel Scale")
+        self.assertEqual(report["state"], "weight")
+        self.assertEqual((report["unit"], report["sign"]), ("lb oz", "+"))
+        self.assertAlmostEqual(report["weight"], 2.2125)
+        self.assertEqual(report["grams"], 1003.573)
+        self.assertEqual((report["export"], report["exportUnit"]), ("2.2125", "lb"))
+        self.assertTrue(report["settled"])
+
+    def test_a_unit_without_a_picture(self):
+        report = self.run_with("--print", "--json", report="030404000c00").report
+        self.assertEqual((report["text"], report["weight"], report["unit"]), ("12 carats", 12, "ct"))
+
+    def test_a_fault(self):
+        result = self.run_with("--print", "--json", report=FAULT)
+        self.assertEqual(result.status, 2)
+        self.assertEqual(result.report["state"], "not-ready")
+
+    def test_the_described_scale_comes_first(self):
+        result = self.run_with("--print", "--json", prepare=["weight 1234", "plug scale"])
+        self.assertEqual(result.report["text"], "1234 grams")
+        self.assertNotIn("device", result.report)
+
+    def test_the_doctor_names_the_scale_and_its_rule(self):
+        result = self.run_with("--doctor")
+        self.assertIn("Example Parcel Scale", result.output)
+        self.assertIn('ATTRS{idVendor}=="1209", ATTRS{idProduct}=="0005"', result.output)
+
+
+if __name__ == "__main__":
+    harness.main()
