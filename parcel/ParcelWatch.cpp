@@ -61,7 +61,7 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
     const ScaleStatement &statement = reading.statement;
     beginReading();
     m_canTare = reading.canTare;
-    m_pan = panReading(statement);
+    m_pan = statedPanReading(statement);
     if (m_pan == PanReading::Missed) {
         m_weight.missReport();
         return;
@@ -69,7 +69,7 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
     m_grams = gramsOf(statement).value_or(0);
     noteWeighed(!reading.isHeld);
     if (!reading.isHeld)
-        settle(m_weight.take(statement));
+        settle(m_weight.takeStated(statement));
 }
 
 void ParcelWatch::beginReading()

@@ -94,9 +94,9 @@ PanReading panReading(const WeightReport &report)
     return isUnderLoad ? PanReading::PanLifted : PanReading::None;
 }
 
-PanReading panReading(const ScaleStatement &statement)
+PanReading statedPanReading(const ScaleStatement &statement)
 {
-    if (isWeight(statement))
+    if (isStatedWeight(statement))
         return PanReading::Weight;
     if (statement.status == ScaleStatus::Unknown)
         return PanReading::Missed;

@@ -21,7 +21,7 @@ enum class PanReading {
 };
 
 PanReading panReading(const WeightReport &report);
-PanReading panReading(const ScaleStatement &statement);
+PanReading statedPanReading(const ScaleStatement &statement);
 
 /// What can be said of the latest reading beside the number itself.
 struct ReadingNotes

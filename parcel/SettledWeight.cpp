@@ -33,7 +33,7 @@ bool isWeight(const WeightReport &report)
     return isWeightCode(report.status) && (report.low != 0 || report.high != 0);
 }
 
-bool isWeight(const ScaleStatement &statement)
+bool isStatedWeight(const ScaleStatement &statement)
 {
     const bool isAboveZero =
         statement.status == ScaleStatus::Stable || statement.status == ScaleStatus::InMotion;
@@ -58,17 +58,17 @@ SettledWeight::Leaves SettledWeight::take(const WeightReport &report)
     return leaveOnce();
 }
 
-SettledWeight::Leaves SettledWeight::take(const ScaleStatement &statement)
+SettledWeight::Leaves SettledWeight::takeStated(const ScaleStatement &statement)
 {
     // Whether it moves is no part of a weight: one that is touched and comes to rest as it was
     // has not changed.
-    const bool isSame = isWeight(statement) == isWeight(m_latestStatement) &&
+    const bool isSame = isStatedWeight(statement) == isStatedWeight(m_latestStatement) &&
                         statement.number == m_latestStatement.number &&
                         statement.unit == m_latestStatement.unit;
     if (!isSame)
         m_hasLeft = false;
     m_latestStatement = statement;
-    if (!isWeight(statement)) {
+    if (!isStatedWeight(statement)) {
         m_state = statement.status == ScaleStatus::OverLimit ? State::Settling : State::Empty;
         return Leaves::No;
     }

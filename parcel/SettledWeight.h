@@ -25,7 +25,7 @@ public:
     /// A report that was read.
     Leaves take(const WeightReport &report);
     /// The same of a scale that says itself whether the weight is at rest: once is enough then.
-    Leaves take(const ScaleStatement &statement);
+    Leaves takeStated(const ScaleStatement &statement);
     /// A poll without a report tells nothing of the pan: what lies there is looked at anew, but
     /// what has left does not leave again.
     void missReport();
@@ -59,4 +59,4 @@ bool isWeightCode(int code);
 /// Above zero and certain, whatever the unit.
 bool isWeight(const WeightReport &report);
 /// Above zero, at rest or not.
-bool isWeight(const ScaleStatement &statement);
+bool isStatedWeight(const ScaleStatement &statement);

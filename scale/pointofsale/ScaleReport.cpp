@@ -6,6 +6,7 @@
 namespace {
 
 constexpr std::uint8_t lastStatus = static_cast<std::uint8_t>(ScaleStatus::ToBeZeroed);
+constexpr int leastExponent = -128;
 constexpr std::uint8_t lastUnit = static_cast<std::uint8_t>(WeightUnit::Pound);
 
 using Bytes = std::span<const std::uint8_t>;
@@ -116,8 +117,12 @@ std::optional<ScaleStatement> readScaleReport(std::span<const std::uint8_t> repo
     statement.status = static_cast<ScaleStatus>(firstChosen(*data, layout.status, lastStatus));
     statement.unit = static_cast<WeightUnit>(firstChosen(*data, layout.unit, lastUnit));
     statement.number = weightOf(*data, layout.weight, statement.status);
-    if (layout.exponent)
-        statement.number.exponent =
-            static_cast<int>(signedValue(bitsOf(*data, *layout.exponent), *layout.exponent));
+    if (!layout.exponent)
+        return statement;
+    const std::int64_t exponent = signedValue(bitsOf(*data, *layout.exponent), *layout.exponent);
+    // A field that has room for more than the class knows of has no weight in it then.
+    if (exponent < leastExponent || exponent > -leastExponent)
+        return ScaleStatement();
+    statement.number.exponent = static_cast<int>(exponent);
     return statement;
 }

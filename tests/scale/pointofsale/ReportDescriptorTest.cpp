@@ -137,6 +137,24 @@ private slots:
                 statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
     }
 
+    /// Nobody could write down what they may say.
+    void exponentsThatAreNone()
+    {
+        Bytes descriptor = bytes(classScaleDescriptor);
+        const Bytes scaling{0x09, 0x41, 0x81, 0x02};
+        const auto found =
+            std::search(descriptor.begin(), descriptor.end(), scaling.begin(), scaling.end());
+        QVERIFY(found != descriptor.end());
+        const Bytes wide{0x75, 0x20};
+        descriptor.insert(found, wide.begin(), wide.end());
+        const auto layout = scaleLayout(descriptor);
+        QVERIFY(layout);
+        QVERIFY(read({3, 4, 11, 0xFF, 0xFF, 0xFF, 0xFF, 12, 0}, *layout) ==
+                statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
+        QVERIFY(read({3, 4, 11, 0xFF, 0xFF, 0xFF, 0x7F, 12, 0}, *layout) == ScaleStatement());
+        QVERIFY(read({3, 4, 11, 0x00, 0x00, 0x00, 0x80, 12, 0}, *layout) == ScaleStatement());
+    }
+
     /// It is read as far as it goes, and never beyond.
     void descriptorsThatAreCutOff()
     {

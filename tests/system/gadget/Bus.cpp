@@ -16,5 +16,7 @@ Bus::Bus()
              .reportDescriptor = mouseReportDescriptor,
              .reportLength = 3},
             "dummy_udc.2")
+    , classScale("class", "dummy_udc.2")
+    , otherClassScale("class-two", "dummy_udc.1")
 {
 }

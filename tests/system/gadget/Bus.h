@@ -3,9 +3,10 @@
 
 #pragma once
 
+#include "tests/system/gadget/ClassGadget.h"
 #include "tests/system/gadget/GadgetScale.h"
 
-/// The devices that the commands act on, each on a port of its own.
+/// The devices that the commands act on, each on a port of its own if not told otherwise.
 struct Bus
 {
     Bus();
@@ -13,4 +14,7 @@ struct Bus
     GadgetScale scale;
     GadgetScale second;
     UsbGadget mouse;
+    // On the ports of the mouse and of the second scale
+    ClassGadget classScale;
+    ClassGadget otherClassScale;
 };

@@ -4,6 +4,7 @@
 #include "tests/system/gadget/BusCommands.h"
 
 #include "emulator/Arguments.h"
+#include "emulator/HexText.h"
 #include "emulator/LineCommand.h"
 
 #include <array>
@@ -17,6 +18,35 @@ using linecommand::switchFromText;
 using Call = linecommand::Call<Bus>;
 using Command = linecommand::Command<Bus>;
 
+ClassGadget &classScaleNamed(const Call &call)
+{
+    const std::string &name = call.arguments.front();
+    if (name != "class" && name != "class-two")
+        throw std::invalid_argument("no such scale is called " + name);
+    return name == "class" ? call.devices.classScale : call.devices.otherClassScale;
+}
+
+void say(const Call &call)
+{
+    std::vector<ClassGadget::Report> reports;
+    for (std::size_t i = 1; i < call.arguments.size(); ++i) {
+        const auto bytes = bytesFromHex(call.arguments[i]);
+        if (!bytes || bytes->empty())
+            throw std::invalid_argument("a report is bytes in hexadecimal");
+        reports.push_back(*bytes);
+    }
+    classScaleNamed(call).say(std::move(reports));
+    call.reply("ok");
+}
+
+void written(const Call &call)
+{
+    linecommand::Words lines;
+    for (const ClassGadget::Report &report : classScaleNamed(call).written())
+        lines.push_back(hexText(report));
+    replyLines(call.reply, lines);
+}
+
 template <typename Action> void onDevice(const Call &call, Action action)
 {
     const std::string name = call.arguments.empty() ? "scale" : call.arguments.front();
@@ -26,6 +56,8 @@ template <typename Action> void onDevice(const Call &call, Action action)
         action(call.devices.second);
     else if (name == "mouse")
         action(call.devices.mouse);
+    else if (name == "class" || name == "class-two")
+        action(classScaleNamed(call));
     else
         throw std::invalid_argument("no device is called " + name);
     call.reply("ok");
@@ -124,8 +156,10 @@ void clearReports(const Call &call)
 }
 
 constexpr std::array commands = {
-    Command{"plug", 0, 1, "plug [scale|second|mouse]", plug},
-    Command{"unplug", 0, 1, "unplug [scale|second|mouse]", unplug},
+    Command{"plug", 0, 1, "plug [scale|second|mouse|class|class-two]", plug},
+    Command{"unplug", 0, 1, "unplug [scale|second|mouse|class|class-two]", unplug},
+    Command{"say", 2, 9, "say class|class-two HEX [HEX ...]", say},
+    Command{"written", 1, 1, "written class|class-two", written},
     Command{"weight", 1, 1, "weight GRAMS", weight},
     Command{"type", 1, 1, "type 0|1", type},
     Command{"silence", 1, 1, "silence on|off", silence},

@@ -73,6 +73,15 @@ class Bus:
         """Between reports that nobody asks for; 0: there are none."""
         self.request(f"unasked {milliseconds}")
 
+    def say(self, device, *reports):
+        """What a scale of the class sends by itself, in hexadecimal, in turn."""
+        self.request(f"say {device} {' '.join(reports)}")
+
+    def written(self, device):
+        """The output reports that it has received."""
+        return [self.stream.readline().rstrip("\n")
+                for _ in range(int(self.request("written " + device)))]
+
     def power(self):
         return self.request("power")
 

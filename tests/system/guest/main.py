@@ -11,13 +11,14 @@ import subprocess
 import time
 import traceback
 
+import class_scenarios
 import port_scenarios
 import report_scenarios
 import scenarios
 import session_scenarios
 from guest import Guest
 
-MODULES = [scenarios, port_scenarios, report_scenarios, session_scenarios]
+MODULES = [scenarios, class_scenarios, port_scenarios, report_scenarios, session_scenarios]
 
 LATEST_LINES = 300
 

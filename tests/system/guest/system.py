@@ -89,9 +89,9 @@ class Udev:
         subprocess.run(["systemd-udevd", "--daemon"], executable=UDEVADM, check=True)
 
     def rule_line(self):
-        [line] = [line for line in self.rule.splitlines()
-                  if line and not line.startswith("#")]
-        return line
+        """The scale's own; those of others come after it."""
+        return next(line for line in self.rule.splitlines()
+                    if line and not line.startswith("#"))
 
     def remove_rule(self):
         (PACKAGED_RULES / RULE).unlink()
