@@ -105,7 +105,7 @@ ReadingReport ReadingReportDelegate::readingReport() const
     report.shown = m_stated ? statedWeight(*m_stated, shown) : shownWeight(shown);
     if (!report.shown)
         return ReadingReport::of(ReportState::Waiting);
-    const QString basic = link().leaving().texts.basic;
+    const QString basic = link().webTexts().basic;
     if (!basic.isEmpty())
         report.grams = panel().contents().minus ? -basic.toDouble() : basic.toDouble();
     if (panel().contents().hold)

@@ -16,7 +16,7 @@ class LatestReading : public WeightTexts
 {
 public:
     LatestReading(const ScaleSession &session, const QLabel &exportLabel)
-        : m_texts(session.link().leaving().texts)
+        : m_texts(session.link().webTexts())
         , m_exportLabel(exportLabel)
     {
     }

@@ -148,13 +148,15 @@ void ParcelWatch::loseScale()
 
 LeavingTexts ParcelWatch::texts() const
 {
-    const LeavingReading leaving = m_around.session.link().leaving();
+    const ScaleLink &link = m_around.session.link();
+    const LeavingForm leaving = link.leavingForm();
+    const WebStrings web = link.webTexts();
     return {.exported = m_around.exportLabel.text(),
             .form = leaving.form,
             .fitsScale = leaving.fitsScale,
-            .pounds = leaving.texts.pounds,
-            .ounces = leaving.texts.ounces,
-            .grams = leaving.texts.basic};
+            .pounds = web.pounds,
+            .ounces = web.ounces,
+            .grams = web.basic};
 }
 
 bool ParcelWatch::lets(Destination destination) const

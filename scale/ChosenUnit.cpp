@@ -69,14 +69,17 @@ void HIDManager::setHeld(bool held)
         set_device_HOLDOFF();
 }
 
-LeavingReading HIDManager::leaving() const
+WebStrings HIDManager::webTexts() const
+{
+    return {.pounds = m_sWebDataLB, .ounces = m_sWebDataOZ, .basic = m_sWebDataBasic};
+}
+
+LeavingForm HIDManager::leavingForm() const
 {
     const ExportForm form = exportForm(delegate()->selectedRadioButtonIndex());
     // The binary scale's kilograms are worked out while it reports them, and only then.
     const bool isForeign = form == ExportForm::Kilograms &&
                            m_state.currentScale == scaletype::binary &&
                            m_state.currentUnit != unitindex::metric;
-    return {.texts = {.pounds = m_sWebDataLB, .ounces = m_sWebDataOZ, .basic = m_sWebDataBasic},
-            .form = form,
-            .fitsScale = !isForeign};
+    return {.form = form, .fitsScale = !isForeign};
 }

@@ -89,7 +89,8 @@ public:
     void pressTare() override { set_device_ON_TARE(); }
     void releaseTare() override { set_device_OFF_TARE(); }
     bool isOn() const override { return currentStatue(); }
-    LeavingReading leaving() const override;
+    WebStrings webTexts() const override;
+    LeavingForm leavingForm() const override;
 
     /// Of whom this link has its news, for those who look after other devices.
     DeviceEvents &deviceEvents() const { return *m_watcher; }

@@ -23,10 +23,9 @@ struct ScaleAbilities
     bool operator==(const ScaleAbilities &) const = default;
 };
 
-/// What leaves of the latest reading, beside the export label's text.
-struct LeavingReading
+/// How the export label's text is to be understood.
+struct LeavingForm
 {
-    WebStrings texts; ///< null before the first reading
     ExportForm form = ExportForm::Pounds;
     bool fitsScale = true; ///< the export text is worked out of what the scale reports
 };
@@ -63,5 +62,7 @@ public:
     /// And is to be switched off with the program.
     virtual bool isOn() const = 0;
 
-    virtual LeavingReading leaving() const = 0;
+    /// Of the latest reading, as the carriers' pages want it; null before the first one.
+    virtual WebStrings webTexts() const = 0;
+    virtual LeavingForm leavingForm() const = 0;
 };

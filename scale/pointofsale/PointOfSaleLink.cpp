@@ -61,7 +61,7 @@ void PointOfSaleLink::attach(const FoundScale &scale)
     m_scale = scale;
     m_isHeld = false;
     m_unit = WeightUnit::Unknown;
-    m_leaving = {};
+    m_texts = {};
     logLine(QStringLiteral("Scale of the point-of-sale class at %1: %2")
                 .arg(scale.device.node, scale.name));
     open();
@@ -108,7 +108,7 @@ void PointOfSaleLink::detach()
     m_latest.reset();
     m_isSilent = false;
     m_isHeld = false;
-    m_leaving = {};
+    m_texts = {};
     delegate()->setConnectionTrouble({});
     delegate()->setUnitCaptionHidden(true);
     delegate()->setStatusString(false);
@@ -221,11 +221,10 @@ bool PointOfSaleLink::take(const ScaleStatement &statement)
          .asPoundsAndOunces = asksForPoundsAndOunces(delegate()->selectedRadioButtonIndex()),
          .canTare = abilities().tare});
 
-    m_leaving.form = exportForm(shown.unit);
+    m_form.form = exportForm(shown.unit);
     const auto rounding = m_roundsUp() ? ExportRounding::UpToWhole : ExportRounding::AsRead;
-    const auto text =
-        shown.isWeighed() ? exportText(shown, m_leaving.form, rounding) : std::nullopt;
-    m_leaving.texts = text ? webStrings(shown).value_or(WebStrings()) : WebStrings();
+    const auto text = shown.isWeighed() ? exportText(shown, m_form.form, rounding) : std::nullopt;
+    m_texts = text ? webStrings(shown).value_or(WebStrings()) : WebStrings();
     delegate()->setExportLabelText(text.value_or(QString()));
     if (text && delegate()->SetClip())
         delegate()->copyToClipboard(delegate()->exportLabelText());

@@ -50,7 +50,8 @@ public:
     void pressTare() override;
     void releaseTare() override {}
     bool isOn() const override { return false; }
-    LeavingReading leaving() const override { return m_leaving; }
+    WebStrings webTexts() const override { return m_texts; }
+    LeavingForm leavingForm() const override { return m_form; }
 
 private:
     static ScaleDelegate *delegate();
@@ -70,5 +71,6 @@ private:
     WeightUnit m_unit = WeightUnit::Unknown; ///< named last
     std::optional<ScaleStatement> m_latest;
     bool m_isHeld = false;
-    LeavingReading m_leaving;
+    WebStrings m_texts;
+    LeavingForm m_form;
 };

@@ -393,8 +393,8 @@ private slots:
         world.first().reports.push_back({3, 4, 2, 0, 0xE8, 0x03});
         world.other.takeReading();
         QCOMPARE(world.interface.label, QStringLiteral("1"));
-        QVERIFY(world.other.leaving().form == ExportForm::Kilograms);
-        QCOMPARE(world.other.leaving().texts.basic, QStringLiteral("1000"));
+        QVERIFY(world.other.leavingForm().form == ExportForm::Kilograms);
+        QCOMPARE(world.other.webTexts().basic, QStringLiteral("1000"));
     }
 };
 
