@@ -11,7 +11,7 @@ namespace {
 /// Four, and the small one behind them.
 constexpr int positionCount = 5;
 
-PanelContents::Digit digitOf(QChar character)
+PanelContents::Digit digitOfCharacter(QChar character)
 {
     return character.digitValue();
 }
@@ -19,9 +19,9 @@ PanelContents::Digit digitOf(QChar character)
 void setPosition(PanelContents &panel, int position, QChar character)
 {
     if (position == positionCount - 1)
-        panel.numerator = digitOf(character);
+        panel.numerator = digitOfCharacter(character);
     else
-        panel.digits.at(static_cast<std::size_t>(position)) = digitOf(character);
+        panel.digits.at(static_cast<std::size_t>(position)) = digitOfCharacter(character);
 }
 
 /// Its last digit at @p last. False where it has no room from @p first on.
@@ -46,7 +46,7 @@ bool placeNumber(PanelContents &panel, const QString &number)
     return place(panel, number, 0, positionCount - 2) || place(panel, number, 0, positionCount - 1);
 }
 
-bool placePoundsAndOunces(PanelContents &panel, const Decimal &ounces)
+bool placePoundsAndOunces(PanelContents &panel, const ScaleNumber &ounces)
 {
     const auto both = poundsAndOunces(ounces);
     if (!both)

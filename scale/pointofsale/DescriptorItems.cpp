@@ -12,6 +12,7 @@ namespace {
 
 // Of the Device Class Definition for HID 1.11, 6.2.2.
 constexpr std::uint8_t longItemPrefix = 0xFE;
+namespace itemtag {
 constexpr std::uint8_t input = 0x80;
 constexpr std::uint8_t output = 0x90;
 constexpr std::uint8_t feature = 0xB0;
@@ -28,6 +29,7 @@ constexpr std::uint8_t pop = 0xB4;
 constexpr std::uint8_t usage = 0x08;
 constexpr std::uint8_t usageMinimum = 0x18;
 constexpr std::uint8_t usageMaximum = 0x28;
+} // namespace itemtag
 
 constexpr unsigned constantFlag = 0x01;
 constexpr unsigned variableFlag = 0x02;
@@ -89,17 +91,19 @@ public:
     bool take(const Item &item)
     {
         switch (item.tag) {
-        case usagePage: m_globals.page = item.value & 0xFFFFU; return true;
-        case logicalMinimum: m_globals.minimum = item.asSigned(); return true;
-        case logicalMaximum: m_globals.maximum = item; return true;
-        case reportSize: m_globals.size = item.value; return true;
-        case reportCount: m_globals.count = item.value; return true;
-        case reportId: m_globals.report = static_cast<std::uint8_t>(item.value); return true;
-        case push: return pushGlobals();
-        case pop: return popGlobals();
-        case usage: return addUsage(usageOf(item));
-        case usageMinimum: m_locals.minimum = usageOf(item); return true;
-        case usageMaximum: return addRange(usageOf(item));
+        case itemtag::usagePage: m_globals.page = item.value & 0xFFFFU; return true;
+        case itemtag::logicalMinimum: m_globals.minimum = item.asSigned(); return true;
+        case itemtag::logicalMaximum: m_globals.maximum = item; return true;
+        case itemtag::reportSize: m_globals.size = item.value; return true;
+        case itemtag::reportCount: m_globals.count = item.value; return true;
+        case itemtag::reportId:
+            m_globals.report = static_cast<std::uint8_t>(item.value);
+            return true;
+        case itemtag::push: return pushGlobals();
+        case itemtag::pop: return popGlobals();
+        case itemtag::usage: return addUsage(usageOf(item));
+        case itemtag::usageMinimum: m_locals.minimum = usageOf(item); return true;
+        case itemtag::usageMaximum: return addRange(usageOf(item));
         default: return takeMain(item);
         }
     }
@@ -149,11 +153,13 @@ private:
     {
         bool makesSense = true;
         switch (item.tag) {
-        case collectionBegin: begin(); break;
-        case collectionEnd: makesSense = m_depth-- > 0; break;
-        case input: makesSense = declare(DeclaredFields::Kind::Input, item.value); break;
-        case output: makesSense = declare(DeclaredFields::Kind::Output, item.value); break;
-        case feature: makesSense = declare(DeclaredFields::Kind::Feature, item.value); break;
+        case itemtag::collectionBegin: begin(); break;
+        case itemtag::collectionEnd: makesSense = m_depth-- > 0; break;
+        case itemtag::input: makesSense = declare(DeclaredFields::Kind::Input, item.value); break;
+        case itemtag::output: makesSense = declare(DeclaredFields::Kind::Output, item.value); break;
+        case itemtag::feature:
+            makesSense = declare(DeclaredFields::Kind::Feature, item.value);
+            break;
         default: return true; // units and the like, which keep what is local
         }
         m_locals = {};

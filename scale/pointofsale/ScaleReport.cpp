@@ -75,9 +75,9 @@ std::uint8_t firstChosen(Bytes data, const std::vector<SelectorField> &selectors
 
 /// The status has the sign. What a scale sends with it below zero is the weight without its sign,
 /// or with it, as two's complement.
-Decimal weightOf(Bytes data, const ReportField &field, ScaleStatus status)
+ScaleNumber weightOf(Bytes data, const ReportField &field, ScaleStatus status)
 {
-    Decimal weight;
+    ScaleNumber weight;
     const std::uint32_t bits = bitsOf(data, field);
     const bool isBelow = status == ScaleStatus::UnderZero;
     const bool isComplement = (isBelow || field.isSigned) && hasSignBit(bits, field);

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "scale/pointofsale/Decimal.h"
+#include "scale/pointofsale/ScaleNumber.h"
 
 #include <cstdint>
 
@@ -44,7 +44,7 @@ struct ScaleStatement
 {
     ScaleStatus status = ScaleStatus::Unknown;
     WeightUnit unit = WeightUnit::Unknown;
-    Decimal number;
+    ScaleNumber number;
 
     /// It comes with a number that means something.
     bool isWeighed() const

@@ -41,7 +41,7 @@ QString unitSymbol(WeightUnit unit)
     return namesOf(unit).symbol;
 }
 
-QString shortMagnitudeText(const Decimal &number)
+QString shortMagnitudeText(const ScaleNumber &number)
 {
     constexpr int readable = 12;
     const QString text = magnitudeText(number);

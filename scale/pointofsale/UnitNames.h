@@ -15,4 +15,4 @@ QString numberWords(const ScaleStatement &statement);
 
 /// The number in full, or, where hardly anybody would read it to its end, as digits and a power of
 /// ten: "12.50", "65535e+40".
-QString shortMagnitudeText(const Decimal &number);
+QString shortMagnitudeText(const ScaleNumber &number);

@@ -217,7 +217,7 @@ std::optional<double> gramsOf(const ScaleStatement &statement)
     return significantText(*grams).toDouble();
 }
 
-std::optional<PoundsAndOunces> poundsAndOunces(const Decimal &ounces)
+std::optional<PoundsAndOunces> poundsAndOunces(const ScaleNumber &ounces)
 {
     constexpr int mostDecimals = 6;
     if (ounces.exponent > 0 || ounces.exponent < -mostDecimals)

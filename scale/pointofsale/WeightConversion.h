@@ -31,8 +31,8 @@ std::optional<double> gramsOf(const ScaleStatement &statement);
 struct PoundsAndOunces
 {
     std::uint32_t pounds = 0;
-    Decimal ounces; ///< below 16
+    ScaleNumber ounces; ///< below 16
 };
 
 /// Nothing where the exponent is above 0, so that not every pound could be told, or below -6.
-std::optional<PoundsAndOunces> poundsAndOunces(const Decimal &ounces);
+std::optional<PoundsAndOunces> poundsAndOunces(const ScaleNumber &ounces);

@@ -7,7 +7,7 @@
 #include <cstdint>
 
 /// A decimal number, exactly as a scale states it: digits times ten to the power of the exponent.
-struct Decimal
+struct ScaleNumber
 {
     std::uint32_t digits = 0;
     int exponent = 0;
@@ -15,8 +15,8 @@ struct Decimal
 
     bool isZero() const { return digits == 0; }
 
-    bool operator==(const Decimal &) const = default;
+    bool operator==(const ScaleNumber &) const = default;
 };
 
 /// In full, without the sign: "0.50", "1200". As many decimals as the number has.
-QString magnitudeText(const Decimal &number);
+QString magnitudeText(const ScaleNumber &number);

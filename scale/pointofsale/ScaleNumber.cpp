@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-#include "scale/pointofsale/Decimal.h"
+#include "scale/pointofsale/ScaleNumber.h"
 
-QString magnitudeText(const Decimal &number)
+QString magnitudeText(const ScaleNumber &number)
 {
     QString text = QString::number(number.digits);
     if (number.exponent >= 0)
