@@ -5,8 +5,8 @@
 #include "tests/rules/AutofillRules.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <array>
 #include <functional>
 #include <random>
@@ -335,5 +335,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AutofillFormTest)
+TEST_CLASS_INSIDE(QCoreApplication, AutofillFormTest)
 #include "AutofillFormTest.moc"

@@ -4,11 +4,11 @@
 #include "export/ExportClipboard.h"
 #include "export/ExportState.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QClipboard>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTest>
 #include <clocale>
 
 namespace {
@@ -168,5 +168,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ClipboardTest)
+TEST_CLASS(ClipboardTest)
 #include "ClipboardTest.moc"

@@ -3,11 +3,11 @@
 
 #include "tests/support/FakeUdev.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QLabel>
 #include <QResource>
 #include <QStatusBar>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
@@ -19,28 +19,28 @@ static void takePicturesAway()
 
 namespace {
 
-struct Fault
+struct MissingCall
 {
     const char *name;
     bool fakeudev::Failing::*call;
 };
 
 constexpr std::array watching{
-    Fault{"none", nullptr},
-    Fault{"no monitor", &fakeudev::Failing::monitor},
-    Fault{"no filter", &fakeudev::Failing::filter},
-    Fault{"no reception", &fakeudev::Failing::receiving},
+    MissingCall{"none", nullptr},
+    MissingCall{"no monitor", &fakeudev::Failing::monitor},
+    MissingCall{"no filter", &fakeudev::Failing::filter},
+    MissingCall{"no reception", &fakeudev::Failing::receiving},
 };
 constexpr std::array listing{
-    Fault{"none", nullptr},
-    Fault{"no list", &fakeudev::Failing::enumeration},
-    Fault{"an empty list", &fakeudev::Failing::scan},
+    MissingCall{"none", nullptr},
+    MissingCall{"no list", &fakeudev::Failing::enumeration},
+    MissingCall{"an empty list", &fakeudev::Failing::scan},
 };
 
 const QString noEvents =
     QStringLiteral("No device events: a scale plugged in from now on is not noticed");
 
-void set(const Fault &fault, bool fails)
+void setMissing(const MissingCall &fault, bool fails)
 {
     if (fault.call != nullptr)
         fakeudev::failing().*fault.call = fails;
@@ -93,17 +93,17 @@ private slots:
     {
         QFETCH(std::size_t, watchingFault);
         QFETCH(std::size_t, listingFault);
-        const Fault &blind = watching.at(watchingFault);
-        const Fault &unlisted = listing.at(listingFault);
+        const MissingCall &blind = watching.at(watchingFault);
+        const MissingCall &unlisted = listing.at(listingFault);
         LaunchedApplication app(LaunchedApplication::Scale::Present, {}, [&] {
-            set(blind, true);
-            set(unlisted, true);
+            setMissing(blind, true);
+            setMissing(unlisted, true);
         });
         QCOMPARE(app.logged(noEvents), blind.call == nullptr ? 0 : 1);
         QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
         app.pass(3000ms);
         QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
-        set(unlisted, false);
+        setMissing(unlisted, false);
         app.pass(1000ms);
         QVERIFY(app.delegate.isDeviceConnected);
         app.hidapi.reports.push_back(report);
@@ -114,5 +114,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(StartUpFaultsTest)
+TEST_CLASS(StartUpFaultsTest)
 #include "StartUpFaultsTest.moc"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QClipboard>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
@@ -476,5 +476,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(SettledLeavingTest)
+TEST_CLASS(SettledLeavingTest)
 #include "SettledLeavingTest.moc"

@@ -7,15 +7,13 @@
 #include "scale/traffic/ReplayedHidDevices.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LinkedScale.h"
+#include "tests/support/TestClasses.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
 namespace {
-
-const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
 
 /// An interface whose application gets its devices from the test.
 struct Interface : RecordingDelegate
@@ -47,7 +45,7 @@ QStringList withoutTimes(const QByteArray &record)
 }
 
 /// Time goes on, and what has come due happens.
-void pass(std::chrono::milliseconds time)
+void passTime(std::chrono::milliseconds time)
 {
     for (auto gone = 0ms; gone < time; gone += 1ms) {
         fakeclock::advance(1ms);
@@ -77,7 +75,7 @@ struct ReplayedScale
     {
         interface.radioButtonIndex = 5;
         link.get_device_handle();
-        pass(10ms);
+        passTime(10ms);
     }
 
     bool isPresent() const { return devices.find(scaleVendorId, scaleProductId).has_value(); }
@@ -262,7 +260,7 @@ private slots:
         QVERIFY(scale.link.isReadingOpen());
         scale.link.continueReading();
         QVERIFY(scale.link.isReadingOpen());
-        pass(500ms);
+        passTime(500ms);
         scale.link.continueReading();
         QVERIFY(!scale.link.isReadingOpen());
         QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
@@ -277,7 +275,7 @@ private slots:
         scale.link.get_device_rawdata();
         for (int look = 0; look < 3; ++look) {
             QVERIFY(scale.link.isReadingOpen());
-            pass(1s);
+            passTime(1s);
             scale.link.continueReading();
         }
         QVERIFY(scale.link.isReadingOpen());
@@ -319,7 +317,7 @@ private slots:
         QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
         scale.link.get_device_rawdata();
         QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")).size(), 2);
-        pass(10ms);
+        passTime(10ms);
         QCOMPARE(scale.interface.calls.last(2), (QStringList{"setIsDeviceAlive 0", "clearAll"}));
         QVERIFY(!scale.isPresent());
     }
@@ -348,11 +346,11 @@ private slots:
     void nothingIsLostWhenTheProgramPollsLater()
     {
         ReplayedScale scale(scaleAttached + scaleRead + "0.002 detach hidraw0 04d9:8010\n");
-        pass(1s);
+        passTime(1s);
         QVERIFY(scale.isPresent());
         scale.link.get_device_rawdata();
         QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
-        pass(10ms);
+        passTime(10ms);
         QVERIFY(!scale.isPresent());
     }
 
@@ -386,7 +384,7 @@ private slots:
         scale.link.get_device_rawdata();
         QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
                  QStringList{"io: Unable to read()"});
-        pass(10ms);
+        passTime(10ms);
         QVERIFY(!scale.isPresent());
     }
 
@@ -404,5 +402,5 @@ private:
     QTemporaryDir m_folder{QStringLiteral("/dev/shm/postal-scale-test-XXXXXX")};
 };
 
-QTEST_GUILESS_MAIN(TrafficTest)
+TEST_CLASS_INSIDE(QCoreApplication, TrafficTest)
 #include "TrafficTest.moc"

@@ -3,6 +3,7 @@
 
 #include "tests/browser/link/BrowserFixture.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/TestClasses.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -34,7 +35,7 @@ int pageOf(const std::optional<QJsonObject> &message)
 
 QString weighing(int number)
 {
-    return box + QLatin1Char('=') + QString::number(number);
+    return weightBox + QLatin1Char('=') + QString::number(number);
 }
 
 } // namespace
@@ -123,7 +124,7 @@ private slots:
     void aReadingIsOneMessage()
     {
         const auto peer = uspsPeer();
-        const FillPlan first{{{box}, {secondBox}, {assignment, {0}, {1}}}};
+        const FillPlan first{{{weightBox}, {secondBox}, {assignment, {0}, {1}}}};
         const FillPlan second{{{secondBox}, {weighing(2), {0}}}};
         QVERIFY(m_fixture->post(first));
         QVERIFY(m_fixture->post(second));
@@ -136,7 +137,7 @@ private slots:
         };
         const auto message = peer->receive();
         QCOMPARE(pageOf(message), 1);
-        QCOMPARE(stepsOf(message), (QJsonArray{box, secondBox, step(assignment, {0}, {1}),
+        QCOMPARE(stepsOf(message), (QJsonArray{weightBox, secondBox, step(assignment, {0}, {1}),
                                                secondBox, step(weighing(2), {2}, {})}));
         QVERIFY(!peer->receive(0));
     }
@@ -147,7 +148,7 @@ private slots:
         QElapsedTimer time;
         time.start();
         for (int reading = 0; reading < 20; ++reading)
-            QVERIFY(fill(box));
+            QVERIFY(fill(weightBox));
         // Twenty waits for an answer that does not come would be far longer.
         QVERIFY(time.elapsed() < 10 * BrowserClient::answerTime.count());
     }
@@ -423,5 +424,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BrowserLinkTest)
+TEST_CLASS_INSIDE(QCoreApplication, BrowserLinkTest)
 #include "BrowserLinkTest.moc"

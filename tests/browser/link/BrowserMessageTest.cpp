@@ -4,11 +4,11 @@
 #include "browser/link/BrowserMessage.h"
 #include "browser/link/BrowserFrame.h"
 #include "browser/link/BrowserSituation.h"
+#include "tests/support/TestClasses.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTest>
 #include <random>
 
 namespace {
@@ -314,5 +314,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BrowserMessageTest)
+TEST_CLASS_INSIDE(QCoreApplication, BrowserMessageTest)
 #include "BrowserMessageTest.moc"
