@@ -149,9 +149,9 @@ private slots:
         clipboard.copy(QStringLiteral("1.234"));
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("1.234"));
         QVERIFY(!QGuiApplication::clipboard()->ownsClipboard());
-        const auto refused = QStringLiteral("The desktop does not let this window write the "
-                                            "clipboard while it is not in front.");
-        QCOMPARE(shown, QStringList{refused});
+        const auto notice = QStringLiteral("The desktop does not let this window write the "
+                                           "clipboard while it is not in front.");
+        QCOMPARE(shown, QStringList{notice});
         clipboard.switchTo(false);
         QVERIFY(!state.SetClip());
         QCOMPARE(shown, (QStringList{refused, QString()}));
