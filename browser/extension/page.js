@@ -59,20 +59,28 @@
         answers[place] = value ? isEmpty(value[1]) : isChecked(checked[1]);
     }
 
-    /** Each step in its turn: what one writes, another may ask for. */
+    /** Each step in its turn: what one writes, another may ask for. Returns which of those with a
+     *  note were due, counted from 0. */
     function walk(steps, written) {
         const answers = [];
+        const due = [];
+        let notes = 0;
         for (const step of steps) {
             try {
-                const {text, if: ifAnswers = [], unless = []} =
+                const {text, if: ifAnswers = [], unless = [], note = false} =
                     typeof step === 'string' ? {text: step} : step;
-                if (ifAnswers.every((each) => answers[each] === true) &&
-                    unless.every((each) => answers[each] === false))
-                    run(text, answers, written);
+                const number = note === true ? notes++ : null;
+                if (!ifAnswers.every((each) => answers[each] === true) ||
+                    !unless.every((each) => answers[each] === false))
+                    continue;
+                if (number !== null)
+                    due.push(number);
+                run(text, answers, written);
             } catch {
                 // such as a file field, which no script may fill
             }
         }
+        return due;
     }
 
     // What the page knows of the weight. A page that only shows its fields needs no word; one that
@@ -200,14 +208,14 @@
         port2.postMessage(null);
     }
 
-    /** @param answer gets the numbers of fields */
+    /** @param answer gets the numbers of fields, and the notes that were due */
     function fill({steps, quiet}, announce, answer) {
         const written = new Map();
-        walk(steps, written);
+        const notes = walk(steps, written);
         const news = quiet ? new Set() : tell(written, announce);
         afterPage(() => {
             const changed = lookBack(written, quiet);
-            answer({written: written.size, changed: changed.size});
+            answer({written: written.size, changed: changed.size}, notes);
             try {
                 if (news.size > 0)
                     showBadge(written.size, news, changed);
@@ -237,9 +245,9 @@
                 opened.postMessage({told: nowTold});
                 isDeedKnown = false;
             };
-            fill({steps, quiet}, announce, (fields) => {
+            fill({steps, quiet}, announce, (fields, notes) => {
                 if (port === opened)
-                    opened.postMessage({id, fields});
+                    opened.postMessage({id, fields, notes});
             });
         });
         opened.onDisconnect.addListener(() => {

@@ -6,6 +6,7 @@
 #include "browser/link/FillPlan.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <chrono>
 #include <cstdint>
@@ -61,6 +62,7 @@ struct BrowserRan
 {
     std::uint32_t id = 0;
     std::optional<FilledFields> fields; ///< none: the page was gone
+    QList<int> notes; ///< of the steps that were due; numbers of the plan's notes, ascending
 };
 
 using BrowserMessage = std::variant<BrowserHello, BrowserCurrent, BrowserFocus, BrowserRan>;

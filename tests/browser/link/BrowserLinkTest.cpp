@@ -414,6 +414,36 @@ private slots:
         QVERIFY(!fill(weighing(4)));
     }
 
+    /// In the plan's order, once the page has said so; never for a plan that no page has done.
+    void theNotesOfTheStepsThatWereDueAreLogged()
+    {
+        const LogCapture log;
+        const auto peer = uspsPeer();
+        const auto noted = [](const char *note) { return FillStep{weighing(1), {}, {}, {}, note}; };
+        m_fixture->post({{noted("one"), {weighing(1)}, noted("two")}});
+        m_fixture->post({{noted("three"), noted("four")}});
+        QCoreApplication::processEvents();
+        const auto first = peer->receive();
+        fill(weighing(2));
+        QCOMPARE(LogCapture::lines(), QStringList());
+        peer->sendRan(idOf(first), 1, 0, {0, 1, 3});
+        const QStringList expected{QStringLiteral("one"), QStringLiteral("two"),
+                                   QStringLiteral("four")};
+        QTRY_COMPARE(LogCapture::lines(), expected);
+        peer->sendRan(idOf(peer->receive()), QJsonValue(), {0});
+        waitForStatus("Browser linked, USPS page open");
+        QCOMPARE(LogCapture::lines(), expected);
+    }
+
+    void aNoteThatThePlanLacksEndsTheConnection()
+    {
+        const auto peer = uspsPeer();
+        m_fixture->post({{FillStep{weighing(1), {}, {}, {}, "one"}}});
+        QCoreApplication::processEvents();
+        peer->sendRan(idOf(peer->receive()), 1, 0, {1});
+        waitForStatus("No browser linked");
+    }
+
     void moreFieldsThanStepsEndTheConnection()
     {
         const auto peer = uspsPeer();
