@@ -6,7 +6,7 @@ import subprocess
 
 import carrier_pages as pages
 import harness
-from browser_harness import ALL_CARRIERS, KV_C300, SLOW_START, BrowserTest
+from browser_harness import SLOW_START, BrowserTest
 from waiting import wait_until
 
 USPS = "https://www.usps.com"
@@ -23,9 +23,7 @@ class FillingTest(BrowserTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.start_program(settings=KV_C300 + ALL_CARRIERS)
-        cls.program.wait_for_polls()
-        cls.program.window.click("rg4")  # decimal pounds
+        cls.start_weighing()
 
     def setUp(self):
         self.put_on_the_pan(1000)

@@ -44,9 +44,7 @@ class SettledTest(BrowserTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.start_program(settings=cls.settings)
-        cls.program.wait_for_polls()
-        cls.program.window.click("rg4")  # decimal pounds
+        cls.start_weighing(cls.settings)
         cls.lift()
 
     @classmethod
