@@ -111,6 +111,8 @@ bool BrowserClient::handle(const BrowserCurrent &message)
 {
     m_current = message.page;
     emit changed();
+    if (message.isBack)
+        emit pageCameBack();
     return true;
 }
 

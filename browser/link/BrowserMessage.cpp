@@ -83,9 +83,12 @@ std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
         return BrowserCurrent{};
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("page")]);
     const QString host = value[QLatin1String("host")].toString();
-    if (!id || !isHost(host))
+    const QJsonValue again = value[QLatin1String("again")];
+    if (!id || !isHost(host) || !(again.isBool() || again.isUndefined()))
         return std::nullopt;
-    return BrowserCurrent{BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()}};
+    return BrowserCurrent{.page =
+                              BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()},
+                          .isBack = again.toBool()};
 }
 
 std::optional<BrowserMessage> parseFocused(const QJsonValue &value)
