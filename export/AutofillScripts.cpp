@@ -188,7 +188,7 @@ std::string_view scriptStart(const char *literal)
 QString scriptText(const char *literal, const QString &text)
 {
     const std::string_view start = scriptStart(literal);
-    return QLatin1String(start.data(), start.size()) + text;
+    return QLatin1String(start.data(), static_cast<qsizetype>(start.size())) + text;
 }
 
 QString scriptText(const char *literal, float number)
