@@ -52,8 +52,7 @@ def qemu_command(arguments):
     session = "session=1 systemd.log_target=console " if arguments.session else ""
     return [
         QEMU, "-accel", "tcg,thread=single", "-icount", "shift=1,sleep=off",
-        "-machine", "q35", "-smp", "1", "-cpu", "qemu64",
-        "-m", "2048" if arguments.session else "1024",
+        "-machine", "q35", "-smp", "1", "-cpu", "qemu64", "-m", "1024",
         "-nodefaults", "-no-user-config", "-display", "none", "-monitor", "none", "-no-reboot",
         "-serial", f"file:{results / 'console.log'}", "-serial", f"file:{results / 'verdicts'}",
         "-kernel", parts / "vmlinux", "-initrd", results / "initrd",
