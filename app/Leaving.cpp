@@ -64,10 +64,6 @@ void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
 
 void PostalScaleAppDelegate::showNotes()
 {
-    if (!isDeviceConnected) {
-        forgetScalePower();
-        endPollingAroundSleep();
-    }
     m_noteLabels.show(m_parcel.notes());
     m_recentWeightsMenu.show(m_parcel.recentWeights().all());
 }

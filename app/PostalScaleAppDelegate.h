@@ -68,6 +68,10 @@ public:
     // Connection status, poll timer, disconnect alert
     void setStatusString(bool connected) override;
     void setConnectionTrouble(const QString &trouble) override;
+    void showWatchTrouble(const QString &trouble) override
+    {
+        m_statusArea.setNotice(StatusArea::Notice::Watching, trouble);
+    }
     void readData(QTimer *timer);
     void showAlert();
     void someMethodDidEnd(int returnCode);

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QResource>
 #include <QStatusBar>
+#include <algorithm>
 
 using namespace std::chrono_literals;
 
@@ -39,6 +40,17 @@ constexpr std::array listing{
 
 const QString noEvents =
     QStringLiteral("No device events: a scale plugged in from now on is not noticed");
+
+const QString notNoticed =
+    QStringLiteral("A scale that is plugged in or unplugged now is not noticed");
+
+/// The window, in its status line.
+bool says(const LaunchedApplication &app, const QString &sentence)
+{
+    const auto lines = app.delegate.window->statusBar()->findChildren<QLabel *>();
+    return std::any_of(lines.cbegin(), lines.cend(),
+                       [&](const QLabel *line) { return line->text().contains(sentence); });
+}
 
 void setMissing(const MissingCall &fault, bool fails)
 {
@@ -100,12 +112,14 @@ private slots:
             setMissing(unlisted, true);
         });
         QCOMPARE(app.logged(noEvents), blind.call == nullptr ? 0 : 1);
+        QCOMPARE(says(app, notNoticed), blind.call != nullptr);
         QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
         app.pass(3000ms);
         QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
         setMissing(unlisted, false);
         app.pass(1000ms);
         QVERIFY(app.delegate.isDeviceConnected);
+        QCOMPARE(says(app, notNoticed), blind.call != nullptr);
         app.hidapi.reports.push_back(report);
         app.pass(400ms);
         QCOMPARE(app.delegate.gmImg->isHidden(), false);

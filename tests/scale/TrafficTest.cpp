@@ -88,6 +88,32 @@ struct ReplayedScale
     HIDManager link;
 };
 
+/// The real link, all of whose traffic is written down.
+struct RecordedScale
+{
+    explicit RecordedScale(const QString &name)
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        if (!devices.startFile(name))
+            qFatal("%s", qPrintable(devices.errorText()));
+    }
+
+    void watch()
+    {
+        link.get_device_handle();
+        LinkedScale::turn();
+    }
+
+    RecordedHidDevices devices{std::make_unique<SystemHidDevices>()};
+    LogCapture log;
+    Interface interface {
+        devices
+    };
+    FakeHidapi &hidapi = FakeHidapi::instance();
+    HIDManager link;
+};
+
 } // namespace
 
 /// What is written down of the devices, and that it does the same once more.
@@ -173,30 +199,22 @@ private slots:
 
     void everythingThatPassesIsWrittenDown()
     {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        FakeHidapi &hidapi = FakeHidapi::instance();
-        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
         const QString name = m_folder.filePath(QStringLiteral("record"));
-        QVERIFY(record.startFile(name));
-        const LogCapture log;
-        Interface interface(record);
-        HIDManager link;
-        link.get_device_handle();
-        LinkedScale::turn();
+        RecordedScale scale(name);
+        scale.watch();
         fakeudev::plug(mouse);
         fakeudev::plug(scaleDevice);
         LinkedScale::turn();
-        hidapi.reports = {{0x01, 0x34, 0x12}, {}};
-        link.get_device_rawdata();
-        link.set_device_OFF();
-        link.get_device_rawdata();
-        hidapi.sendFails = true;
-        link.get_device_rawdata();
-        hidapi.openFails = true;
+        scale.hidapi.reports = {{0x01, 0x34, 0x12}, {}};
+        scale.link.get_device_rawdata();
+        scale.link.set_device_OFF();
+        scale.link.get_device_rawdata();
+        scale.hidapi.sendFails = true;
+        scale.link.get_device_rawdata();
+        scale.hidapi.openFails = true;
         fakeudev::unplug(scaleDevice.name);
         LinkedScale::turn();
-        link.get_device_rawdata(); // reaches no device
+        scale.link.get_device_rawdata(); // reaches no device
         fakeudev::plug(scaleDevice);
         LinkedScale::turn();
         QCOMPARE(withoutTimes(contents(name)),
@@ -212,26 +230,26 @@ private slots:
 
     void permissionThatArrivesLaterIsWrittenDown()
     {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        FakeHidapi &hidapi = FakeHidapi::instance();
-        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
         const QString name = m_folder.filePath(QStringLiteral("late"));
-        QVERIFY(record.startFile(name));
-        const LogCapture log;
-        Interface interface(record);
-        HIDManager link;
-        link.get_device_handle();
-        LinkedScale::turn();
-        hidapi.openFails = true;
+        RecordedScale scale(name);
+        scale.watch();
+        scale.hidapi.openFails = true;
         fakeudev::plug(scaleDevice);
         LinkedScale::turn();
-        hidapi.openFails = false;
+        scale.hidapi.openFails = false;
         fakeudev::announce(scaleDevice, "change");
         LinkedScale::turn();
         QCOMPARE(withoutTimes(contents(name)),
                  (QStringList{"attach hidraw0 04d9:8010", "open hidraw0 failed: fake failure",
                               "change hidraw0 04d9:8010", "open hidraw0"}));
+    }
+
+    void plugsThatAreNotNoticedAreToldOf()
+    {
+        RecordedScale scale(m_folder.filePath(QStringLiteral("unwatched")));
+        fakeudev::failing().monitor = true;
+        scale.watch();
+        QVERIFY(!scale.interface.watchTrouble.isEmpty());
     }
 
     void permissionThatArrivesLaterComesBack()

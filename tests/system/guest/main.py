@@ -11,13 +11,15 @@ import subprocess
 import time
 import traceback
 
+import logind_scenarios
 import port_scenarios
 import report_scenarios
 import scenarios
 import session_scenarios
+from desk import Desk
 from guest import Guest
 
-MODULES = [scenarios, port_scenarios, report_scenarios, session_scenarios]
+MODULES = [scenarios, port_scenarios, report_scenarios, session_scenarios, logind_scenarios]
 
 LATEST_LINES = 300
 
@@ -62,7 +64,8 @@ def main():
     os.environ["PATH"] = "/usr/sbin:/usr/bin"
     arguments = pathlib.Path("/proc/cmdline").read_text()
     names = re.search(r"scenarios=(\S+)", arguments).group(1).split(",")
-    guest = Guest("full=1" in arguments.split())
+    has_session = "session=1" in arguments.split()
+    guest = (Desk if has_session else Guest)("full=1" in arguments.split())
     with open("/dev/ttyS1", "w", encoding="utf-8") as verdicts:
         for name in names:
             print(json.dumps(play(guest, scenario_called(name))), file=verdicts, flush=True)
