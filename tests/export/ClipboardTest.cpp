@@ -154,7 +154,7 @@ private slots:
         QCOMPARE(shown, QStringList{notice});
         clipboard.switchTo(false);
         QVERIFY(!state.SetClip());
-        QCOMPARE(shown, (QStringList{refused, QString()}));
+        QCOMPARE(shown, (QStringList{notice, QString()}));
     }
 
     void onePlainText()
