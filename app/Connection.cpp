@@ -39,8 +39,11 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     m_parcel.loseScale();
     m_carrierPages.forgetWaiting();
     showNotes();
-    if (!connected)
+    if (!connected) {
+        forgetScalePower();
+        endPollingAroundSleep();
         return;
+    }
     auto *timer = new RepeatingTimer(pollInterval, this);
     connect(timer, &RepeatingTimer::fired, this, [this, timer] { readData(timer); });
 }

@@ -36,9 +36,24 @@ void PostalScaleAppDelegate::Autofill(int carrier)
     const auto destination = destinationOf(carrier);
     if (destination && !m_parcel.lets(*destination))
         return;
+    fillPage(carrier);
+}
+
+void PostalScaleAppDelegate::fillPage(int carrier)
+{
     m_parcel.noteFill();
     m_carrierPages.Autofill(carrier);
     m_parcel.noteSent(safari->hasSent());
+}
+
+void PostalScaleAppDelegate::fillPageThatCameBack()
+{
+    if (SendtoUSPS == 1 && m_parcel.letsAgain(Destination::Usps))
+        fillPage(carrier::usps);
+    if (SendtoUPS == 1 && m_parcel.letsAgain(Destination::Ups))
+        fillPage(carrier::ups);
+    if (SendtoFedex == 1 && m_parcel.letsAgain(Destination::Fedex))
+        fillPage(carrier::fedex);
 }
 
 void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
@@ -49,10 +64,6 @@ void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
 
 void PostalScaleAppDelegate::showNotes()
 {
-    if (!isDeviceConnected) {
-        forgetScalePower();
-        endPollingAroundSleep();
-    }
     m_noteLabels.show(m_parcel.notes());
     m_recentWeightsMenu.show(m_parcel.recentWeights().all());
 }

@@ -70,6 +70,10 @@ public:
     // Connection status, poll timer, disconnect alert
     void setStatusString(bool connected) override;
     void setConnectionTrouble(const QString &trouble) override;
+    void showWatchTrouble(const QString &trouble) override
+    {
+        m_statusArea.setNotice(StatusArea::Notice::Watching, trouble);
+    }
     void readData(QTimer *timer);
     void showAlert();
     void someMethodDidEnd(int returnCode);
@@ -117,6 +121,9 @@ public:
     }
     /// @param carrier whose page has taken the weight, as a person names it
     void notePageFilled(const QString &carrier);
+    /// The page in front posted itself back when it got the weight. Where only settled weights
+    /// leave, no further reading would fill it.
+    void fillPageThatCameBack();
 
     // What the scale link reads and writes
     void setUnitCaptionHidden(bool hidden) override { unitLBl->setHidden(hidden); }
@@ -165,6 +172,7 @@ private:
     void endPolling();
     /// The window offers what the scale in use can do.
     void followAbilities();
+    void fillPage(int carrier);
     /// A scale that was on reports that it is off, though nobody here has switched it off.
     void noticeScaleOff(ReadOutcome outcome);
     void forgetScalePower();

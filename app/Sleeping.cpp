@@ -22,6 +22,8 @@ void PostalScaleAppDelegate::prepareForSleep()
 {
     m_rest.begin();
     m_parcel.markOld();
+    if (!isDeviceConnected)
+        endPollingAroundSleep();
     showNotes();
 }
 

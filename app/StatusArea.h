@@ -19,7 +19,16 @@ class StatusArea : public QObject
     Q_OBJECT
 
 public:
-    enum class Notice { Connection, Silence, Scale, Settings, Clipboard, Information, Session };
+    enum class Notice {
+        Connection,
+        Watching,
+        Silence,
+        Scale,
+        Settings,
+        Clipboard,
+        Information,
+        Session
+    };
 
     /// @param above margins of what stands above, to be in line with it
     /// @param settings tell of their own trouble, and must outlive the area

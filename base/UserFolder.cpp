@@ -29,10 +29,15 @@ UserFolder UserFolder::at(const QString &path)
             QStringLiteral("the runtime folder %1 belongs to another user").arg(path),
             QStringLiteral("Start the program as the user who has logged in, without sudo or su."));
     if ((facts.st_mode & othersMayWrite) != 0)
-        return unusable(
-            QStringLiteral("others may write into the runtime folder %1").arg(path),
-            QStringLiteral("Run: chmod 700 %1. Then start the program again.").arg(path));
+        return openToOthers(
+            path, QStringLiteral("others may write into the runtime folder %1").arg(path));
     return {.path = path, .trouble = {}, .cure = {}};
+}
+
+UserFolder UserFolder::openToOthers(const QString &path, const QString &trouble)
+{
+    return unusable(trouble,
+                    QStringLiteral("Run: chmod 700 %1. Then start the program again.").arg(path));
 }
 
 UserFolder UserFolder::ofSession()

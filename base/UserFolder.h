@@ -13,6 +13,8 @@ struct UserFolder
     QString cure;    ///< in one sentence
 
     static UserFolder at(const QString &path);
+    /// One that others may get into, and why.
+    static UserFolder openToOthers(const QString &path, const QString &trouble);
     /// The session's runtime folder, XDG_RUNTIME_DIR.
     static UserFolder ofSession();
 };

@@ -44,8 +44,8 @@ public:
     {
         for (const FillStep &step : plan.steps) {
             // Far from the numbers that the link gives its own.
-            const QByteArray frame =
-                browserFrame(browserPlanMessage(++m_lastRun, m_page, {{{step.text}}}));
+            const QByteArray frame = browserFrame(browserPlanMessage(
+                ++m_lastRun, m_page, {{{.text = step.text, .start = step.start}}}));
             if (::write(m_descriptor, frame.constData(), static_cast<std::size_t>(frame.size())) !=
                 frame.size())
                 qFatal("the browser is gone");

@@ -160,7 +160,7 @@ def _fills(session, browser, carrier):
     held_for, answered, bare = (Samples(list(column)) for column in zip(*rows))
     return [Figure(f"{carrier} fill to its last answer, to a bare client, {browser}", 0.3, "",
                    answered.over(bare),
-                   f"{answered.median:.1f} ms, the thread held for {held_for.median:.1f} ms")]
+                   f"{answered.median:.1f} ms, the thread held for {held_for.median:.2f} ms")]
 
 
 def growth(_session):

@@ -41,11 +41,9 @@ UserFolder unsafeFolder()
     const UserFolder folder = UserFolder::ofSession();
     if (!folder.trouble.isEmpty())
         return folder;
-    return {
-        .path = {},
-        .trouble = QStringLiteral("the runtime folder %1 is not the user's alone").arg(folder.path),
-        .cure =
-            QStringLiteral("Run: chmod 700 %1. Then start the program again.").arg(folder.path)};
+    return UserFolder::openToOthers(
+        folder.path,
+        QStringLiteral("the runtime folder %1 is not the user's alone").arg(folder.path));
 }
 
 bool waitForLine(QLocalSocket &socket)

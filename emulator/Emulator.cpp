@@ -4,40 +4,12 @@
 #include "emulator/Emulator.h"
 
 #include "emulator/ClassScaleDescriptors.h"
+#include "emulator/MouseReportDescriptor.h"
 #include "emulator/ProgramDirectory.h"
 #include "emulator/ScaleReportDescriptor.h"
 #include "scale/ScaleIdentity.h"
 
 namespace {
-
-constexpr std::array<std::uint8_t, 50> mouseReportDescriptor = {
-    0x05, 0x01, // usage page: generic desktop
-    0x09, 0x02, // usage: mouse
-    0xA1, 0x01, // collection: application
-    0x09, 0x01, //   usage: pointer
-    0xA1, 0x00, //   collection: physical
-    0x05, 0x09, //     usage page: buttons
-    0x19, 0x01, //     usage minimum 1
-    0x29, 0x03, //     usage maximum 3
-    0x15, 0x00, //     logical minimum 0
-    0x25, 0x01, //     logical maximum 1
-    0x95, 0x03, //     report count: 3
-    0x75, 0x01, //     report size: 1 bit
-    0x81, 0x02, //     input: data, variable, absolute
-    0x95, 0x01, //     report count: 1
-    0x75, 0x05, //     report size: 5 bits
-    0x81, 0x03, //     input: constant
-    0x05, 0x01, //     usage page: generic desktop
-    0x09, 0x30, //     usage: X
-    0x09, 0x31, //     usage: Y
-    0x15, 0x81, //     logical minimum -127
-    0x25, 0x7F, //     logical maximum 127
-    0x75, 0x08, //     report size: 8 bits
-    0x95, 0x02, //     report count: 2
-    0x81, 0x06, //     input: data, variable, relative
-    0xC0,       //   end of collection
-    0xC0,       // end of collection
-};
 
 HidIdentity mouseIdentity()
 {

@@ -60,7 +60,7 @@ void AutofillForm::interpret(const FillProcedure &procedure)
                 break;
             if (step.note != nullptr)
                 logLine(QString::fromLatin1(step.note));
-            m_browser.doJavaScript(texts.assignment(step), m_tab);
+            m_browser.doJavaScript(scriptText(step.literal, texts.text(step.value)), m_tab);
             break;
         }
     }

@@ -178,12 +178,20 @@ float poundsFromGrams(const QString &grams)
     return static_cast<float>(floatValue(grams) * poundsPerGram);
 }
 
+std::string_view scriptStart(const char *literal)
+{
+    constexpr std::size_t mark = 2;
+    const std::string_view whole(literal);
+    return whole.substr(0, whole.size() - mark);
+}
+
 QString scriptText(const char *literal, const QString &text)
 {
-    return QString::fromLatin1(literal).replace(QLatin1String("%@"), text);
+    const std::string_view start = scriptStart(literal);
+    return QLatin1String(start.data(), static_cast<qsizetype>(start.size())) + text;
 }
 
 QString scriptText(const char *literal, float number)
 {
-    return QString::fromLatin1(literal).replace(QLatin1String("%f"), fixedText(number, 6));
+    return scriptText(literal, fixedText(number, 6));
 }

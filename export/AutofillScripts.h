@@ -6,6 +6,7 @@
 #include <QString>
 #include <cstdint>
 #include <span>
+#include <string_view>
 
 // The texts that are sent to the carriers' pages. In an assignment, %@ stands for a text and %f for
 // a number with six decimals.
@@ -20,6 +21,7 @@ enum class PageValue : std::uint8_t {
     ChosenOunces,    ///< the total in ounces that stood when the totals were taken
     ChosenPounds,    ///< the same in pounds
 };
+inline constexpr auto pageValues = static_cast<std::size_t>(PageValue::ChosenPounds) + 1;
 
 struct Assignment
 {
@@ -64,7 +66,9 @@ float totalPounds(const QString &pounds, const QString &ounces);
 /// Narrowed to single precision, which shows: 1000 g are 2.20449..., not 2.2045.
 float poundsFromGrams(const QString &grams);
 
-/// @p literal with @p text in place of its %@.
+/// @p literal without its %@ or %f, which is its end.
+std::string_view scriptStart(const char *literal);
+/// @p literal with @p text in place of its %@ or %f.
 QString scriptText(const char *literal, const QString &text);
 /// @p literal with @p number in place of its %f.
 QString scriptText(const char *literal, float number);

@@ -5,6 +5,8 @@
 
 #include "base/NumberText.h"
 
+#include <array>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -41,6 +43,7 @@ public:
                            .note = note});
     }
 
+    void reserve(std::size_t steps) { m_steps.reserve(steps); }
     FillProcedure take() { return std::exchange(m_steps, {}); }
 
 private:
@@ -126,11 +129,42 @@ FillProcedure makeUspsRowProcedure()
     return page.take();
 }
 
+QString totalText(float number)
+{
+    constexpr int decimals = 6;
+    return fixedText(number, decimals);
+}
+
+/// Of one moment: each is made once.
+class PlanTexts
+{
+public:
+    explicit PlanTexts(const WeightTexts &weight)
+        : m_texts(weight)
+    {
+    }
+
+    void takeTotals() { m_texts.takeTotals(); }
+
+    const QString &text(PageValue value)
+    {
+        std::optional<QString> &made = m_made.at(static_cast<std::size_t>(value));
+        if (!made)
+            made = m_texts.text(value);
+        return *made;
+    }
+
+private:
+    ProcedureTexts m_texts;
+    std::array<std::optional<QString>, pageValues> m_made;
+};
+
 } // namespace
 
 FillProcedure assignmentProcedure(std::span<const Assignment> assignments)
 {
     ProcedureWriter page;
+    page.reserve(assignments.size());
     for (const Assignment &assignment : assignments)
         page.assign(assignment.literal, assignment.value);
     return page.take();
@@ -148,34 +182,39 @@ void ProcedureTexts::takeTotals()
     m_chosenPounds = totalPounds(m_weight.pounds(), m_weight.ounces());
 }
 
-QString ProcedureTexts::assignment(const ProcedureStep &assignment) const
+QString ProcedureTexts::text(PageValue value) const
 {
-    const char *literal = assignment.literal;
-    switch (assignment.value) {
-    case PageValue::Pounds: return scriptText(literal, m_weight.pounds());
-    case PageValue::Ounces: return scriptText(literal, m_weight.ounces());
-    case PageValue::Export: return scriptText(literal, m_weight.exported());
-    case PageValue::PoundsFromGrams:
-        return scriptText(literal, fixedText(poundsFromGrams(m_weight.grams()), 3));
+    switch (value) {
+    case PageValue::Pounds: return m_weight.pounds();
+    case PageValue::Ounces: return m_weight.ounces();
+    case PageValue::Export: return m_weight.exported();
+    case PageValue::PoundsFromGrams: return fixedText(poundsFromGrams(m_weight.grams()), 3);
     case PageValue::TotalOunces:
-        return scriptText(literal, totalOunces(m_weight.pounds(), m_weight.ounces()));
-    case PageValue::ChosenOunces: return scriptText(literal, m_chosenOunces);
-    case PageValue::ChosenPounds: return scriptText(literal, m_chosenPounds);
+        return totalText(totalOunces(m_weight.pounds(), m_weight.ounces()));
+    case PageValue::ChosenOunces: return totalText(m_chosenOunces);
+    case PageValue::ChosenPounds: return totalText(m_chosenPounds);
     }
     return {};
 }
 
 FillPlan fillPlan(const FillProcedure &procedure, const WeightTexts &weight)
 {
-    ProcedureTexts texts(weight);
+    PlanTexts texts(weight);
     FillPlan plan;
+    plan.steps.reserve(static_cast<qsizetype>(procedure.size()));
     for (const ProcedureStep &step : procedure) {
         switch (step.kind) {
         case Kind::TakeTotals: texts.takeTotals(); break;
         case Kind::AskEmpty:
-        case Kind::AskChecked: plan.steps.append({QString::fromLatin1(step.literal)}); break;
+        case Kind::AskChecked:
+            plan.steps.append(FillStep{.text = {}, .start = step.literal});
+            break;
         case Kind::Assign:
-            plan.steps.append({texts.assignment(step), step.ifAnswers, step.unlessAnswers});
+            plan.steps.append({.text = texts.text(step.value),
+                               .ifAnswers = step.ifAnswers,
+                               .unlessAnswers = step.unlessAnswers,
+                               .start = scriptStart(step.literal),
+                               .note = step.note});
             break;
         }
     }

@@ -51,7 +51,7 @@ FillProcedure assignmentProcedure(std::span<const Assignment> assignments);
 /// end, whatever was written into it in between.
 const FillProcedure &uspsRowProcedure();
 
-/// The texts of a procedure's assignments, in the procedure's order.
+/// What a procedure's assignments write, in the procedure's order.
 class ProcedureTexts
 {
 public:
@@ -61,8 +61,7 @@ public:
     }
 
     void takeTotals();
-    /// @param assignment a step of that kind
-    QString assignment(const ProcedureStep &assignment) const;
+    QString text(PageValue value) const;
 
 private:
     const WeightTexts &m_weight;

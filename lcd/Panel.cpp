@@ -225,7 +225,6 @@ PanelContents Panel::contents() const
 
 void Panel::setStale(bool stale)
 {
-    m_isStale = stale;
     m_form.imageBox->setDimmed(stale);
     announceReading();
 }
@@ -242,7 +241,7 @@ void Panel::announceNow()
     m_announced = contents();
     QString words = m_session.isDeviceConnected ? readingWords(m_announced)
                                                 : QStringLiteral("no scale connected");
-    if (m_isStale)
+    if (m_form.imageBox->isDimmed())
         words += QStringLiteral(", the scale does not answer");
     m_form.imageBox->setReadingText(words);
     emit readingAnnounced();

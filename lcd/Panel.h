@@ -94,6 +94,5 @@ private:
     PanelContents m_fixed;       ///< what the segments show that are no digits
     std::array<FixedSegment, 13> m_segments;
     PanelContents m_announced;
-    bool m_isStale = false;
     QTimer m_announcement;
 };

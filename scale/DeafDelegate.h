@@ -12,6 +12,7 @@ public:
     void setStatusString(bool) override {}
     void setIsDeviceAlive(bool) override {}
     void setConnectionTrouble(const QString &) override {}
+    void showWatchTrouble(const QString &) override {}
     void clearAll() override {}
     void Draw5Digit(qint64) override {}
     void Draw5DigitOverload() override {}

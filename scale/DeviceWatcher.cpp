@@ -134,6 +134,7 @@ void DeviceWatcher::arm()
         udev_monitor_filter_add_match_subsystem_devtype(m_monitor.get(), subsystem, nullptr) < 0 ||
         udev_monitor_enable_receiving(m_monitor.get()) < 0) {
         qCWarning(systemLog, "No device events: a scale plugged in from now on is not noticed");
+        emit unwatched();
         return;
     }
     auto *notifier =

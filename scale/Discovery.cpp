@@ -17,6 +17,12 @@ HIDManager::HIDManager()
     , m_watcher(m_devices.events())
     , m_library(m_devices, [this] { hid_device_removal_callback(); })
 {
+    // Whichever link is in use: it is about all scales.
+    connect(m_watcher.get(), &DeviceEvents::unwatched, this, [] {
+        ScaleApplication::sharedApplication()->delegate()->showWatchTrouble(QStringLiteral(
+            "A scale that is plugged in or unplugged now is not noticed. Start the program again "
+            "once it is plugged in."));
+    });
     connect(m_watcher.get(), &DeviceEvents::added, this, &HIDManager::DeviceAdded);
     connect(m_watcher.get(), &DeviceEvents::changed, this, &HIDManager::DeviceChanged);
     connect(m_watcher.get(), &DeviceEvents::removed, this, &HIDManager::DeviceRemoved);

@@ -39,6 +39,8 @@ public:
     virtual QList<HidDeviceInfo> present() const = 0;
 
 signals:
+    /// From the start on neither of the following will come, but for the devices present.
+    void unwatched();
     void added(const HidDeviceInfo &device);
     /// Of a device that was added: its node's permissions may be others now.
     void changed(const HidDeviceInfo &device);

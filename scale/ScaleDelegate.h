@@ -26,6 +26,8 @@ public:
     virtual void setIsDeviceAlive(bool alive) = 0;
     /// Why the attached scale could not be opened and what helps; empty when there is no trouble.
     virtual void setConnectionTrouble(const QString &trouble) = 0;
+    /// Why scales that come and go will not be noticed, and what helps.
+    virtual void showWatchTrouble(const QString &trouble) = 0;
 
     virtual void clearAll() = 0;
     virtual void Draw5Digit(qint64 nValue) = 0;

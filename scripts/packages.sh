@@ -24,7 +24,7 @@ check_packages=(
     xdotool xclip wmctrl x11-utils locales socat faketime
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
-    qemu-system-x86 busybox-static libkmod2
+    qemu-system-x86 busybox-static libkmod2 systemd polkitd
     valgrind
     shellcheck pyflakes3 nodejs
 )

@@ -6,10 +6,18 @@
 #include <QMetaObject>
 #include <QObject>
 #include <array>
+#include <chrono>
+#include <optional>
 #include <pthread.h>
 #include <utility>
 
+using namespace std::chrono_literals;
+
 namespace {
+
+/// Longer than what sends several to all of a session's processes takes for it, and shorter than
+/// what lets a person try again.
+constexpr auto sameEnd = 500ms;
 
 constexpr std::array endSignals{SIGTERM, SIGINT, SIGHUP};
 
@@ -71,11 +79,17 @@ void EndSignals::stopListening()
 
 void EndSignals::wait()
 {
+    using Clock = std::chrono::steady_clock;
+    std::optional<Clock::time_point> told;
     for (;;) {
         const int signal = sigwaitinfo(&m_signals, nullptr);
         if (m_isOver)
             return;
-        if (signal > 0 && !tell())
+        if (signal <= 0)
+            continue;
+        if (tell())
+            told = Clock::now();
+        else if (!told || Clock::now() - *told > sameEnd)
             endProcess(signal);
     }
 }

@@ -32,12 +32,14 @@
         return typeof element?.value === 'string' ? element : null;
     }
 
-    function assign(fieldName, literal, written) {
+    function assign(fieldName, literal, {written, onlyEmpty}) {
         const element = fieldNamed(fieldName);
         if (!element || !numberShape.test(literal))
             return;
         const number = Number(literal);
         const before = written.get(element)?.before ?? element.value;
+        if (onlyEmpty && before !== '')
+            return;
         element.value = number;
         written.set(element, {name: fieldName, number, before});
     }
@@ -47,10 +49,10 @@
     const isChecked = (id) => document.getElementById(id)?.checked === true;
 
     /** A text of any other shape does nothing, and is no question. */
-    function run(text, answers, written) {
+    function run(text, answers, fields) {
         const assignment = assignmentShape.exec(text);
         if (assignment)
-            return assign(assignment[1], assignment[2], written);
+            return assign(assignment[1], assignment[2], fields);
         const value = valueShape.exec(text);
         const checked = value ? null : checkedShape.exec(text);
         if (!value && !checked)
@@ -59,20 +61,29 @@
         answers[place] = value ? isEmpty(value[1]) : isChecked(checked[1]);
     }
 
-    /** Each step in its turn: what one writes, another may ask for. */
-    function walk(steps, written) {
+    /** Each step in its turn: what one writes, another may ask for. Returns which of those with a
+     *  note were due, counted from 0.
+     *  @param fields those written, and whether only empty ones are */
+    function walk(steps, fields) {
         const answers = [];
+        const due = [];
+        let notes = 0;
         for (const step of steps) {
             try {
-                const {text, if: ifAnswers = [], unless = []} =
+                const {text, if: ifAnswers = [], unless = [], note = false} =
                     typeof step === 'string' ? {text: step} : step;
-                if (ifAnswers.every((each) => answers[each] === true) &&
-                    unless.every((each) => answers[each] === false))
-                    run(text, answers, written);
+                const number = note === true ? notes++ : null;
+                if (!ifAnswers.every((each) => answers[each] === true) ||
+                    !unless.every((each) => answers[each] === false))
+                    continue;
+                if (number !== null)
+                    due.push(number);
+                run(text, answers, fields);
             } catch {
                 // such as a file field, which no script may fill
             }
         }
+        return due;
     }
 
     // What the page knows of the weight. A page that only shows its fields needs no word; one that
@@ -200,14 +211,14 @@
         port2.postMessage(null);
     }
 
-    /** @param answer gets the numbers of fields */
-    function fill({steps, quiet}, announce, answer) {
+    /** @param answer gets the numbers of fields, and the notes that were due */
+    function fill({steps, quiet, onlyEmpty}, announce, answer) {
         const written = new Map();
-        walk(steps, written);
+        const notes = walk(steps, {written, onlyEmpty});
         const news = quiet ? new Set() : tell(written, announce);
         afterPage(() => {
             const changed = lookBack(written, quiet);
-            answer({written: written.size, changed: changed.size});
+            answer({written: written.size, changed: changed.size}, notes);
             try {
                 if (news.size > 0)
                     showBadge(written.size, news, changed);
@@ -232,14 +243,15 @@
         opened.onMessage.addListener(({id, steps, quiet, toldBefore}) => {
             if (port !== opened)
                 return;
-            remember(toldBefore);
+            const isBack = remember(toldBefore);
             const announce = (nowTold) => {
                 opened.postMessage({told: nowTold});
                 isDeedKnown = false;
             };
-            fill({steps, quiet}, announce, (fields) => {
+            // What it came back with is its own doing.
+            fill({steps, quiet, onlyEmpty: isBack}, announce, (fields, notes) => {
                 if (port === opened)
-                    opened.postMessage({id, fields});
+                    opened.postMessage({id, fields, notes});
             });
         });
         opened.onDisconnect.addListener(() => {
@@ -250,14 +262,15 @@
 
     /** What the page that posted itself back, or loaded itself anew, was told: before any deed in
      *  this one. Who goes back to a page wants it told anew; so does who loads it anew by a key,
-     *  which was a deed in the one before. */
+     *  which was a deed in the one before. Returns whether this is such a page. */
     function remember(toldBefore) {
         // A page that was kept knows better.
         if (!toldBefore || told.size > 0 ||
             performance.getEntriesByType('navigation')[0]?.type === 'back_forward')
-            return;
+            return false;
         for (const [fieldName, number] of toldBefore)
             told.set(fieldName, {number, element: null, deeds: 0, held: null, changed: false});
+        return true;
     }
 
     let isDeedKnown = false; // to the extension, since the page was last told

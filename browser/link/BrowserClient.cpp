@@ -44,8 +44,7 @@ bool BrowserClient::isSilent(std::uint32_t page) const
 
 bool BrowserClient::isAwaited(std::uint32_t page) const
 {
-    return !isSilent(page) && std::any_of(m_unanswered.begin(), m_unanswered.end(),
-                                          [page](const Run &run) { return run.page == page; });
+    return isUnanswered(page) && !isSilent(page);
 }
 
 void BrowserClient::post(std::uint32_t page, const FillPlan &plan)
@@ -112,6 +111,8 @@ bool BrowserClient::handle(const BrowserCurrent &message)
 {
     m_current = message.page;
     emit changed();
+    if (message.isBack)
+        emit pageCameBack();
     return true;
 }
 
@@ -128,8 +129,13 @@ bool BrowserClient::handle(const BrowserRan &message)
                                     [&](const Run &each) { return each.id == message.id; });
     if (found == m_unanswered.end())
         return false;
+    const QList<const char *> notes = found->plan.notes();
     if (message.fields && message.fields->written > found->plan.steps.size())
         return false;
+    if (!message.notes.isEmpty() && message.notes.last() >= notes.size())
+        return false;
+    for (const int note : message.notes)
+        logLine(QString::fromLatin1(notes.at(note)));
     const Run run = *found;
     m_unanswered.erase(found);
     const FillPlan next = m_next.take(run.page);

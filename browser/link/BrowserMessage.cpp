@@ -3,12 +3,16 @@
 
 #include "browser/link/BrowserMessage.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <limits>
+#include <string>
 
 namespace {
 
@@ -27,10 +31,26 @@ template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &v
     return static_cast<Number>(number);
 }
 
+/// Each once at most.
+std::optional<QList<int>> ascendingNumbers(const QJsonValue &value)
+{
+    if (!value.isArray())
+        return std::nullopt;
+    QList<int> numbers;
+    const QJsonArray elements = value.toArray();
+    for (const QJsonValue element : elements) {
+        const auto number = wholeNumber<int>(element);
+        if (!number || (!numbers.isEmpty() && *number <= numbers.last()))
+            return std::nullopt;
+        numbers.append(*number);
+    }
+    return numbers;
+}
+
 /// A focus that long ago is as good as none.
 constexpr std::int64_t longestAgo = std::int64_t{10} * 365 * 24 * 3600 * 1000; // ms
 
-constexpr qsizetype usualStep = 150; // bytes
+constexpr std::size_t usualStep = 150; // bytes
 
 /// Host names, versions and browsers are shown to the user or logged, so they are nothing but that.
 bool isPlainWord(const QString &text)
@@ -63,9 +83,12 @@ std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
         return BrowserCurrent{};
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("page")]);
     const QString host = value[QLatin1String("host")].toString();
-    if (!id || !isHost(host))
+    const QJsonValue again = value[QLatin1String("again")];
+    if (!id || !isHost(host) || !(again.isBool() || again.isUndefined()))
         return std::nullopt;
-    return BrowserCurrent{BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()}};
+    return BrowserCurrent{.page =
+                              BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()},
+                          .isBack = again.toBool()};
 }
 
 std::optional<BrowserMessage> parseFocused(const QJsonValue &value)
@@ -83,22 +106,23 @@ std::optional<BrowserMessage> parseRan(const QJsonValue &value)
         return std::nullopt;
     const QJsonValue fields = value[QLatin1String("fields")];
     if (fields.isNull())
-        return BrowserRan{.id = *id, .fields = std::nullopt};
+        return BrowserRan{.id = *id, .fields = std::nullopt, .notes = {}};
     const auto written = wholeNumber<int>(fields[QLatin1String("written")]);
     const auto changed = wholeNumber<int>(fields[QLatin1String("changed")]);
-    if (!written || !changed || *changed > *written)
+    const auto notes = ascendingNumbers(value[QLatin1String("notes")]);
+    if (!written || !changed || *changed > *written || !notes)
         return std::nullopt;
-    return BrowserRan{.id = *id, .fields = FilledFields{.written = *written, .changed = *changed}};
+    return BrowserRan{.id = *id,
+                      .fields = FilledFields{.written = *written, .changed = *changed},
+                      .notes = *notes};
 }
 
 // Plans are written as they go: made of JSON objects first, they would take the better part of the
 // time that a reading holds the thread.
 
-void appendText(QByteArray &json, const QString &text)
+void appendEscaped(std::string &json, const QByteArray &bytes)
 {
     static const char digits[] = "0123456789abcdef";
-    json += '"';
-    const QByteArray bytes = text.toUtf8();
     for (const char byte : bytes) {
         if (byte >= 0 && byte < ' ') {
             json += "\\u00";
@@ -110,29 +134,52 @@ void appendText(QByteArray &json, const QString &text)
             json += '\\';
         json += byte;
     }
+}
+
+bool isTakenAsItIs(QChar character)
+{
+    return character >= u' ' && character <= u'~' && character != u'"' && character != u'\\';
+}
+
+void appendText(std::string &json, const FillStep &step)
+{
+    json += '"';
+    json += step.start;
+    if (std::all_of(step.text.begin(), step.text.end(), isTakenAsItIs)) {
+        for (const QChar character : step.text)
+            json += character.toLatin1();
+    } else {
+        appendEscaped(json, step.text.toUtf8());
+    }
     json += '"';
 }
 
-void appendNumbers(QByteArray &json, const QList<int> &numbers)
+void appendNumbers(std::string &json, const QList<int> &numbers)
 {
     json += '[';
-    for (const int number : numbers)
-        json += QByteArray::number(number) + ',';
-    if (json.endsWith(','))
-        json.chop(1);
+    for (const int number : numbers) {
+        std::array<char, std::numeric_limits<int>::digits10 + 2> digits; // with its sign
+        const char *end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
+        json.append(digits.data(), static_cast<std::size_t>(end - digits.data()));
+        json += ',';
+    }
+    if (!numbers.isEmpty())
+        json.pop_back();
     json += ']';
 }
 
-void appendStep(QByteArray &json, const FillStep &step)
+void appendStep(std::string &json, const FillStep &step)
 {
-    if (step.ifAnswers.isEmpty() && step.unlessAnswers.isEmpty()) {
-        appendText(json, step.text);
+    if (step.ifAnswers.isEmpty() && step.unlessAnswers.isEmpty() && step.note == nullptr) {
+        appendText(json, step);
         return;
     }
     json += R"({"if":)";
     appendNumbers(json, step.ifAnswers);
+    if (step.note != nullptr)
+        json += R"(,"note":true)";
     json += R"(,"text":)";
-    appendText(json, step.text);
+    appendText(json, step);
     json += R"(,"unless":)";
     appendNumbers(json, step.unlessAnswers);
     json += '}';
@@ -170,16 +217,16 @@ QByteArray browserHelloMessage(const QString &version)
 
 QByteArray browserPlanMessage(std::uint32_t id, std::uint32_t page, const FillPlan &plan)
 {
-    QByteArray json;
-    json.reserve(plan.steps.size() * usualStep);
-    json += R"({"plan":{"id":)" + QByteArray::number(id) + R"(,"page":)" +
-            QByteArray::number(page) + R"(,"steps":[)";
+    std::string json;
+    json.reserve(static_cast<std::size_t>(plan.steps.size()) * usualStep);
+    json += R"({"plan":{"id":)" + std::to_string(id) + R"(,"page":)" + std::to_string(page) +
+            R"(,"steps":[)";
     for (const FillStep &step : plan.steps) {
         appendStep(json, step);
         json += ',';
     }
-    if (json.endsWith(','))
-        json.chop(1);
+    if (!plan.steps.isEmpty())
+        json.pop_back();
     json += "]}}";
-    return json;
+    return QByteArray::fromStdString(json);
 }

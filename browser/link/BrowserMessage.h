@@ -6,6 +6,7 @@
 #include "browser/link/FillPlan.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <chrono>
 #include <cstdint>
@@ -38,6 +39,8 @@ struct BrowserPage
 struct BrowserCurrent
 {
     std::optional<BrowserPage> page;
+    /// It has come of a page that was told of a weight, all by itself, and was not filled since.
+    bool isBack = false;
 };
 
 /// How long ago one of the browser's windows had the focus last. No time of day: browsers need not
@@ -61,6 +64,7 @@ struct BrowserRan
 {
     std::uint32_t id = 0;
     std::optional<FilledFields> fields; ///< none: the page was gone
+    QList<int> notes; ///< of the steps that were due; numbers of the plan's notes, ascending
 };
 
 using BrowserMessage = std::variant<BrowserHello, BrowserCurrent, BrowserFocus, BrowserRan>;

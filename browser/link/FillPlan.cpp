@@ -5,19 +5,39 @@
 
 #include <algorithm>
 
-bool isAssignment(const QString &text)
+namespace {
+
+bool isAssignment(const FillStep &step)
 {
-    return text.contains(QLatin1String("].value="));
+    constexpr std::string_view mark = "].value=";
+    return step.start.find(mark) != std::string_view::npos ||
+           step.text.contains(QLatin1String(mark.data(), mark.size()));
 }
+
+} // namespace
 
 qsizetype FillPlan::questions() const
 {
     return std::count_if(steps.begin(), steps.end(),
-                         [](const FillStep &step) { return !isAssignment(step.text); });
+                         [](const FillStep &step) { return !isAssignment(step); });
+}
+
+QList<const char *> FillPlan::notes() const
+{
+    QList<const char *> all;
+    for (const FillStep &step : steps) {
+        if (step.note != nullptr)
+            all.append(step.note);
+    }
+    return all;
 }
 
 void FillPlan::append(const FillPlan &plan)
 {
+    if (steps.isEmpty()) {
+        steps = plan.steps; // which are shared, not copied
+        return;
+    }
     const auto before = static_cast<int>(questions());
     if (before == 0) {
         steps += plan.steps;

@@ -5,13 +5,19 @@
 
 #include <QList>
 #include <QString>
+#include <string_view>
 
 /// One text for the page, and what it depends on. A text without "].value=" is a question.
 struct FillStep
 {
-    QString text;
+    QString text;              ///< what comes behind the start: this reading's, or all of it
     QList<int> ifAnswers = {}; ///< the plan's questions, counted from 0, that must be answered yes
     QList<int> unlessAnswers = {}; ///< and those that must be answered no
+    /// The same in every reading. Lasts as long as the program, and is made of characters that JSON
+    /// takes as they are.
+    std::string_view start = {};
+    /// For the log, once it turns out that the step is due; lasts as long. Null without one.
+    const char *note = nullptr;
 
     bool operator==(const FillStep &) const = default;
 };
@@ -26,8 +32,8 @@ struct FillPlan
     bool operator==(const FillPlan &) const = default;
 
     qsizetype questions() const;
+    /// Of the steps that have one, in their order.
+    QList<const char *> notes() const;
     /// @p plan is done after this one, and depends on its own answers alone.
     void append(const FillPlan &plan);
 };
-
-bool isAssignment(const QString &text);

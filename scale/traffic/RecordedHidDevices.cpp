@@ -39,6 +39,7 @@ public:
         : m_events(std::move(events))
         , m_record(record)
     {
+        connect(m_events.get(), &DeviceEvents::unwatched, this, &DeviceEvents::unwatched);
         connect(m_events.get(), &DeviceEvents::added, this, [this](const HidDeviceInfo &device) {
             write(LineKind::Attach, device);
             emit added(device);

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <QTimer>
 
 namespace {
@@ -124,5 +124,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ClosingTest)
+TEST_CLASS(ClosingTest)
 #include "ClosingTest.moc"

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 #include "widgets/ConnectionLamp.h"
 
 #include <QStatusBar>
-#include <QTest>
 
 namespace {
 
@@ -69,5 +69,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ConnectionSignsTest)
+TEST_CLASS(ConnectionSignsTest)
 #include "ConnectionSignsTest.moc"

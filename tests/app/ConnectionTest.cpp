@@ -5,13 +5,13 @@
 #include "tests/rules/AutofillRules.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QPointer>
-#include <QTest>
 #include <memory>
 #include <optional>
 #include <string>
@@ -28,7 +28,6 @@ const QString tick = QStringLiteral("readData");
 const QString connectedText = QStringLiteral("Scale connected");
 const QString notConnectedText = QStringLiteral("Scale not connected");
 
-const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
 const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
 
 QPointer<QMessageBox> shownAlert()
@@ -440,5 +439,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ConnectionTest)
+TEST_CLASS(ConnectionTest)
 #include "ConnectionTest.moc"

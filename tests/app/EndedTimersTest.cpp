@@ -4,8 +4,7 @@
 #include "base/RepeatingTimer.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LaunchedApplication.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 using namespace std::chrono_literals;
 
@@ -62,5 +61,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(EndedTimersTest)
+TEST_CLASS(EndedTimersTest)
 #include "EndedTimersTest.moc"

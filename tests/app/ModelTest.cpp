@@ -3,8 +3,7 @@
 
 #include "tests/rules/UnitRules.h"
 #include "tests/support/LaunchedApplication.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 namespace {
 
@@ -271,5 +270,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(ModelTest)
+TEST_CLASS(ModelTest)
 #include "ModelTest.moc"

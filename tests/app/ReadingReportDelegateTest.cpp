@@ -3,8 +3,8 @@
 
 #include "tests/support/FakeClock.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <chrono>
 
 using namespace std::chrono_literals;
@@ -198,5 +198,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ReadingReportDelegateTest)
+TEST_CLASS(ReadingReportDelegateTest)
 #include "ReadingReportDelegateTest.moc"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/ReadingReport.h"
+#include "tests/support/TestClasses.h"
 
 #include <QJsonDocument>
-#include <QTest>
 
 class ReadingReportTest : public QObject
 {
@@ -89,5 +89,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ReadingReportTest)
+TEST_CLASS_INSIDE(QCoreApplication, ReadingReportTest)
 #include "ReadingReportTest.moc"

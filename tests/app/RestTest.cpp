@@ -3,8 +3,7 @@
 
 #include "parcel/ParcelWatch.h"
 #include "tests/support/LaunchedApplication.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 using namespace std::chrono_literals;
 
@@ -12,13 +11,13 @@ namespace {
 
 using Scale = LaunchedApplication::Scale;
 
-constexpr auto step = 100ms;
+constexpr auto restStep = 100ms;
 
 /// From the latest reading on, while the machine goes to sleep.
 bool isPolledWithin(LaunchedApplication &app, std::chrono::milliseconds time)
 {
     app.forgetTraffic();
-    app.pass(time, step);
+    app.pass(time, restStep);
     return !app.polls().empty();
 }
 
@@ -110,5 +109,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(RestTest)
+TEST_CLASS(RestTest)
 #include "RestTest.moc"

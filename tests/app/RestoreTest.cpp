@@ -3,8 +3,7 @@
 
 #include "tests/rules/UnitRules.h"
 #include "tests/support/LaunchedApplication.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 namespace {
 
@@ -187,5 +186,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(RestoreTest)
+TEST_CLASS(RestoreTest)
 #include "RestoreTest.moc"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QStatusBar>
-#include <QTest>
 
 namespace {
 
@@ -151,5 +151,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ScaleOffTest)
+TEST_CLASS(ScaleOffTest)
 #include "ScaleOffTest.moc"

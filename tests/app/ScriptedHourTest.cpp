@@ -3,11 +3,11 @@
 
 #include "emulator/ScaleModel.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QClipboard>
 #include <QCryptographicHash>
 #include <QFile>
-#include <QTest>
 #include <optional>
 #include <random>
 
@@ -259,5 +259,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ScriptedHourTest)
+TEST_CLASS(ScriptedHourTest)
 #include "ScriptedHourTest.moc"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QRegularExpression>
-#include <QTest>
 
 namespace {
 
@@ -352,5 +352,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(StartUpTest)
+TEST_CLASS(StartUpTest)
 #include "StartUpTest.moc"

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QLabel>
 #include <QMainWindow>
-#include <QTest>
 #include <algorithm>
 #include <cmath>
 
@@ -245,5 +245,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(WindowTest)
+TEST_CLASS(WindowTest)
 #include "WindowTest.moc"

@@ -107,6 +107,13 @@ class BrowserTest(unittest.TestCase):
         cls.program = Program(Surroundings.shared.session, **options)
         cls.addClassCleanup(cls.program.kill)
 
+    @classmethod
+    def start_weighing(cls, settings=KV_C300 + ALL_CARRIERS):
+        """In decimal pounds."""
+        cls.start_program(settings=settings)
+        cls.program.wait_for_polls()
+        cls.program.window.click("rg4")
+
     def run(self, result=None):
         before = problems(result)
         super().run(result)

@@ -52,7 +52,7 @@ class ExtensionStandIn:
                 written = {text.split("].value=")[0] for text in plan["steps"]
                            if isinstance(text, str) and "].value=" in text}
                 self._stream.send({"ran": {"id": plan["id"], "fields": {
-                    "written": len(list(written)[:fields]), "changed": changed}}})
+                    "written": len(list(written)[:fields]), "changed": changed}, "notes": []}})
         except OSError:
             pass  # closed, by either side
 

@@ -49,14 +49,18 @@ class ProgramStandIn:
 
     def fill(self, *steps):
         """The numbers of fields written and of those changed by the page; None if it was gone."""
+        fields = self.run(*steps)["fields"]
+        return fields and (fields["written"], fields["changed"])
+
+    def run(self, *steps):
+        """The answer to a plan."""
         self._last_run += 1
         self._stream.send(
             {"plan": {"id": self._last_run, "page": self.page["page"], "steps": steps}})
         while True:
             message = self._take()
             if "ran" in message and message["ran"]["id"] == self._last_run:
-                fields = message["ran"]["fields"]
-                return fields and (fields["written"], fields["changed"])
+                return message["ran"]
 
     def _take(self):
         message = self._stream.receive()

@@ -6,7 +6,7 @@ import subprocess
 
 import carrier_pages as pages
 import harness
-from browser_harness import ALL_CARRIERS, KV_C300, SLOW_START, BrowserTest
+from browser_harness import SLOW_START, BrowserTest
 from waiting import wait_until
 
 USPS = "https://www.usps.com"
@@ -23,9 +23,7 @@ class FillingTest(BrowserTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.start_program(settings=KV_C300 + ALL_CARRIERS)
-        cls.program.wait_for_polls()
-        cls.program.window.click("rg4")  # decimal pounds
+        cls.start_weighing()
 
     def setUp(self):
         self.put_on_the_pan(1000)
@@ -81,6 +79,22 @@ class FillingTest(BrowserTest):
         self.assertEqual(self.values(self.page, pages.USPS_LABEL_BOXES), {pounds: "", ounces: ""})
         self.page.go(USPS + "/usps-label?weigh")
         self.wait_for_values(self.page, {pounds: "2", ounces: "4"})
+
+    def test_what_is_chosen_on_a_usps_page_is_logged(self):
+        chosen = r": (?:Ounces|Pound|Enter Weight) is selected$"
+        for path, lines in (
+                ("/usps-rows?ounces=02,11&pounds=05,14",
+                 ["Ounces is selected", "Pound is selected", "Ounces is selected",
+                  "Pound is selected"]),
+                ("/usps-label?weigh", ["Enter Weight is selected"])):
+            with self.subTest(path):
+                self.page.go("about:blank")
+                self.wait_for_indicator(self.program, "waiting for a carrier page")
+                start = self.program.log.mark()
+                self.page.go(USPS + path)
+                self.program.log.wait_for(chosen, start, 2 * len(lines), SLOW_START)
+                logged = self.program.log.since(start, chosen)[:2 * len(lines)]
+                self.assertEqual([line.split(": ")[-1] for line in logged], 2 * lines)
 
     def test_ups(self):
         self.page.go(UPS + "/ups")

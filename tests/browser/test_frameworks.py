@@ -6,7 +6,7 @@ told, and whether the program notices where the page makes another number of it.
 import json
 
 import framework_pages as pages
-from browser_harness import ALL_CARRIERS, KV_C300, SLOW_START, BrowserTest
+from browser_harness import SLOW_START, BrowserTest
 from waiting import wait_until
 
 UPS = "https://www.ups.com"
@@ -26,9 +26,7 @@ class FrameworksTest(BrowserTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.start_program(settings=KV_C300 + ALL_CARRIERS)
-        cls.program.wait_for_polls()
-        cls.program.window.click("rg4")  # decimal pounds
+        cls.start_weighing()
         cls.program.scale.tell("weight 1000")
         cls.program.wait_for_polls(3)
 

@@ -3,7 +3,7 @@
 """Private windows are served where the user has allowed it, and are else out of the extension's
 sight: what is behind them may go on being filled, they never are."""
 
-from browser_harness import ALL_CARRIERS, KV_C300, BrowserTest, Surroundings
+from browser_harness import BrowserTest, Surroundings
 from waiting import wait_until
 
 PAGE = "https://www.ups.com/ups"
@@ -14,9 +14,7 @@ class PrivateTest(BrowserTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
-        cls.start_program(settings=KV_C300 + ALL_CARRIERS)
-        cls.program.wait_for_polls()
-        cls.program.window.click("rg4")
+        cls.start_weighing()
 
     def put_on_the_pan(self, grams):
         self.program.scale.tell(f"weight {grams}")

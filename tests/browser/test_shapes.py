@@ -115,6 +115,22 @@ class ShapesTest(BrowserTest):
                     yes, no, {"text": f"{BOX}=3", "if": if_answers, "unless": unless}, yes),
                     number_of(int(done)))
 
+    def test_notes(self):
+        """Of the steps that were due, whatever came of them; of the others not a word."""
+        yes, no = ("document.getElementById('chosen').checked",
+                   "document.getElementById('choice').checked")
+
+        def noted(text, **conditions):
+            return {"text": text, "note": True} | conditions
+
+        answer = self.stand_in.run(
+            yes, no, noted(f"{BOX}=1", unless=[0]), noted(f"{BOX}=2", **{"if": [0]}),
+            {"text": f"{BOX}=3", "if": [0]}, noted(f"{BOX}=4", **{"if": "0"}), noted("alert(1)"),
+            {"text": f"{BOX}=5", "note": 1}, noted(f"{BOX}=6", **{"if": [1]}),
+            noted("document.getElementsByName('none')[0].value=1", unless=[1]))
+        self.assertEqual(answer["notes"], [1, 3, 5])
+        self.assertEqual(self.stand_in.run(yes)["notes"], [])
+
     def test_a_field_that_is_written_twice_counts_once(self):
         self.assertEqual(self.stand_in.fill(f"{BOX}=1", f"{BOX}=2"), number_of(1))
 

@@ -37,7 +37,8 @@ class RecordingExtension(ExtensionStandIn):
                 plan = message["plan"]
                 self.sent.append(json.dumps(plan["steps"]))
                 self._stream.send({"ran": {"id": plan["id"],
-                                           "fields": {"written": 0, "changed": 0}}})
+                                           "fields": {"written": 0, "changed": 0},
+                                           "notes": []}})
 
 
 def weigh(program, extension):

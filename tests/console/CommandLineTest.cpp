@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "console/CommandLine.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <string>
 #include <vector>
 
@@ -151,5 +151,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+TEST_CLASS_INSIDE(QCoreApplication, CommandLineTest)
 #include "CommandLineTest.moc"

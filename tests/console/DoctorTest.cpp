@@ -4,12 +4,12 @@
 #include "console/Doctor.h"
 
 #include "console/DoctorFacts.h"
+#include "tests/support/TestClasses.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
-#include <QTest>
 #include <functional>
 
 namespace {
@@ -253,5 +253,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DoctorTest)
+TEST_CLASS_INSIDE(QCoreApplication, DoctorTest)
 #include "DoctorTest.moc"

@@ -4,8 +4,7 @@
 #include "console/DeviceChoice.h"
 #include "scale/traffic/Traffic.h"
 #include "tests/support/LaunchedApplication.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 using namespace std::chrono_literals;
 
@@ -204,5 +203,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(ReplayTest)
+TEST_CLASS(ReplayTest)
 #include "ReplayTest.moc"

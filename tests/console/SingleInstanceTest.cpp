@@ -3,11 +3,11 @@
 
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
+#include "tests/support/TestClasses.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 #include <chrono>
 #include <future>
@@ -139,5 +139,5 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 
-QTEST_GUILESS_MAIN(SingleInstanceTest)
+TEST_CLASS_INSIDE(QCoreApplication, SingleInstanceTest)
 #include "SingleInstanceTest.moc"

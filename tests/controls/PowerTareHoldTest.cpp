@@ -3,8 +3,7 @@
 
 #include "tests/rules/UnitRules.h"
 #include "tests/support/LaunchedApplication.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 using namespace std::chrono_literals;
 
@@ -381,5 +380,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(PowerTareHoldTest)
+TEST_CLASS(PowerTareHoldTest)
 #include "PowerTareHoldTest.moc"

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <array>
 
 namespace {
@@ -132,5 +132,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ShortcutTest)
+TEST_CLASS(ShortcutTest)
 #include "ShortcutTest.moc"

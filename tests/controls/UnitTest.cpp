@@ -3,9 +3,9 @@
 
 #include "tests/rules/UnitRules.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QAccessible>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
@@ -88,9 +88,6 @@ QStringList texts(const std::vector<std::string> &lines)
 }
 
 const QString firstLine = QStringLiteral("---------------------->Done radioSelection!!!!!");
-
-/// How long a button that is pressed from afar shows it, and more.
-constexpr auto pressTime = 200ms;
 
 } // namespace
 
@@ -392,5 +389,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(UnitTest)
+TEST_CLASS(UnitTest)
 #include "UnitTest.moc"

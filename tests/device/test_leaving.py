@@ -3,6 +3,7 @@
 """The session asks the program to end: the scale that is on is switched off, the settings are whole.
 """
 
+import contextlib
 import os
 import pathlib
 import re
@@ -34,6 +35,14 @@ class LeavingTest(OptionTest):
         program.wait_for_reading("1234 grams")
         return program
 
+    def has_ended_by(self, program, process, number):
+        """Sends one more unless it has."""
+        if program.log.since(0, "^ended with"):
+            return True
+        with contextlib.suppress(ProcessLookupError):
+            os.kill(process, number)
+        return False
+
     def wait_for_status(self, program):
         """Of the program's end, as a shell tells it."""
         program.log.wait_for("^ended with")
@@ -64,6 +73,15 @@ class SignalTest(LeavingTest):
         self.assertEqual(self.wait_for_status(program), 0)
         self.assert_switched_off(program)
 
+    def test_signals_that_come_together_are_one(self):
+        """As systemd ends a session."""
+        program = self.start_weighing()
+        process = pid_of(program)
+        os.kill(process, signal.SIGTERM)
+        os.kill(process, signal.SIGHUP)
+        self.assertEqual(self.wait_for_status(program), 0)
+        self.assert_switched_off(program)
+
     def test_a_second_signal_ends_at_once_while_the_scale_is_silent(self):
         for second in SIGNALS:
             with self.subTest(second=second.name):
@@ -74,7 +92,8 @@ class SignalTest(LeavingTest):
                 os.kill(process, signal.SIGTERM)
                 # The main thread, which waits for the scale, cannot have taken it.
                 wait_until(lambda: signals_of(process, "ShdPnd") == 0, "the first signal taken")
-                os.kill(process, second)
+                # What comes together with the first is no second one.
+                wait_until(lambda: self.has_ended_by(program, process, second), "the end")
                 self.assertEqual(self.wait_for_status(program), 128 + second)
 
     def test_what_it_is_told_to_ignore_it_ignores(self):

@@ -2,14 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "emulator/ScaleModel.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using Type = ScaleModel::Type;
-using Capacity = ScaleModel::Capacity;
 
 // Command bytes with tare and hold released and the power left on.
 constexpr std::uint8_t metric = 0xFE;
@@ -44,7 +42,8 @@ Bytes command(ScaleModel &scale, std::uint8_t byte)
 }
 
 /// Its type announced, so that polls are answered with readings.
-ScaleModel announcedScale(Type type, int load, Capacity capacity = Capacity::Ordinary)
+ScaleModel announcedScale(Type type, int load,
+                          ScaleModel::Capacity capacity = ScaleModel::Capacity::Ordinary)
 {
     ScaleModel scale;
     scale.setType(type);
@@ -68,13 +67,13 @@ private slots:
     void reading_data()
     {
         QTest::addColumn<Type>("type");
-        QTest::addColumn<Capacity>("capacity");
+        QTest::addColumn<ScaleModel::Capacity>("capacity");
         QTest::addColumn<int>("load");
         QTest::addColumn<std::uint8_t>("command");
         QTest::addColumn<Bytes>("expected");
         const auto decimal = [](const char *name, int load, std::uint8_t command, Bytes expected) {
-            QTest::newRow(name) << Type::PackedDecimal << Capacity::Ordinary << load << command
-                                << expected;
+            QTest::newRow(name) << Type::PackedDecimal << ScaleModel::Capacity::Ordinary << load
+                                << command << expected;
         };
         decimal("grams", 1234, metric, {1, 0x34, 0x12});
         decimal("ounces", 1234, ounces, {2, 0x34, 0x12});
@@ -86,8 +85,8 @@ private slots:
         decimal("pan taken off", -1, metric, {5, 0x00, 0x00});
 
         const auto high = [](const char *name, int load, Bytes expected) {
-            QTest::newRow(name) << Type::PackedDecimal << Capacity::High << load << metric
-                                << expected;
+            QTest::newRow(name) << Type::PackedDecimal << ScaleModel::Capacity::High << load
+                                << metric << expected;
         };
         high("10 g steps, rounded down", 12344, {1, 0x34, 0x12});
         high("10 g steps, rounded up", 12345, {1, 0x35, 0x12});
@@ -95,8 +94,8 @@ private slots:
         high("overload of the large scale", 99991, {4, 0x00, 0x00});
 
         const auto binary = [](const char *name, int load, std::uint8_t command, Bytes expected) {
-            QTest::newRow(name) << Type::BinaryTenthOunces << Capacity::Ordinary << load << command
-                                << expected;
+            QTest::newRow(name) << Type::BinaryTenthOunces << ScaleModel::Capacity::Ordinary << load
+                                << command << expected;
         };
         // 1157 g are 408.1 tenths of an ounce.
         binary("kilograms", 1157, metric, {8, 0x98, 0x01});
@@ -110,7 +109,7 @@ private slots:
     void reading()
     {
         QFETCH(Type, type);
-        QFETCH(Capacity, capacity);
+        QFETCH(ScaleModel::Capacity, capacity);
         QFETCH(int, load);
         QFETCH(std::uint8_t, command);
         QFETCH(Bytes, expected);
@@ -220,7 +219,7 @@ private slots:
 
     void showsNoMinusWithZero()
     {
-        ScaleModel scale = announcedScale(Type::PackedDecimal, 4, Capacity::High);
+        ScaleModel scale = announcedScale(Type::PackedDecimal, 4, ScaleModel::Capacity::High);
         poll(scale, pressing(metric, tareReleased));
         scale.setLoad(0);
         QCOMPARE(poll(scale), (Bytes{1, 0x00, 0x00}));
@@ -284,5 +283,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ScaleModelTest)
+TEST_CLASS(ScaleModelTest)
 #include "ScaleModelTest.moc"

@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "export/AutofillForm.h"
-#include "tests/rules/AutofillRules.h"
+#include "tests/rules/PageStates.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
-#include <array>
 #include <functional>
-#include <random>
+#include <vector>
 
 namespace {
 
@@ -60,51 +59,6 @@ private:
     }
 };
 
-enum class Part { Missing, Off, On }; // for a box: missing, filled, empty
-constexpr std::array parts = {Part::Missing, Part::Off, Part::On};
-
-constexpr int boxStates = 9;
-constexpr int radioStates = 9;
-constexpr int rowStates = boxStates * radioStates;
-constexpr std::array<const char *, 5> groups = {"02", "05", "08", "11", "14"};
-using RowStates = std::array<int, groups.size()>;
-
-Part partOf(int state, int place)
-{
-    constexpr std::array weights = {1, 3, 9, 27};
-    return parts.at(
-        static_cast<std::size_t>(state / weights.at(static_cast<std::size_t>(place)) % 3));
-}
-
-void placeBox(rules::Page &page, const std::string &name, Part part)
-{
-    if (part != Part::Missing)
-        page.fields[name] = std::string(part == Part::On ? 0 : 1, '7');
-}
-
-void placeButton(rules::Page &page, const std::string &id, Part part)
-{
-    if (part != Part::Missing)
-        page.checked[id] = part == Part::On;
-}
-
-rules::Page pageOf(const RowStates &states, Part labelChoice)
-{
-    rules::Page page;
-    for (std::size_t row = 0; row < groups.size(); ++row) {
-        const std::string group = groups.at(row);
-        const auto box =
-            std::string("ctl00$ContentPlaceHolder1$ctl").append(group).append("$TextBoxWeight");
-        const auto button = std::string("ctl00_ContentPlaceHolder1_ctl").append(group);
-        placeBox(page, box, partOf(states.at(row), 0));
-        placeBox(page, box + "_2", partOf(states.at(row), 1));
-        placeButton(page, button + "_ctl01", partOf(states.at(row), 2));
-        placeButton(page, button + "_ctl02", partOf(states.at(row), 3));
-    }
-    placeButton(page, "flatRateNo", labelChoice);
-    return page;
-}
-
 const rules::WeightTexts kilogram{.LB = "2", .OZ = "4", .EXPORT = "2.2045", .BASIC = "1000"};
 
 } // namespace
@@ -135,9 +89,18 @@ private:
         QCOMPARE(LogCapture::lines(), log);
     }
 
-    void compareStates(const RowStates &states, Part labelChoice)
+    void compareStates(const rules::PageStates &states)
     {
-        compareUsps(pageOf(states, labelChoice), kilogram);
+        compareUsps(rules::pageOf(states), kilogram);
+    }
+
+    void compareEach(const std::vector<rules::PageStates> &pages)
+    {
+        for (const rules::PageStates &states : pages) {
+            compareStates(states);
+            if (QTest::currentTestFailed())
+                return;
+        }
     }
 
     std::optional<LogCapture> m_capture; // the test framework captures the log before each function
@@ -170,54 +133,22 @@ private slots:
         }
     }
 
-    void everyPairOfRows()
-    {
-        std::mt19937 random(20261121);
-        for (std::size_t one = 0; one < groups.size(); ++one) {
-            for (std::size_t other = one + 1; other < groups.size(); ++other) {
-                for (int pair = 0; pair < rowStates * rowStates; pair += sweepStep(7)) {
-                    RowStates states{};
-                    for (int &state : states)
-                        state = static_cast<int>(random() % rowStates);
-                    states.at(one) = pair % rowStates;
-                    states.at(other) = pair / rowStates;
-                    compareStates(states, parts.at(random() % parts.size()));
-                    if (QTest::currentTestFailed())
-                        return;
-                }
-            }
-        }
-    }
+    void everyPairOfRows() { compareEach(rules::everyPairOfRows(sweepStep(7))); }
 
-    /// The final fills look at the boxes of all rows.
-    void everyCombinationOfBoxes()
-    {
-        constexpr int combinations = boxStates * boxStates * boxStates * 3 * 3;
-        for (int combination = 0; combination < combinations; combination += sweepStep(11)) {
-            RowStates states{};
-            int rest = combination;
-            for (std::size_t row = 0; row < states.size(); ++row) {
-                const int choices = row < 3 ? boxStates : 3;
-                states.at(row) = rest % choices;
-                rest /= choices;
-            }
-            compareStates(states, Part::Missing);
-            if (QTest::currentTestFailed())
-                return;
-        }
-    }
+    void everyCombinationOfBoxes() { compareEach(rules::everyCombinationOfBoxes(sweepStep(11))); }
 
     void everyCombinationOfChosenUnits()
     {
         constexpr int combinations = 4 * 4 * 4 * 4 * 4 * 3;
         for (int combination = 0; combination < combinations; combination += sweepStep(11)) {
-            RowStates states{};
+            rules::PageStates states{};
             int rest = combination / 3;
-            for (int &state : states) {
-                state = (rest % 2 + 1) * 9 + (rest / 2 % 2 + 1) * 27;
+            for (std::size_t row = 0; row < rules::pageRows; ++row) {
+                states.at(row) = (rest % 2 + 1) * 9 + (rest / 2 % 2 + 1) * 27;
                 rest /= 4;
             }
-            compareStates(states, parts.at(static_cast<std::size_t>(combination % 3)));
+            states.back() = combination % 3;
+            compareStates(states);
             if (QTest::currentTestFailed())
                 return;
         }
@@ -225,7 +156,7 @@ private slots:
 
     void weights()
     {
-        rules::Page page = pageOf({3, 4, 5, 2, 2}, Part::On); // boxes in several states
+        rules::Page page = rules::pageOf({3, 4, 5, 2, 2, 2}); // boxes in several states
         for (const auto &texts : {
                  rules::WeightTexts{.LB = "0", .OZ = "0", .EXPORT = "0", .BASIC = "0"},
                  rules::WeightTexts{.LB = "0", .OZ = "1", .EXPORT = "1", .BASIC = "1"},
@@ -296,7 +227,7 @@ private slots:
         PageBrowser browser;
         CurrentWeight weight;
         weight.texts = kilogram;
-        browser.page = pageOf({2, 2 + 9 * 2, 0, 0, 0}, Part::Missing); // 02 empty; 05 also "ounces"
+        browser.page = rules::pageOf({2, 2 + 9 * 2, 0, 0, 0, 0}); // 02 empty; 05 also "ounces"
         browser.sent = [&](const QString &text) {
             if (text.contains(QLatin1String("ctl02_ctl01")))
                 weight.texts.LB = std::string(1, '3');
@@ -320,7 +251,7 @@ private slots:
         PageBrowser browser;
         CurrentWeight weight;
         weight.texts = kilogram;
-        browser.page = pageOf({0, 0, 2 * 9 + 2 * 27, 0, 0}, Part::On);
+        browser.page = rules::pageOf({0, 0, 2 * 9 + 2 * 27, 0, 0, 2});
         browser.sent = [](const QString &text) {
             if (text.contains(QLatin1String(".value=")))
                 LogCapture::lines().append(text.section(QLatin1Char('='), 1));
@@ -335,5 +266,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(AutofillFormTest)
+TEST_CLASS_INSIDE(QCoreApplication, AutofillFormTest)
 #include "AutofillFormTest.moc"

@@ -6,10 +6,10 @@
 #include "scale/SystemHidDevices.h"
 #include "settings/Settings.h"
 #include "tests/rules/AutofillRules.h"
+#include "tests/support/TestClasses.h"
 
 #include <QStandardPaths>
 #include <QTemporaryDir>
-#include <QTest>
 
 namespace {
 
@@ -219,5 +219,5 @@ private slots:
     }
 };
 
-QTEST_MAIN(AutofillTest)
+TEST_CLASS_INSIDE(QApplication, AutofillTest)
 #include "AutofillTest.moc"

@@ -4,11 +4,11 @@
 #include "export/ExportClipboard.h"
 #include "export/ExportState.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QClipboard>
 #include <QMimeData>
 #include <QSignalSpy>
-#include <QTest>
 #include <clocale>
 
 namespace {
@@ -149,12 +149,12 @@ private slots:
         clipboard.copy(QStringLiteral("1.234"));
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("1.234"));
         QVERIFY(!QGuiApplication::clipboard()->ownsClipboard());
-        const auto refused = QStringLiteral("The desktop does not let this window write the "
-                                            "clipboard while it is not in front.");
-        QCOMPARE(shown, QStringList{refused});
+        const auto notice = QStringLiteral("The desktop does not let this window write the "
+                                           "clipboard while it is not in front.");
+        QCOMPARE(shown, QStringList{notice});
         clipboard.switchTo(false);
         QVERIFY(!state.SetClip());
-        QCOMPARE(shown, (QStringList{refused, QString()}));
+        QCOMPARE(shown, (QStringList{notice, QString()}));
     }
 
     void onePlainText()
@@ -168,5 +168,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ClipboardTest)
+TEST_CLASS(ClipboardTest)
 #include "ClipboardTest.moc"

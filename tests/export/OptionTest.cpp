@@ -5,9 +5,9 @@
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/OptionModel.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
 #include <QAccessible>
-#include <QTest>
 #include <QWindow>
 
 using namespace std::chrono_literals;
@@ -21,11 +21,11 @@ constexpr int optionCount = OptionModel::optionCount;
 constexpr int clickCount = 2 * optionCount;
 /// Of the last click of each sequence. The first that is taken differs with the clicks before it,
 /// so that in all each click follows each other.
-const int step = sweepStep(5);
+const int lastClickStep = sweepStep(5);
 
 const QString refused = QStringLiteral("Device Not Connected/Detected!!!");
 
-QCheckBox *box(const LaunchedApplication &app, int option)
+QCheckBox *boxOf(const LaunchedApplication &app, int option)
 {
     const PostalScaleAppDelegate &form = app.delegate;
     return QList{form.checkOnTop, form.checkRoundTo, form.checkClipboard,
@@ -56,7 +56,7 @@ QByteArray name(int click)
 void click(LaunchedApplication &app, OptionModel &expected, int which)
 {
     if (which < optionCount) {
-        box(app, which)->click();
+        boxOf(app, which)->click();
         expected.clickBox(which);
     } else {
         menuItem(app, which - optionCount)->trigger();
@@ -93,7 +93,7 @@ QString describe(const LaunchedApplication &app)
     OptionModel::Flags boxes{};
     OptionModel::Flags marks{};
     for (int option = 0; option < optionCount; ++option) {
-        boxes.at(static_cast<std::size_t>(option)) = box(app, option)->isChecked();
+        boxes.at(static_cast<std::size_t>(option)) = boxOf(app, option)->isChecked();
         marks.at(static_cast<std::size_t>(option)) = menuItem(app, option)->isChecked();
     }
     return describe(effective, boxes, marks, delegate.selectionLbl->text(), app.logged(refused));
@@ -111,7 +111,7 @@ OptionModel launchedModel(const LaunchedApplication &app)
 void startAnew(LaunchedApplication &app)
 {
     for (int option = 0; option < optionCount; ++option) {
-        app.mark(box(app, option), false);
+        app.mark(boxOf(app, option), false);
         menuItem(app, option)->setChecked(false);
     }
     app.delegate.window->windowHandle()->setFlag(Qt::WindowStaysOnTopHint, false);
@@ -161,9 +161,6 @@ void clicksWithAndWithoutAScale()
     }
 }
 
-/// How long a button that is pressed from afar shows it, and more.
-constexpr auto pressTime = 200ms;
-
 } // namespace
 
 /// The six options of the box and of the menu. The clock stands still but for what a test lets
@@ -181,7 +178,7 @@ private slots:
     {
         QFETCH(int, first);
         QFETCH(Scale, scale);
-        for (int second = first % step; second < clickCount; second += step) {
+        for (int second = first % lastClickStep; second < clickCount; second += lastClickStep) {
             storedsettings::forget();
             LaunchedApplication app(scale);
             app.stopPolling();
@@ -199,7 +196,8 @@ private slots:
         LaunchedApplication app(scale);
         app.stopPolling();
         for (int second = 0; second < clickCount; ++second) {
-            for (int third = (first + second) % step; third < clickCount; third += step) {
+            for (int third = (first + second) % lastClickStep; third < clickCount;
+                 third += lastClickStep) {
                 startAnew(app);
                 clickAndCompare(app, {first, second, third});
             }
@@ -278,8 +276,8 @@ private slots:
         QFETCH(int, option);
         LaunchedApplication app(Scale::Absent);
         app.forgetTraffic();
-        box(app, option)->click();
-        box(app, option)->click();
+        boxOf(app, option)->click();
+        boxOf(app, option)->click();
         QTEST(app.log.lines(), "lines");
     }
 
@@ -385,5 +383,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(OptionTest)
+TEST_CLASS(OptionTest)
 #include "OptionTest.moc"

@@ -3,10 +3,10 @@
 
 #include "tests/faults/Faults.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
 #include <QLabel>
 #include <QStatusBar>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
@@ -22,16 +22,9 @@ constexpr std::array spacings{Spacing::AtOnce, Spacing::OnePollLater, Spacing::D
 constexpr std::array situationNames{"no scale", "just attached", "weighing"};
 constexpr std::array spacingNames{"at once", "a poll later", "during an exchange"};
 
-constexpr auto interval = 400ms;
-constexpr auto step = 100ms;
 /// The program looks again for what it could not find out, and every timer has found out whether
 /// it is still wanted.
 constexpr auto recovery = 1200ms;
-
-void pass(std::chrono::milliseconds time)
-{
-    LaunchedApplication::pass(time, step);
-}
 
 QString noticeOf(const LaunchedApplication &app)
 {
@@ -223,5 +216,5 @@ private:
     int m_played = 0;
 };
 
-QTEST_APPLESS_MAIN(FaultPairsTest)
+TEST_CLASS(FaultPairsTest)
 #include "FaultPairsTest.moc"

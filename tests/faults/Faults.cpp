@@ -14,7 +14,6 @@ using Cure = Fault::Cure;
 using Reports = FaultyWorld::Reports;
 using Notice = FaultyWorld::Notice;
 
-const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
 const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
 
 constexpr Sight undisturbed{"Scale connected", "1234 grams", "1.234", ""};

@@ -12,6 +12,16 @@
 #include <random>
 #include <sys/resource.h>
 
+/// Between two polls.
+constexpr std::chrono::milliseconds interval{400};
+/// In which a world's time goes on.
+constexpr std::chrono::milliseconds step{100};
+
+inline void pass(std::chrono::milliseconds time)
+{
+    LaunchedApplication::pass(time, step);
+}
+
 /// The running program with a scale that answers its polls, and all that can go wrong around it.
 /// Nothing here lets the event loop run: a fault can also come in the middle of an exchange.
 class FaultyWorld

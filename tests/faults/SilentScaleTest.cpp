@@ -2,29 +2,22 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/faults/FaultyWorld.h"
+#include "tests/support/TestClasses.h"
 #include "widgets/ConnectionLamp.h"
 
 #include <QElapsedTimer>
 #include <QStatusBar>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto interval = 400ms;
-constexpr auto step = 100ms;
 constexpr auto patience = HIDManager::answerPatience;
 constexpr auto forEver = 24h;
 
 const QString tick = QStringLiteral("readData");
 const QString silenceNotice = QStringLiteral("The scale does not answer");
 const QString silentWords = QStringLiteral(", the scale does not answer");
-
-void pass(std::chrono::milliseconds time)
-{
-    LaunchedApplication::pass(time, step);
-}
 
 /// What a person does while the scale is silent, and what comes of it.
 struct Act
@@ -403,7 +396,6 @@ private slots:
     {
         FaultyWorld world;
         weigh(world);
-        const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
         fakeudev::plug(mouse);
         readSilently(world, 5s);
         fakeudev::unplug(mouse.name);
@@ -463,5 +455,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(SilentScaleTest)
+TEST_CLASS(SilentScaleTest)
 #include "SilentScaleTest.moc"

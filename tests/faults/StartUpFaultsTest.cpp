@@ -3,11 +3,12 @@
 
 #include "tests/support/FakeUdev.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QLabel>
 #include <QResource>
 #include <QStatusBar>
-#include <QTest>
+#include <algorithm>
 
 using namespace std::chrono_literals;
 
@@ -19,28 +20,39 @@ static void takePicturesAway()
 
 namespace {
 
-struct Fault
+struct MissingCall
 {
     const char *name;
     bool fakeudev::Failing::*call;
 };
 
 constexpr std::array watching{
-    Fault{"none", nullptr},
-    Fault{"no monitor", &fakeudev::Failing::monitor},
-    Fault{"no filter", &fakeudev::Failing::filter},
-    Fault{"no reception", &fakeudev::Failing::receiving},
+    MissingCall{"none", nullptr},
+    MissingCall{"no monitor", &fakeudev::Failing::monitor},
+    MissingCall{"no filter", &fakeudev::Failing::filter},
+    MissingCall{"no reception", &fakeudev::Failing::receiving},
 };
 constexpr std::array listing{
-    Fault{"none", nullptr},
-    Fault{"no list", &fakeudev::Failing::enumeration},
-    Fault{"an empty list", &fakeudev::Failing::scan},
+    MissingCall{"none", nullptr},
+    MissingCall{"no list", &fakeudev::Failing::enumeration},
+    MissingCall{"an empty list", &fakeudev::Failing::scan},
 };
 
 const QString noEvents =
     QStringLiteral("No device events: a scale plugged in from now on is not noticed");
 
-void set(const Fault &fault, bool fails)
+const QString notNoticed =
+    QStringLiteral("A scale that is plugged in or unplugged now is not noticed");
+
+/// The window, in its status line.
+bool says(const LaunchedApplication &app, const QString &sentence)
+{
+    const auto lines = app.delegate.window->statusBar()->findChildren<QLabel *>();
+    return std::any_of(lines.cbegin(), lines.cend(),
+                       [&](const QLabel *line) { return line->text().contains(sentence); });
+}
+
+void setMissing(const MissingCall &fault, bool fails)
 {
     if (fault.call != nullptr)
         fakeudev::failing().*fault.call = fails;
@@ -93,19 +105,21 @@ private slots:
     {
         QFETCH(std::size_t, watchingFault);
         QFETCH(std::size_t, listingFault);
-        const Fault &blind = watching.at(watchingFault);
-        const Fault &unlisted = listing.at(listingFault);
+        const MissingCall &blind = watching.at(watchingFault);
+        const MissingCall &unlisted = listing.at(listingFault);
         LaunchedApplication app(LaunchedApplication::Scale::Present, {}, [&] {
-            set(blind, true);
-            set(unlisted, true);
+            setMissing(blind, true);
+            setMissing(unlisted, true);
         });
         QCOMPARE(app.logged(noEvents), blind.call == nullptr ? 0 : 1);
+        QCOMPARE(says(app, notNoticed), blind.call != nullptr);
         QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
         app.pass(3000ms);
         QCOMPARE(app.delegate.isDeviceConnected, unlisted.call == nullptr);
-        set(unlisted, false);
+        setMissing(unlisted, false);
         app.pass(1000ms);
         QVERIFY(app.delegate.isDeviceConnected);
+        QCOMPARE(says(app, notNoticed), blind.call != nullptr);
         app.hidapi.reports.push_back(report);
         app.pass(400ms);
         QCOMPARE(app.delegate.gmImg->isHidden(), false);
@@ -114,5 +128,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(StartUpFaultsTest)
+TEST_CLASS(StartUpFaultsTest)
 #include "StartUpFaultsTest.moc"

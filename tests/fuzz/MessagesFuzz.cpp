@@ -11,6 +11,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
+#include <functional>
 
 namespace {
 
@@ -35,6 +37,17 @@ Received receive(const QByteArray &bytes, qsizetype chunk)
     return received;
 }
 
+void understand(const BrowserRan &ran)
+{
+    require(!ran.fields || (ran.fields->changed >= 0 && ran.fields->changed <= ran.fields->written),
+            "only what was written can be changed");
+    require(ran.notes.isEmpty() || (ran.fields && ran.notes.first() >= 0),
+            "no note has a number below 0, nor a page that is gone notes");
+    require(std::adjacent_find(ran.notes.begin(), ran.notes.end(), std::greater_equal()) ==
+                ran.notes.end(),
+            "each note is there once, in order");
+}
+
 void understand(const QByteArray &json)
 {
     const auto message = parseBrowserMessage(json);
@@ -47,9 +60,7 @@ void understand(const QByteArray &json)
     if (const auto *focus = std::get_if<BrowserFocus>(&*message))
         require(focus->ago.count() >= 0, "no focus lies in the future");
     if (const auto *ran = std::get_if<BrowserRan>(&*message))
-        require(!ran->fields ||
-                    (ran->fields->changed >= 0 && ran->fields->changed <= ran->fields->written),
-                "only what was written can be changed");
+        understand(*ran);
 }
 
 QString textOf(const QJsonValue &step)

@@ -4,8 +4,8 @@
 #include "lcd/DigitLayout.h"
 #include "tests/rules/DigitRules.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <cmath>
 
 namespace {
@@ -289,5 +289,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(DigitLayoutTest)
+TEST_CLASS(DigitLayoutTest)
 #include "DigitLayoutTest.moc"

@@ -3,11 +3,11 @@
 
 #include "lcd/ReadingWords.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 #include "widgets/ImageView.h"
 #include "widgets/PanelWidget.h"
 
 #include <QSignalSpy>
-#include <QTest>
 
 namespace {
 
@@ -212,5 +212,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(PanelContentsTest)
+TEST_CLASS(PanelContentsTest)
 #include "PanelContentsTest.moc"

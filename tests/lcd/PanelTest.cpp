@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 #include "widgets/ImageView.h"
 
-#include <QTest>
 #include <algorithm>
 #include <array>
 
@@ -219,5 +219,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(PanelTest)
+TEST_CLASS(PanelTest)
 #include "PanelTest.moc"

@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "lcd/ReadingWords.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 /// What is lit on the panel, and how it is read out.
 class ReadingWordsTest : public QObject
@@ -64,5 +63,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ReadingWordsTest)
+TEST_CLASS(ReadingWordsTest)
 #include "ReadingWordsTest.moc"

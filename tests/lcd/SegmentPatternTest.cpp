@@ -3,8 +3,7 @@
 
 #include "lcd/SegmentPattern.h"
 #include "tests/rules/IconRules.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 /// Every unit code in every state, against the independent statement of the rules.
 class SegmentPatternTest : public QObject
@@ -62,5 +61,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(SegmentPatternTest)
+TEST_CLASS(SegmentPatternTest)
 #include "SegmentPatternTest.moc"

@@ -4,8 +4,7 @@
 #include "lcd/ShownWeight.h"
 
 #include "lcd/ReadingWords.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 /// What is lit on the panel, as a number and a unit.
 class ShownWeightTest : public QObject
@@ -136,5 +135,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ShownWeightTest)
+TEST_CLASS(ShownWeightTest)
 #include "ShownWeightTest.moc"

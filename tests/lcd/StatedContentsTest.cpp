@@ -6,8 +6,7 @@
 #include "lcd/ShownWeight.h"
 #include "tests/rules/PointOfSaleRules.h"
 #include "tests/support/Sweep.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 namespace {
 
@@ -155,5 +154,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(StatedContentsTest)
+TEST_CLASS(StatedContentsTest)
 #include "StatedContentsTest.moc"

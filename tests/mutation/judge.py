@@ -3,6 +3,7 @@
 """Runs the unit tests against a mutant until one of them notices."""
 
 import os
+import pathlib
 import signal
 import subprocess
 import threading
@@ -67,7 +68,7 @@ class Judge:
             key=lambda entry: self.times[entry[0].name] * (1 if entry[0].source == folder else 4)
         )
         # The way by which mutants are judged lets the program itself pass.
-        problem = self.run_test(*self.tests[0], self.source.original_object, 600)
+        problem = self.run_test(*self.tests[0], self.source.original_object, {}, 600)
         if problem:
             raise SystemExit(f"{path} fails {self.tests[0][0].name} without a mutation: {problem}")
 
@@ -81,31 +82,37 @@ class Judge:
         if self.source.defined_symbols() != self.source.symbols:
             return REFUSED
         self.seen.add(digest)
+        programs = {}
         for place, (test, linked) in enumerate(self.tests):
             # Loaded machines are slow, but not twenty times as slow.
             limit = 20 + 20 * self.times[test.name]
-            problem = self.run_test(test, linked, self.source.object, limit)
+            problem = self.run_test(test, linked, self.source.object, programs, limit)
             if problem:
                 self.tests.insert(0, self.tests.pop(place))
                 return f"{test.name} ({problem})"
         return SURVIVED
 
-    def run_test(self, test, linked, mutated, limit):
-        """What went wrong, or nothing."""
-        program = self.work / "test"
+    def run_test(self, test, linked, mutated, programs, limit):
+        """What went wrong, or nothing. @param programs are those linked with it before."""
+        if test.program not in programs:
+            programs[test.program] = self.link(test, linked, mutated)
+        return problem_of(test, programs[test.program], limit)
+
+    def link(self, test, linked, mutated):
+        program = self.work / pathlib.Path(test.program).name
         program.unlink(missing_ok=True)
         link = run(linked.link_command(program, [mutated]))
         if link.returncode:
             raise SystemExit(f"{test.name} does not link:\n{link.stderr}")
-        return problem_of(test, program, limit)
+        return program
 
 
 def problem_of(test, program, limit):
     """What went wrong, or nothing."""
     environment = {**os.environ, **dict(item.split("=", 1) for item in test.environment)}
     process = subprocess.Popen(
-        [program], cwd=test.folder, env=environment, start_new_session=True, text=True,
-        errors="replace", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+        [program, *test.arguments], cwd=test.folder, env=environment, start_new_session=True,
+        text=True, errors="replace", stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
         stderr=subprocess.DEVNULL,
     )
     overdue = threading.Event()

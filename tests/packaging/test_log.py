@@ -8,6 +8,10 @@ from waiting import wait_until
 
 QUIET = {"QT_LOGGING_RULES": ""}
 
+# A disk that has room for so much of each file.
+ROOM = 4096
+FULL_DISK = ("sh", "-c", f'trap "" XFSZ; ulimit -S -f {ROOM // 512}; exec "$@"', "sh")
+
 
 class LogTest(CommandLineTest):
     def start_quiet(self, *arguments, **changes):
@@ -46,6 +50,20 @@ class LogTest(CommandLineTest):
             texts = [line.split(" ", 1)[1] for line in file.read_text().splitlines()]
             for text in ("Select Postal Scale", "readData", "buf[0]: 1", "set_device_OFF"):
                 self.assertIn(text, texts)
+
+    def test_a_full_disk_ends_the_log_and_nothing_else(self):
+        file = self.session.new_folder("log") / "log.txt"
+        program = self.start("--weight", "1234", program_arguments=("--log", file),
+                             environment=QUIET, wrapper=FULL_DISK)
+        program.wait_for_reading("1234 grams")
+        wait_until(lambda: self.lines_of(program), "the end of the log")
+        program.scale.tell("weight 567")
+        program.wait_for_reading("567 grams")
+        self.wait_for_polls(program, 3)
+        self.assertEqual(self.lines_of(program),
+                         ["postalscale: The log ends here: File too large"])
+        self.assertEqual(file.stat().st_size, ROOM)
+        self.assertEqual(program.stop(), 0)
 
     def test_a_start_that_raises_the_window_leaves_its_log_alone(self):
         file = self.session.new_folder("log") / "log.txt"

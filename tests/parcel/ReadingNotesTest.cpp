@@ -3,8 +3,7 @@
 
 #include "parcel/ReadingNotes.h"
 #include "parcel/RecentWeights.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 using namespace std::chrono_literals;
 
@@ -297,5 +296,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ReadingNotesTest)
+TEST_CLASS_INSIDE(QCoreApplication, ReadingNotesTest)
 #include "ReadingNotesTest.moc"

@@ -4,8 +4,8 @@
 #include "parcel/SettledWeight.h"
 #include "tests/rules/SettledRules.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <random>
 #include <string>
 #include <vector>
@@ -275,5 +275,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(SettledWeightTest)
+TEST_CLASS_INSIDE(QCoreApplication, SettledWeightTest)
 #include "SettledWeightTest.moc"

@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: MIT
 
 #include "parcel/SettledWeight.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <array>
 #include <string>
 
 namespace {
 
-struct Letter
+struct StatedLetter
 {
     char name;
     ScaleStatement statement;
@@ -20,7 +20,7 @@ ScaleStatement stated(ScaleStatus status, unsigned digits)
     return {status, WeightUnit::Ounce, {digits, -1, status == ScaleStatus::UnderZero}};
 }
 
-const std::array<Letter, 8> alphabet{{
+const std::array<StatedLetter, 8> statedAlphabet{{
     {'0', stated(ScaleStatus::StableAtZero, 0)},
     {'a', stated(ScaleStatus::InMotion, 12)},
     {'A', stated(ScaleStatus::Stable, 12)},
@@ -85,7 +85,7 @@ private slots:
 private:
     static void walk(const std::string &word, const SettledWeight &before)
     {
-        for (const Letter &letter : alphabet) {
+        for (const StatedLetter &letter : statedAlphabet) {
             const std::string longer = word + letter.name;
             SettledWeight pan = before;
             bool leaves = false;
@@ -100,5 +100,5 @@ private:
     }
 };
 
-QTEST_APPLESS_MAIN(StatedWeightTest)
+TEST_CLASS(StatedWeightTest)
 #include "StatedWeightTest.moc"

@@ -3,8 +3,7 @@
 
 #include "scale/CommandByte.h"
 #include "tests/rules/CommandRules.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 /// Every byte through every change, against the independent statement of the rules.
 class CommandByteTest : public QObject
@@ -93,5 +92,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(CommandByteTest)
+TEST_CLASS(CommandByteTest)
 #include "CommandByteTest.moc"

@@ -3,8 +3,8 @@
 
 #include "tests/rules/CommandRules.h"
 #include "tests/support/LinkedScale.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <QTimer>
 
 namespace {
@@ -22,7 +22,7 @@ void send(HIDManager &link, rules::Command command, int unit)
     }
 }
 
-rules::CommandState stateOf(const HIDManager &link)
+rules::CommandState commandStateOf(const HIDManager &link)
 {
     return {.scaleCommand = link.scaleCommand(),
             .currentScale = link.currentScale(),
@@ -55,7 +55,7 @@ private slots:
                 for (int unit = -1; unit <= 8; ++unit) {
                     scale.link.setScaleCommand(static_cast<CommandByte>(byte));
                     scale.link.setCurrentScale(byte % 2);
-                    const auto expected = rules::command(command, unit, stateOf(scale.link));
+                    const auto expected = rules::command(command, unit, commandStateOf(scale.link));
                     scale.hidapi.sent.clear();
                     send(scale.link, command, unit);
                     QCOMPARE(scale.hidapi.sent.size(), std::size_t{1});
@@ -122,5 +122,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(CommandsTest)
+TEST_CLASS_INSIDE(QCoreApplication, CommandsTest)
 #include "CommandsTest.moc"

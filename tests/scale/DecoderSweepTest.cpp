@@ -5,8 +5,8 @@
 #include "scale/WeightDecoder.h"
 #include "tests/rules/ScaleRules.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <cstring>
 #include <optional>
 #include <span>
@@ -207,5 +207,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(DecoderSweepTest)
+TEST_CLASS(DecoderSweepTest)
 #include "DecoderSweepTest.moc"

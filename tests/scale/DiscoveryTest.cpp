@@ -2,13 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/LinkedScale.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <cerrno>
 
 namespace {
 
-const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
 const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
 
 /// Where devices are found and cannot be opened.
@@ -503,5 +502,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(DiscoveryTest)
+TEST_CLASS_INSIDE(QCoreApplication, DiscoveryTest)
 #include "DiscoveryTest.moc"

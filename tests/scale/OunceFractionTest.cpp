@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "scale/OunceFraction.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 /// Tenths of an ounce as the fraction that the panel stacks.
 class OunceFractionTest : public QObject
@@ -49,5 +48,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(OunceFractionTest)
+TEST_CLASS(OunceFractionTest)
 #include "OunceFractionTest.moc"

@@ -6,8 +6,7 @@
 #include "tests/support/LinkedScale.h"
 #include "tests/support/ReadingRules.h"
 #include "tests/support/Sweep.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 namespace {
 
@@ -321,5 +320,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ReadingTest)
+TEST_CLASS_INSIDE(QCoreApplication, ReadingTest)
 #include "ReadingTest.moc"

@@ -7,15 +7,13 @@
 #include "scale/traffic/ReplayedHidDevices.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LinkedScale.h"
+#include "tests/support/TestClasses.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
 namespace {
-
-const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
 
 /// An interface whose application gets its devices from the test.
 struct Interface : RecordingDelegate
@@ -47,7 +45,7 @@ QStringList withoutTimes(const QByteArray &record)
 }
 
 /// Time goes on, and what has come due happens.
-void pass(std::chrono::milliseconds time)
+void passTime(std::chrono::milliseconds time)
 {
     for (auto gone = 0ms; gone < time; gone += 1ms) {
         fakeclock::advance(1ms);
@@ -77,7 +75,7 @@ struct ReplayedScale
     {
         interface.radioButtonIndex = 5;
         link.get_device_handle();
-        pass(10ms);
+        passTime(10ms);
     }
 
     bool isPresent() const { return devices.find(scaleVendorId, scaleProductId).has_value(); }
@@ -87,6 +85,32 @@ struct ReplayedScale
     Interface interface {
         devices
     };
+    HIDManager link;
+};
+
+/// The real link, all of whose traffic is written down.
+struct RecordedScale
+{
+    explicit RecordedScale(const QString &name)
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        if (!devices.startFile(name))
+            qFatal("%s", qPrintable(devices.errorText()));
+    }
+
+    void watch()
+    {
+        link.get_device_handle();
+        LinkedScale::turn();
+    }
+
+    RecordedHidDevices devices{std::make_unique<SystemHidDevices>()};
+    LogCapture log;
+    Interface interface {
+        devices
+    };
+    FakeHidapi &hidapi = FakeHidapi::instance();
     HIDManager link;
 };
 
@@ -175,30 +199,22 @@ private slots:
 
     void everythingThatPassesIsWrittenDown()
     {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        FakeHidapi &hidapi = FakeHidapi::instance();
-        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
         const QString name = m_folder.filePath(QStringLiteral("record"));
-        QVERIFY(record.startFile(name));
-        const LogCapture log;
-        Interface interface(record);
-        HIDManager link;
-        link.get_device_handle();
-        LinkedScale::turn();
+        RecordedScale scale(name);
+        scale.watch();
         fakeudev::plug(mouse);
         fakeudev::plug(scaleDevice);
         LinkedScale::turn();
-        hidapi.reports = {{0x01, 0x34, 0x12}, {}};
-        link.get_device_rawdata();
-        link.set_device_OFF();
-        link.get_device_rawdata();
-        hidapi.sendFails = true;
-        link.get_device_rawdata();
-        hidapi.openFails = true;
+        scale.hidapi.reports = {{0x01, 0x34, 0x12}, {}};
+        scale.link.get_device_rawdata();
+        scale.link.set_device_OFF();
+        scale.link.get_device_rawdata();
+        scale.hidapi.sendFails = true;
+        scale.link.get_device_rawdata();
+        scale.hidapi.openFails = true;
         fakeudev::unplug(scaleDevice.name);
         LinkedScale::turn();
-        link.get_device_rawdata(); // reaches no device
+        scale.link.get_device_rawdata(); // reaches no device
         fakeudev::plug(scaleDevice);
         LinkedScale::turn();
         QCOMPARE(withoutTimes(contents(name)),
@@ -214,26 +230,26 @@ private slots:
 
     void permissionThatArrivesLaterIsWrittenDown()
     {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        FakeHidapi &hidapi = FakeHidapi::instance();
-        RecordedHidDevices record(std::make_unique<SystemHidDevices>());
         const QString name = m_folder.filePath(QStringLiteral("late"));
-        QVERIFY(record.startFile(name));
-        const LogCapture log;
-        Interface interface(record);
-        HIDManager link;
-        link.get_device_handle();
-        LinkedScale::turn();
-        hidapi.openFails = true;
+        RecordedScale scale(name);
+        scale.watch();
+        scale.hidapi.openFails = true;
         fakeudev::plug(scaleDevice);
         LinkedScale::turn();
-        hidapi.openFails = false;
+        scale.hidapi.openFails = false;
         fakeudev::announce(scaleDevice, "change");
         LinkedScale::turn();
         QCOMPARE(withoutTimes(contents(name)),
                  (QStringList{"attach hidraw0 04d9:8010", "open hidraw0 failed: fake failure",
                               "change hidraw0 04d9:8010", "open hidraw0"}));
+    }
+
+    void plugsThatAreNotNoticedAreToldOf()
+    {
+        RecordedScale scale(m_folder.filePath(QStringLiteral("unwatched")));
+        fakeudev::failing().monitor = true;
+        scale.watch();
+        QVERIFY(!scale.interface.watchTrouble.isEmpty());
     }
 
     void permissionThatArrivesLaterComesBack()
@@ -262,7 +278,7 @@ private slots:
         QVERIFY(scale.link.isReadingOpen());
         scale.link.continueReading();
         QVERIFY(scale.link.isReadingOpen());
-        pass(500ms);
+        passTime(500ms);
         scale.link.continueReading();
         QVERIFY(!scale.link.isReadingOpen());
         QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
@@ -277,7 +293,7 @@ private slots:
         scale.link.get_device_rawdata();
         for (int look = 0; look < 3; ++look) {
             QVERIFY(scale.link.isReadingOpen());
-            pass(1s);
+            passTime(1s);
             scale.link.continueReading();
         }
         QVERIFY(scale.link.isReadingOpen());
@@ -319,7 +335,7 @@ private slots:
         QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
         scale.link.get_device_rawdata();
         QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")).size(), 2);
-        pass(10ms);
+        passTime(10ms);
         QCOMPARE(scale.interface.calls.last(2), (QStringList{"setIsDeviceAlive 0", "clearAll"}));
         QVERIFY(!scale.isPresent());
     }
@@ -348,11 +364,11 @@ private slots:
     void nothingIsLostWhenTheProgramPollsLater()
     {
         ReplayedScale scale(scaleAttached + scaleRead + "0.002 detach hidraw0 04d9:8010\n");
-        pass(1s);
+        passTime(1s);
         QVERIFY(scale.isPresent());
         scale.link.get_device_rawdata();
         QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
-        pass(10ms);
+        passTime(10ms);
         QVERIFY(!scale.isPresent());
     }
 
@@ -386,7 +402,7 @@ private slots:
         scale.link.get_device_rawdata();
         QCOMPARE(scale.log.lines().filter(QStringLiteral("Unable")),
                  QStringList{"io: Unable to read()"});
-        pass(10ms);
+        passTime(10ms);
         QVERIFY(!scale.isPresent());
     }
 
@@ -404,5 +420,5 @@ private:
     QTemporaryDir m_folder{QStringLiteral("/dev/shm/postal-scale-test-XXXXXX")};
 };
 
-QTEST_GUILESS_MAIN(TrafficTest)
+TEST_CLASS_INSIDE(QCoreApplication, TrafficTest)
 #include "TrafficTest.moc"

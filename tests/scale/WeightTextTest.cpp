@@ -5,8 +5,7 @@
 #include "base/NumberText.h"
 #include "tests/rules/ExportRules.h"
 #include "tests/support/Sweep.h"
-
-#include <QTest>
+#include "tests/support/TestClasses.h"
 
 namespace {
 
@@ -171,5 +170,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(WeightTextTest)
+TEST_CLASS(WeightTextTest)
 #include "WeightTextTest.moc"

@@ -3,6 +3,7 @@
 
 #include "settings/Settings.h"
 #include "tests/support/LaunchedApplication.h"
+#include "tests/support/TestClasses.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -10,7 +11,6 @@
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStatusBar>
-#include <QTest>
 #include <chrono>
 #include <clocale>
 #include <csignal>
@@ -360,7 +360,7 @@ private:
         QProcess writer;
         writer.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         writer.start(QFileInfo(QStringLiteral("/proc/self/exe")).symLinkTarget(),
-                     {QString::fromLatin1(writerArgument)});
+                     {QStringLiteral("SettingsTest"), QString::fromLatin1(writerArgument)});
         QVERIFY(writer.waitForStarted());
         qint64 written = 0;
         while (written < writes) {
@@ -374,14 +374,15 @@ private:
     }
 };
 
-int main(int argc, char **argv)
+static int runTest(int argc, char **argv)
 {
     // As the application does: the desktop's language is in force.
     std::setlocale(LC_ALL, "");
     if (argc == 2 && qstrcmp(argv[1], writerArgument) == 0)
         return writeByTurns();
-    SettingsTest test;
-    return QTest::qExec(&test, argc, argv);
+    return testclasses::run<SettingsTest>(argc, argv);
 }
+
+TEST_CLASS_RUN_BY(SettingsTest, &runTest)
 
 #include "SettingsTest.moc"

@@ -36,6 +36,9 @@ QStringList options();
 QByteArray bundleInformation(const QByteArray &isUSPS, const QByteArray &models);
 extern const QByteArray nineModels;
 
+/// How long a button that is pressed from afar shows it, and more.
+constexpr std::chrono::milliseconds pressTime{200};
+
 /// The program as main() starts it, over fake devices and the fake clock; one at a time. It has
 /// been told of the devices present, and has read nothing yet.
 class LaunchedApplication

@@ -19,6 +19,7 @@ public:
     void setStatusString(bool connected) override { call("setStatusString", connected); }
     void setIsDeviceAlive(bool alive) override { call("setIsDeviceAlive", alive); }
     void setConnectionTrouble(const QString &trouble) override { connectionTrouble = trouble; }
+    void showWatchTrouble(const QString &trouble) override { watchTrouble = trouble; }
     void clearAll() override
     {
         calls.append(QStringLiteral("clearAll"));
@@ -39,6 +40,7 @@ public:
     QStringList calls;
     QStringList clipboard;
     QString connectionTrouble;
+    QString watchTrouble;
     QString label;
     QString model;
     int radioButtonIndex = 3;

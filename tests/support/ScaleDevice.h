@@ -7,3 +7,4 @@
 #include "tests/support/FakeUdev.h"
 
 inline const fakeudev::Device scaleDevice{"hidraw0", scaleVendorId, scaleProductId};
+inline const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};

@@ -15,6 +15,8 @@ import subprocess
 import sys
 import tempfile
 
+import session_initrd
+
 # In the order in which they need each other, with their parameters: three ports, at the full speed
 # of a device as slow as a scale.
 MODULES = [
@@ -49,8 +51,8 @@ class Packages:
     def download(self):
         depends = self.run("apt-cache", "depends", "linux-image-amd64")
         kernel = re.search(r"Depends: (linux-image-\S+)", depends).group(1)
-        # systemd for its rules on seats, which give a device to the user who sits there.
-        self.run("apt-get", "download", "-q", kernel, "udev", "systemd")
+        # systemd also for its rules on seats, which give a device to the user who sits there.
+        self.run("apt-get", "download", "-q", kernel, "udev", *session_initrd.PACKAGES)
 
     def fetch(self):
         try:
@@ -83,7 +85,7 @@ def extract_udev(tree, parts):
 
 def is_complete(parts):
     modules = (parts / "modules" / (module.split()[0] + ".ko") for module in MODULES)
-    return all(module.exists() for module in modules)
+    return all(module.exists() for module in modules) and (parts / "session").exists()
 
 
 def fetch(parts):
@@ -97,6 +99,7 @@ def fetch(parts):
         extract_kernel(tree, fresh)
         extract_modules(tree, fresh)
         extract_udev(tree, fresh)
+        session_initrd.extract(tree, fresh)
         # In one step: an interrupted download leaves nothing that looks complete.
         shutil.rmtree(parts, ignore_errors=True)
         fresh.rename(parts)

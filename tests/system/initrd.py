@@ -10,6 +10,7 @@ import subprocess
 import sys
 import tempfile
 
+import session_initrd
 from guest_parts import MODULES
 
 BUSYBOX = pathlib.Path("/bin/busybox")
@@ -70,16 +71,19 @@ class Archive:
             self.file.write(part + b"\0" * (-len(part) % 4))
 
 
-def libraries(programs):
-    """The shared libraries that these load, and the loader."""
-    listing = subprocess.run(["ldd", *programs], check=True, text=True,
-                             stdout=subprocess.PIPE).stdout
+def libraries(programs, folders):
+    """The host's shared libraries that these load, and the loader.
+    @param folders: of libraries that are the guest's own"""
+    path = ":".join(map(str, folders))
+    listing = subprocess.run(["ldd", *programs], check=True, text=True, stdout=subprocess.PIPE,
+                             env={**os.environ, "LD_LIBRARY_PATH": path}).stdout
     missing = [line.strip() for line in listing.splitlines() if "not found" in line]
     if missing:
         sys.exit("libraries to be installed: " + ", ".join(missing))
     words = {word for line in listing.splitlines() if line.startswith("\t")
              for word in line.split()}
-    return sorted(word for word in words if word.startswith("/"))
+    return sorted(word for word in words
+                  if word.startswith("/") and pathlib.Path(word).parent not in folders)
 
 
 def add_python(archive):
@@ -118,7 +122,7 @@ def add_package(archive, package):
             archive.copy(file, str(file.relative_to(tree)))
 
 
-def make(path, parts, program, gadget, rule, qt_plugins, package):
+def make(path, parts, program, gadget, rule, qt_plugins, package, with_session):
     """@param package None: program and rule as they were built"""
     archive = Archive(path)
     if package:
@@ -129,6 +133,7 @@ def make(path, parts, program, gadget, rule, qt_plugins, package):
     for name in EMPTY_DIRECTORIES:
         archive.directory(name)
     archive.directory("tmp", 0o1777)
+    session_programs = session_initrd.add(archive, parts, qt_plugins) if with_session else []
     for name in "/etc/passwd", "/etc/group":
         archive.copy(name)
     archive.copy(SOURCE / "guest/init", "init")
@@ -137,7 +142,7 @@ def make(path, parts, program, gadget, rule, qt_plugins, package):
     archive.copy_tree(parts / "modules", "modules")
     archive.add("modules/order", ("\n".join(MODULES) + "\n").encode())
     programs = add_python(archive) + add_programs(archive, program, gadget, qt_plugins)
-    programs += add_udev(archive, parts, rule)
-    for library in libraries(programs):
+    programs += add_udev(archive, parts, rule) + session_programs
+    for library in libraries(programs, session_initrd.library_folders(parts)):
         archive.copy(library)
     archive.close()

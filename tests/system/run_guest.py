@@ -31,6 +31,7 @@ def parse_arguments():
     for name in "parts", "results", "program", "gadget", "rule", "qt-plugins":
         parser.add_argument("--" + name, type=pathlib.Path, required=True)
     parser.add_argument("--full", action="store_true", help="with as many rounds as are promised")
+    parser.add_argument("--session", action="store_true", help="with systemd, logind and X")
     parser.add_argument("scenarios", nargs="+")
     return parser.parse_args()
 
@@ -42,10 +43,13 @@ def check_tools():
         sys.exit("busybox is missing: install the package busybox-static")
 
 
-def qemu_command(parts, results, scenarios, is_full):
+def qemu_command(arguments):
     # Time inside follows the count of instructions, and jumps ahead while nothing is to be done:
     # a busy host makes the run longer but delays nothing that the guest could notice, and the half
     # second that the kernel takes for each plug costs no time.
+    parts, results = arguments.parts, arguments.results
+    # What the kernel does not know itself, its first process finds in its environment.
+    session = "session=1 systemd.log_target=console " if arguments.session else ""
     return [
         QEMU, "-accel", "tcg,thread=single", "-icount", "shift=1,sleep=off",
         "-machine", "q35", "-smp", "1", "-cpu", "qemu64", "-m", "1024",
@@ -53,7 +57,7 @@ def qemu_command(parts, results, scenarios, is_full):
         "-serial", f"file:{results / 'console.log'}", "-serial", f"file:{results / 'verdicts'}",
         "-kernel", parts / "vmlinux", "-initrd", results / "initrd",
         "-append", "console=ttyS0 quiet panic=-1 mitigations=off nokaslr "
-                   f"full={int(is_full)} scenarios={','.join(scenarios)}",
+                   f"{session}full={int(arguments.full)} scenarios={','.join(arguments.scenarios)}",
     ]
 
 
@@ -88,12 +92,11 @@ def main():
     shutil.rmtree(results, ignore_errors=True)
     results.mkdir(parents=True)
     initrd.make(results / "initrd", arguments.parts, arguments.program, arguments.gadget,
-                arguments.rule, arguments.qt_plugins, package)
+                arguments.rule, arguments.qt_plugins, package, arguments.session)
     print(f"the program of {package or 'this build'}")
     start = time.monotonic()
-    processor = run(
-        qemu_command(arguments.parts, results, arguments.scenarios, arguments.full),
-        PROCESSOR_TIME * (FULL_RUN if arguments.full else 1))
+    processor = run(qemu_command(arguments),
+                    PROCESSOR_TIME * (FULL_RUN if arguments.full else 1))
     (results / "initrd").unlink()
     print((results / "console.log").read_text(errors="replace"))
     print(f"the guest ran for {time.monotonic() - start:.1f} s, of which {processor:.1f} s of "

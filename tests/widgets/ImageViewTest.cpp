@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "widgets/ImageView.h"
+#include "tests/support/TestClasses.h"
 #include "widgets/PictureCache.h"
 
 #include <QPainter>
-#include <QtTest>
 
 namespace {
 
@@ -218,5 +218,5 @@ void ImageViewTest::letsTheMouseThrough()
     QCOMPARE(panel.childAt(20, 20), nullptr);
 }
 
-QTEST_MAIN(ImageViewTest)
+TEST_CLASS_INSIDE(QApplication, ImageViewTest)
 #include "ImageViewTest.moc"

@@ -3,13 +3,13 @@
 
 // The pictures of the display and their places on the glass, as MainWindow.ui has them.
 
+#include "tests/support/TestClasses.h"
 #include "ui_MainWindow.h"
 #include "widgets/ImageView.h"
 #include "widgets/PictureCache.h"
 
 #include <QAccessible>
 #include <QSet>
-#include <QtTest>
 
 #include <algorithm>
 
@@ -298,5 +298,5 @@ void PanelPicturesTest::segmentsAreNoObjectsToScreenReaders()
     }
 }
 
-QTEST_MAIN(PanelPicturesTest)
+TEST_CLASS_INSIDE(QApplication, PanelPicturesTest)
 #include "PanelPicturesTest.moc"

@@ -13,10 +13,10 @@
 #include <memory>
 
 inline const QByteArray hello = R"({"hello":{"protocol":2,"version":"0.1.0","browser":"test"}})";
-inline const QString box = QStringLiteral("document.getElementsByName('weight')[0].value");
+inline const QString weightBox = QStringLiteral("document.getElementsByName('weight')[0].value");
 inline const QByteArray uspsPage = R"({"current":{"page":1,"host":"www.usps.com"}})";
 
-inline const QString assignment = box + QStringLiteral("=1");
+inline const QString assignment = weightBox + QStringLiteral("=1");
 
 /// Milliseconds that a wait may take longer than it is meant to, on a busy machine.
 inline constexpr int lateness = 100;

@@ -3,6 +3,7 @@
 
 #include "tests/browser/link/BrowserFixture.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/TestClasses.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -34,7 +35,7 @@ int pageOf(const std::optional<QJsonObject> &message)
 
 QString weighing(int number)
 {
-    return box + QLatin1Char('=') + QString::number(number);
+    return weightBox + QLatin1Char('=') + QString::number(number);
 }
 
 } // namespace
@@ -123,7 +124,7 @@ private slots:
     void aReadingIsOneMessage()
     {
         const auto peer = uspsPeer();
-        const FillPlan first{{{box}, {secondBox}, {assignment, {0}, {1}}}};
+        const FillPlan first{{{weightBox}, {secondBox}, {assignment, {0}, {1}}}};
         const FillPlan second{{{secondBox}, {weighing(2), {0}}}};
         QVERIFY(m_fixture->post(first));
         QVERIFY(m_fixture->post(second));
@@ -136,7 +137,7 @@ private slots:
         };
         const auto message = peer->receive();
         QCOMPARE(pageOf(message), 1);
-        QCOMPARE(stepsOf(message), (QJsonArray{box, secondBox, step(assignment, {0}, {1}),
+        QCOMPARE(stepsOf(message), (QJsonArray{weightBox, secondBox, step(assignment, {0}, {1}),
                                                secondBox, step(weighing(2), {2}, {})}));
         QVERIFY(!peer->receive(0));
     }
@@ -147,7 +148,7 @@ private slots:
         QElapsedTimer time;
         time.start();
         for (int reading = 0; reading < 20; ++reading)
-            QVERIFY(fill(box));
+            QVERIFY(fill(weightBox));
         // Twenty waits for an answer that does not come would be far longer.
         QVERIFY(time.elapsed() < 10 * BrowserClient::answerTime.count());
     }
@@ -414,6 +415,58 @@ private slots:
         QVERIFY(!fill(weighing(4)));
     }
 
+    void aPageThatComesBackInFrontIsTold()
+    {
+        const auto peer = uspsPeer();
+        QSignalSpy back(&link(), &BrowserLink::pageCameBack);
+        connect(&link(), &BrowserLink::pageCameBack, &link(),
+                [this] { m_fixture->post({{{assignment}}}); });
+        peer->send(R"({"current":{"page":7,"host":"www.ups.com","again":false}})");
+        waitForStatus("Browser linked, UPS page open");
+        QCOMPARE(back.size(), 0);
+        peer->send(R"({"current":{"page":8,"host":"www.ups.com","again":true}})");
+        QTRY_COMPARE(back.size(), 1);
+        QCoreApplication::processEvents();
+        QCOMPARE(pageOf(peer->receive()), 8);
+
+        const auto front = attachedPeer({uspsPage, R"({"focused":0})"});
+        waitForStatus("Browser linked, USPS page open");
+        peer->send(R"({"current":{"page":9,"host":"www.ups.com","again":true}})");
+        front->send(R"({"current":{"page":2,"host":"www.fedex.com"}})");
+        waitForStatus("Browser linked, FedEx page open");
+        QCOMPARE(back.size(), 1);
+    }
+
+    /// In the plan's order, once the page has said so; never for a plan that no page has done.
+    void theNotesOfTheStepsThatWereDueAreLogged()
+    {
+        const LogCapture log;
+        const auto peer = uspsPeer();
+        const auto noted = [](const char *note) { return FillStep{weighing(1), {}, {}, {}, note}; };
+        m_fixture->post({{noted("one"), {weighing(1)}, noted("two")}});
+        m_fixture->post({{noted("three"), noted("four")}});
+        QCoreApplication::processEvents();
+        const auto first = peer->receive();
+        fill(weighing(2));
+        QCOMPARE(LogCapture::lines(), QStringList());
+        peer->sendRan(idOf(first), 1, 0, {0, 1, 3});
+        const QStringList expected{QStringLiteral("one"), QStringLiteral("two"),
+                                   QStringLiteral("four")};
+        QTRY_COMPARE(LogCapture::lines(), expected);
+        peer->sendRan(idOf(peer->receive()), QJsonValue(), {0});
+        waitForStatus("Browser linked, USPS page open");
+        QCOMPARE(LogCapture::lines(), expected);
+    }
+
+    void aNoteThatThePlanLacksEndsTheConnection()
+    {
+        const auto peer = uspsPeer();
+        m_fixture->post({{FillStep{weighing(1), {}, {}, {}, "one"}}});
+        QCoreApplication::processEvents();
+        peer->sendRan(idOf(peer->receive()), 1, 0, {1});
+        waitForStatus("No browser linked");
+    }
+
     void moreFieldsThanStepsEndTheConnection()
     {
         const auto peer = uspsPeer();
@@ -423,5 +476,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BrowserLinkTest)
+TEST_CLASS_INSIDE(QCoreApplication, BrowserLinkTest)
 #include "BrowserLinkTest.moc"

@@ -4,11 +4,11 @@
 #include "browser/link/BrowserMessage.h"
 #include "browser/link/BrowserFrame.h"
 #include "browser/link/BrowserSituation.h"
+#include "tests/support/TestClasses.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QTest>
 #include <random>
 
 namespace {
@@ -77,7 +77,7 @@ private slots:
     {
         std::mt19937 random(20261121);
         const QByteArray sound =
-            browserFrame(R"({"ran":{"id":3,"fields":{"written":6,"changed":1}}})") +
+            browserFrame(R"({"ran":{"id":3,"fields":{"written":6,"changed":1},"notes":[0,2]}})") +
             browserFrame(R"({"current":{"page":4,"host":"www.usps.com"}})");
         for (int attempt = 0; attempt < 20000; ++attempt) {
             QByteArray stream = sound;
@@ -120,6 +120,9 @@ private slots:
             R"({"current":{"page":1,"host":"www usps com"}})",
             R"({"current":{"page":1,"host":""}})",
             R"({"current":{"page":1,"host":"a/b~c"}})",
+            R"({"current":{"page":1,"host":"www.usps.com","again":1}})",
+            R"({"current":{"page":1,"host":"www.usps.com","again":"true"}})",
+            R"({"current":{"page":1,"host":"www.usps.com","again":null}})",
             R"({"current":{"page":1,"host":"a~b\n"}})",
             R"({"hello":{"protocol":2,"version":"2<img src='/'>","browser":"Firefox"}})",
             R"({"hello":{"protocol":2,"version":"","browser":"Firefox"}})",
@@ -129,15 +132,25 @@ private slots:
             R"({"focused":1e300})",
             R"({"focused":0.5})",
             R"({"ran":null})",
-            R"({"ran":{"fields":{"written":1,"changed":0}}})",
-            R"({"ran":{"id":1.5,"fields":{"written":1,"changed":0}}})",
-            R"({"ran":{"id":1,"fields":"1"}})",
-            R"({"ran":{"id":1,"fields":[1,0]}})",
-            R"({"ran":{"id":1,"fields":{"written":1}}})",
-            R"({"ran":{"id":1,"fields":{"changed":0}}})",
-            R"({"ran":{"id":1,"fields":{"written":-1,"changed":-1}}})",
-            R"({"ran":{"id":1,"fields":{"written":1,"changed":2}}})",
-            R"({"ran":{"id":1,"fields":{"written":1.5,"changed":1}}})",
+            R"({"ran":{"fields":{"written":1,"changed":0},"notes":[]}})",
+            R"({"ran":{"id":1.5,"fields":{"written":1,"changed":0},"notes":[]}})",
+            R"({"ran":{"id":1,"fields":"1","notes":[]}})",
+            R"({"ran":{"id":1,"fields":[1,0],"notes":[]}})",
+            R"({"ran":{"id":1,"fields":{"written":1},"notes":[]}})",
+            R"({"ran":{"id":1,"fields":{"changed":0},"notes":[]}})",
+            R"({"ran":{"id":1,"fields":{"written":-1,"changed":-1},"notes":[]}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":2},"notes":[]}})",
+            R"({"ran":{"id":1,"fields":{"written":1.5,"changed":1},"notes":[]}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0}}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":null}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":0}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":"Pound is selected"}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":["0"]}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":[-1]}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":[0.5]}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":[2147483648]}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":[0,0]}})",
+            R"({"ran":{"id":1,"fields":{"written":1,"changed":0},"notes":[1,0]}})",
         };
         for (const char *json : refused)
             QTest::newRow(json) << QByteArray(json);
@@ -162,6 +175,11 @@ private slots:
         QVERIFY(current);
         QCOMPARE(std::get<BrowserCurrent>(*current).page,
                  (BrowserPage{.id = 4, .host = QStringLiteral("a.ups.com")}));
+        QVERIFY(!std::get<BrowserCurrent>(*current).isBack);
+        const auto back =
+            parseBrowserMessage(R"({"current":{"page":4,"host":"a.ups.com","again":true}})");
+        QVERIFY(back);
+        QVERIFY(std::get<BrowserCurrent>(*back).isBack);
         const auto none = parseBrowserMessage(R"({"current":null})");
         QVERIFY(none);
         QVERIFY(!std::get<BrowserCurrent>(*none).page);
@@ -170,11 +188,12 @@ private slots:
         QVERIFY(focused);
         QCOMPARE(std::get<BrowserFocus>(*focused).ago.count(), 1795);
 
-        const auto ran =
-            parseBrowserMessage(R"({"ran":{"id":3,"fields":{"written":6,"changed":1}}})");
+        const auto ran = parseBrowserMessage(
+            R"({"ran":{"id":3,"fields":{"written":6,"changed":1},"notes":[0,2]}})");
         QVERIFY(ran);
         QCOMPARE(std::get<BrowserRan>(*ran).id, 3U);
         QCOMPARE(std::get<BrowserRan>(*ran).fields, (FilledFields{.written = 6, .changed = 1}));
+        QCOMPARE(std::get<BrowserRan>(*ran).notes, (QList<int>{0, 2}));
         const auto gone = parseBrowserMessage(R"({"ran":{"id":3,"fields":null}})");
         QVERIFY(gone);
         QVERIFY(!std::get<BrowserRan>(*gone).fields);
@@ -248,11 +267,14 @@ private slots:
                  QByteArray("{'hello':{'protocol':2,'version':'0.1.0'}}").replace('\'', '"'));
         const FillPlan plan{{{QStringLiteral("a")},
                              {QStringLiteral("b"), {0, 2}, {1}},
-                             {QStringLiteral("c"), {}, {3}}}};
+                             {QStringLiteral("c"), {}, {3}},
+                             {QStringLiteral("e"), {}, {}, "d"},
+                             {QStringLiteral("f"), {4}, {}, {}, "for the log alone"}}};
         QCOMPARE(browserPlanMessage(4000000000U, 7, plan),
                  QByteArray("{'plan':{'id':4000000000,'page':7,'steps':['a',"
                             "{'if':[0,2],'text':'b','unless':[1]},"
-                            "{'if':[],'text':'c','unless':[3]}]}}")
+                            "{'if':[],'text':'c','unless':[3]},'de',"
+                            "{'if':[4],'note':true,'text':'f','unless':[]}]}}")
                      .replace('\'', '"'));
     }
 
@@ -314,5 +336,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(BrowserMessageTest)
+TEST_CLASS_INSIDE(QCoreApplication, BrowserMessageTest)
 #include "BrowserMessageTest.moc"

@@ -84,17 +84,21 @@ public:
         }
     }
 
-    bool sendRan(int id, const QJsonValue &fields)
+    bool sendRan(int id, const QJsonValue &fields, const QJsonArray &notes = {})
     {
-        const QJsonObject ran{{QStringLiteral("id"), id}, {QStringLiteral("fields"), fields}};
+        const QJsonObject ran{{QStringLiteral("id"), id},
+                              {QStringLiteral("fields"), fields},
+                              {QStringLiteral("notes"), notes}};
         return send(QJsonDocument(QJsonObject{{QStringLiteral("ran"), ran}})
                         .toJson(QJsonDocument::Compact));
     }
 
-    bool sendRan(int id, int written, int changed = 0)
+    bool sendRan(int id, int written, int changed = 0, const QJsonArray &notes = {})
     {
-        return sendRan(id, QJsonObject{{QStringLiteral("written"), written},
-                                       {QStringLiteral("changed"), changed}});
+        return sendRan(
+            id,
+            QJsonObject{{QStringLiteral("written"), written}, {QStringLiteral("changed"), changed}},
+            notes);
     }
 
 private:

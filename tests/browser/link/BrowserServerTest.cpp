@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/browser/link/BrowserFixture.h"
+#include "tests/support/TestClasses.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -12,7 +13,7 @@
 
 namespace {
 
-QByteArray upsPage(int number)
+QByteArray upsPageNumbered(int number)
 {
     return R"({"current":{"page":)" + QByteArray::number(number) + R"(,"host":"www.ups.com"}})";
 }
@@ -121,7 +122,7 @@ private slots:
         int page = 1;
         while (m_fixture->link.statusText() != QLatin1String("No browser linked")) {
             QVERIFY(++page < 1000);
-            peer->send(upsPage(page));
+            peer->send(upsPageNumbered(page));
             QCoreApplication::processEvents();
             m_fixture->fill(assignment);
         }
@@ -132,11 +133,11 @@ private slots:
     {
         const auto peer = m_fixture->attachedPeer();
         m_fixture->waitForStatus("Browser linked, USPS page open");
-        const QString longText = box + QLatin1Char('=') + QString(60000, QLatin1Char('1'));
+        const QString longText = weightBox + QLatin1Char('=') + QString(60000, QLatin1Char('1'));
         int page = 1;
         while (m_fixture->link.statusText() != QLatin1String("No browser linked")) {
             QVERIFY(++page < 30); // fewer than may stay unanswered
-            peer->send(upsPage(page));
+            peer->send(upsPageNumbered(page));
             QCoreApplication::processEvents();
             m_fixture->fill(longText);
         }
@@ -193,5 +194,5 @@ private slots:
     void noFolderNoLink() { QVERIFY(!BrowserLink().listenAt(QString())); }
 };
 
-QTEST_GUILESS_MAIN(BrowserServerTest)
+TEST_CLASS_INSIDE(QCoreApplication, BrowserServerTest)
 #include "BrowserServerTest.moc"

@@ -11,9 +11,9 @@
 #include "tests/support/ClassScaleDevices.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LinkedScale.h"
+#include "tests/support/TestClasses.h"
 
 #include <QTemporaryDir>
-#include <QTest>
 
 using namespace std::chrono_literals;
 
@@ -24,10 +24,10 @@ using Report = ClassScaleDevices::Report;
 const fakeudev::Device classDevice{"hidraw5", 0x1234, 0x0001};
 
 /// An interface whose application gets its devices from the test.
-class Interface : public RecordingDelegate
+class RecordedInterface : public RecordingDelegate
 {
 public:
-    explicit Interface(HidDevices &itsDevices)
+    explicit RecordedInterface(HidDevices &itsDevices)
         : source(itsDevices)
     {
     }
@@ -45,9 +45,9 @@ public:
 };
 
 /// Both links on such devices.
-struct Links
+struct RecordedLinks
 {
-    explicit Links(HidDevices &devices)
+    explicit RecordedLinks(HidDevices &devices)
         : interface(devices)
     {
         described.get_device_handle();
@@ -65,27 +65,28 @@ struct Links
     }
 
     LogCapture log;
-    Interface interface;
+    RecordedInterface interface;
     HIDManager described;
     PointOfSaleLink other{[] { return false; }};
     ScaleChoice choice{described, other, nullptr};
 };
 
-QByteArray contents(const QString &name)
+QByteArray recordIn(const QString &name)
 {
     QFile file(name);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// What a run that was recorded has said and shown.
-struct Run
+struct RecordedRun
 {
     QByteArray record;
     QStringList names;
     std::vector<ScaleStatement> readings;
 };
 
-void send(ClassScaleDevices::Scale &scale, Links &links, const std::vector<Report> &reports)
+void sendAll(ClassScaleDevices::Scale &scale, RecordedLinks &links,
+             const std::vector<Report> &reports)
 {
     for (const Report &report : reports) {
         scale.reports.push_back(report);
@@ -93,7 +94,7 @@ void send(ClassScaleDevices::Scale &scale, Links &links, const std::vector<Repor
     }
 }
 
-Run recordedRun()
+RecordedRun recordedRun()
 {
     FakeHidapi::reset();
     fakeudev::reset();
@@ -107,15 +108,15 @@ Run recordedRun()
     const QString name = folder.filePath(QStringLiteral("scale.txt"));
     if (!devices.startFile(name))
         qFatal("%s", qPrintable(devices.errorText()));
-    Links links(devices);
+    RecordedLinks links(devices);
     fakeudev::plug(classDevice);
     LinkedScale::turn();
-    send(scale, links, {{3, 4, 11, 0xFF, 99, 0}, {3, 3, 11, 0xFF, 12, 0}, {4, 1}});
+    sendAll(scale, links, {{3, 4, 11, 0xFF, 99, 0}, {3, 3, 11, 0xFF, 12, 0}, {4, 1}});
     links.other.pressTare();
-    send(scale, links, {{3, 4, 11, 0xFF, 12, 0}, {3, 2, 0, 0, 0, 0}});
+    sendAll(scale, links, {{3, 4, 11, 0xFF, 12, 0}, {3, 2, 0, 0, 0, 0}});
     fakeudev::unplug("hidraw5");
     links.pass(400ms);
-    return {contents(name), links.interface.names, links.interface.readings};
+    return {recordIn(name), links.interface.names, links.interface.readings};
 }
 
 } // namespace
@@ -139,13 +140,13 @@ private slots:
 
     void aRecordPlaysAsItWas()
     {
-        const Run run = recordedRun();
+        const RecordedRun run = recordedRun();
         QCOMPARE(run.readings.size(), std::size_t{3});
         QString trouble;
         auto traffic = Traffic::parse(run.record, &trouble);
         QVERIFY2(traffic, qPrintable(trouble));
         ReplayedHidDevices devices(*std::move(traffic));
-        Links links(devices);
+        RecordedLinks links(devices);
         links.pass(10s);
         QCOMPARE(links.interface.names, run.names);
         QVERIFY(links.interface.readings == run.readings);
@@ -159,7 +160,7 @@ private slots:
         auto traffic = Traffic::parse(record, &trouble);
         QVERIFY2(traffic, qPrintable(trouble));
         ReplayedHidDevices devices(*std::move(traffic));
-        Links links(devices);
+        RecordedLinks links(devices);
         links.pass(60s);
         QVERIFY(links.other.isAttached());
         QVERIFY(!links.other.isReadingOpen());
@@ -168,5 +169,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(ClassTrafficTest)
+TEST_CLASS_INSIDE(QCoreApplication, ClassTrafficTest)
 #include "ClassTrafficTest.moc"

@@ -11,8 +11,8 @@
 #include "tests/support/ClassScaleDevices.h"
 #include "tests/support/FakeClock.h"
 #include "tests/support/LinkedScale.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <cerrno>
 
 using namespace std::chrono_literals;
@@ -23,8 +23,8 @@ using Report = ClassScaleDevices::Report;
 
 const fakeudev::Device firstDevice{"hidraw5", 0x1234, 0x0001};
 const fakeudev::Device secondDevice{"hidraw6", 0x1234, 0x0001};
-const fakeudev::Device stranger{"hidraw8", scaleVendorId, 0x1234};
-const fakeudev::Device mouse{"hidraw7", 0x046D, 0xC077};
+const fakeudev::Device someStranger{"hidraw8", scaleVendorId, 0x1234};
+const fakeudev::Device someMouse{"hidraw7", 0x046D, 0xC077};
 
 Report stable(std::uint8_t weight)
 {
@@ -32,7 +32,7 @@ Report stable(std::uint8_t weight)
 }
 
 /// The interface with both links behind it.
-class Interface : public RecordingDelegate
+class ClassScaleInterface : public RecordingDelegate
 {
 public:
     HidDevices &devices() override { return machine; }
@@ -52,9 +52,9 @@ public:
     std::vector<ScaleReading> readings;
 };
 
-struct World
+struct ClassScaleWorld
 {
-    World()
+    ClassScaleWorld()
     {
         FakeHidapi::reset();
         fakeudev::reset();
@@ -95,7 +95,7 @@ struct World
     bool isOtherInUse() const { return interface.inUse == &other; }
 
     LogCapture log;
-    Interface interface;
+    ClassScaleInterface interface;
     HIDManager link;
     PointOfSaleLink other{[this] { return link.SetRound(); }};
     ScaleChoice choice{link, other, nullptr};
@@ -111,9 +111,9 @@ class PointOfSaleLinkTest : public QObject
 private slots:
     void aScaleOfTheClassIsFoundByItsDescriptor()
     {
-        World world;
-        fakeudev::plug(mouse);
-        World::turn();
+        ClassScaleWorld world;
+        fakeudev::plug(someMouse);
+        ClassScaleWorld::turn();
         QVERIFY(world.interface.calls.isEmpty());
         world.plugFirst();
         QVERIFY(world.isOtherInUse());
@@ -128,11 +128,11 @@ private slots:
 
     void theDescribedScaleComesFirst()
     {
-        World world;
+        ClassScaleWorld world;
         fakeudev::place(scaleDevice);
         world.plugFirst();
         fakeudev::announce(scaleDevice, "add");
-        World::turn();
+        ClassScaleWorld::turn();
         QVERIFY(world.interface.inUse == nullptr); // the first link, from the start
         QCOMPARE(world.first().opens, 0);
         QCOMPARE(FakeHidapi::instance().opened.size(), std::size_t{1});
@@ -140,12 +140,12 @@ private slots:
 
     void oneOfTheClassIsGivenUpWhenADescribedOneComesAndTakenAfterwards()
     {
-        World world;
+        ClassScaleWorld world;
         world.plugFirst();
         for (int time = 1; time <= 3; ++time) {
             world.interface.calls.clear();
             fakeudev::plug(scaleDevice);
-            World::turn();
+            ClassScaleWorld::turn();
             QCOMPARE(
                 world.interface.calls,
                 QStringList({"unitLBl setHidden 1", "setStatusString 0", "setIsDeviceAlive 0",
@@ -154,7 +154,7 @@ private slots:
             QCOMPARE(world.first().openConnections, 0);
             world.interface.calls.clear();
             fakeudev::unplug("hidraw0");
-            World::turn();
+            ClassScaleWorld::turn();
             QCOMPARE(
                 world.interface.calls,
                 QStringList({"unitLBl setHidden 1", "setStatusString 0", "setIsDeviceAlive 0",
@@ -167,19 +167,19 @@ private slots:
     /// Neither another product of the scale's vendor, nor any removal, is news of it.
     void otherDevicesDoNotDisturbIt()
     {
-        World world;
+        ClassScaleWorld world;
         fakeudev::plug(scaleDevice); // a removal counts once such a scale was there
-        World::turn();
+        ClassScaleWorld::turn();
         fakeudev::unplug("hidraw0");
-        World::turn();
+        ClassScaleWorld::turn();
         world.plugFirst();
-        fakeudev::plug(mouse);
-        fakeudev::plug(stranger);
-        World::turn();
+        fakeudev::plug(someMouse);
+        fakeudev::plug(someStranger);
+        ClassScaleWorld::turn();
         world.interface.calls.clear();
         fakeudev::unplug("hidraw7");
         fakeudev::unplug("hidraw8");
-        World::turn();
+        ClassScaleWorld::turn();
         QVERIFY2(world.interface.calls.isEmpty(), qPrintable(world.interface.calls.join(", ")));
         QVERIFY(world.isOtherInUse());
         QCOMPARE(world.first().openConnections, 1);
@@ -187,9 +187,9 @@ private slots:
 
     void aStrangerThatIsThereBeforeGivesWay()
     {
-        World world;
-        fakeudev::plug(stranger);
-        World::turn();
+        ClassScaleWorld world;
+        fakeudev::plug(someStranger);
+        ClassScaleWorld::turn();
         world.plugFirst();
         QVERIFY(world.isOtherInUse());
         QVERIFY(world.interface.connectionTrouble.isEmpty());
@@ -197,14 +197,14 @@ private slots:
 
     void twoOfTheClass()
     {
-        World world;
+        ClassScaleWorld world;
         fakeudev::plug(secondDevice);
-        World::turn();
+        ClassScaleWorld::turn();
         world.plugFirst();
         QCOMPARE(world.interface.name, QStringLiteral("Other Scale")); // that was there first
         QCOMPARE(world.first().opens, 0);
         fakeudev::unplug("hidraw6");
-        World::turn();
+        ClassScaleWorld::turn();
         QCOMPARE(world.interface.name, QStringLiteral("One Scale"));
         QCOMPARE(world.first().openConnections, 1);
         QCOMPARE(world.second().openConnections, 0);
@@ -212,11 +212,11 @@ private slots:
 
     void twoHundredReplugs()
     {
-        World world;
+        ClassScaleWorld world;
         for (int time = 0; time < 200; ++time) {
             world.plugFirst();
             fakeudev::unplug("hidraw5");
-            World::turn();
+            ClassScaleWorld::turn();
         }
         QCOMPARE(world.first().opens, 200);
         QCOMPARE(world.first().openConnections, 0);
@@ -225,7 +225,7 @@ private slots:
 
     void oneThatMayNotBeOpenedIsOpenedOnceItMay()
     {
-        World world;
+        ClassScaleWorld world;
         world.first().readingError = EACCES;
         world.plugFirst();
         QVERIFY(world.isOtherInUse());
@@ -240,7 +240,7 @@ private slots:
 
     void whatItSendsFirstMayBeOfAnotherTime()
     {
-        World world;
+        ClassScaleWorld world;
         world.plugFirst();
         world.first().reports.push_back(stable(99));
         QVERIFY(!world.other.takeReading());
@@ -278,7 +278,7 @@ private slots:
         for (const Report &one : alphabet) {
             for (const Report &two : alphabet) {
                 for (const Report &three : alphabet) {
-                    World world;
+                    ClassScaleWorld world;
                     world.plugAndBegin();
                     std::optional<rules::Stated> expected;
                     for (const Report &report : {one, two, three}) {
@@ -302,7 +302,7 @@ private slots:
 
     void aZeroWithoutUnitKeepsTheUnit()
     {
-        World world;
+        ClassScaleWorld world;
         world.plugAndBegin();
         world.first().reports.push_back(stable(12));
         world.other.takeReading();
@@ -313,7 +313,7 @@ private slots:
 
     void silenceIsToldAfterTenSecondsAndEndsWithAReport()
     {
-        World world;
+        ClassScaleWorld world;
         world.plugAndBegin();
         fakeclock::advance(9900ms);
         world.other.takeReading();
@@ -328,7 +328,7 @@ private slots:
 
     void zeroIsOneBitOfTheReportThatTheDescriptorNames()
     {
-        World world;
+        ClassScaleWorld world;
         world.plugAndBegin();
         QVERIFY(world.other.abilities().tare);
         QVERIFY(world.first().written.empty());
@@ -339,7 +339,7 @@ private slots:
 
     void withoutThatReportNothingIsSent()
     {
-        World world;
+        ClassScaleWorld world;
         world.first().descriptor =
             QByteArray(reinterpret_cast<const char *>(oddScaleDescriptor.data()),
                        static_cast<qsizetype>(oddScaleDescriptor.size()));
@@ -352,7 +352,7 @@ private slots:
 
     void holdIsOfTheProgram()
     {
-        World world;
+        ClassScaleWorld world;
         world.plugAndBegin();
         world.first().reports.push_back(stable(12));
         world.other.takeReading();
@@ -370,7 +370,7 @@ private slots:
 
     void theClipboardGetsWhatIsExported()
     {
-        World world;
+        ClassScaleWorld world;
         world.interface.clip = true;
         world.plugAndBegin();
         world.first().reports.push_back(stable(16));
@@ -388,7 +388,7 @@ private slots:
 
     void metricUnitsLeaveAsKilograms()
     {
-        World world;
+        ClassScaleWorld world;
         world.plugAndBegin();
         world.first().reports.push_back({3, 4, 2, 0, 0xE8, 0x03});
         world.other.takeReading();
@@ -398,5 +398,5 @@ private slots:
     }
 };
 
-QTEST_GUILESS_MAIN(PointOfSaleLinkTest)
+TEST_CLASS_INSIDE(QCoreApplication, PointOfSaleLinkTest)
 #include "PointOfSaleLinkTest.moc"

@@ -6,8 +6,8 @@
 #include "emulator/ClassScaleDescriptors.h"
 #include "emulator/ScaleReportDescriptor.h"
 #include "scale/pointofsale/ScaleReport.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <algorithm>
 #include <span>
 
@@ -20,7 +20,7 @@ Bytes bytes(std::span<const std::uint8_t> descriptor)
     return {descriptor.begin(), descriptor.end()};
 }
 
-ScaleStatement read(const Bytes &report, const ScaleLayout &layout)
+ScaleStatement readBy(const Bytes &report, const ScaleLayout &layout)
 {
     return readScaleReport(report, layout).value_or(ScaleStatement());
 }
@@ -59,13 +59,13 @@ private slots:
         QVERIFY(layout);
         QVERIFY(!layout->zero);
         // 24 bits of weight, 4 of exponent, 4 of unit, 8 of status
-        QVERIFY(read({9, 0x39, 0x30, 0x00, 0x1E, 0x08}, *layout) ==
+        QVERIFY(readBy({9, 0x39, 0x30, 0x00, 0x1E, 0x08}, *layout) ==
                 statement(ScaleStatus::Stable, WeightUnit::Ounce, 12345, -2));
-        QVERIFY(read({9, 0x40, 0x42, 0x0F, 0x30, 0x04}, *layout) ==
+        QVERIFY(readBy({9, 0x40, 0x42, 0x0F, 0x30, 0x04}, *layout) ==
                 statement(ScaleStatus::InMotion, WeightUnit::Gram, 1000000, 0));
-        QVERIFY(read({9, 0xFE, 0xFF, 0xFF, 0x2D, 0x10}, *layout) ==
+        QVERIFY(readBy({9, 0xFE, 0xFF, 0xFF, 0x2D, 0x10}, *layout) ==
                 statement(ScaleStatus::UnderZero, WeightUnit::Kilogram, 2, -3));
-        QVERIFY(read({9, 0x00, 0x00, 0x00, 0x00, 0x00}, *layout) ==
+        QVERIFY(readBy({9, 0x00, 0x00, 0x00, 0x00, 0x00}, *layout) ==
                 statement(ScaleStatus::Unknown, WeightUnit::Pound, 0, 0));
         QVERIFY(!readScaleReport(Bytes{9, 0, 0, 0, 0}, *layout));
         QVERIFY(!readScaleReport(Bytes{3, 4, 11, 0xFF, 12, 0}, *layout));
@@ -108,7 +108,7 @@ private slots:
         descriptor.erase(descriptor.begin() + 6, descriptor.begin() + 8);
         const auto layout = scaleLayout(descriptor);
         QVERIFY(layout);
-        QVERIFY(read({0x39, 0x30, 0x00, 0x1E, 0x08}, *layout) ==
+        QVERIFY(readBy({0x39, 0x30, 0x00, 0x1E, 0x08}, *layout) ==
                 statement(ScaleStatus::Stable, WeightUnit::Ounce, 12345, -2));
     }
 
@@ -118,7 +118,7 @@ private slots:
         const auto layout = scaleLayout(Bytes{0x05, 0x8D, 0x09, 0x20, 0xA1, 0x01, 0x85, 0x03, 0x75,
                                               0x08, 0x95, 0x05, 0x81, 0x02, 0xC0});
         QVERIFY(layout);
-        QVERIFY(read({3, 4, 11, 0xFF, 12, 0}, *layout) ==
+        QVERIFY(readBy({3, 4, 11, 0xFF, 12, 0}, *layout) ==
                 statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
     }
 
@@ -133,7 +133,7 @@ private slots:
         *(found + 3) = 0x0D;
         const auto layout = scaleLayout(descriptor);
         QVERIFY(layout);
-        QVERIFY(read({3, 4, 11, 0xFF, 12, 0}, *layout) ==
+        QVERIFY(readBy({3, 4, 11, 0xFF, 12, 0}, *layout) ==
                 statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
     }
 
@@ -149,10 +149,10 @@ private slots:
         descriptor.insert(found, wide.begin(), wide.end());
         const auto layout = scaleLayout(descriptor);
         QVERIFY(layout);
-        QVERIFY(read({3, 4, 11, 0xFF, 0xFF, 0xFF, 0xFF, 12, 0}, *layout) ==
+        QVERIFY(readBy({3, 4, 11, 0xFF, 0xFF, 0xFF, 0xFF, 12, 0}, *layout) ==
                 statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
-        QVERIFY(read({3, 4, 11, 0xFF, 0xFF, 0xFF, 0x7F, 12, 0}, *layout) == ScaleStatement());
-        QVERIFY(read({3, 4, 11, 0x00, 0x00, 0x00, 0x80, 12, 0}, *layout) == ScaleStatement());
+        QVERIFY(readBy({3, 4, 11, 0xFF, 0xFF, 0xFF, 0x7F, 12, 0}, *layout) == ScaleStatement());
+        QVERIFY(readBy({3, 4, 11, 0x00, 0x00, 0x00, 0x80, 12, 0}, *layout) == ScaleStatement());
     }
 
     /// It is read as far as it goes, and never beyond.
@@ -189,5 +189,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ReportDescriptorTest)
+TEST_CLASS(ReportDescriptorTest)
 #include "ReportDescriptorTest.moc"

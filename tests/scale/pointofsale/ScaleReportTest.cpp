@@ -5,15 +5,15 @@
 #include "scale/pointofsale/WeightConversion.h"
 #include "tests/rules/PointOfSaleRules.h"
 #include "tests/support/Sweep.h"
+#include "tests/support/TestClasses.h"
 
-#include <QTest>
 #include <array>
 
 namespace {
 
 using Report = std::vector<std::uint8_t>;
 
-constexpr unsigned weights = 65536;
+constexpr unsigned weightCount = 65536;
 
 Report reportOf(int status, int unit, int exponent, unsigned weight)
 {
@@ -82,7 +82,7 @@ class ScaleReportTest : public QObject
     Q_OBJECT
 
 private slots:
-    /// All statuses, units and exponents with each other, and with them, in turn, all weights.
+    /// All statuses, units and exponents with each other, and with them, in turn, all weightCount.
     void everyStatusUnitExponentAndWeight()
     {
         constexpr unsigned stride = 97; // a prime: each weight meets each of the others
@@ -91,7 +91,7 @@ private slots:
             for (int unit = 0; unit <= 13; ++unit) {
                 for (int exponent = -127; exponent <= 127; ++exponent) {
                     ++combination;
-                    for (unsigned weight = combination % stride; weight < weights;
+                    for (unsigned weight = combination % stride; weight < weightCount;
                          weight += stride * static_cast<unsigned>(sweepStep(61))) {
                         const Report report = reportOf(status, unit, exponent, weight);
                         if (!agrees(report))
@@ -105,7 +105,7 @@ private slots:
     void everyWeightOfEveryStatus()
     {
         for (int status = 0; status <= 255; ++status) {
-            for (unsigned weight = 0; weight < weights;
+            for (unsigned weight = 0; weight < weightCount;
                  weight += static_cast<unsigned>(sweepStep(7))) {
                 const Report report = reportOf(status, 11, -1, weight);
                 if (!agrees(report))
@@ -130,7 +130,7 @@ private slots:
     {
         for (int unit = 0; unit <= 12; ++unit) {
             for (int exponent = -6; exponent <= 3; ++exponent) {
-                for (unsigned weight = 0; weight < weights;
+                for (unsigned weight = 0; weight < weightCount;
                      weight += 29 * static_cast<unsigned>(sweepStep(7))) {
                     const Report report = reportOf(4, unit, exponent, weight);
                     if (!textsAgree(report))
@@ -144,7 +144,7 @@ private slots:
     {
         for (int unit = 0; unit <= 12; ++unit) {
             for (int exponent = -127; exponent <= 127; ++exponent) {
-                for (unsigned weight = 0; weight < weights;
+                for (unsigned weight = 0; weight < weightCount;
                      weight += 1009 * static_cast<unsigned>(sweepStep(7))) {
                     const Report report = reportOf(4, unit, exponent, weight);
                     if (!textsAgree(report))
@@ -180,7 +180,7 @@ private slots:
         QVERIFY(!readScaleReport(std::array<std::uint8_t, 2>{4, 1}, ScaleLayout::ofClass()));
     }
 
-    /// Known weights, worked out by hand.
+    /// Known weightCount, worked out by hand.
     void weightsThatLeave()
     {
         const auto statement = [](WeightUnit unit, unsigned digits, int exponent) {
@@ -203,5 +203,5 @@ private slots:
     }
 };
 
-QTEST_APPLESS_MAIN(ScaleReportTest)
+TEST_CLASS(ScaleReportTest)
 #include "ScaleReportTest.moc"

@@ -3,7 +3,7 @@
 
 #include "tests/system/gadget/Bus.h"
 
-#include "tests/system/gadget/MouseReportDescriptor.h"
+#include "emulator/MouseReportDescriptor.h"
 
 Bus::Bus()
     : scale("scale", "dummy_udc.0")

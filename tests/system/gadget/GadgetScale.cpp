@@ -3,9 +3,9 @@
 
 #include "tests/system/gadget/GadgetScale.h"
 
+#include "emulator/MouseReportDescriptor.h"
 #include "emulator/ScaleReportDescriptor.h"
 #include "scale/ScaleIdentity.h"
-#include "tests/system/gadget/MouseReportDescriptor.h"
 
 #include <cerrno>
 #include <cstdio>

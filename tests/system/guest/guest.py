@@ -3,7 +3,7 @@
 """What the scenarios act on: the bus, udev, the user at the machine, the program."""
 
 from bus import Bus
-from program import Program, run
+from program import Program, as_user, run
 from system import SEAT_USER, Udev, change_seat, hidraw_nodes, wait_until
 
 
@@ -14,17 +14,20 @@ class Guest:
     def __init__(self, is_full):
         """@param is_full: with as many rounds as are promised, which takes long"""
         self.is_full = is_full
-        change_seat(SEAT_USER)
+        self.restore_seat()
         self.udev = Udev()
         self.bus = Bus("/usr/bin/postal-scale-gadget")
         self.programs = []
         self.notes = []
 
+    def restore_seat(self):
+        change_seat(SEAT_USER)
+
     def rounds(self, few, many):
         return many if self.is_full else few
 
     def start_program(self, user=SEAT_USER):
-        program = Program(PROGRAM, user)
+        program = Program([PROGRAM], as_user(user))
         self.programs.append(program)
         return program
 
@@ -48,7 +51,7 @@ class Guest:
     def clear_away(self):
         """For the next scenario. The notes of this one and what its programs wrote."""
         self.bus.reset()
-        change_seat(SEAT_USER)
+        self.restore_seat()
         self.udev.restore()
         for program in self.programs:
             program.stop()

@@ -12,13 +12,16 @@ import time
 import traceback
 
 import class_scenarios
+import logind_scenarios
 import port_scenarios
 import report_scenarios
 import scenarios
 import session_scenarios
+from desk import Desk
 from guest import Guest
 
-MODULES = [scenarios, class_scenarios, port_scenarios, report_scenarios, session_scenarios]
+MODULES = [scenarios, class_scenarios, port_scenarios, report_scenarios, session_scenarios,
+           logind_scenarios]
 
 LATEST_LINES = 300
 
@@ -63,7 +66,8 @@ def main():
     os.environ["PATH"] = "/usr/sbin:/usr/bin"
     arguments = pathlib.Path("/proc/cmdline").read_text()
     names = re.search(r"scenarios=(\S+)", arguments).group(1).split(",")
-    guest = Guest("full=1" in arguments.split())
+    has_session = "session=1" in arguments.split()
+    guest = (Desk if has_session else Guest)("full=1" in arguments.split())
     with open("/dev/ttyS1", "w", encoding="utf-8") as verdicts:
         for name in names:
             print(json.dumps(play(guest, scenario_called(name))), file=verdicts, flush=True)

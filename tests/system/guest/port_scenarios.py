@@ -7,8 +7,8 @@ import time
 from system import hidraw_nodes, wait_until
 from usb import Port, authorize
 from weighing import (ANSWER_PATIENCE, SECOND, check_equal, check_polling_stops, check_single,
-                      check_weighs_soon, plug_and_open, polls_on_the_wire, start_weighing,
-                      unplug_and_lose, weighs_again)
+                      check_weighs_after_each, check_weighs_soon, plug_and_open,
+                      polls_on_the_wire, start_weighing, unplug_and_lose, weighs_again)
 
 
 NODE = "/dev/hidraw0"
@@ -17,19 +17,7 @@ NODE = "/dev/hidraw0"
 def bus_reset(guest):
     program = start_weighing(guest)
     port = Port(program.open_nodes()[0])
-    rounds = guest.rounds(5, 100)
-    seconds = []
-    for number in range(rounds):
-        # At every moment of the 0.4 s between two polls. What is under way is lost at some.
-        time.sleep(0.4 * (number * 7 % rounds) / rounds)
-        port.reset()
-        seconds.append(weighs_again(guest, program))
-    late = [each for each in seconds if each > SECOND]
-    guest.note(f"{rounds} resets: weighed again after {max(seconds):.2f} s at most; "
-               f"{len(late)} later than after a second")
-    # A lost answer is waited for before the poll is sent anew.
-    assert max(seconds) <= ANSWER_PATIENCE + SECOND, max(seconds)
-    check_single(guest, program)
+    check_weighs_after_each(guest, program, guest.rounds(5, 100), "resets", port.reset)
 
 
 def bus_reset_in_poll(guest):

@@ -34,11 +34,11 @@ def run(path, user, *arguments):
 
 
 class Program:
-    def __init__(self, path, user):
-        options = as_user(user)
+    def __init__(self, command, options):
+        """@param options: of its process"""
         # What it does is told by its log.
         options["env"]["QT_LOGGING_RULES"] = "postalscale*.info=true"
-        self.process = subprocess.Popen([path], stderr=subprocess.PIPE, **options)
+        self.process = subprocess.Popen(command, stderr=subprocess.PIPE, **options)
         self.lines = []
         self.seen = 0  # lines that expect() has passed
         self.ended = False

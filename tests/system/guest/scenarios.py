@@ -8,7 +8,6 @@ import time
 from system import OTHER_USER, SEAT_USER, can_open, hidraw_nodes, user_rights, wait_until
 from weighing import check_equal, expect_grams, plug_and_open, unplug_and_lose
 
-REPLUGS = 200
 NODE = "/dev/hidraw0"
 
 
@@ -115,18 +114,19 @@ def bounce(guest):
 
 
 def replug(guest):
+    replugs = guest.rounds(20, 200)
     program = guest.start_program()
     # Once before counting: the first time leaves what every later one uses again.
     plug_and_open(guest, program)
     unplug_and_lose(guest, program)
     check_polling_stops(program)
     before = usage(program)
-    for cycle in range(REPLUGS):
+    for cycle in range(replugs):
         guest.bus.weight(cycle)
         plug_and_open(guest, program)
         check_equal(hidraw_nodes(), [NODE])
         check_equal(program.open_nodes(), [NODE])
-        if cycle % 20 == 0:
+        if cycle % 10 == 0:
             expect_grams(program, cycle)
         unplug_and_lose(guest, program)
     # A scale that is back within the poll interval is polled by the timer before as well.
@@ -134,7 +134,7 @@ def replug(guest):
     after = usage(program)
     check_equal(after["descriptors"], before["descriptors"])
     check_equal(after["threads"], before["threads"])
-    guest.note(f"{REPLUGS} times plugged in again, each time {NODE}")
+    guest.note(f"{replugs} times plugged in again, each time {NODE}")
     guest.note(f"before: {before}, after: {after}")
     plug_and_open(guest, program)
     polls = program.lines_during(4).count("readData")

@@ -29,12 +29,12 @@ ACL_VERSION = 2
 ACL_NAMED_USER = 2
 
 
-def wait_until(condition, what):
+def wait_until(condition, what, pause=0.01):
     end = time.monotonic() + PATIENCE
     while not condition():
         if time.monotonic() > end:
             raise AssertionError(f"waited in vain for {what}")
-        time.sleep(0.01)
+        time.sleep(pause)
 
 
 def hidraw_nodes():

@@ -62,6 +62,22 @@ def check_weighs_soon(guest, program, limit=SECOND):
     return seconds
 
 
+def check_weighs_after_each(guest, program, rounds, what, befall):
+    """That happens so often, at every moment of the 0.4 s between two polls. What is under way is
+    lost at some."""
+    seconds = []
+    for number in range(rounds):
+        time.sleep(0.4 * (number * 7 % rounds) / rounds)
+        befall()
+        seconds.append(weighs_again(guest, program))
+    late = [each for each in seconds if each > SECOND]
+    guest.note(f"{rounds} {what}: weighed again after {max(seconds):.2f} s at most; "
+               f"{len(late)} later than after a second")
+    # A lost answer is waited for before the poll is sent anew.
+    assert max(seconds) <= ANSWER_PATIENCE + SECOND, max(seconds)
+    check_single(guest, program)
+
+
 def polls_on_the_wire(guest, seconds):
     guest.bus.feature_reports()
     time.sleep(seconds)
