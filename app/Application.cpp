@@ -40,13 +40,18 @@ void Application::useDevices(std::unique_ptr<HidDevices> devices)
 
 void Application::launch(const QString &infoFile)
 {
-    launchUnseen(infoFile);
+    prepare(infoFile, std::make_unique<Settings>());
     m_delegate->window->show();
 }
 
 void Application::launchUnseen(const QString &infoFile)
 {
-    m_settings = std::make_unique<Settings>();
+    prepare(infoFile, std::make_unique<Settings>(Settings::Access::ReadOnly));
+}
+
+void Application::prepare(const QString &infoFile, std::unique_ptr<Settings> settings)
+{
+    m_settings = std::move(settings);
     m_delegate = std::make_unique<ReadingReportDelegate>(BundleInformation::load(infoFile),
                                                          *m_settings, *m_browsers);
     m_delegate->awakeFromNib();

@@ -32,7 +32,7 @@ public:
     void useBrowsers(BrowserBridge &browsers) { m_browsers = &browsers; }
     /// Creates the delegate and its window, and launches. @p infoFile may be empty.
     void launch(const QString &infoFile);
-    /// The same, with the window not shown yet.
+    /// The same, with the window not shown, for reading the scale alone: no setting is changed.
     void launchUnseen(const QString &infoFile);
     /// Lets the user's browsers attach.
     void linkBrowsers();
@@ -40,6 +40,7 @@ public:
 
 private:
     void lastWindowWasClosed();
+    void prepare(const QString &infoFile, std::unique_ptr<Settings> settings);
 
     std::unique_ptr<HidDevices> m_devices;
     std::unique_ptr<Settings> m_settings;

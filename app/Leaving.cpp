@@ -46,6 +46,21 @@ void PostalScaleAppDelegate::fillPage(int carrier)
     m_parcel.noteSent(safari->hasSent());
 }
 
+bool PostalScaleAppDelegate::captureReading()
+{
+    if (!m_parcel.mayLeaveNow(Destination::Clipboard) || !m_clipboard.copy(exportLabelText()))
+        return false;
+    m_parcel.noteCopied();
+    const std::initializer_list<std::pair<int, int>> carriers{
+        {carrier::usps, SendtoUSPS}, {carrier::ups, SendtoUPS}, {carrier::fedex, SendtoFedex}};
+    for (const auto &[number, isOn] : carriers) {
+        if (isOn == 1 && m_parcel.mayLeaveNow(*destinationOf(number)))
+            fillPage(number);
+    }
+    showNotes();
+    return true;
+}
+
 void PostalScaleAppDelegate::fillPageThatCameBack()
 {
     if (SendtoUSPS == 1 && m_parcel.letsAgain(Destination::Usps))
@@ -66,4 +81,5 @@ void PostalScaleAppDelegate::showNotes()
 {
     m_noteLabels.show(m_parcel.notes());
     m_recentWeightsMenu.show(m_parcel.recentWeights().all());
+    emit notesShown();
 }

@@ -112,6 +112,10 @@ public:
 
     // Carriers' pages
     void Autofill(int carrier);
+    /// Has the settled weight on the pan leave now, whatever is chosen for every reading: onto the
+    /// clipboard, and into the pages of the carriers that are switched on.
+    /// @returns false where it has not settled, or its texts do not tell it
+    bool captureReading();
     /// @param text one short line on the link to the user's browsers
     void showBrowserStatus(const QString &text) { m_statusArea.showBrowserStatus(text); }
     /// @param trouble with the other starts of the program; empty if there is none
@@ -154,6 +158,10 @@ public:
     bool openOnce = false;
     QString webData;
     QString clibBoardStr;
+
+signals:
+    /// What is said beside the panel is up to date again.
+    void notesShown();
 
 private:
     enum class ItemLog { Silent, Named };

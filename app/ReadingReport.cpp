@@ -73,6 +73,7 @@ std::optional<double> numberFrom(const QJsonValue &value)
 QJsonObject ReadingReport::toJson() const
 {
     QJsonObject object{
+        {QStringLiteral("format"), jsonFormat},
         {QStringLiteral("state"), factsOf(state).name},
         {QStringLiteral("text"), words},
         {QStringLiteral("weight"), QJsonValue()},
@@ -82,6 +83,7 @@ QJsonObject ReadingReport::toJson() const
         {QStringLiteral("model"), textOrNull(model)},
         {QStringLiteral("settled"), settled ? QJsonValue(*settled) : QJsonValue()},
         {QStringLiteral("settledSince"), textOrNull(settledSince)},
+        {QStringLiteral("parcel"), parcel ? QJsonValue(*parcel) : QJsonValue()},
         {QStringLiteral("age"), numberOrNull(age)},
         {QStringLiteral("advice"), textOrNull(advice)},
         {QStringLiteral("export"), textOrNull(exported)},
@@ -108,6 +110,7 @@ ReadingReport ReadingReport::fromJson(const QJsonObject &object)
                          .model = object.value(QLatin1String("model")).toString(),
                          .settled = std::nullopt,
                          .settledSince = object.value(QLatin1String("settledSince")).toString(),
+                         .parcel = std::nullopt,
                          .age = numberFrom(object.value(QLatin1String("age"))),
                          .advice = object.value(QLatin1String("advice")).toString(),
                          .exported = object.value(QLatin1String("export")).toString(),
@@ -117,6 +120,8 @@ ReadingReport ReadingReport::fromJson(const QJsonObject &object)
     const QJsonValue settled = object.value(QLatin1String("settled"));
     if (settled.isBool())
         report.settled = settled.toBool();
+    if (const QJsonValue parcel = object.value(QLatin1String("parcel")); parcel.isDouble())
+        report.parcel = parcel.toInt();
     const QJsonValue weight = object.value(QLatin1String("weight"));
     if (weight.isDouble())
         report.shown = {weight.toDouble(), object.value(QLatin1String("unit")).toString()};
@@ -129,6 +134,14 @@ ReadingReport ReadingReport::of(ReportState state)
     ReadingReport report;
     report.state = state;
     report.words = factsOf(state).words;
+    return report;
+}
+
+ReadingReport ReadingReport::ofHangingWindow()
+{
+    ReadingReport report = of(ReportState::NoAnswer);
+    report.words = QStringLiteral("The window that is running does not answer; "
+                                  "postal-scale --doctor tells what helps");
     return report;
 }
 

@@ -34,6 +34,7 @@ struct ReadingReport
     QString model;
     std::optional<bool> settled; ///< of a reading alone
     QString settledSince;        ///< ISO 8601; empty unless it is settled
+    std::optional<int> parcel;   ///< of a settled reading: which parcel since the start, from 1
     std::optional<double> age;   ///< in seconds; nothing up to one second
     QString advice;              ///< what is to be done about the reading
     QString exported;            ///< the export text
@@ -41,10 +42,15 @@ struct ReadingReport
     QString leaves;              ///< what else is to be said of it
     QString device;              ///< what the scale says of itself; empty where a model is chosen
 
+    /// Of the object below. Keys may be added; a change of what there is raises it.
+    static constexpr int jsonFormat = 1;
+
     QJsonObject toJson() const;
     static ReadingReport fromJson(const QJsonObject &object);
     /// Without a reading.
     static ReadingReport of(ReportState state);
+    /// There is a window, but it does not answer; the scale is not to blame.
+    static ReadingReport ofHangingWindow();
 
     bool hasReading() const;
     /// 0 reading, 1 no scale, 2 not readable, 3 no permission.

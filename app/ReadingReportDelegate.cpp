@@ -20,9 +20,11 @@ std::optional<double> ageOf(const ReadingNotes &notes)
 void addNotes(ReadingReport &report, const ReadingNotes &notes)
 {
     report.settled = notes.isSettled();
-    if (notes.isSettled())
+    if (notes.isSettled()) {
+        report.parcel = notes.parcel;
         report.settledSince = notes.settledSince.toOffsetFromUtc(notes.settledSince.offsetFromUtc())
                                   .toString(Qt::ISODate);
+    }
     report.age = ageOf(notes);
     report.advice = notes.advice();
     report.exported = notes.leaving.texts.exported;
@@ -46,7 +48,14 @@ ReadingReportDelegate::ReadingReportDelegate(const BundleInformation &informatio
                                              Settings &settings, BrowserBridge &browsers)
     : PostalScaleAppDelegate(information, settings, browsers)
 {
-    connect(&panel(), &Panel::readingAnnounced, this, [this] { m_awaitsAnnouncement = false; });
+    connect(&panel(), &Panel::readingAnnounced, this, [this] {
+        m_awaitsAnnouncement = false;
+        emit reportDue();
+    });
+    connect(this, &PostalScaleAppDelegate::notesShown, this, [this] {
+        if (!m_awaitsAnnouncement)
+            emit reportDue();
+    });
 }
 
 void ReadingReportDelegate::setStatusString(bool connected)
@@ -92,7 +101,19 @@ void ReadingReportDelegate::takeReading(const ScaleReading &reading)
 
 ReadingReport ReadingReportDelegate::readingReport() const
 {
-    ReadingReport report = ReadingReport::of(state());
+    return reportOf(state());
+}
+
+ReadingReport ReadingReportDelegate::followedReport() const
+{
+    // Whether the scale is still there is a matter of its removal, and takes milliseconds to look.
+    const bool isWell = isDeviceConnected && connectionTrouble().isEmpty();
+    return reportOf(isWell ? stateOfReadings() : state());
+}
+
+ReadingReport ReadingReportDelegate::reportOf(ReportState state) const
+{
+    ReadingReport report = ReadingReport::of(state);
     report.device = scaleName();
     report.model =
         selectedModelName().isEmpty() ? optionButton->currentText() : selectedModelName();

@@ -20,6 +20,8 @@ public:
 
     /// Waiting until the panel has been read out, shortly after each reading.
     ReadingReport readingReport() const;
+    /// The same for those who ask at each reading: the machine's devices are not listed for it.
+    ReadingReport followedReport() const;
 
     void setStatusString(bool connected) override;
     void Draw5Digit(qint64 nValue) override;
@@ -27,10 +29,15 @@ public:
     void clearAll() override;
     void takeReading(const ScaleReading &reading) override;
 
+signals:
+    /// The report may be another one now.
+    void reportDue();
+
 private:
     /// What a reading has drawn. Under load the scale has the panel stay as it was.
     enum class Drawn { Nothing, Weight, Blank, Overload };
 
+    ReadingReport reportOf(ReportState state) const;
     ReportState state() const;
     ReportState stateOfReadings() const;
     ReportState statedState() const;

@@ -3,17 +3,21 @@
 
 #include "console/CommandLine.h"
 
+#include "console/RemoteControl.h"
+
 #include <QCommandLineParser>
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace {
 
 using Action = CommandLine::Action;
 
-constexpr std::array<std::string_view, 7> windowlessOptions{
-    "--print", "--json", "--doctor", "--help", "-h", "--version", "-v"};
+constexpr auto windowlessOptions = std::to_array<std::string_view>(
+    {"--tare", "--hold", "--power", "--unit", "--capture", "--print", "--follow", "--settled",
+     CommandLine::sourceOption, "--json", "--doctor", "--help", "-h", "--version", "-v"});
 
 char platformOption[] = "-platform";
 char platformWithoutDisplay[] = "offscreen";
@@ -34,8 +38,36 @@ struct Parser
         QStringLiteral("print"),
         QStringLiteral("Print one reading and end: from the running window if there is one, else "
                        "from the scale.")};
-    const QCommandLineOption json{QStringLiteral("json"),
-                                  QStringLiteral("With --print: as one JSON object.")};
+    const QCommandLineOption follow{
+        QStringLiteral("follow"),
+        QStringLiteral("Print a line for each change of the reading, until the reader of the lines "
+                       "goes.")};
+    const QCommandLineOption settled{
+        QStringLiteral("settled"),
+        QStringLiteral("With --follow: one line for each parcel, once its weight has settled.")};
+    const QCommandLineOption tare{QStringLiteral("tare"),
+                                  QStringLiteral("Have the running window tare the scale.")};
+    const QCommandLineOption hold{QStringLiteral("hold"),
+                                  QStringLiteral("Have it hold the reading: on, off or toggle."),
+                                  QStringLiteral("WHAT")};
+    const QCommandLineOption power{QStringLiteral("power"),
+                                   QStringLiteral("Have it switch the scale on or off.")};
+    const QCommandLineOption unit{QStringLiteral("unit"),
+                                  QStringLiteral("Have it choose a unit: %1.")
+                                      .arg(RemoteControl::units().join(QLatin1String(", "))),
+                                  QStringLiteral("UNIT")};
+    const QCommandLineOption capture{
+        QStringLiteral("capture"),
+        QStringLiteral("Have the settled weight leave now, once: onto the clipboard, and into the "
+                       "pages of the carriers that are switched on.")};
+    const QCommandLineOption json{
+        QStringLiteral("json"),
+        QStringLiteral("With --print or --follow: JSON objects, one to a line.")};
+    const QCommandLineOption source = [] {
+        QCommandLineOption option(QString::fromLatin1(CommandLine::sourceOption).mid(2));
+        option.setFlags(QCommandLineOption::HiddenFromHelp);
+        return option;
+    }();
     const QCommandLineOption doctor{
         QStringLiteral("doctor"),
         QStringLiteral("Look for what keeps the program from working, with a cure for each.")};
@@ -60,7 +92,8 @@ struct Parser
     {
         line.setApplicationDescription(
             QStringLiteral("Shows, copies and fills in the weight of a USB postal scale."));
-        line.addOptions({info, print, json, doctor, record, replay, log, help, version});
+        line.addOptions({info, print, follow, settled, json, tare, hold, power, unit, capture,
+                         doctor, record, replay, log, help, version, source});
     }
 
     bool has(const QCommandLineOption &option) const { return line.isSet(option); }
@@ -72,6 +105,38 @@ QString exitStatuses()
                           "(overload, under load, off), 3 no permission.\n");
 }
 
+/// Those that the line asks for, in the order of the help.
+std::vector<std::pair<const QCommandLineOption *, Action>> wantedActions(const Parser &parser)
+{
+    std::vector<std::pair<const QCommandLineOption *, Action>> wanted;
+    for (const auto &[option, action] :
+         {std::pair(&parser.print, Action::PrintReading), std::pair(&parser.follow, Action::Follow),
+          std::pair(&parser.source, Action::ReadForFollowers),
+          std::pair(&parser.tare, Action::Operate), std::pair(&parser.hold, Action::Operate),
+          std::pair(&parser.power, Action::Operate), std::pair(&parser.unit, Action::Operate),
+          std::pair(&parser.capture, Action::Operate),
+          std::pair(&parser.doctor, Action::Diagnose)}) {
+        if (parser.has(*option))
+            wanted.emplace_back(option, action);
+    }
+    return wanted;
+}
+
+Action wantedAction(const Parser &parser)
+{
+    const auto wanted = wantedActions(parser);
+    return wanted.empty() ? Action::ShowWindow : wanted.front().second;
+}
+
+QString actionRefusal(const Parser &parser)
+{
+    const auto wanted = wantedActions(parser);
+    if (wanted.size() < 2)
+        return {};
+    return QStringLiteral("--%1 and --%2 exclude each other.")
+        .arg(wanted[0].first->names().constFirst(), wanted[1].first->names().constFirst());
+}
+
 QString trafficRefusal(const Parser &parser)
 {
     if (parser.has(parser.record) && parser.has(parser.replay))
@@ -80,10 +145,21 @@ QString trafficRefusal(const Parser &parser)
         if (!parser.has(*option))
             continue;
         const QString name = option->names().constFirst();
-        if (parser.has(parser.print) || parser.has(parser.doctor))
+        if (wantedAction(parser) != Action::ShowWindow)
             return QStringLiteral("--%1 needs the window.").arg(name);
         if (parser.line.value(*option).isEmpty())
             return QStringLiteral("--%1 needs the name of a file.").arg(name);
+    }
+    return {};
+}
+
+QString valueRefusal(const Parser &parser)
+{
+    for (const QCommandLineOption *option : {&parser.hold, &parser.unit}) {
+        const QString name = option->names().constFirst();
+        const QString value = parser.line.value(*option);
+        if (parser.has(*option) && !RemoteControl::isKnown(name, value))
+            return QStringLiteral("--%1 does not know '%2'.").arg(name, value);
     }
     return {};
 }
@@ -93,22 +169,15 @@ QString refusal(const Parser &parser)
     const QStringList surplus = parser.line.positionalArguments();
     if (!surplus.isEmpty())
         return QStringLiteral("Unexpected argument '%1'.").arg(surplus.constFirst());
-    if (parser.has(parser.print) && parser.has(parser.doctor))
-        return QStringLiteral("--print and --doctor exclude each other.");
+    if (const QString reason = actionRefusal(parser); !reason.isEmpty())
+        return reason;
     if (const QString reason = trafficRefusal(parser); !reason.isEmpty())
         return reason;
-    if (parser.has(parser.json) && !parser.has(parser.print))
-        return QStringLiteral("--json goes with --print.");
-    return {};
-}
-
-Action wantedAction(const Parser &parser)
-{
-    if (parser.has(parser.print))
-        return Action::PrintReading;
-    if (parser.has(parser.doctor))
-        return Action::Diagnose;
-    return Action::ShowWindow;
+    if (parser.has(parser.json) && !parser.has(parser.print) && !parser.has(parser.follow))
+        return QStringLiteral("--json goes with --print or --follow.");
+    if (parser.has(parser.settled) && !parser.has(parser.follow))
+        return QStringLiteral("--settled goes with --follow.");
+    return valueRefusal(parser);
 }
 
 } // namespace
@@ -125,8 +194,13 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         return {.action = Action::ShowVersion};
     if (const QString reason = refusal(parser); !reason.isEmpty())
         return {.action = Action::Refuse, .text = reason};
+    const auto wanted = wantedActions(parser);
+    const bool isVerb = !wanted.empty() && wanted.front().second == Action::Operate;
     return {.action = wantedAction(parser),
             .format = parser.has(parser.json) ? ReportFormat::Json : ReportFormat::Text,
+            .settledOnly = parser.has(parser.settled),
+            .verb = isVerb ? wanted.front().first->names().constFirst() : QString(),
+            .value = isVerb ? parser.line.value(*wanted.front().first) : QString(),
             .infoFile = parser.line.value(parser.info),
             .recordFile = parser.line.value(parser.record),
             .replayFile = parser.line.value(parser.replay),
@@ -137,7 +211,8 @@ ToolkitArguments::ToolkitArguments(int argc, char **argv)
     : m_pointers(argv, argv + argc)
 {
     const bool windowless = std::any_of(argv, argv + argc, [](std::string_view argument) {
-        return std::find(windowlessOptions.begin(), windowlessOptions.end(), argument) !=
+        const std::string_view option = argument.substr(0, argument.find('='));
+        return std::find(windowlessOptions.begin(), windowlessOptions.end(), option) !=
                windowlessOptions.end();
     });
     // Last, so that it also wins over a platform that the user names.

@@ -12,15 +12,31 @@ enum class ReportFormat { Text, Json };
 /// What the program was started for.
 struct CommandLine
 {
-    enum class Action { ShowWindow, PrintReading, Diagnose, ShowVersion, ShowHelp, Refuse };
+    enum class Action {
+        ShowWindow,
+        PrintReading,
+        Follow,
+        Operate,
+        ReadForFollowers,
+        Diagnose,
+        ShowVersion,
+        ShowHelp,
+        Refuse
+    };
+
+    /// Given by the program itself to the process that reads for those that follow.
+    static constexpr auto sourceOption = "--for-followers";
 
     Action action = Action::ShowWindow;
     ReportFormat format = ReportFormat::Text;
-    QString infoFile;   ///< empty if not given
-    QString recordFile; ///< empty if not given
-    QString replayFile; ///< empty if not given
-    QString logFile;    ///< empty if not given
-    QString text;       ///< the help, or why the line is refused
+    bool settledOnly = false; ///< with Follow
+    QString verb;             ///< with Operate
+    QString value;            ///< of the verb; may be empty
+    QString infoFile;         ///< empty if not given
+    QString recordFile;       ///< empty if not given
+    QString replayFile;       ///< empty if not given
+    QString logFile;          ///< empty if not given
+    QString text;             ///< the help, or why the line is refused
 
     /// @param arguments the program's name first, without the toolkit's own options
     static CommandLine parse(const QStringList &arguments);

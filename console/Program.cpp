@@ -7,9 +7,13 @@
 #include "console/CommandLine.h"
 #include "console/Doctor.h"
 #include "console/DoctorFacts.h"
+#include "console/FollowCommand.h"
 #include "console/LogOutput.h"
 #include "console/ReadingReportCommand.h"
+#include "console/RemoteControl.h"
 #include "console/SingleInstance.h"
+#include "console/SingleInstanceRequest.h"
+#include "console/UnseenSource.h"
 #include "console/WindowCommand.h"
 
 #include <cstdio>
@@ -29,6 +33,29 @@ int printReading(Application &application, const CommandLine &line)
 {
     SingleInstance instance(SingleInstance::defaultFolder());
     return ReadingReportCommand(application, instance).run(line);
+}
+
+int followReadings(const CommandLine &line)
+{
+    const SingleInstance instance(SingleInstance::defaultFolder());
+    return FollowCommand(instance.socketPath()).run(line);
+}
+
+int readForFollowers(Application &application, const CommandLine &line)
+{
+    SingleInstance instance(SingleInstance::defaultFolder());
+    return UnseenSource(application, instance).run(line);
+}
+
+int operateWindow(const CommandLine &line)
+{
+    const SingleInstance instance(SingleInstance::defaultFolder());
+    const SingleInstance::Claim claim = instance.askFirst(operateRequest(line.verb, line.value));
+    const RemoteAnswer answer = claim.outcome == SingleInstance::Claim::Outcome::Unanswered
+                                    ? RemoteAnswer::hanging()
+                                    : RemoteAnswer::fromJson(claim.answer);
+    std::fprintf(answer.exitStatus == 0 ? stdout : stderr, "%s\n", qPrintable(answer.words));
+    return answer.exitStatus;
 }
 
 int diagnoseMachine(Application &application)
@@ -66,6 +93,9 @@ int runProgram(Application &application, const ActivationRight &right, EndSignal
     switch (line.action) {
     case CommandLine::Action::ShowWindow: return showWindow(application, line, right, endSignals);
     case CommandLine::Action::PrintReading: return printReading(application, line);
+    case CommandLine::Action::Follow: return followReadings(line);
+    case CommandLine::Action::Operate: return operateWindow(line);
+    case CommandLine::Action::ReadForFollowers: return readForFollowers(application, line);
     case CommandLine::Action::Diagnose: return diagnoseMachine(application);
     case CommandLine::Action::ShowVersion: return showVersion();
     case CommandLine::Action::ShowHelp: return showHelp(line);

@@ -40,15 +40,6 @@ bool isComing(const ReadingReport &report)
     return report.state == ReportState::Waiting || report.state == ReportState::NoAnswer;
 }
 
-/// The scale is not to blame.
-ReadingReport windowHangs()
-{
-    ReadingReport report = ReadingReport::of(ReportState::NoAnswer);
-    report.words = QStringLiteral("The window that is running does not answer; "
-                                  "postal-scale --doctor tells what helps");
-    return report;
-}
-
 /// In the beginning the event loop has not attached the scale yet.
 bool isFinal(const ReadingReport &report)
 {
@@ -80,7 +71,7 @@ ReadingReport ReadingReportCommand::fromWindowOrScale(const QString &infoFile)
         if (claim.outcome == SingleInstance::Claim::Outcome::Ours)
             return fromScale(infoFile);
         if (claim.outcome == SingleInstance::Claim::Outcome::Unanswered)
-            return windowHangs();
+            return ReadingReport::ofHangingWindow();
         const ReadingReport report = ReadingReport::fromJson(claim.answer);
         if (!isComing(report) || m_deadline.hasExpired())
             return report;

@@ -7,6 +7,7 @@
 #include "base/UserFolder.h"
 #include "browser/link/PeerLimits.h"
 #include "browser/link/SameUser.h"
+#include "console/SingleInstanceRequest.h"
 
 #include <QDeadlineTimer>
 #include <QJsonDocument>
@@ -93,12 +94,18 @@ SingleInstance::Claim SingleInstance::claim(const QJsonObject &request)
             return {};
         case InstanceLock::Outcome::HeldByAnother: break;
         }
-        if (const auto answered = ask(request))
+        const auto answered = ask(request);
+        if (answered && !isYield(answered->answer))
             return *answered;
         if (deadline.hasExpired())
             return {.outcome = Claim::Outcome::Unanswered, .answer = {}};
         QThread::msleep(claimInterval.count());
     }
+}
+
+SingleInstance::Claim SingleInstance::askFirst(const QJsonObject &request) const
+{
+    return m_socketPath.isEmpty() ? Claim{} : ask(request).value_or(Claim{});
 }
 
 qint64 SingleInstance::ownerProcess() const
@@ -122,9 +129,10 @@ std::optional<SingleInstance::Claim> SingleInstance::ask(const QJsonObject &requ
     return std::nullopt;
 }
 
-void SingleInstance::serve(Handler handler)
+void SingleInstance::serve(Handler handler, Adopter adopter)
 {
     m_handler = std::move(handler);
+    m_adopter = std::move(adopter);
     if (!m_trouble.isEmpty())
         return;
     QLocalServer::removeServer(m_socketPath);
@@ -152,12 +160,23 @@ void SingleInstance::greet()
             continue;
         }
         connect(peer, &QLocalSocket::readyRead, limits, [this, peer, limits] {
-            if (peer->canReadLine()) {
-                peer->write(line(m_handler(message(peer->readLine()))));
-                peer->disconnectFromServer();
-            } else if (limits->isFull()) {
+            if (peer->canReadLine())
+                hear(*peer, *limits);
+            else if (limits->isFull())
                 peer->abort();
-            }
         });
     }
+}
+
+void SingleInstance::hear(QLocalSocket &peer, PeerLimits &limits)
+{
+    const QJsonObject request = message(peer.readLine());
+    if (m_adopter && m_adopter(request, peer)) {
+        // It has nothing more to say; how much may lie unread is limited all the same.
+        limits.admit();
+        peer.disconnect(&limits);
+        return;
+    }
+    peer.write(line(m_handler(request)));
+    peer.disconnectFromServer();
 }

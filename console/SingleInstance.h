@@ -12,6 +12,8 @@
 #include <functional>
 #include <optional>
 
+class PeerLimits;
+
 /// Sees to it that one process of a user has the scale: two that poll it get each other's answers.
 /// A later one has the first do what it was started for, over a socket that only the user can open.
 class SingleInstance : public QObject
@@ -38,6 +40,8 @@ public:
     };
     /// Waits for an answer, and for a first one that has no window to end; seconds at worst.
     Claim claim(const QJsonObject &request);
+    /// As claim, but never becomes the first: Ours says that there is none.
+    Claim askFirst(const QJsonObject &request) const;
     /// Why later starts do not find this one; empty where they do. Known once it serves.
     const QString &trouble() const { return m_trouble; }
     /// Of it, in one sentence or two.
@@ -46,12 +50,18 @@ public:
     qint64 ownerProcess() const;
 
     using Handler = std::function<QJsonObject(const QJsonObject &request)>;
+    /// Keeps the connection of one that wants more than an answer; false if it does not.
+    using Adopter = std::function<bool(const QJsonObject &request, QLocalSocket &peer)>;
     /// Answers later ones from now on. To be called by the first.
-    void serve(Handler handler);
+    void serve(Handler handler, Adopter adopter = {});
+
+    /// For what is said on the connection itself; empty if there is none.
+    const QString &socketPath() const { return m_socketPath; }
 
 private:
     std::optional<Claim> ask(const QJsonObject &request) const;
     void greet();
+    void hear(QLocalSocket &peer, PeerLimits &limits);
     /// @param trouble something that lies where its files belong
     void beHidden(const QString &trouble);
 
@@ -61,4 +71,5 @@ private:
     QString m_cure;
     QLocalServer m_server;
     Handler m_handler;
+    Adopter m_adopter;
 };

@@ -9,6 +9,11 @@ const QString key = QStringLiteral("request");
 const QString raise = QStringLiteral("raise");
 const QString reading = QStringLiteral("reading");
 const QString situation = QStringLiteral("situation");
+const QString follow = QStringLiteral("follow");
+const QString operate = QStringLiteral("operate");
+const QString verbKey = QStringLiteral("verb");
+const QString valueKey = QStringLiteral("value");
+const QString yields = QStringLiteral("yields");
 
 } // namespace
 
@@ -29,6 +34,36 @@ QJsonObject situationRequest()
     return {{key, situation}};
 }
 
+QJsonObject followRequest()
+{
+    return {{key, follow}};
+}
+
+QJsonObject operateRequest(const QString &verb, const QString &value)
+{
+    return {{key, operate}, {verbKey, verb}, {valueKey, value}};
+}
+
+QString verbOf(const QJsonObject &request)
+{
+    return request.value(verbKey).toString();
+}
+
+QString valueOf(const QJsonObject &request)
+{
+    return request.value(valueKey).toString();
+}
+
+QJsonObject yieldAnswer()
+{
+    return {{yields, true}};
+}
+
+bool isYield(const QJsonObject &answer)
+{
+    return answer.value(yields).toBool();
+}
+
 InstanceRequest requestOf(const QJsonObject &object)
 {
     const QString name = object.value(key).toString();
@@ -38,5 +73,9 @@ InstanceRequest requestOf(const QJsonObject &object)
         return InstanceRequest::Reading;
     if (name == situation)
         return InstanceRequest::Situation;
+    if (name == follow)
+        return InstanceRequest::Follow;
+    if (name == operate)
+        return InstanceRequest::Operate;
     return InstanceRequest::Unknown;
 }

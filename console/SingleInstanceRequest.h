@@ -9,11 +9,24 @@
 
 // What a later start asks of the first one.
 
-enum class InstanceRequest { Unknown, Raise, Reading, Situation };
+enum class InstanceRequest { Unknown, Raise, Reading, Situation, Follow, Operate };
 
 QJsonObject raiseRequest(const ActivationRight &right);
 QJsonObject readingRequest();
 /// For --doctor: what only the running window knows.
 QJsonObject situationRequest();
+
+/// For --follow: all readings from now on, on the same connection.
+QJsonObject followRequest();
+
+/// For the verbs: @p value may be empty.
+QJsonObject operateRequest(const QString &verb, const QString &value);
+QString verbOf(const QJsonObject &request);
+QString valueOf(const QJsonObject &request);
+
+/// The answer of one that only reads for others to a start that wants the scale for itself: it ends
+/// at once.
+QJsonObject yieldAnswer();
+bool isYield(const QJsonObject &answer);
 
 InstanceRequest requestOf(const QJsonObject &object);

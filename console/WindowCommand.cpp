@@ -8,6 +8,8 @@
 #include "browser/link/BrowserSituation.h"
 #include "console/DeviceChoice.h"
 #include "console/LogOutput.h"
+#include "console/ReadingFeed.h"
+#include "console/RemoteControl.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
 #include "console/WindowSituation.h"
@@ -64,7 +66,11 @@ int WindowCommand::weigh(const CommandLine &line)
     m_application.useDevices(std::move(choice.devices));
     m_application.launch(line.infoFile);
     m_application.linkBrowsers();
-    m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); });
+    ReadingFeed feed(*m_application.delegate());
+    m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); },
+                     [&feed](const QJsonObject &laterStart, QLocalSocket &peer) {
+                         return feed.adopt(laterStart, peer);
+                     });
     if (!m_instance.trouble().isEmpty())
         m_application.delegate()->showSessionTrouble(
             QStringLiteral("Later starts do not find this window: %1. %2 Until then, do not start "
@@ -83,6 +89,11 @@ QJsonObject WindowCommand::answer(const QJsonObject &laterStart)
         break;
     case InstanceRequest::Reading: return m_application.delegate()->readingReport().toJson();
     case InstanceRequest::Situation: return situation().toJson();
+    case InstanceRequest::Operate:
+        return RemoteControl(*m_application.delegate())
+            .perform(verbOf(laterStart), valueOf(laterStart))
+            .toJson();
+    case InstanceRequest::Follow:
     case InstanceRequest::Unknown: break;
     }
     return {};

@@ -92,8 +92,10 @@ void ParcelWatch::noteWeighed(bool isWeighed)
 void ParcelWatch::settle(SettledWeight::Leaves leaves)
 {
     m_leaves = leaves == SettledWeight::Leaves::Yes;
-    if (m_leaves)
-        m_settledSince = QDateTime::currentDateTime();
+    if (!m_leaves)
+        return;
+    m_settledSince = QDateTime::currentDateTime();
+    ++m_parcels;
 }
 
 void ParcelWatch::noticeChoices()
@@ -162,6 +164,13 @@ LeavingTexts ParcelWatch::texts() const
 bool ParcelWatch::lets(Destination destination) const
 {
     return !m_settledOnly || (m_leaves && textsTell(destination, texts(), m_grams));
+}
+
+bool ParcelWatch::mayLeaveNow(Destination destination) const
+{
+    const bool isPresent = m_around.session.isDeviceConnected && !m_isSilent && !m_isMarkedOld;
+    return isPresent && !isHolding() && m_weight.state() == SettledWeight::State::Settled &&
+           textsTell(destination, texts(), m_grams);
 }
 
 bool ParcelWatch::letsAgain(Destination destination) const
@@ -238,6 +247,7 @@ ReadingNotes ParcelWatch::notes() const
     notes.state = m_weight.state();
     notes.hasLeft = m_weight.hasLeft();
     notes.settledSince = m_settledSince;
+    notes.parcel = m_parcels;
     if (m_sinceWeighed.isValid())
         notes.age = std::chrono::milliseconds(m_sinceWeighed.elapsed()) + m_slept;
     notes.isMarkedOld = m_isMarkedOld;

@@ -60,6 +60,9 @@ public:
     /// page that came back without it.
     bool letsAgain(Destination destination) const;
 
+    /// Whether the weight on the pan may go there when a person asks for it.
+    bool mayLeaveNow(Destination destination) const;
+
     /// What the present reading's texts were put onto, or are being put into.
     void noteCopied();
     void noteFill();
@@ -124,6 +127,7 @@ private:
     PanReading m_pan = PanReading::None;
     double m_grams = 0;
     QDateTime m_settledSince;
+    int m_parcels = 0; ///< settled weights so far
     QElapsedTimer m_sinceWeighed;
     std::chrono::milliseconds m_slept{}; ///< since then
     bool m_isMarkedOld = false;

@@ -31,6 +31,7 @@ struct ReadingNotes
     PanReading pan = PanReading::None;
     SettledWeight::State state = SettledWeight::State::Empty;
     QDateTime settledSince;          ///< of a settled weight
+    int parcel = 0;                  ///< the number of settled weights up to this one
     std::chrono::milliseconds age{}; ///< since the pan was weighed, other than for a held weight
 
     bool isMarkedOld = false; ///< of before a sleep of the machine

@@ -21,7 +21,8 @@ package_check_packages=("${package_packages[@]}" lintian devscripts)
 check_packages=(
     "${demo_packages[@]}"
     clang-14 libclang-rt-14-dev lld clang-format-14 clang-tidy-14
-    xdotool xclip wmctrl x11-utils locales socat faketime
+    xdotool xclip wmctrl x11-utils locales socat faketime python3-jsonschema
+    mosquitto mosquitto-clients jq fish
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2 systemd polkitd

@@ -100,8 +100,17 @@ QString unusedName(const QString &start)
 
 } // namespace
 
-Settings::Settings()
-    : m_name(fileName())
+Settings::Settings(Access access)
+    : m_access(access)
+    , m_name(fileName())
+{
+    if (m_access == Access::Keep)
+        open();
+    else
+        openUntouched();
+}
+
+void Settings::open()
 {
     // Before anything looks into it: there are files that cannot be read to their end.
     const QString refusal = refusalToOpen(m_name);
@@ -111,6 +120,14 @@ Settings::Settings()
     removeAbandonedLock(m_file->fileName());
     if (refusal.isEmpty())
         setAsideIfDamaged();
+}
+
+void Settings::openUntouched()
+{
+    if (refusalToOpen(m_name).isEmpty())
+        m_file = openFile(m_name);
+    if (!m_file || isDamaged(*m_file))
+        m_file = openFile(QStringLiteral("/dev/null"));
 }
 
 Settings::~Settings() = default;
@@ -124,6 +141,8 @@ std::optional<int> Settings::lastSelectedValue() const
 
 void Settings::setLastSelectedValue(int modelIndex)
 {
+    if (m_access == Access::ReadOnly)
+        return;
     m_file->setValue(lastSelectedKey, modelIndex);
     write();
 }
@@ -142,6 +161,8 @@ QList<int> Settings::selectedOptions() const
 
 void Settings::setSelectedOptions(const QList<int> &tags)
 {
+    if (m_access == Access::ReadOnly)
+        return;
     QStringList keys;
     for (const int tag : tags)
         keys.append(QString::number(tag));
@@ -180,6 +201,8 @@ QByteArray Settings::windowGeometry() const
 
 void Settings::setWindowGeometry(const QByteArray &geometry)
 {
+    if (m_access == Access::ReadOnly)
+        return;
     m_file->setValue(geometryKey, geometry);
     write();
 }
@@ -191,6 +214,8 @@ bool Settings::settledOnly() const
 
 void Settings::setSettledOnly(bool settledOnly)
 {
+    if (m_access == Access::ReadOnly)
+        return;
     m_file->setValue(settledOnlyKey, settledOnly);
     write();
 }

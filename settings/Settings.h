@@ -28,9 +28,14 @@ class Settings : public QObject
     Q_OBJECT
 
 public:
+    enum class Access {
+        Keep,     ///< a change is written
+        ReadOnly, ///< what is stored stays as it is, whatever is set here
+    };
+
     /// A file that cannot be parsed, is no regular one or is far too large is set aside under
-    /// another name first.
-    Settings();
+    /// another name first; where nothing may be changed, it counts as empty.
+    explicit Settings(Access access = Access::Keep);
     ~Settings() override;
 
     /// Index of the unit set that was applied last. A text that starts with no number counts as 0,
@@ -57,6 +62,8 @@ signals:
     void troubleChanged(const QString &trouble);
 
 private:
+    void open();
+    void openUntouched();
     /// Whether these options are stored, and no others.
     bool hasExactly(QStringList keys) const;
     void setAsideIfDamaged();
@@ -66,6 +73,7 @@ private:
     void report(const QString &trouble);
     void withdrawReport();
 
+    Access m_access;
     QString m_name;
     std::unique_ptr<QSettings> m_file;
     QString m_currentTrouble;

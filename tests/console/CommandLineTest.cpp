@@ -87,6 +87,25 @@ private slots:
         row("--record one.txt --replay two.txt", Action::Refuse);
         row("--print --record scale.txt", Action::Refuse);
         row("--doctor --replay scale.txt", Action::Refuse);
+        row("--follow", Action::Follow);
+        row("--follow --json --settled", Action::Follow, ReportFormat::Json);
+        row("--follow --info my.json", Action::Follow, ReportFormat::Text, "my.json");
+        row("--for-followers --info my.json", Action::ReadForFollowers, ReportFormat::Text,
+            "my.json");
+        row("--settled", Action::Refuse);
+        row("--settled --print", Action::Refuse);
+        row("--follow --print", Action::Refuse);
+        row("--follow --log log.txt", Action::Refuse);
+        for (const char *verb :
+             {"--tare", "--power", "--capture", "--hold on", "--hold off", "--hold toggle",
+              "--hold=on", "--unit oz", "--unit lboz", "--unit lboz-fraction", "--unit lb",
+              "--unit g", "--unit kg", "--unit lboz-whole"})
+            row(verb, Action::Operate);
+        row("--hold", Action::Refuse);
+        row("--hold maybe", Action::Refuse);
+        row("--unit stone", Action::Refuse);
+        row("--tare --power", Action::Refuse);
+        row("--tare --print", Action::Refuse);
         row("parcel", Action::Refuse);
         row("--print parcel", Action::Refuse);
     }
@@ -101,6 +120,18 @@ private slots:
         QCOMPARE(line.format, format);
         QCOMPARE(line.infoFile, infoFile);
         QCOMPARE(line.text.isEmpty(), action != Action::Refuse);
+    }
+
+    void tellsTheVerb()
+    {
+        const CommandLine tare = CommandLine::parse(words("--tare"));
+        QCOMPARE(tare.verb, QStringLiteral("tare"));
+        QCOMPARE(tare.value, QString());
+        const CommandLine unit = CommandLine::parse(words("--unit=kg"));
+        QCOMPARE(unit.verb, QStringLiteral("unit"));
+        QCOMPARE(unit.value, QStringLiteral("kg"));
+        QVERIFY(CommandLine::parse(words("--follow --settled")).settledOnly);
+        QVERIFY(!CommandLine::parse(words("--follow")).settledOnly);
     }
 
     void tellsWhichFileTheTrafficIsIn()
@@ -123,17 +154,21 @@ private slots:
     {
         const CommandLine line = CommandLine::parse(words("--help"));
         QCOMPARE(line.action, Action::ShowHelp);
-        for (const char *part : {"--info <FILE>", "--print", "--json", "--doctor", "--help",
-                                 "--record <FILE>", "--replay <FILE>", "last state stays",
-                                 "--version", "0 reading", "1 no scale", "3 no permission"})
+        for (const char *part :
+             {"--info <FILE>", "--print", "--json", "--doctor", "--help", "--record <FILE>",
+              "--replay <FILE>", "last state stays", "--version", "--follow", "--settled", "--tare",
+              "--hold <WHAT>", "--power", "--unit <UNIT>", "--capture", "0 reading", "1 no scale",
+              "3 no permission"})
             QVERIFY2(line.text.contains(QLatin1String(part)), part);
     }
 
     void whatNeedsNoWindowNeedsNoDisplay_data()
     {
         QTest::addColumn<bool>("needsNoDisplay");
-        for (const char *line : {"--print", "--print --json", "--json", "--doctor", "--help", "-h",
-                                 "--version", "-v", "--info my.json --print"})
+        for (const char *line :
+             {"--print", "--print --json", "--json", "--doctor", "--help", "-h", "--version", "-v",
+              "--info my.json --print", "--follow", "--settled --follow", "--for-followers",
+              "--tare", "--hold on", "--hold=on", "--unit=kg", "--power", "--capture"})
             QTest::newRow(line) << true;
         for (const char *line :
              {"", "--info my.json", "--replay scale.txt", "--weigh", "-platform xcb"})

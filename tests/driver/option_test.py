@@ -3,9 +3,8 @@
 """What the tests of the options have in common."""
 
 import re
-import subprocess
 
-import harness
+from clipboard import ClipboardTest
 from waiting import wait_until
 
 BOXES = {
@@ -17,7 +16,8 @@ BOXES = {
     600: "checkFedex",
 }
 
-class OptionTest(harness.DeviceTest):
+
+class OptionTest(ClipboardTest):
     environment = {}
 
     def start(self, *arguments, **options):
@@ -42,28 +42,3 @@ class OptionTest(harness.DeviceTest):
     def saved(self, program):
         lines = program.settings_lines()
         return {int(line.split("=")[0]) for line in lines if re.fullmatch(r"\d+=selected", line)}
-
-    def clipboard(self):
-        """As another program pastes it; None while nobody offers anything."""
-        answer = subprocess.run(["xclip", "-selection", "clipboard", "-o"], check=False,
-                                env=self.session.environment, text=True, stdout=subprocess.PIPE,
-                                stderr=subprocess.DEVNULL)
-        return answer.stdout if answer.returncode == 0 else None
-
-    def wait_for_clipboard(self, expected):
-        wait_until(lambda: self.clipboard() == expected,
-                   lambda: f"{expected!r} on the clipboard; it holds {self.clipboard()!r}")
-
-    def copy_elsewhere(self, text):
-        """Until somebody else writes the clipboard."""
-        self.offer(text)
-        self.wait_for_clipboard(text)
-
-    def offer(self, text):
-        """Returns the program that offers it, which ends when somebody else writes the clipboard."""
-        file = self.session.new_folder("copied") / "text"
-        file.write_text(text, encoding="utf-8")
-        owner = self.session.spawn(["xclip", "-quiet", "-selection", "clipboard", "-i", file],
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self.addCleanup(harness.end, owner)
-        return owner

@@ -21,6 +21,9 @@ BUILD = pathlib.Path(os.environ["POSTAL_SCALE_BUILD"])
 ICON_NAMESPACE = "{http://www.w3.org/2000/svg}"
 
 # What the shell does when the tab key is pressed at the end of a line.
+EVERY_OPTION = ["--info", "--print", "--follow", "--tare", "--hold", "--power", "--unit", "--capture",
+                "--doctor", "--record", "--replay", "--log", "--help", "--version"]
+
 COMPLETE = """
 source "$1"
 compopt() { :; }
@@ -140,15 +143,27 @@ class PackageDataTest(unittest.TestCase):
 
     def test_the_shell_completes(self):
         for line, expected in (
-            ("postal-scale --", ["--info", "--print", "--doctor", "--record", "--replay", "--log",
-                                "--help", "--version"]),
+            ("postal-scale --", EVERY_OPTION),
             ("postal-scale --d", ["--doctor"]),
             ("postal-scale --print --", ["--json", "--info"]),
+            ("postal-scale --follow --", ["--json", "--settled", "--info"]),
+            ("postal-scale --hold t", ["toggle"]),
+            ("postal-scale --unit l", ["lboz", "lboz-fraction", "lb", "lboz-whole"]),
             ("postal-scale --info CMakeL", ["CMakeLists.txt"]),
             ("postal-scale --replay CMakeL", ["CMakeLists.txt"]),
         ):
             with self.subTest(line=line):
                 self.assertEqual(self.completions(line), expected)
+
+    def test_the_other_shells_know_the_same_options(self):
+        zsh = self.installed("zsh/vendor-completions/_postal-scale").read_text()
+        self.assertEqual(set(re.findall(r"--[a-z]+(?=\[)", zsh)) |
+                         {"--help", "--version"}, {*EVERY_OPTION, "--json", "--settled"})
+        fish = self.installed("fish/vendor_completions.d/postal-scale.fish")
+        offered = output_of("fish", "-N", "-c",
+                            f"source {fish}; complete -C 'postal-scale --'").splitlines()
+        self.assertEqual({line.split("\t")[0] for line in offered},
+                         {*EVERY_OPTION, "--json", "--settled"})
 
     def completions(self, line):
         file = self.installed("bash-completion/completions/postal-scale")

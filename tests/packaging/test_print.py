@@ -19,7 +19,7 @@ class PrintFromScaleTest(CommandLineTest):
         result = self.run_with_scale("--print", "--json", scale=["--weight", "1234"])
         self.assertEqual(result.status, 0)
         self.assertEqual(result.report, {
-            "state": "weight", "weight": 1234, "unit": "g", "sign": "+", "grams": 1234,
+            "format": 1, "parcel": None, "state": "weight", "weight": 1234, "unit": "g", "sign": "+", "grams": 1234,
             "text": "1234 grams", "model": "KV-A100", "settled": False, "settledSince": None,
             "age": None, "advice": None, "export": "0", "exportUnit": "lb",
             "leaves": "leaves as 0: choose a unit"})
@@ -48,7 +48,7 @@ class PrintFromScaleTest(CommandLineTest):
         result = self.run_with_scale("--print", "--json", scale=["--unplugged"])
         self.assertEqual(result.status, 1)
         self.assertEqual(result.report, {
-            "state": "no-scale", "weight": None, "unit": None, "sign": None, "grams": None,
+            "format": 1, "parcel": None, "state": "no-scale", "weight": None, "unit": None, "sign": None, "grams": None,
             "text": "No scale connected", "model": None, "settled": None, "settledSince": None,
             "age": None, "advice": None, "export": None, "exportUnit": None, "leaves": None})
 

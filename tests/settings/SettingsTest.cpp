@@ -313,6 +313,36 @@ private slots:
     }
 
     /// Left behind by a program that was killed as it took the lock.
+    void readOnlyLeavesWhatIsThere_data()
+    {
+        QTest::addColumn<QByteArray>("stored");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("settings") << QByteArray(
+            "[General]\nlastSelectedValue=3\n\n[defaultValue]\n100=selected\n");
+        QTest::newRow("damaged") << QByteArray("\x01 damaged");
+    }
+
+    void readOnlyLeavesWhatIsThere()
+    {
+        QFETCH(QByteArray, stored);
+        if (!stored.isNull())
+            storedsettings::store(stored);
+        const QStringList files = QDir(folder()).entryList(QDir::Files);
+        {
+            Settings settings(Settings::Access::ReadOnly);
+            const bool isSound = stored.startsWith('[');
+            QCOMPARE(settings.lastSelectedValue().value_or(-1), isSound ? 3 : -1);
+            QCOMPARE(settings.selectedOptions(), isSound ? QList{100} : QList<int>());
+            settings.setLastSelectedValue(7);
+            settings.setSelectedOptions({200, 300});
+            settings.setWindowGeometry("somewhere");
+            settings.setSettledOnly(true);
+            QVERIFY(settings.trouble().isEmpty());
+        }
+        QCOMPARE(storedsettings::text(), stored);
+        QCOMPARE(QDir(folder()).entryList(QDir::Files), files);
+    }
+
     void anEmptyLockIsTakenAway()
     {
         const QString lock = storedsettings::file() + QStringLiteral(".lock");

@@ -1,0 +1,145 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/FollowCommand.h"
+
+#include "console/SingleInstanceRequest.h"
+#include "console/UnseenSource.h"
+
+#include <QJsonDocument>
+#include <QLocalSocket>
+#include <QThread>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <poll.h>
+#include <sysexits.h>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto connectTime = 200ms;
+/// A window that has just gone leaves its place to an unseen source, or to the next window.
+constexpr auto retryInterval = 200ms;
+/// As long as a source says nothing of its own accord, and half as much again.
+constexpr auto hangTime = 15s;
+/// Of unseen sources, each of which ends by itself where there is another.
+constexpr auto startInterval = 5s;
+/// How long nobody notices that the reader has gone.
+constexpr auto lookInterval = 500ms;
+
+} // namespace
+
+FollowCommand::FollowCommand(const QString &socketPath)
+    : m_socketPath(socketPath)
+    , m_hang(hangTime)
+{
+}
+
+int FollowCommand::run(const CommandLine &line)
+{
+    if (m_socketPath.isEmpty()) {
+        std::fputs("Nothing can be followed; postal-scale --doctor tells what helps\n", stderr);
+        return ReadingReport::of(ReportState::NoAnswer).exitStatus();
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+    m_line = line;
+    while (!m_isOver) {
+        QLocalSocket source;
+        source.connectToServer(m_socketPath);
+        if (source.waitForConnected(connectTime.count()))
+            follow(source);
+        else
+            startSource();
+        tellOfHang();
+        lookForReader();
+        QThread::msleep(retryInterval.count());
+    }
+    return m_status;
+}
+
+void FollowCommand::follow(QLocalSocket &source)
+{
+    m_count.beginConnection();
+    m_parcels.beginConnection();
+    source.write(QJsonDocument(followRequest()).toJson(QJsonDocument::Compact) + '\n');
+    source.flush();
+    while (!m_isOver) {
+        if (source.canReadLine())
+            take(source.readLine());
+        else if (!source.waitForReadyRead(lookInterval.count()) &&
+                 source.state() != QLocalSocket::ConnectedState)
+            return;
+        tellOfHang();
+        lookForReader();
+    }
+}
+
+void FollowCommand::startSource()
+{
+    if (!m_nextStart.hasExpired())
+        return;
+    UnseenSource::start(m_line.infoFile);
+    m_nextStart.setRemainingTime(startInterval);
+}
+
+void FollowCommand::take(const QByteArray &line)
+{
+    QJsonObject object = QJsonDocument::fromJson(line).object();
+    // Such as a source that leaves its place to a window.
+    if (isYield(object) || object.isEmpty())
+        return;
+    m_hang.setRemainingTime(hangTime);
+    const ReadingReport report = ReadingReport::fromJson(object);
+    object.insert(QStringLiteral("count"), m_count.next(object));
+    if (m_line.settledOnly && !m_parcels.takes(report))
+        return;
+    tell(report.words, QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
+}
+
+void FollowCommand::tellOfHang()
+{
+    if (!m_hang.hasExpired())
+        return;
+    m_hang.setRemainingTime(hangTime);
+    const ReadingReport report = ReadingReport::ofHangingWindow();
+    if (!m_line.settledOnly)
+        tell(report.words, followerLine(report, m_count.next()));
+}
+
+void FollowCommand::tell(const QString &words, const QByteArray &json)
+{
+    write(m_line.format == ReportFormat::Json ? json : words.toUtf8() + '\n');
+}
+
+void FollowCommand::write(const QByteArray &line)
+{
+    for (qsizetype written = 0; written < line.size() && !m_isOver;) {
+        const ssize_t part = ::write(STDOUT_FILENO, line.constData() + written,
+                                     static_cast<std::size_t>(line.size() - written));
+        if (part >= 0)
+            written += part;
+        else if (errno != EINTR)
+            endWith(errno);
+    }
+}
+
+void FollowCommand::endWith(int error)
+{
+    m_isOver = true;
+    if (error == EPIPE)
+        return;
+    std::fprintf(stderr, "Cannot write: %s\n", std::strerror(error));
+    m_status = EX_IOERR;
+}
+
+void FollowCommand::lookForReader()
+{
+    pollfd output{.fd = STDOUT_FILENO, .events = 0, .revents = 0};
+    if (poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0)
+        endWith(EPIPE);
+}

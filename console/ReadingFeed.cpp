@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "console/ReadingFeed.h"
+
+#include "app/ReadingReportDelegate.h"
+#include "console/SingleInstanceRequest.h"
+
+#include <QLocalSocket>
+#include <algorithm>
+#include <chrono>
+#include <sys/socket.h>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto longestSilence = 10s;
+
+/// Of a socket's queue, in bytes: about ten lines, four seconds. What lies there is no longer new.
+constexpr int queueSize = 4608;
+
+void shortenQueue(const QLocalSocket &socket)
+{
+    setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_SNDBUF, &queueSize,
+               sizeof queueSize);
+}
+
+void write(QLocalSocket &socket, const QByteArray &line)
+{
+    socket.write(line);
+    socket.flush();
+}
+
+} // namespace
+
+ReadingFeed::ReadingFeed(const ReadingReportDelegate &source)
+    : m_source(source)
+{
+    m_silence.setInterval(longestSilence);
+    m_silence.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_silence, &QTimer::timeout, this, &ReadingFeed::tellAgain);
+}
+
+bool ReadingFeed::adopt(const QJsonObject &request, QLocalSocket &peer)
+{
+    if (requestOf(request) != InstanceRequest::Follow)
+        return false;
+    add(peer);
+    return true;
+}
+
+void ReadingFeed::add(QLocalSocket &peer)
+{
+    shortenQueue(peer);
+    connect(&peer, &QLocalSocket::bytesWritten, this, [this, &peer] { catchUp(&peer); });
+    // Later: a peer may be found to be gone while all are being told.
+    connect(&peer, &QLocalSocket::disconnected, this, &ReadingFeed::removeTheGone,
+            Qt::QueuedConnection);
+    if (m_followers.isEmpty()) {
+        connect(&m_source, &ReadingReportDelegate::reportDue, this, &ReadingFeed::tellNews);
+        m_silence.start();
+    }
+    tellNews();
+    write(peer, m_lines.present(m_source.followedReport()));
+    m_followers.append({.socket = &peer});
+    emit followersChanged();
+}
+
+void ReadingFeed::tellNews()
+{
+    if (const auto line = m_lines.next(m_source.followedReport()))
+        tellAll(*line);
+}
+
+void ReadingFeed::tellAgain()
+{
+    tellAll(m_lines.again(m_source.followedReport()));
+}
+
+void ReadingFeed::tellAll(const QByteArray &line)
+{
+    m_newest = line;
+    m_silence.start();
+    for (Follower &follower : m_followers)
+        tell(follower);
+}
+
+void ReadingFeed::tell(Follower &follower)
+{
+    if (!follower.socket)
+        return;
+    follower.isBehind = follower.socket->bytesToWrite() > 0;
+    if (!follower.isBehind)
+        write(*follower.socket, m_newest);
+}
+
+void ReadingFeed::catchUp(const QLocalSocket *socket)
+{
+    for (Follower &follower : m_followers) {
+        if (follower.socket == socket && follower.isBehind)
+            tell(follower);
+    }
+}
+
+void ReadingFeed::removeTheGone()
+{
+    m_followers.removeIf([](const Follower &follower) {
+        return !follower.socket || follower.socket->state() != QLocalSocket::ConnectedState;
+    });
+    if (m_followers.isEmpty()) {
+        m_source.disconnect(this);
+        m_silence.stop();
+    }
+    emit followersChanged();
+}

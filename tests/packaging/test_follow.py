@@ -1,0 +1,250 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""--follow, on which scripts rely for every change."""
+
+import contextlib
+import fcntl
+import json
+import subprocess
+
+import harness
+from command_line import CommandLineTest
+from harness import LogLines
+from reading_schema import assert_valid
+from waiting import wait_until
+
+SOURCE = "postal-scale --for-followers"
+RESTARTS = 3
+WINDOW_MODEL = "KV-B100"
+
+
+class Follower:
+    """A run of the program with --follow --json, and the objects that it prints."""
+
+    def __init__(self, test, *arguments, environment):
+        self.process = test.session.spawn(
+            [harness.binaries() / "postal-scale", "--follow", "--json", *arguments], environment,
+            stdout=subprocess.PIPE, text=True)
+        self.lines = LogLines(self.process.stdout)
+        test.addCleanup(self.end)
+
+    def end(self):
+        harness.end(self.process)
+        self.lines.finish()
+
+    def reports(self, since=0):
+        return [json.loads(line) for line in self.lines.since(since)]
+
+    def wait_for(self, since=0, **expected):
+        """The first object with these values."""
+        def found():
+            for report in self.reports(since):
+                if all(report[key] == value for key, value in expected.items()):
+                    return report
+            return None
+        return wait_until(found, lambda: f"{expected}; there is {self.reports(since)[-3:]}")
+
+
+class FollowTest(CommandLineTest):
+    """Whoever reads the scale without a window ends with the last follower; the next test has
+    another scale."""
+
+    def setUp(self):
+        super().setUp()
+        self.addCleanup(self.wait_for_the_source_s_end)
+
+    def wait_for_the_source_s_end(self):
+        wait_until(lambda: not self.sources(), "the end of the process that read the scale")
+
+    def sources(self):
+        running = subprocess.run(["pgrep", "-f", SOURCE], capture_output=True, text=True,
+                                 check=False).stdout.split()
+        return [pid for pid in running if str(self.session.folder) in environment_of(pid)]
+
+
+class FollowWindowTest(FollowTest):
+    def setUp(self):
+        super().setUp()
+        self.program = self.start("--weight", "1234")
+        self.program.wait_for_reading("1234 grams")
+
+    def follow(self, *arguments):
+        return Follower(self, *arguments, environment=self.environment())
+
+    def test_each_change_is_a_line(self):
+        follower = self.follow()
+        follower.wait_for(state="weight", weight=1234, settled=True, parcel=1)
+        for command, expected in (
+                ("weight 777", {"weight": 777, "settled": True, "parcel": 2}),
+                ("weight 20000", {"state": "overload"}),
+                ("weight 777", {"weight": 777, "parcel": 3}),
+                ("unplug", {"state": "no-scale"}),
+                ("plug", {"state": "weight"}),
+                ("silence on", {"state": "no-answer"})):
+            with self.subTest(command=command):
+                mark = follower.lines.mark()
+                self.program.scale.tell(command)
+                follower.wait_for(mark, **expected)
+        self.program.scale.tell_all("silence off", "burst 1")
+        reports = follower.reports()
+        for report in reports:
+            assert_valid(report)
+        self.assertEqual([report["count"] for report in reports],
+                         list(range(1, len(reports) + 1)))
+
+    def test_a_steady_weight_is_one_line_and_then_a_sign_of_life(self):
+        follower = self.follow()
+        follower.wait_for(settled=True)
+        mark = follower.lines.mark()
+        polls = self.program.log.mark()
+        wait_until(lambda: follower.lines.mark() > mark, "a sign of life")
+        self.assertGreaterEqual(len(self.program.log.since(polls, "readData$")), 10)
+        first, latest = follower.reports(mark - 1)[:2]
+        self.assertEqual(latest["count"], first["count"] + 1)
+        for changing in "count", "time", "age":
+            del first[changing], latest[changing]
+        self.assertEqual(latest, first)
+
+    def test_settled_weights_are_one_line_each(self):
+        follower = self.follow("--settled")
+        follower.wait_for(weight=1234)
+        for weight in (0, 1234, 500):
+            self.program.scale.tell(f"weight {weight}")
+            self.program.wait_for_reading(f"{weight} grams")
+            self.program.wait_for_polls(4)
+        follower.wait_for(weight=500)
+        self.assertEqual([report["weight"] for report in follower.reports()], [1234, 1234, 500])
+
+    def test_a_reader_that_stops_holds_up_nobody(self):
+        follower = self.session.spawn(
+            [harness.binaries() / "postal-scale", "--follow", "--json"], self.environment(),
+            stdout=subprocess.PIPE)
+        self.addCleanup(harness.end, follower)
+        fcntl.fcntl(follower.stdout, fcntl.F_SETPIPE_SZ, 4096)
+        for weight in range(100, 160):
+            self.program.scale.tell(f"weight {weight}")
+            self.program.wait_for_polls(1)
+        self.program.wait_for_reading("159 grams")
+        counts = []
+        with follower.stdout:
+            while True:
+                report = json.loads(follower.stdout.readline())
+                counts.append(report["count"])
+                if report["weight"] == 159:
+                    break
+            self.assertGreater(counts[-1], len(counts), "some were left out")
+            self.assertEqual(counts, sorted(set(counts)))
+
+    def test_windows_come_and_go(self):
+        follower = self.follow("--settled")
+        follower.wait_for(weight=1234)
+        expected = [1234]
+        for weight in range(100, 100 + RESTARTS):
+            self.assertEqual(self.program.stop(), 0)
+            self.program = self.start("--weight", str(weight))
+            follower.wait_for(weight=weight)
+            expected.append(weight)
+        self.assertEqual([report["weight"] for report in follower.reports()], expected)
+        counts = [report["count"] for report in follower.reports()]
+        self.assertEqual(counts, sorted(set(counts)))
+
+    def test_a_window_that_hangs(self):
+        follower = self.follow()
+        follower.wait_for(weight=1234)
+        self.program.scale.tell("raise-child STOP")
+        self.assertIn("The window that is running does not answer",
+                      follower.wait_for(state="no-answer")["text"])
+        self.program.scale.tell("raise-child CONT")
+        follower.wait_for(follower.lines.mark(), weight=1234)
+
+    def test_it_ends_with_its_reader(self):
+        result = subprocess.run(
+            ["bash", "-c", '"$0" --follow | head -n 1; echo ${PIPESTATUS[0]}',
+             harness.binaries() / "postal-scale"],
+            env=self.environment(), capture_output=True, text=True, check=True, timeout=30)
+        self.assertEqual(result.stdout, "1234 grams\n0\n")
+
+    def test_a_signal_ends_it(self):
+        follower = self.follow()
+        follower.wait_for(weight=1234)
+        follower.process.terminate()
+        self.assertEqual(follower.process.wait(30), -15)
+
+    def test_a_full_disk_is_told(self):
+        with open("/dev/full", "wb") as full:
+            result = subprocess.run([harness.binaries() / "postal-scale", "--follow"],
+                                    env=self.environment(), stdout=full, stderr=subprocess.PIPE,
+                                    text=True, timeout=30, check=False)
+        self.assertEqual((result.returncode, result.stderr),
+                         (74, "Cannot write: No space left on device\n"))
+
+
+class FollowScaleTest(FollowTest):
+
+    def run_script(self, script, **options):
+        return self.run_with_scale(
+            scale=["--weight", "1234"],
+            command=["bash", "-c", script, harness.binaries() / "postal-scale"], **options)
+
+    def test_the_scale_itself(self):
+        result = self.run_script('"$0" --follow --json --settled | head -n 1')
+        self.assertEqual((result.report["weight"], result.report["settled"]), (1234, True))
+        assert_valid(result.report)
+
+    def test_two_and_a_print_at_once(self):
+        result = self.run_script(
+            '"$0" --follow --settled | head -n 1 & "$0" --follow --settled | head -n 1 & '
+            'sleep 1; "$0" --print; wait')
+        self.assertEqual(result.output, "1234 grams\n" * 3)
+
+    def test_a_window_takes_the_scale_over(self):
+        result = self.run_script(
+            'cd "$XDG_CONFIG_HOME"; mkdir -p window/postal-scale; '
+            "printf '[General]\\nlastSelectedValue=2\\n' > window/postal-scale/postal-scale.ini; "
+            '"$0" --follow --json > lines & follower=$!; '
+            'until grep -q 1234 lines; do sleep 0.1; done; '
+            'QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME="$PWD/window" "$0" & window=$!; '
+            # The window has another model.
+            f'until grep {WINDOW_MODEL} lines | grep -q 1234; do sleep 0.1; done; kill $window; '
+            # A window that is closed switches the scale off.
+            'until grep -q \'"state":"off"\' lines; do sleep 0.1; done; kill $follower; cat lines')
+        reports = [json.loads(line) for line in result.output.splitlines()]
+        self.assertEqual([report["count"] for report in reports],
+                         list(range(1, len(reports) + 1)))
+
+    def test_no_setting_is_changed(self):
+        for option in ("--print", "--follow --settled | head -n 1"):
+            for settings in (None, "[General]\nlastSelectedValue=7\n\n[defaultValue]\n"
+                                   "3=selected\n9=selected\n", "\x01 damaged"):
+                with self.subTest(option=option, settings=settings):
+                    result = self.run_script(
+                        'cd "$XDG_CONFIG_HOME" && mkdir postal-scale; '
+                        f'{self.write(settings)} ls -la --time-style=full-iso postal-scale; '
+                        f'"$0" {option} >&2; ls -la --time-style=full-iso postal-scale; '
+                        'cat postal-scale/*; true')
+                    before, after = halves(result.output, settings or "")
+                    self.assertEqual(after, before)
+                    self.assertIn("1234 grams", result.errors)
+                    self.wait_for_the_source_s_end()
+
+    @staticmethod
+    def write(settings):
+        if settings is None:
+            return ""
+        return f"printf '{json.dumps(settings)[1:-1]}' > postal-scale/postal-scale.ini;"
+
+
+def halves(output, settings):
+    listing = output.removesuffix(settings).splitlines()
+    return listing[:len(listing) // 2], listing[len(listing) // 2:]
+
+
+def environment_of(pid):
+    with contextlib.suppress(OSError):
+        with open(f"/proc/{pid}/environ", encoding="utf-8", errors="replace") as file:
+            return file.read()
+    return ""
+
+
+if __name__ == "__main__":
+    harness.main()
