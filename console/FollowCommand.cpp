@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto connectTime = 200ms;
+constexpr auto sourceConnectTime = 200ms;
 /// A window that has just gone leaves its place to an unseen source, or to the next window.
 constexpr auto retryInterval = 200ms;
 /// As long as a source says nothing of its own accord, and half as much again.
@@ -51,7 +51,7 @@ int FollowCommand::run(const CommandLine &line)
     while (!m_isOver) {
         QLocalSocket source;
         source.connectToServer(m_socketPath);
-        if (source.waitForConnected(connectTime.count()))
+        if (source.waitForConnected(sourceConnectTime.count()))
             follow(source);
         else
             startSource();

@@ -6,7 +6,7 @@
 namespace {
 
 const QString key = QStringLiteral("request");
-const QString raise = QStringLiteral("raise");
+const QString raising = QStringLiteral("raise");
 const QString reading = QStringLiteral("reading");
 const QString situation = QStringLiteral("situation");
 const QString follow = QStringLiteral("follow");
@@ -20,7 +20,7 @@ const QString yields = QStringLiteral("yields");
 QJsonObject raiseRequest(const ActivationRight &right)
 {
     QJsonObject object = right.toJson();
-    object.insert(key, raise);
+    object.insert(key, raising);
     return object;
 }
 
@@ -67,7 +67,7 @@ bool isYield(const QJsonObject &answer)
 InstanceRequest requestOf(const QJsonObject &object)
 {
     const QString name = object.value(key).toString();
-    if (name == raise)
+    if (name == raising)
         return InstanceRequest::Raise;
     if (name == reading)
         return InstanceRequest::Reading;
