@@ -36,24 +36,9 @@ void PostalScaleAppDelegate::Autofill(int carrier)
     const auto destination = destinationOf(carrier);
     if (destination && !m_parcel.lets(*destination))
         return;
-    fillPage(carrier);
-}
-
-void PostalScaleAppDelegate::fillPage(int carrier)
-{
     m_parcel.noteFill();
     m_carrierPages.Autofill(carrier);
     m_parcel.noteSent(safari->hasSent());
-}
-
-void PostalScaleAppDelegate::fillPageThatCameBack()
-{
-    if (SendtoUSPS == 1 && m_parcel.letsAgain(Destination::Usps))
-        fillPage(carrier::usps);
-    if (SendtoUPS == 1 && m_parcel.letsAgain(Destination::Ups))
-        fillPage(carrier::ups);
-    if (SendtoFedex == 1 && m_parcel.letsAgain(Destination::Fedex))
-        fillPage(carrier::fedex);
 }
 
 void PostalScaleAppDelegate::notePageFilled(const QString &carrier)

@@ -119,9 +119,6 @@ public:
     }
     /// @param carrier whose page has taken the weight, as a person names it
     void notePageFilled(const QString &carrier);
-    /// The page in front posted itself back when it got the weight. Where only settled weights
-    /// leave, no further reading would fill it.
-    void fillPageThatCameBack();
 
     // What the scale link reads and writes
     void setUnitCaptionHidden(bool hidden) override { unitLBl->setHidden(hidden); }
@@ -162,7 +159,6 @@ private:
     void lookForScaleAgain();
     /// Around a sleep, a scale that is announced anew must not be polled by the old timer too.
     void endPollingAroundSleep();
-    void fillPage(int carrier);
     /// A scale that was on reports that it is off, though nobody here has switched it off.
     void noticeScaleOff(ReadOutcome outcome);
     void forgetScalePower();

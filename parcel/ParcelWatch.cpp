@@ -133,12 +133,6 @@ bool ParcelWatch::lets(Destination destination) const
     return !m_settledOnly || (m_leaves && textsTell(destination, texts(), m_grams));
 }
 
-bool ParcelWatch::letsAgain(Destination destination) const
-{
-    return m_settledOnly && m_weight.state() == SettledWeight::State::Settled &&
-           m_weight.hasLeft() && textsTell(destination, texts(), m_grams);
-}
-
 void ParcelWatch::noteCopied()
 {
     m_isCopied = true;

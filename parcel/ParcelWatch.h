@@ -53,9 +53,6 @@ public:
 
     /// Always, unless only settled weights leave. For the texts of the reading under way.
     bool lets(Destination destination) const;
-    /// Whether what has left once, as only settled weights do, lies on the pan and may go into a
-    /// page that came back without it.
-    bool letsAgain(Destination destination) const;
 
     /// What the present reading's texts were put onto, or are being put into.
     void noteCopied();

@@ -32,14 +32,12 @@
         return typeof element?.value === 'string' ? element : null;
     }
 
-    function assign(fieldName, literal, {written, onlyEmpty}) {
+    function assign(fieldName, literal, written) {
         const element = fieldNamed(fieldName);
         if (!element || !numberShape.test(literal))
             return;
         const number = Number(literal);
         const before = written.get(element)?.before ?? element.value;
-        if (onlyEmpty && before !== '')
-            return;
         element.value = number;
         written.set(element, {name: fieldName, number, before});
     }
@@ -49,10 +47,10 @@
     const isChecked = (id) => document.getElementById(id)?.checked === true;
 
     /** A text of any other shape does nothing, and is no question. */
-    function run(text, answers, fields) {
+    function run(text, answers, written) {
         const assignment = assignmentShape.exec(text);
         if (assignment)
-            return assign(assignment[1], assignment[2], fields);
+            return assign(assignment[1], assignment[2], written);
         const value = valueShape.exec(text);
         const checked = value ? null : checkedShape.exec(text);
         if (!value && !checked)
@@ -62,9 +60,8 @@
     }
 
     /** Each step in its turn: what one writes, another may ask for. Returns which of those with a
-     *  note were due, counted from 0.
-     *  @param fields those written, and whether only empty ones are */
-    function walk(steps, fields) {
+     *  note were due, counted from 0. */
+    function walk(steps, written) {
         const answers = [];
         const due = [];
         let notes = 0;
@@ -78,7 +75,7 @@
                     continue;
                 if (number !== null)
                     due.push(number);
-                run(text, answers, fields);
+                run(text, answers, written);
             } catch {
                 // such as a file field, which no script may fill
             }
@@ -212,9 +209,9 @@
     }
 
     /** @param answer gets the numbers of fields, and the notes that were due */
-    function fill({steps, quiet, onlyEmpty}, announce, answer) {
+    function fill({steps, quiet}, announce, answer) {
         const written = new Map();
-        const notes = walk(steps, {written, onlyEmpty});
+        const notes = walk(steps, written);
         const news = quiet ? new Set() : tell(written, announce);
         afterPage(() => {
             const changed = lookBack(written, quiet);
@@ -243,13 +240,12 @@
         opened.onMessage.addListener(({id, steps, quiet, toldBefore}) => {
             if (port !== opened)
                 return;
-            const isBack = remember(toldBefore);
+            remember(toldBefore);
             const announce = (nowTold) => {
                 opened.postMessage({told: nowTold});
                 isDeedKnown = false;
             };
-            // What it came back with is its own doing.
-            fill({steps, quiet, onlyEmpty: isBack}, announce, (fields, notes) => {
+            fill({steps, quiet}, announce, (fields, notes) => {
                 if (port === opened)
                     opened.postMessage({id, fields, notes});
             });
@@ -262,15 +258,14 @@
 
     /** What the page that posted itself back, or loaded itself anew, was told: before any deed in
      *  this one. Who goes back to a page wants it told anew; so does who loads it anew by a key,
-     *  which was a deed in the one before. Returns whether this is such a page. */
+     *  which was a deed in the one before. */
     function remember(toldBefore) {
         // A page that was kept knows better.
         if (!toldBefore || told.size > 0 ||
             performance.getEntriesByType('navigation')[0]?.type === 'back_forward')
-            return false;
+            return;
         for (const [fieldName, number] of toldBefore)
             told.set(fieldName, {number, element: null, deeds: 0, held: null, changed: false});
-        return true;
     }
 
     let isDeedKnown = false; // to the extension, since the page was last told

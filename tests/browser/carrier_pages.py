@@ -172,23 +172,13 @@ def _events(_):
     return _box("weight") + _box("weight1") + _EVENTS
 
 
-_SUBMIT = """
+def _postback(_):
+    """Sends itself at each change, and comes back empty."""
+    return _box("weight") + """
 <script>
     document.forms[0].addEventListener("change", (event) => event.target.form.submit());
 </script>
 """
-
-
-def _postback(query):
-    """Sends itself at each change, and comes back empty; after a while only if the query says so."""
-    slow = '<input type="hidden" name="slow">' if "then-slow" in query else ""
-    return _box("weight") + slow + _SUBMIT
-
-
-def _rounding(query):
-    """Sends itself at each change, and comes back with a number of the server's own."""
-    number = str(round(float(query["weight"][0]))) if "weight" in query else ""
-    return _box("weight", number) + _SUBMIT
 
 
 def _remade(_):
@@ -391,7 +381,6 @@ _BODIES = {
     "/transcript": _transcript,
     "/events": _events,
     "/postback": _postback,
-    "/rounding": _rounding,
     "/remade": _remade,
     "/masked": _masked,
     "/late": _late,

@@ -96,20 +96,6 @@ class EventsTest(TellingTest):
             self.assertEqual(self.site.loads(path), opened + times)
             self.assertEqual(self.values(self.page, ["weight"]), {"weight": str(number)})
 
-    def test_a_page_that_comes_back_with_a_number_of_its_own(self):
-        """The first plan leaves it there; with settled weights only, there is no other."""
-        self.open("/rounding")
-        self.assertNotIn("again", self.stand_in.page)
-        opened = self.site.loads("/rounding")
-        self.weigh(2.205)
-        wait_until(lambda: self.site.loads("/rounding") == opened + 1, "the page back", SLOW_START)
-        self.stand_in.wait_for_page("www.ups.com")
-        self.assertIs(self.stand_in.page["again"], True)
-        self.assertEqual(self.weigh(2.205), (0, 0))
-        self.assertEqual(self.values(self.page, ["weight"]), {"weight": "2"})
-        self.assertEqual(self.weigh(2.205), (1, 0))
-        self.assertEqual(self.site.loads("/rounding"), opened + 1)
-
     def test_a_page_that_is_opened_anew_is_told_anew(self):
         self.open("/events")
         self.weigh(2.205)

@@ -316,35 +316,6 @@ private slots:
         }
     }
 
-    /// It is filled once more with the parcel that lies on the pan, and with nothing else.
-    void aPageThatCameBackIsFilledAgain()
-    {
-        start();
-        window().checkUPS->click();
-        chooseUnit(window().rg1);
-        const auto fillAgain = [this] {
-            m_browser.take();
-            window().fillPageThatCameBack();
-            return m_browser.take();
-        };
-        readAll({ounces1234, ounces1234, ounces1234});
-        const QStringList oneReading = m_browser.take().mid(0, 28);
-        QCOMPARE(fillAgain(), QStringList()); // the next reading will
-        window().checkSettledOnly->click();
-        read(empty);
-        QCOMPARE(fillAgain(), QStringList());
-        readAll({ounces1234, ounces1234});
-        QCOMPARE(fillAgain(), QStringList());
-        read(ounces1234);
-        QCOMPARE(m_browser.take(), oneReading);
-        read(ounces1234);
-        QCOMPARE(fillAgain(), oneReading);
-        read(empty);
-        QCOMPARE(fillAgain(), QStringList());
-        readAll({ounces1234, ounces1234, ounces1234, Report()}); // a read that fails
-        QCOMPARE(fillAgain(), QStringList());
-    }
-
     /// Before a unit is chosen, the pounds and ounces are right already.
     void uspsNeedsNoUnit()
     {
