@@ -124,8 +124,11 @@ private slots:
     void aReadingIsOneMessage()
     {
         const auto peer = uspsPeer();
-        const FillPlan first{{{weightBox}, {secondBox}, {assignment, {0}, {1}}}};
-        const FillPlan second{{{secondBox}, {weighing(2), {0}}}};
+        const auto question = [](const QString &text) {
+            return FillStep{.text = text, .isQuestion = true};
+        };
+        const FillPlan first{{question(weightBox), question(secondBox), {assignment, {0}, {1}}}};
+        const FillPlan second{{question(secondBox), {weighing(2), {0}}}};
         QVERIFY(m_fixture->post(first));
         QVERIFY(m_fixture->post(second));
         QVERIFY(!peer->receive(0));
