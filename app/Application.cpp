@@ -64,8 +64,6 @@ void Application::linkBrowsers()
             &PostalScaleAppDelegate::showBrowserStatus);
     connect(m_browserLink.get(), &BrowserLink::pageWritten, m_delegate.get(),
             &PostalScaleAppDelegate::notePageFilled);
-    connect(m_browserLink.get(), &BrowserLink::pageCameBack, m_delegate.get(),
-            &PostalScaleAppDelegate::fillPageThatCameBack);
     m_browserLink->listenAt(BrowserServer::defaultPath());
     m_delegate->showBrowserStatus(m_browserLink->statusText());
 }

@@ -61,16 +61,6 @@ bool PostalScaleAppDelegate::captureReading()
     return true;
 }
 
-void PostalScaleAppDelegate::fillPageThatCameBack()
-{
-    if (SendtoUSPS == 1 && m_parcel.letsAgain(Destination::Usps))
-        fillPage(carrier::usps);
-    if (SendtoUPS == 1 && m_parcel.letsAgain(Destination::Ups))
-        fillPage(carrier::ups);
-    if (SendtoFedex == 1 && m_parcel.letsAgain(Destination::Fedex))
-        fillPage(carrier::fedex);
-}
-
 void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
 {
     m_parcel.notePageFilled(carrier);

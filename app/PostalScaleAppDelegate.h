@@ -125,9 +125,6 @@ public:
     }
     /// @param carrier whose page has taken the weight, as a person names it
     void notePageFilled(const QString &carrier);
-    /// The page in front posted itself back when it got the weight. Where only settled weights
-    /// leave, no further reading would fill it.
-    void fillPageThatCameBack();
 
     // What the scale link reads and writes
     void setUnitCaptionHidden(bool hidden) override { unitLBl->setHidden(hidden); }

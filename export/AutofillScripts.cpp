@@ -3,8 +3,6 @@
 
 #include "export/AutofillScripts.h"
 
-#include "base/NumberText.h"
-
 #include <array>
 #include <charconv>
 
@@ -189,9 +187,4 @@ QString scriptText(const char *literal, const QString &text)
 {
     const std::string_view start = scriptStart(literal);
     return QLatin1String(start.data(), static_cast<qsizetype>(start.size())) + text;
-}
-
-QString scriptText(const char *literal, float number)
-{
-    return scriptText(literal, fixedText(number, 6));
 }

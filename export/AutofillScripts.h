@@ -70,5 +70,3 @@ float poundsFromGrams(const QString &grams);
 std::string_view scriptStart(const char *literal);
 /// @p literal with @p text in place of its %@ or %f.
 QString scriptText(const char *literal, const QString &text);
-/// @p literal with @p number in place of its %f.
-QString scriptText(const char *literal, float number);

@@ -207,7 +207,7 @@ FillPlan fillPlan(const FillProcedure &procedure, const WeightTexts &weight)
         case Kind::TakeTotals: texts.takeTotals(); break;
         case Kind::AskEmpty:
         case Kind::AskChecked:
-            plan.steps.append(FillStep{.text = {}, .start = step.literal});
+            plan.steps.append(FillStep{.text = {}, .start = step.literal, .isQuestion = true});
             break;
         case Kind::Assign:
             plan.steps.append({.text = texts.text(step.value),

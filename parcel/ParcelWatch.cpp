@@ -173,12 +173,6 @@ bool ParcelWatch::mayLeaveNow(Destination destination) const
            textsTell(destination, texts(), m_grams);
 }
 
-bool ParcelWatch::letsAgain(Destination destination) const
-{
-    return m_settledOnly && m_weight.state() == SettledWeight::State::Settled &&
-           m_weight.hasLeft() && textsTell(destination, texts(), m_grams);
-}
-
 void ParcelWatch::noteCopied()
 {
     m_isCopied = true;

@@ -56,9 +56,6 @@ public:
 
     /// Always, unless only settled weights leave. For the texts of the reading under way.
     bool lets(Destination destination) const;
-    /// Whether what has left once, as only settled weights do, lies on the pan and may go into a
-    /// page that came back without it.
-    bool letsAgain(Destination destination) const;
 
     /// Whether the weight on the pan may go there when a person asks for it.
     bool mayLeaveNow(Destination destination) const;

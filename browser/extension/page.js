@@ -15,8 +15,11 @@
     const checkedShape = new RegExp(String.raw`^document\.getElementById\('${name}'\)\.checked$`);
     // A number as a script spells it. With a leading zero a script means something else.
     const numberShape = /^-?(?:(?:0|[1-9]\d*)(?:\.\d*)?|\.\d+)(?:[eE][+-]?\d+)?$/;
-    /** A number as a page may show it, with no other after it. */
-    const shownShape = /^\s*([+-]?(?:\d+[.,]?\d*|[.,]\d+)(?:e[+-]?\d+)?)[^\d,]*$/i;
+    /** What a page may show, with no other number after it. */
+    const shownShape = /^\s*([+-]?[\d.,]*\d[.,]?)[^\d,]*$/;
+    const plainShape = /^[+-]?(?:\d+[.,]?\d*|[.,]\d+)$/;
+    const commaGroupsShape = /^[+-]?[1-9]\d{0,2}(?:,\d{3})+(?:\.\d*)?$/;
+    const pointGroupsShape = /^[+-]?[1-9]\d{0,2}(?:\.\d{3})+(?:,\d*)?$/;
     // Not by a name: the page's elements are properties of the global object by theirs.
     const connectKey = Symbol.for('org.postalscale.connect');
 
@@ -32,14 +35,12 @@
         return typeof element?.value === 'string' ? element : null;
     }
 
-    function assign(fieldName, literal, {written, onlyEmpty}) {
+    function assign(fieldName, literal, written) {
         const element = fieldNamed(fieldName);
         if (!element || !numberShape.test(literal))
             return;
         const number = Number(literal);
         const before = written.get(element)?.before ?? element.value;
-        if (onlyEmpty && before !== '')
-            return;
         element.value = number;
         written.set(element, {name: fieldName, number, before});
     }
@@ -49,10 +50,10 @@
     const isChecked = (id) => document.getElementById(id)?.checked === true;
 
     /** A text of any other shape does nothing, and is no question. */
-    function run(text, answers, fields) {
+    function run(text, answers, written) {
         const assignment = assignmentShape.exec(text);
         if (assignment)
-            return assign(assignment[1], assignment[2], fields);
+            return assign(assignment[1], assignment[2], written);
         const value = valueShape.exec(text);
         const checked = value ? null : checkedShape.exec(text);
         if (!value && !checked)
@@ -62,9 +63,8 @@
     }
 
     /** Each step in its turn: what one writes, another may ask for. Returns which of those with a
-     *  note were due, counted from 0.
-     *  @param fields those written, and whether only empty ones are */
-    function walk(steps, fields) {
+     *  note were due, counted from 0. */
+    function walk(steps, written) {
         const answers = [];
         const due = [];
         let notes = 0;
@@ -78,7 +78,7 @@
                     continue;
                 if (number !== null)
                     due.push(number);
-                run(text, answers, fields);
+                run(text, answers, written);
             } catch {
                 // such as a file field, which no script may fill
             }
@@ -90,7 +90,8 @@
     // keeps a record of its own believes an event alone, and may go by each of them to ask a server
     // for a price, or post itself back.
 
-    /** By field name: the number that was told last, where, and what stood there afterwards. */
+    /** By field name: the number that was told last, what the page showed for it then, where the
+     *  field is, and what the latest plan left in it. */
     let told = new Map();
     /** Deeds of the person in the page: whatever the page shows after one may be another parcel's. */
     let deeds = 0;
@@ -101,7 +102,11 @@
             return true;
         // A page that paints over its field, makes it anew or is loaded anew, all by itself, would
         // do so again.
-        return last.deeds !== deeds && (last.element !== element || last.held !== before);
+        if (last.deeds === deeds)
+            return false;
+        if (before === '')
+            return last.element !== element || last.held !== '';
+        return before !== last.held && before !== last.shown;
     }
 
     const toldSinceDeed = () => [...told].filter(([, last]) => last.deeds === deeds);
@@ -111,40 +116,86 @@
     function tell(written, announce) {
         const news = [...written].filter(([element, field]) => isNews(field, element));
         for (const [element, {name: fieldName, number}] of news)
-            told.set(fieldName, {number, element, deeds, held: null, changed: false});
+            told.set(fieldName, {number, element, deeds, shown: null, held: null, changed: false});
         if (news.length > 0)
             announce(toldSinceDeed().map(([fieldName, {number}]) => [fieldName, number]));
-        for (const [element] of news) {
-            element.dispatchEvent(new Event('input', {bubbles: true}));
-            element.dispatchEvent(new Event('change', {bubbles: true}));
+        const heard = new Set();
+        for (const [element, {name: fieldName, number}] of news) {
+            // What is told of one field may make the others anew. An empty one has the next plan's.
+            if (!dispatch('input', element, fieldName, number)) {
+                told.delete(fieldName);
+                continue;
+            }
+            heard.add(fieldName);
+            dispatch('change', element, fieldName, number);
         }
-        return new Set(news.map(([, {name: fieldName}]) => fieldName));
+        return heard;
     }
 
-    /** A field may show more than the number, such as a unit, but no second one. Some have a comma
-     *  for the point. */
+    /** To the field that stands there by now, if it is the one that was written or holds the number
+     *  as well. */
+    function dispatch(type, element, fieldName, number) {
+        const standing = fieldNamed(fieldName);
+        if (!standing || (standing !== element && !holds(standing, number)))
+            return false;
+        standing.dispatchEvent(new Event(type, {bubbles: true}));
+        return true;
+    }
+
+    /** Whether "1,000" is one, in the language of the page. */
+    function isCommaDecimal(element) {
+        try {
+            const language = element.closest('[lang]')?.lang || 'en';
+            return new Intl.NumberFormat(language).format(0.5).includes(',');
+        } catch {
+            return false; // no such language
+        }
+    }
+
+    /** A number in one of the ways that pages have: with a comma for the point, or in groups. Where
+     *  both could be meant, one is a thousand times the other. */
+    function numberOf(text, element) {
+        const isPlain = plainShape.test(text);
+        const isComma = isPlain && isCommaDecimal(element);
+        if (commaGroupsShape.test(text) && !isComma)
+            return Number(text.replaceAll(',', ''));
+        if (pointGroupsShape.test(text) && (isComma || !isPlain))
+            return Number(text.replaceAll('.', '').replace(',', '.'));
+        return isPlain ? Number(text.replace(',', '.')) : NaN;
+    }
+
+    /** A field may show more than the number, such as a unit, but no second one. */
     function holds(element, number) {
+        // These have points whatever the page's language.
+        if (element.type === 'number' || element.type === 'range')
+            return element.valueAsNumber === number;
+        const written = String(number);
         const shown = shownShape.exec(element.value)?.[1];
-        return shown !== undefined && Number(shown.replace(',', '.')) === number;
+        return element.value === written || shown === written ||
+               (shown !== undefined && numberOf(shown, element) === number);
     }
 
     /** What has become of the fields, by name: the page may have made them anew. One that was told
      *  of a number and made another one of it goes on to mean that one, although the number is
      *  written again. */
-    function lookBack(written, quiet) {
+    function lookBack(written, news, quiet) {
         const changed = new Set();
         for (const [element, {name: fieldName, number}] of written) {
             const last = told.get(fieldName);
+            // A page that was busy may have had the next program's plan since.
+            const isOfThis = !quiet && last?.number === number;
             const standing = fieldNamed(fieldName);
             const isOther = !standing || !holds(standing, number);
             // A field that was made anew, and is empty, means no other number.
             const isAnew = standing !== element && !standing?.value;
-            if (last && !quiet) {
+            if (isOfThis) {
                 last.element = standing;
                 last.held = standing?.value;
+                if (news.has(fieldName))
+                    last.shown = last.held;
                 last.changed ||= isOther && !isAnew;
             }
-            if (isOther || (!quiet && last?.changed))
+            if (isOther || (isOfThis && last.changed))
                 changed.add(fieldName);
         }
         return changed;
@@ -154,17 +205,32 @@
 
     let badge = null;
     let badgeEnd = 0;
+    let outlines = [];
 
     function removeBadge() {
         clearTimeout(badgeEnd);
         badge?.remove();
         badge = null;
+        outlines = [];
+    }
+
+    /** What they are drawn around is not there any more. */
+    function removeOutlines() {
+        for (const each of outlines)
+            each.remove();
+        outlines = [];
     }
 
     function boxAt(styles) {
         const box = document.createElement('div');
         Object.assign(box.style, {position: 'fixed', boxSizing: 'border-box', ...styles});
         return box;
+    }
+
+    function isSeen(element) {
+        const {width, height} = element.getBoundingClientRect();
+        return width > 0 && height > 0 &&
+               element.checkVisibility({checkOpacity: true, checkVisibilityCSS: true});
     }
 
     function outline(element, color) {
@@ -191,8 +257,10 @@
                              background: changed.size > 0 ? changedColor : writtenColor,
                              borderRadius: '6px', font: '14px system-ui, sans-serif'});
         label.textContent = words(count, changed.size);
-        const outlines = [...news].filter(fieldNamed).map((fieldName) =>
-            outline(fieldNamed(fieldName), changed.has(fieldName) ? changedColor : writtenColor));
+        outlines = [...news]
+            .map((fieldName) => [fieldNamed(fieldName), changed.has(fieldName)])
+            .filter(([element]) => element && isSeen(element))
+            .map(([element, isOther]) => outline(element, isOther ? changedColor : writtenColor));
         badge.attachShadow({mode: 'closed'}).append(label, ...outlines);
         document.documentElement.append(badge);
         badgeEnd = setTimeout(removeBadge, badgeTime);
@@ -212,12 +280,12 @@
     }
 
     /** @param answer gets the numbers of fields, and the notes that were due */
-    function fill({steps, quiet, onlyEmpty}, announce, answer) {
+    function fill({steps, quiet}, announce, answer) {
         const written = new Map();
-        const notes = walk(steps, {written, onlyEmpty});
+        const notes = walk(steps, written);
         const news = quiet ? new Set() : tell(written, announce);
         afterPage(() => {
-            const changed = lookBack(written, quiet);
+            const changed = lookBack(written, news, quiet);
             answer({written: written.size, changed: changed.size}, notes);
             try {
                 if (news.size > 0)
@@ -243,13 +311,12 @@
         opened.onMessage.addListener(({id, steps, quiet, toldBefore}) => {
             if (port !== opened)
                 return;
-            const isBack = remember(toldBefore);
+            remember(toldBefore);
             const announce = (nowTold) => {
                 opened.postMessage({told: nowTold});
                 isDeedKnown = false;
             };
-            // What it came back with is its own doing.
-            fill({steps, quiet, onlyEmpty: isBack}, announce, (fields, notes) => {
+            fill({steps, quiet}, announce, (fields, notes) => {
                 if (port === opened)
                     opened.postMessage({id, fields, notes});
             });
@@ -262,15 +329,15 @@
 
     /** What the page that posted itself back, or loaded itself anew, was told: before any deed in
      *  this one. Who goes back to a page wants it told anew; so does who loads it anew by a key,
-     *  which was a deed in the one before. Returns whether this is such a page. */
+     *  which was a deed in the one before. */
     function remember(toldBefore) {
         // A page that was kept knows better.
         if (!toldBefore || told.size > 0 ||
             performance.getEntriesByType('navigation')[0]?.type === 'back_forward')
-            return false;
+            return;
         for (const [fieldName, number] of toldBefore)
-            told.set(fieldName, {number, element: null, deeds: 0, held: null, changed: false});
-        return true;
+            told.set(fieldName, {number, element: null, deeds: 0, shown: null, held: null,
+                                 changed: false});
     }
 
     let isDeedKnown = false; // to the extension, since the page was last told
@@ -315,6 +382,8 @@
     // A page that is left may be kept, and shown again as it was.
     addEventListener('pagehide', leave, {capture: true});
     addEventListener('pageshow', enter, {capture: true});
+    for (const move of ['scroll', 'resize'])
+        addEventListener(move, removeOutlines, {capture: true, passive: true});
     // Not a reset, which a page's script may do as well: a person's comes of a click or a key.
     for (const deed of ['pointerdown', 'keydown', 'click', 'input'])
         addEventListener(deed, noteDeed, {capture: true, passive: true});

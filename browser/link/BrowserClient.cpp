@@ -111,8 +111,6 @@ bool BrowserClient::handle(const BrowserCurrent &message)
 {
     m_current = message.page;
     emit changed();
-    if (message.isBack)
-        emit pageCameBack();
     return true;
 }
 

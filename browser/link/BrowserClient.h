@@ -53,8 +53,6 @@ public:
 signals:
     void changed();
     void sent();
-    /// The current page has just come back, all by itself, of one that was told of a weight.
-    void pageCameBack();
     /// A plan has been done. No fields: the page was gone.
     void ran(std::uint32_t page, const FillPlan &plan, const std::optional<FilledFields> &fields);
     void closed();

@@ -148,10 +148,6 @@ void BrowserLink::attach(QLocalSocket *peer)
                            const std::optional<FilledFields> &fields) {
                 noteFields(client, page, plan, fields);
             });
-    connect(client, &BrowserClient::pageCameBack, this, [this, client] {
-        if (client == frontClient())
-            emit pageCameBack();
-    });
     connect(client, &BrowserClient::sent, &m_silenceCheck, qOverload<>(&QTimer::start));
     connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
 }

@@ -41,9 +41,6 @@ signals:
     /// that number.
     /// @param carrier the page's, as a person names it
     void pageWritten(const QString &carrier);
-    /// The page in front has come back, all by itself, of one that was told of a weight. What is
-    /// posted for it now goes into its empty fields only.
-    void pageCameBack();
 
 private:
     friend class LinkedApplication;

@@ -83,12 +83,9 @@ std::optional<BrowserMessage> parseCurrent(const QJsonValue &value)
         return BrowserCurrent{};
     const auto id = wholeNumber<std::uint32_t>(value[QLatin1String("page")]);
     const QString host = value[QLatin1String("host")].toString();
-    const QJsonValue again = value[QLatin1String("again")];
-    if (!id || !isHost(host) || !(again.isBool() || again.isUndefined()))
+    if (!id || !isHost(host))
         return std::nullopt;
-    return BrowserCurrent{.page =
-                              BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()},
-                          .isBack = again.toBool()};
+    return BrowserCurrent{BrowserPage{.id = *id, .host = isPlainWord(host) ? host : QString()}};
 }
 
 std::optional<BrowserMessage> parseFocused(const QJsonValue &value)

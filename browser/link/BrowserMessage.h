@@ -39,8 +39,6 @@ struct BrowserPage
 struct BrowserCurrent
 {
     std::optional<BrowserPage> page;
-    /// It has come of a page that was told of a weight, all by itself, and was not filled since.
-    bool isBack = false;
 };
 
 /// How long ago one of the browser's windows had the focus last. No time of day: browsers need not

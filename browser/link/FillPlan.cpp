@@ -5,21 +5,10 @@
 
 #include <algorithm>
 
-namespace {
-
-bool isAssignment(const FillStep &step)
-{
-    constexpr std::string_view mark = "].value=";
-    return step.start.find(mark) != std::string_view::npos ||
-           step.text.contains(QLatin1String(mark.data(), mark.size()));
-}
-
-} // namespace
-
 qsizetype FillPlan::questions() const
 {
     return std::count_if(steps.begin(), steps.end(),
-                         [](const FillStep &step) { return !isAssignment(step); });
+                         [](const FillStep &step) { return step.isQuestion; });
 }
 
 QList<const char *> FillPlan::notes() const

@@ -7,7 +7,7 @@
 #include <QString>
 #include <string_view>
 
-/// One text for the page, and what it depends on. A text without "].value=" is a question.
+/// One text for the page, and what it depends on.
 struct FillStep
 {
     QString text;              ///< what comes behind the start: this reading's, or all of it
@@ -18,6 +18,7 @@ struct FillStep
     std::string_view start = {};
     /// For the log, once it turns out that the step is due; lasts as long. Null without one.
     const char *note = nullptr;
+    bool isQuestion = false; ///< to which the page has an answer; else it is written into
 
     bool operator==(const FillStep &) const = default;
 };

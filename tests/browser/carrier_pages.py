@@ -56,8 +56,8 @@ def second_row_box(row):
     return row_box(row) + "_2"
 
 
-def _document(title, body):
-    return (f'<!doctype html><html lang="en"><head><meta charset="utf-8">'
+def _document(title, body, language):
+    return (f'<!doctype html><html lang="{html.escape(language)}"><head><meta charset="utf-8">'
             f"<title>{html.escape(title)}</title></head><body><form>{body}</form></body></html>")
 
 
@@ -172,23 +172,13 @@ def _events(_):
     return _box("weight") + _box("weight1") + _EVENTS
 
 
-_SUBMIT = """
+def _postback(_):
+    """Sends itself at each change, and comes back empty."""
+    return _box("weight") + """
 <script>
     document.forms[0].addEventListener("change", (event) => event.target.form.submit());
 </script>
 """
-
-
-def _postback(query):
-    """Sends itself at each change, and comes back empty; after a while only if the query says so."""
-    slow = '<input type="hidden" name="slow">' if "then-slow" in query else ""
-    return _box("weight") + slow + _SUBMIT
-
-
-def _rounding(query):
-    """Sends itself at each change, and comes back with a number of the server's own."""
-    number = str(round(float(query["weight"][0]))) if "weight" in query else ""
-    return _box("weight", number) + _SUBMIT
 
 
 def _remade(_):
@@ -203,6 +193,62 @@ def _remade(_):
     make();
     document.getElementById("place").addEventListener("change", again);
     document.getElementById("next").addEventListener("click", again);
+</script>
+"""
+
+
+def _remade_pair(query):
+    """Replaces both its fields at each change; with `keep` each with the text of the one before."""
+    return '<div id="place"></div>' + _EVENTS + """
+<script>
+    const names = ["weight", "weight1"];
+    const make = (texts) => {
+        document.getElementById("place").innerHTML =
+            names.map((name, index) => `<input name="${name}" value="${texts[index]}">`).join("");
+    };
+    make(["", ""]);
+    document.addEventListener("change", () => {
+        make(names.map((name) => %s ? document.getElementsByName(name)[0].value : ""));
+    });
+</script>
+""" % ("true" if "keep" in query else "false")
+
+
+def _repainting(_):
+    """Shows two decimals of what it was told, and does so anew with each key in the other field."""
+    return _box("weight") + '<input name="note" id="note">' + _EVENTS + """
+<script>
+    const box = document.getElementsByName("weight")[0];
+    let known = "";
+    document.addEventListener("input", ({target}) => {
+        if (target === box)
+            known = Number(box.value).toFixed(2);
+        box.value = known;
+    });
+</script>
+"""
+
+
+def _shows(query):
+    """Whatever is put into it, it shows the text in the query."""
+    kind = html.escape(query.get("type", ["text"])[0])
+    return f'<input name="weight" step="any" type="{kind}">' + """
+<script>
+    document.getElementsByName("weight")[0].addEventListener(
+        "input", ({target}) => { target.value = new URLSearchParams(location.search).get("text"); });
+</script>
+"""
+
+
+def _waiting(_):
+    """At its first change it waits for a page that does not come."""
+    return _box("weight") + _box("weight1") + """
+<script>
+    document.addEventListener("change", () => {
+        const request = new XMLHttpRequest();
+        request.open("GET", "/empty?slow", false);
+        request.send();
+    }, {once: true});
 </script>
 """
 
@@ -268,10 +314,19 @@ def _slider(_):
     return '<input type="range" name="weight" min="0" max="10" step="1">'
 
 
+_LINK = """
+    let deliver = null;
+    window.chrome = {runtime: {connect: () => ({
+        onMessage: {addListener(listener) { deliver = listener; }},
+        onDisconnect: {addListener() {}},
+        postMessage() {},
+        disconnect() {},
+    })}};
+"""
+
 _INSTRUMENTS = """
     const ROWS = ["02", "05", "08", "11", "14"];
     let seen = [];
-    let deliver = null;
     let meddle = () => {};
 
     // A field is looked at before it is written: that counts as part of the writing. And what is
@@ -304,13 +359,6 @@ _INSTRUMENTS = """
             return own.call(this, key);
         };
     }
-    window.chrome = {runtime: {connect: () => ({
-        onMessage: {addListener(listener) { deliver = listener; }},
-        onDisconnect: {addListener() {}},
-        postMessage() {},
-        disconnect() {},
-    })}};
-
     const box = (name, part) =>
         part === 0 ? "" : `<input name="${name}" value="${part === 2 ? "" : "7"}">`;
     const button = (id, part) =>
@@ -353,10 +401,41 @@ _INSTRUMENTS = """
 """
 
 
-def _transcript(_):
+def _own_script(start):
     """The extension's script as a script of the page's own, which then sees all that it does."""
     script = (_EXTENSION / "page.js").read_text(encoding="utf-8")
-    return f"<script>{_INSTRUMENTS}</script><script>{script}</script>"
+    return f"<script>{_LINK}{start}</script><script>{script}</script>"
+
+
+def _transcript(_):
+    return _own_script(_INSTRUMENTS)
+
+
+_OUTLINES = """
+    let shadow = null;
+    const attach = Element.prototype.attachShadow;
+    Element.prototype.attachShadow = function (options) {
+        return shadow = attach.call(this, options);
+    };
+    function fill(...names) {
+        deliver({id: 1, quiet: false, toldBefore: null, steps: names.map(
+            (name) => `document.getElementsByName('${name}')[0].value=2`)});
+    }
+
+    /** The number of outlines beside the badge's own box; none before the badge is there. */
+    function outlines() {
+        return shadow && [...shadow.querySelectorAll("div")].filter(
+            (box) => box.style.border !== "").length;
+    }
+"""
+
+
+def _outlines(_):
+    return ('<input name="weight"><input type="hidden" name="weight1">'
+            '<input name="weight2" style="display: none"><input name="weight3" style="opacity: 0">'
+            '<input name="weight4" style="visibility: hidden">'
+            '<input name="weight5" style="width: 0; padding: 0; border: 0">'
+            '<p style="height: 5000px"></p>' + _own_script(_OUTLINES))
 
 
 def _empty(_):
@@ -391,8 +470,12 @@ _BODIES = {
     "/transcript": _transcript,
     "/events": _events,
     "/postback": _postback,
-    "/rounding": _rounding,
     "/remade": _remade,
+    "/remade-pair": _remade_pair,
+    "/repainting": _repainting,
+    "/shows": _shows,
+    "/waiting": _waiting,
+    "/outlines": _outlines,
     "/masked": _masked,
     "/late": _late,
     "/unit": _unit,
@@ -409,12 +492,12 @@ _BODIES = {
 
 def page(path, query):
     """The document, None if there is no such page. `title` in the query names its window, `record`
-    a field: the page keeps the time and the text of each input into it. With `continue` there is a
-    button that sends the form, and that brings the same page once more."""
+    a field: the page keeps the time and the text of each input into it, `lang` the page's language.
+    With `continue` there is a button that sends the form, and that brings the same page once more."""
     make_body = _BODIES.get(path)
     if make_body is None:
         return None
     body = make_body(query) + (_RECORDER if "record" in query else "")
     if "continue" in query or SUBMITTED in query:
         body += f'<button name="{SUBMITTED}">Continue</button>'
-    return _document(query.get("title", [path])[0], body)
+    return _document(query.get("title", [path])[0], body, query.get("lang", ["en"])[0])

@@ -30,6 +30,7 @@ class ProgramStandIn:
         connection.settimeout(PATIENCE)
         self._stream = MessageStream(connection)
         self._last_run = 0
+        self._unanswered = set()
         self.page = None
         self._stream.send({"hello": {"protocol": protocol, "version": "9.9"}})
         self.hello = self._stream.receive()["hello"]
@@ -54,9 +55,17 @@ class ProgramStandIn:
 
     def run(self, *steps):
         """The answer to a plan."""
+        self.post(*steps)
+        return self.wait_for_answer()
+
+    def post(self, *steps):
         self._last_run += 1
+        self._unanswered.add(self._last_run)
         self._stream.send(
             {"plan": {"id": self._last_run, "page": self.page["page"], "steps": steps}})
+
+    def wait_for_answer(self):
+        """To the latest plan."""
         while True:
             message = self._take()
             if "ran" in message and message["ran"]["id"] == self._last_run:
@@ -66,4 +75,7 @@ class ProgramStandIn:
         message = self._stream.receive()
         if "current" in message:
             self.page = message["current"]
+        # As the program, which would end the link.
+        if "ran" in message:
+            self._unanswered.remove(message["ran"]["id"])
         return message

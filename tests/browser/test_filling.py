@@ -13,7 +13,6 @@ USPS = "https://www.usps.com"
 UPS = "https://www.ups.com"
 FEDEX = "https://www.fedex.com"
 
-
 # 1000 g: 2 lb 4 oz, as ounces are rounded up; so 36 oz in all, or 2.25 lb. The decimal pounds are
 # rounded to the nearest thousandth.
 EXPORTED = "2.205"

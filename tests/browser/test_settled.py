@@ -98,41 +98,6 @@ class SettledCarriersTest(SettledTest):
         wait_until(lambda: self.values(page, empty) == empty,
                    lambda: f"a new page, still empty; it has {self.values(page, empty)}")
 
-    def open_postback(self, query=""):
-        self.page.go("about:blank")
-        self.page.go("https://www.ups.com/postback" + query)
-        self.wait_for_indicator(self.program, "UPS page open")
-        return self.site.loads("/postback")
-
-    def test_a_page_that_comes_back_by_itself(self):
-        """It is told of each parcel, comes back empty, and is filled; and that is all."""
-        opened = self.open_postback()
-        for times, grams in enumerate(PARCELS, 1):
-            self.put_on_the_pan(grams)
-            wait_until(lambda: self.site.loads("/postback") >= opened + times, "the page back",
-                       SLOW_START)
-            weight = {"weight": PARCELS[grams][2]}
-            self.wait_for_values(self.page, weight)
-            self.program.wait_for_polls(10)
-            self.assertEqual(self.site.loads("/postback"), opened + times)
-            self.assertEqual(self.values(self.page, weight), weight)
-            self.lift()
-
-    def test_a_page_that_comes_back_when_the_parcel_is_gone(self):
-        self.site.hold_slow_pages()
-        self.addCleanup(self.site.answer_slow_pages)
-        opened = self.open_postback("?then-slow")
-        self.put_on_the_pan(1000)
-        self.assertTrue(self.site.wait_for_slow_page(SLOW_START))
-        self.lift()
-        self.site.answer_slow_pages()
-        wait_until(lambda: "slow" in self.page.evaluate("location.search")
-                   and self.page.evaluate("document.readyState") == "complete", "the page back",
-                   SLOW_START)
-        self.program.wait_for_polls(5)
-        self.assertEqual(self.values(self.page, ["weight"]), {"weight": ""})
-        self.assertEqual(self.site.loads("/postback"), opened + 1)
-
     def test_a_page_opened_in_between(self):
         address, fields = CARRIERS["UPS"]
         self.page.go(address + "?title=first")

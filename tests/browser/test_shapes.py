@@ -8,6 +8,7 @@ from waiting import wait_until
 
 UPS = "https://www.ups.com"
 BOX = "document.getElementsByName('weight')[0].value"
+OTHER_BOX = "document.getElementsByName('weight1')[0].value"
 
 NUMBERS = {
     "0": "0", "36.000000": "36", "1.000": "1", "2.204": "2.204", "2.": "2", ".5": "0.5",
@@ -185,6 +186,42 @@ class OptionsPageTest(BrowserTest):
         text = f"document.getElementById('{element}').textContent"
         wait_until(lambda: page.evaluate(text).startswith(start),
                    lambda: f"{start!r} in {element}; it says {page.evaluate(text)!r}", SLOW_START)
+
+
+class NextProgramTest(BrowserTest):
+    """What a page answers to a program that is gone is nothing to the next one."""
+
+    def setUp(self):
+        self.site.hold_slow_pages()
+        self.addCleanup(self.site.answer_slow_pages)
+        self.stand_in = ProgramStandIn(self.session)
+        self.page.go("about:blank")
+        self.page.go(UPS + "/waiting")
+        self.stand_in.wait_for_page("www.ups.com")
+
+    def start_next_program(self):
+        """While the page is busy with the last plan of this one."""
+        self.stand_in.post(f"{BOX}=5")
+        self.assertTrue(self.site.wait_for_slow_page(SLOW_START))
+        self.stand_in.close()
+        self.stand_in = ProgramStandIn(self.session)
+        self.addCleanup(self.stand_in.close)
+        self.stand_in.wait_for_page("www.ups.com")
+
+    def test_an_answer_to_what_it_never_posted(self):
+        for _ in range(2):
+            self.stand_in.run("document.title")
+        self.start_next_program()
+        self.site.answer_slow_pages()
+        self.assertEqual(self.stand_in.fill(f"{BOX}=6"), number_of(1))
+        self.assertFalse(self.stand_in.has_more_to_read())
+
+    def test_plans_of_the_same_number(self):
+        self.start_next_program()
+        self.stand_in.post(f"{BOX}=6", f"{OTHER_BOX}=6")
+        self.site.answer_slow_pages()
+        self.assertEqual(self.stand_in.wait_for_answer()["fields"], {"written": 2, "changed": 0})
+        self.assertFalse(self.stand_in.has_more_to_read())
 
 
 class OtherProtocolTest(BrowserTest):

@@ -216,7 +216,10 @@ private slots:
 
     void numberTexts()
     {
-        QCOMPARE(scriptText(uspsRow(RowGroup::G11).total, 36.0F),
+        CurrentWeight weight;
+        weight.texts = kilogram;
+        QCOMPARE(scriptText(uspsRow(RowGroup::G11).total,
+                            ProcedureTexts(weight).text(PageValue::TotalOunces)),
                  QStringLiteral("document.getElementsByName('ctl00$ContentPlaceHolder1$ctl11$"
                                 "TextBoxWeight')[0].value=36.000000"));
     }
@@ -238,12 +241,12 @@ private slots:
             if (script.find(".value=") != std::string::npos)
                 assignments.push_back(script);
         }
-        const auto total = [](RowGroup group, float ounces) {
-            return scriptText(uspsRow(group).total, ounces).toStdString();
+        const auto total = [](RowGroup group, const char *ounces) {
+            return scriptText(uspsRow(group).total, QLatin1String(ounces)).toStdString();
         };
-        QCOMPARE(assignments,
-                 (std::vector<std::string>{total(RowGroup::G05, 36), total(RowGroup::G05, 52),
-                                           total(RowGroup::G02, 52)}));
+        QCOMPARE(assignments, (std::vector<std::string>{total(RowGroup::G05, "36.000000"),
+                                                        total(RowGroup::G05, "52.000000"),
+                                                        total(RowGroup::G02, "52.000000")}));
     }
 
     void aChoiceIsLoggedBeforeItIsServed()

@@ -68,7 +68,8 @@ QString textOf(const QJsonValue &step)
     return step.isString() ? step.toString() : step[QLatin1String("text")].toString();
 }
 
-/// Each line is a step; one that starts with a digit depends on that question.
+/// Each line is a step; one that starts with a digit depends on that question, one that ends with a
+/// question mark is one.
 FillPlan planOf(const QByteArray &bytes)
 {
     FillPlan plan;
@@ -76,6 +77,7 @@ FillPlan planOf(const QByteArray &bytes)
         FillStep step{QString::fromUtf8(line)};
         if (!line.isEmpty() && line.front() >= '0' && line.front() <= '9')
             step.ifAnswers.append(line.front() - '0');
+        step.isQuestion = line.endsWith('?');
         plan.steps.append(step);
     }
     return plan;

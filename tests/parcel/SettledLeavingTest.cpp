@@ -15,7 +15,7 @@ using Report = std::vector<std::uint8_t>;
 
 // status, low byte, high byte
 const Report empty{0x01, 0x00, 0x00};
-const Report grams1234{0x01, 0x34, 0x12};
+const Report parcel1234{0x01, 0x34, 0x12};
 const Report grams567{0x01, 0x67, 0x05};
 const Report ounces1234{0x02, 0x34, 0x12};
 const Report minus1234{0x81, 0x34, 0x12};
@@ -142,7 +142,7 @@ private slots:
         start();
         window().checkClipboard->click();
         chooseUnit(window().rg5);
-        QCOMPARE(clipboardAt({grams1234, grams1234, empty, {}, overload}),
+        QCOMPARE(clipboardAt({parcel1234, parcel1234, empty, {}, overload}),
                  QStringLiteral("1.234 1.234 0 0 0"));
     }
 
@@ -155,20 +155,22 @@ private slots:
             QTest::newRow(name) << reports << QString::fromLatin1(clipboard);
         };
         const Report failed;
-        row("put on and lifted", {empty, grams1234, grams1234, grams1234, grams1234, empty, empty},
+        row("put on and lifted",
+            {empty, parcel1234, parcel1234, parcel1234, parcel1234, empty, empty},
             ". . . 1.234 . . .");
-        row("two parcels", {grams1234, grams1234, grams1234, empty, grams567, grams567, grams567},
+        row("two parcels",
+            {parcel1234, parcel1234, parcel1234, empty, grams567, grams567, grams567},
             ". . 1.234 . . . 0.567");
-        row("more is put on", {grams567, grams567, grams567, grams1234, grams1234, grams1234},
+        row("more is put on", {grams567, grams567, grams567, parcel1234, parcel1234, parcel1234},
             ". . 0.567 . . 1.234");
-        row("a failed read", {grams1234, grams1234, failed, grams1234, grams1234, grams1234},
+        row("a failed read", {parcel1234, parcel1234, failed, parcel1234, parcel1234, parcel1234},
             ". . . . . 1.234");
         row("a failed read afterwards",
-            {grams1234, grams1234, grams1234, failed, grams1234, grams1234, grams1234},
+            {parcel1234, parcel1234, parcel1234, failed, parcel1234, parcel1234, parcel1234},
             ". . 1.234 . . . .");
         row("below zero", {minus1234, minus1234, minus1234}, ". . .");
         row("overload", {overload, overload, overload}, ". . .");
-        row("off", {grams1234, grams1234, grams1234, off, off, off}, ". . 1.234 . . .");
+        row("off", {parcel1234, parcel1234, parcel1234, off, off, off}, ". . 1.234 . . .");
         // A report whose weight is cut off is none.
         row("short reports", {{0x01, 0x34}, {0x01, 0x34}, {0x01, 0x34}}, ". . .");
     }
@@ -192,10 +194,10 @@ private slots:
         window().checkClipboard->click();
         window().checkSettledOnly->click();
         chooseUnit(window().rg5);
-        QCOMPARE(clipboardAt({grams1234, grams1234, grams1234}), QStringLiteral(". . 1.234"));
+        QCOMPARE(clipboardAt({parcel1234, parcel1234, parcel1234}), QStringLiteral(". . 1.234"));
         chooseUnit(window().rg1);
         // The scale's own report, from the first one in the new unit on.
-        QCOMPARE(clipboardAt({grams1234, ounces1234, ounces1234, ounces1234, ounces1234}),
+        QCOMPARE(clipboardAt({parcel1234, ounces1234, ounces1234, ounces1234, ounces1234}),
                  QStringLiteral(". . . 2.72 ."));
     }
 
@@ -205,9 +207,9 @@ private slots:
         window().checkClipboard->click();
         window().checkSettledOnly->click();
         chooseUnit(window().rg5);
-        QCOMPARE(clipboardAt({grams1234, grams1234, grams1234}), QStringLiteral(". . 1.234"));
+        QCOMPARE(clipboardAt({parcel1234, parcel1234, parcel1234}), QStringLiteral(". . 1.234"));
         window().holdAction();
-        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . . ."));
+        QCOMPARE(clipboardAt(std::vector(4, parcel1234)), QStringLiteral(". . . ."));
         window().holdAction();
         QCOMPARE(clipboardAt({empty, empty, empty}), QStringLiteral(". . ."));
     }
@@ -219,11 +221,11 @@ private slots:
         window().checkClipboard->click();
         window().checkSettledOnly->click();
         chooseUnit(window().rg5);
-        QCOMPARE(clipboardAt({grams1234}), QStringLiteral("."));
+        QCOMPARE(clipboardAt({parcel1234}), QStringLiteral("."));
         window().holdAction();
-        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . . ."));
+        QCOMPARE(clipboardAt(std::vector(4, parcel1234)), QStringLiteral(". . . ."));
         window().holdAction();
-        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . 1.234 ."));
+        QCOMPARE(clipboardAt(std::vector(4, parcel1234)), QStringLiteral(". . 1.234 ."));
     }
 
     /// A scale whose announcement was missed is read as the other type: as 13.26 kg.
@@ -234,9 +236,9 @@ private slots:
         window().checkSettledOnly->click();
         chooseUnit(window().rg5);
         m_app->link.setCurrentScale(1);
-        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . . ."));
+        QCOMPARE(clipboardAt(std::vector(4, parcel1234)), QStringLiteral(". . . ."));
         m_app->link.setCurrentScale(0);
-        QCOMPARE(clipboardAt(std::vector(4, grams1234)), QStringLiteral(". . 1.234 ."));
+        QCOMPARE(clipboardAt(std::vector(4, parcel1234)), QStringLiteral(". . 1.234 ."));
     }
 
     void aLateAnswerIsNotTakenForThisParcel()
@@ -244,7 +246,7 @@ private slots:
         start();
         window().SendtoUSPS = 1;
         chooseUnit(window().rg5);
-        readAll({grams1234, grams1234, grams1234});
+        readAll({parcel1234, parcel1234, parcel1234});
         m_browser.isSilent = true;
         readAll({empty, grams567, grams567, grams567});
         window().notePageFilled(QStringLiteral("USPS"));
@@ -260,13 +262,13 @@ private slots:
         window().checkClipboard->click();
         window().checkSettledOnly->click();
         chooseUnit(window().rg5);
-        readAll({grams1234, grams1234});
+        readAll({parcel1234, parcel1234});
         forgetClipboard();
         m_app->unplug();
         m_app->plug();
         m_app->stopPolling();
         QCOMPARE(QGuiApplication::clipboard()->text(), nothing);
-        QCOMPARE(clipboardAt({grams1234, grams1234, grams1234}), QStringLiteral(". . 1.234"));
+        QCOMPARE(clipboardAt({parcel1234, parcel1234, parcel1234}), QStringLiteral(". . 1.234"));
     }
 
     void switchingOffLeavesNothing()
@@ -275,10 +277,10 @@ private slots:
         window().checkClipboard->click();
         window().checkSettledOnly->click();
         chooseUnit(window().rg5);
-        readAll({grams1234, grams1234});
+        readAll({parcel1234, parcel1234});
         window().ON_Off_TareAction();
         // What comes with the request was weighed before it.
-        QCOMPARE(clipboardAt({grams1234, off}), QStringLiteral(". ."));
+        QCOMPARE(clipboardAt({parcel1234, off}), QStringLiteral(". ."));
     }
 
     /// In the first minutes the export text is 0 whatever is on the pan.
@@ -287,11 +289,11 @@ private slots:
         start();
         for (QCheckBox *box : {window().checkClipboard, window().checkSettledOnly})
             box->click();
-        QCOMPARE(clipboardAt({grams1234, grams1234, grams1234}), QStringLiteral(". . ."));
+        QCOMPARE(clipboardAt({parcel1234, parcel1234, parcel1234}), QStringLiteral(". . ."));
         QCOMPARE(window().lbLBL->text(), QStringLiteral("0"));
         QCOMPARE(window().leavesLbl->text(), QStringLiteral("does not leave: choose a unit"));
         chooseUnit(window().rg5);
-        QCOMPARE(clipboardAt({grams1234, grams1234, grams1234}), QStringLiteral(". . 1.234"));
+        QCOMPARE(clipboardAt({parcel1234, parcel1234, parcel1234}), QStringLiteral(". . 1.234"));
     }
 
     void eachCarrierIsFilledOnce()
@@ -316,42 +318,13 @@ private slots:
         }
     }
 
-    /// It is filled once more with the parcel that lies on the pan, and with nothing else.
-    void aPageThatCameBackIsFilledAgain()
-    {
-        start();
-        window().checkUPS->click();
-        chooseUnit(window().rg1);
-        const auto fillAgain = [this] {
-            m_browser.take();
-            window().fillPageThatCameBack();
-            return m_browser.take();
-        };
-        readAll({ounces1234, ounces1234, ounces1234});
-        const QStringList oneReading = m_browser.take().mid(0, 28);
-        QCOMPARE(fillAgain(), QStringList()); // the next reading will
-        window().checkSettledOnly->click();
-        read(empty);
-        QCOMPARE(fillAgain(), QStringList());
-        readAll({ounces1234, ounces1234});
-        QCOMPARE(fillAgain(), QStringList());
-        read(ounces1234);
-        QCOMPARE(m_browser.take(), oneReading);
-        read(ounces1234);
-        QCOMPARE(fillAgain(), oneReading);
-        read(empty);
-        QCOMPARE(fillAgain(), QStringList());
-        readAll({ounces1234, ounces1234, ounces1234, Report()}); // a read that fails
-        QCOMPARE(fillAgain(), QStringList());
-    }
-
     /// Before a unit is chosen, the pounds and ounces are right already.
     void uspsNeedsNoUnit()
     {
         start();
         for (QCheckBox *box : {window().checkUSPS, window().checkFedex, window().checkSettledOnly})
             box->click();
-        readAll({grams1234, grams1234, grams1234});
+        readAll({parcel1234, parcel1234, parcel1234});
         const QStringList scripts = m_browser.take();
         QVERIFY(scripts.contains(
             QStringLiteral("document.getElementsByName('shippingWeightInPounds')[0].value=2")));
@@ -363,9 +336,9 @@ private slots:
         start();
         window().checkSettledOnly->click();
         chooseUnit(window().rg5);
-        readAll({grams1234, grams1234, grams1234, grams1234});
+        readAll({parcel1234, parcel1234, parcel1234, parcel1234});
         window().checkClipboard->click();
-        QCOMPARE(clipboardAt({grams1234, grams1234, grams1234, grams1234}),
+        QCOMPARE(clipboardAt({parcel1234, parcel1234, parcel1234, parcel1234}),
                  QStringLiteral(". . 1.234 ."));
     }
 
@@ -374,11 +347,11 @@ private slots:
         start();
         QCOMPARE(window().exportCaption->text(), QStringLiteral("Export"));
         QCOMPARE(window().settledLbl->text(), QString());
-        read(grams1234);
+        read(parcel1234);
         QCOMPARE(window().settledLbl->text(), QStringLiteral("Settling"));
         QCOMPARE(window().exportCaption->text(), QStringLiteral("Export, lb"));
         QCOMPARE(window().leavesLbl->text(), QStringLiteral("leaves as 0: choose a unit"));
-        readAll({grams1234, grams1234});
+        readAll({parcel1234, parcel1234});
         QVERIFY(window().settledLbl->text().startsWith(QLatin1String("Settled since ")));
         const QString settled = window().settledLbl->text();
         chooseUnit(window().rg5);
@@ -398,7 +371,7 @@ private slots:
     {
         start();
         QTimer tick;
-        read(grams1234);
+        read(parcel1234);
         LaunchedApplication::pass(1000ms);
         window().pausereadtimer = true;
         window().readData(&tick);
@@ -408,11 +381,11 @@ private slots:
         window().readData(&tick);
         QCOMPARE(window().settledLbl->text(), QStringLiteral("Settling \u00b7 1 s old"));
         window().pausereadtimer = false;
-        read(grams1234);
+        read(parcel1234);
         QCOMPARE(window().settledLbl->text(), QStringLiteral("Settling"));
         window().holdAction();
         LaunchedApplication::pass(5000ms);
-        read(grams1234);
+        read(parcel1234);
         QCOMPARE(window().settledLbl->text(), QStringLiteral("Settling \u00b7 5 s old"));
         read({});
         QCOMPARE(window().settledLbl->text(), QStringLiteral("No reading for 5 s"));
@@ -425,7 +398,7 @@ private slots:
         chooseUnit(window().rg5);
         readAll({grams567, grams567, grams567, empty});
         window().checkUSPS->click();
-        readAll({grams1234, grams1234, grams1234});
+        readAll({parcel1234, parcel1234, parcel1234});
         window().notePageFilled(QStringLiteral("USPS"));
         readAll({empty});
         window().notePageFilled(QStringLiteral("UPS")); // with the empty pan
@@ -451,7 +424,7 @@ private slots:
             box->click();
         chooseUnit(window().rg5);
         m_browser.duringScript = [this] { window().notePageFilled(QStringLiteral("USPS")); };
-        readAll({grams1234, grams1234, grams1234});
+        readAll({parcel1234, parcel1234, parcel1234});
         QVERIFY(window().recentMenu->actions().constFirst()->text().endsWith(
             QLatin1String(": USPS page")));
     }
@@ -460,7 +433,7 @@ private slots:
     void recentWeightsBeforeAUnitIsChosen()
     {
         start();
-        readAll({grams1234, grams1234, grams1234});
+        readAll({parcel1234, parcel1234, parcel1234});
         window().recentMenu->actions().constFirst()->trigger();
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("1234"));
         QVERIFY(window().recentMenu->actions().constFirst()->text().startsWith(

@@ -124,8 +124,11 @@ private slots:
     void aReadingIsOneMessage()
     {
         const auto peer = uspsPeer();
-        const FillPlan first{{{weightBox}, {secondBox}, {assignment, {0}, {1}}}};
-        const FillPlan second{{{secondBox}, {weighing(2), {0}}}};
+        const auto question = [](const QString &text) {
+            return FillStep{.text = text, .isQuestion = true};
+        };
+        const FillPlan first{{question(weightBox), question(secondBox), {assignment, {0}, {1}}}};
+        const FillPlan second{{question(secondBox), {weighing(2), {0}}}};
         QVERIFY(m_fixture->post(first));
         QVERIFY(m_fixture->post(second));
         QVERIFY(!peer->receive(0));
@@ -413,28 +416,6 @@ private slots:
         fill(weighing(3));
         waitForStatus("No browser linked");
         QVERIFY(!fill(weighing(4)));
-    }
-
-    void aPageThatComesBackInFrontIsTold()
-    {
-        const auto peer = uspsPeer();
-        QSignalSpy back(&link(), &BrowserLink::pageCameBack);
-        connect(&link(), &BrowserLink::pageCameBack, &link(),
-                [this] { m_fixture->post({{{assignment}}}); });
-        peer->send(R"({"current":{"page":7,"host":"www.ups.com","again":false}})");
-        waitForStatus("Browser linked, UPS page open");
-        QCOMPARE(back.size(), 0);
-        peer->send(R"({"current":{"page":8,"host":"www.ups.com","again":true}})");
-        QTRY_COMPARE(back.size(), 1);
-        QCoreApplication::processEvents();
-        QCOMPARE(pageOf(peer->receive()), 8);
-
-        const auto front = attachedPeer({uspsPage, R"({"focused":0})"});
-        waitForStatus("Browser linked, USPS page open");
-        peer->send(R"({"current":{"page":9,"host":"www.ups.com","again":true}})");
-        front->send(R"({"current":{"page":2,"host":"www.fedex.com"}})");
-        waitForStatus("Browser linked, FedEx page open");
-        QCOMPARE(back.size(), 1);
     }
 
     /// In the plan's order, once the page has said so; never for a plan that no page has done.

@@ -120,9 +120,6 @@ private slots:
             R"({"current":{"page":1,"host":"www usps com"}})",
             R"({"current":{"page":1,"host":""}})",
             R"({"current":{"page":1,"host":"a/b~c"}})",
-            R"({"current":{"page":1,"host":"www.usps.com","again":1}})",
-            R"({"current":{"page":1,"host":"www.usps.com","again":"true"}})",
-            R"({"current":{"page":1,"host":"www.usps.com","again":null}})",
             R"({"current":{"page":1,"host":"a~b\n"}})",
             R"({"hello":{"protocol":2,"version":"2<img src='/'>","browser":"Firefox"}})",
             R"({"hello":{"protocol":2,"version":"","browser":"Firefox"}})",
@@ -175,11 +172,6 @@ private slots:
         QVERIFY(current);
         QCOMPARE(std::get<BrowserCurrent>(*current).page,
                  (BrowserPage{.id = 4, .host = QStringLiteral("a.ups.com")}));
-        QVERIFY(!std::get<BrowserCurrent>(*current).isBack);
-        const auto back =
-            parseBrowserMessage(R"({"current":{"page":4,"host":"a.ups.com","again":true}})");
-        QVERIFY(back);
-        QVERIFY(std::get<BrowserCurrent>(*back).isBack);
         const auto none = parseBrowserMessage(R"({"current":null})");
         QVERIFY(none);
         QVERIFY(!std::get<BrowserCurrent>(*none).page);
