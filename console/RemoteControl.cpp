@@ -24,7 +24,7 @@ const QString toggle = QStringLiteral("toggle");
 struct UnitName
 {
     QLatin1String name;
-    QRadioButton *Ui::MainWindow::*row;
+    QRadioButton *Ui::MainWindow::*row = nullptr;
 };
 
 const std::array<UnitName, 7> unitNames{{

@@ -155,7 +155,7 @@ void appendNumbers(std::string &json, const QList<int> &numbers)
 {
     json += '[';
     for (const int number : numbers) {
-        std::array<char, std::numeric_limits<int>::digits10 + 2> digits; // with its sign
+        std::array<char, std::numeric_limits<int>::digits10 + 2> digits{}; // with its sign
         const char *end = std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr;
         json.append(digits.data(), static_cast<std::size_t>(end - digits.data()));
         json += ',';
