@@ -39,11 +39,11 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     m_parcel.loseScale();
     m_carrierPages.forgetWaiting();
     showNotes();
-    if (!connected) {
+    if (!connected && !m_rest.isNear())
         forgetScalePower();
-        endPollingAroundSleep();
+    followAroundSleep(connected);
+    if (!connected)
         return;
-    }
     auto *timer = new RepeatingTimer(pollInterval, this);
     connect(timer, &RepeatingTimer::fired, this, [this, timer] { readData(timer); });
 }
@@ -66,8 +66,6 @@ void PostalScaleAppDelegate::showConnectionLamp()
 
 void PostalScaleAppDelegate::readData(QTimer *timer)
 {
-    if (m_rest.isOverdue())
-        wakeUp();
     if (pausereadtimer || m_rest.isResting() || link().isReadingOpen()) {
         showNotes();
         return;

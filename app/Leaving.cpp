@@ -22,7 +22,7 @@ std::optional<Destination> destinationOf(int carrierNumber)
 void PostalScaleAppDelegate::takeReport(const WeightReport &report, ReadOutcome outcome)
 {
     m_parcel.takeReport(report, outcome);
-    noticeScaleOff(outcome);
+    noticeScaleOff(report, outcome);
 }
 
 void PostalScaleAppDelegate::copyToClipboard(const QString &text)

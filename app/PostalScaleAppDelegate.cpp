@@ -61,6 +61,8 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
     setLink(*hid_obj);
     m_look.setTimerType(Qt::PreciseTimer);
     connect(&m_look, &QTimer::timeout, this, &PostalScaleAppDelegate::lookForReport);
+    m_search.setSingleShot(true);
+    connect(&m_search, &QTimer::timeout, this, &PostalScaleAppDelegate::lookForScaleAgain);
     connect(aboutItem, &QAction::triggered, this, [this] { showAbout(*window); });
     quitItem->setShortcut(QKeySequence::Quit);
     connect(quitItem, &QAction::triggered, window.get(), &QWidget::close);

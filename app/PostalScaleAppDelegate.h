@@ -172,14 +172,15 @@ private:
     void showScaleInTitle();
     void sendStartingUnit();
     void lookForScaleAgain();
-    /// Around a sleep, a scale that is announced anew must not be polled by the old timer too.
-    void endPollingAroundSleep();
+    /// Around a sleep, what goes is looked for again, and what comes must not be polled by the old
+    /// timer too.
+    void followAroundSleep(bool connected);
     void endPolling();
     /// The window offers what the scale in use can do.
     void followAbilities();
     void fillPage(int carrier);
     /// A scale that was on reports that it is off, though nobody here has switched it off.
-    void noticeScaleOff(ReadOutcome outcome);
+    void noticeScaleOff(const WeightReport &report, ReadOutcome outcome);
     void forgetScalePower();
     void showConnectionLamp();
     /// Whether the reading waits for its report.
@@ -201,7 +202,8 @@ private:
     QAction *m_markedModel = nullptr; ///< in the menu bar; null without models
     QTimer m_look; ///< for the report of a silent scale; runs as long as it is silent
     SleepRest m_rest;
-    bool m_scaleWasOn = false; ///< at its latest report
+    QTimer m_search;           ///< for the scale, and for the end of a sleep that nobody announces
+    bool m_scaleWasOn = false; ///< at its latest report that told
     bool m_isOffAsked = false; ///< from here; it has not reported it yet
     StatusArea m_statusArea;
     Panel m_panel;

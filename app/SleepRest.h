@@ -15,6 +15,8 @@ public:
     void begin();
     /// How long the machine slept.
     std::chrono::milliseconds wakeUp();
+    /// Within the time in which devices come and go: the scale is to be found once more.
+    void lookAgain() { m_isResting = m_isAwake = true; }
     void end() { m_isResting = m_isAwake = false; }
 
     /// The machine has not been said to be awake.

@@ -6,8 +6,8 @@
 #include "app/PostalScaleAppDelegate.h"
 #include "base/RepeatingTimer.h"
 
-#include <QTimer>
 #include <chrono>
+#include <optional>
 
 using namespace std::chrono_literals;
 
@@ -23,7 +23,8 @@ void PostalScaleAppDelegate::prepareForSleep()
     m_rest.begin();
     m_parcel.markOld();
     if (!isDeviceConnected)
-        endPollingAroundSleep();
+        endPolling();
+    m_search.start(searchInterval);
     showNotes();
 }
 
@@ -38,25 +39,42 @@ void PostalScaleAppDelegate::wakeUp()
 
 void PostalScaleAppDelegate::lookForScaleAgain()
 {
-    // The search of before one sleep is none of the next.
-    if (!m_rest.isResting() || m_rest.isAsleep())
-        return;
-    // After some time without a word of it, whatever holds it up is for the polls to tell.
-    const bool isFound = !isDeviceConnected || link().reopenHandle();
-    if (isFound || !m_rest.isLooking()) {
-        m_rest.end();
-        setSilent(link().isReadingOpen()); // one of before the sleep ended with its handle
+    if (m_rest.isOverdue()) {
+        wakeUp();
         return;
     }
-    QTimer::singleShot(searchInterval, this, &PostalScaleAppDelegate::lookForScaleAgain);
+    if (!m_rest.isResting())
+        return;
+    const bool isFound = !m_rest.isAsleep() && link().reopenHandle();
+    if (!isFound && (m_rest.isAsleep() || m_rest.isLooking())) {
+        m_search.start(searchInterval);
+        return;
+    }
+    // After some time without a word of it, whatever holds it up is for the polls to tell.
+    m_rest.end();
+    if (isFound && !isDeviceConnected) {
+        setStatusString(true);
+        setIsDeviceAlive(true);
+    }
+    if (!isDeviceConnected)
+        forgetScalePower();
+    setSilent(link().isReadingOpen()); // one of before the sleep ended with its handle
 }
 
-void PostalScaleAppDelegate::endPollingAroundSleep()
+void PostalScaleAppDelegate::followAroundSleep(bool connected)
 {
     if (!m_rest.isNear())
         return;
     endPolling();
-    m_rest.end();
+    if (m_rest.isAsleep())
+        return;
+    if (connected) {
+        m_rest.end();
+        return;
+    }
+    // It may be there all the same: any device that goes is taken for it.
+    m_rest.lookAgain();
+    m_search.start(searchInterval);
 }
 
 void PostalScaleAppDelegate::endPolling()
@@ -68,30 +86,28 @@ void PostalScaleAppDelegate::endPolling()
     }
 }
 
-void PostalScaleAppDelegate::noticeScaleOff(ReadOutcome outcome)
+void PostalScaleAppDelegate::noticeScaleOff(const WeightReport &report, ReadOutcome outcome)
 {
     const bool isLatest = hid_obj->TurnOff() && !hid_obj->TurnON();
     // The request rides on the poll, whatever comes back.
     const bool isUnderWay = (hid_obj->scaleCommand() & powerOffBit) != 0;
     m_isOffAsked = isLatest && (m_isOffAsked || isUnderWay);
-    if (outcome == ReadOutcome::Failed)
+    const auto isOn = outcome == ReadOutcome::Read ? toldDisplayOn(report) : std::nullopt;
+    if (!isOn)
         return;
-    const bool isOn = hid_obj->currentStatue();
-    if (isOn)
+    if (*isOn)
         m_statusArea.setNotice(StatusArea::Notice::Scale, {});
     else if (m_scaleWasOn && !m_isOffAsked)
         m_statusArea.setNotice(StatusArea::Notice::Scale,
                                QStringLiteral("The scale has switched itself off. Ctrl+P switches "
                                               "it on; tare is lost"));
-    m_scaleWasOn = isOn;
+    m_scaleWasOn = *isOn;
     // Granted; whatever switches it off later is not that.
-    m_isOffAsked = m_isOffAsked && isOn;
+    m_isOffAsked = m_isOffAsked && *isOn;
 }
 
 void PostalScaleAppDelegate::forgetScalePower()
 {
-    // One that the sleep takes away and brings back is the same one.
-    if (!m_rest.isNear())
-        m_scaleWasOn = false;
+    m_scaleWasOn = false;
     m_statusArea.setNotice(StatusArea::Notice::Scale, {});
 }

@@ -90,6 +90,25 @@ bool openEmptied(QFile &file, const QString &path, QString *trouble)
     return false;
 }
 
+bool appendWhole(QFile &file, QByteArray line, QString *trouble)
+{
+    const qint64 before = file.size();
+    // A disk that is nearly full takes a part, and only says why when it is given the rest.
+    while (!line.isEmpty()) {
+        const qint64 taken = file.write(line);
+        if (taken <= 0)
+            break;
+        line.remove(0, taken);
+    }
+    if (line.isEmpty())
+        return true;
+    *trouble = file.errorString();
+    // Half a line may read as another one.
+    file.resize(before);
+    file.close();
+    return false;
+}
+
 QString refusalOf(const QString &path, qint64 most)
 {
     struct stat facts = {};

@@ -24,6 +24,10 @@ std::optional<QByteArray> readRegularFile(const QString &path, qint64 most, QStr
 /// the reason in @p trouble, where that is not possible; nothing was changed then.
 bool openEmptied(QFile &file, const QString &path, QString *trouble);
 
+/// Appends all of @p line to a file opened so. Where that is not possible, closes it without any of
+/// it, with the reason in @p trouble.
+bool appendWhole(QFile &file, QByteArray line, QString *trouble);
+
 /// Why the file at @p path is not to be opened: it is no regular one, or has more than @p most KiB.
 /// Empty if it may be, or if there is none.
 QString refusalOf(const QString &path, qint64 most);

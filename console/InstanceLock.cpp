@@ -37,8 +37,12 @@ InstanceLock::Outcome InstanceLock::tryTake()
         return Outcome::Taken;
     if (m_descriptor < 0 && !open())
         return Outcome::Impossible;
-    if (flock(m_descriptor, LOCK_EX | LOCK_NB) != 0)
-        return Outcome::HeldByAnother;
+    if (flock(m_descriptor, LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EWOULDBLOCK)
+            return Outcome::HeldByAnother;
+        noteError(errno);
+        return Outcome::Impossible;
+    }
     m_isTaken = true;
     // For people, and for --doctor; nobody else relies on it.
     const QByteArray process = QByteArray::number(static_cast<qint64>(getpid())) + '\n';
@@ -58,7 +62,7 @@ qint64 InstanceLock::owner() const
     if (descriptor < 0)
         return 0;
     std::array<char, 16> text{};
-    const bool isHeld = flock(descriptor, LOCK_SH | LOCK_NB) != 0;
+    const bool isHeld = flock(descriptor, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
     const ssize_t length = pread(descriptor, text.data(), text.size() - 1, 0);
     close(descriptor);
     if (!isHeld || length <= 0)
@@ -78,9 +82,14 @@ bool InstanceLock::open()
         close(m_descriptor);
     const bool isOther = m_descriptor >= 0 || error == EISDIR || error == ELOOP;
     m_descriptor = -1;
-    m_trouble =
-        isOther
-            ? QStringLiteral("%1 is not a regular file").arg(m_path)
-            : QStringLiteral("%1: %2").arg(m_path, QString::fromLocal8Bit(std::strerror(error)));
+    if (isOther)
+        m_trouble = QStringLiteral("%1 is not a regular file").arg(m_path);
+    else
+        noteError(error);
     return false;
+}
+
+void InstanceLock::noteError(int number)
+{
+    m_trouble = QStringLiteral("%1: %2").arg(m_path, QString::fromLocal8Bit(std::strerror(number)));
 }

@@ -25,6 +25,8 @@ public:
 
 private:
     bool open();
+    /// @param number of the system's
+    void noteError(int number);
 
     QString m_path;
     QString m_trouble;

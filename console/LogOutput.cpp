@@ -39,22 +39,14 @@ void writeToFile(const QString &text)
 {
     QFile &file = sinks().file;
     const auto milliseconds = sinks().sinceStart.elapsed();
-    QByteArray line = QStringLiteral("%1.%2 %3\n")
-                          .arg(milliseconds / 1000)
-                          .arg(milliseconds % 1000, 3, 10, QLatin1Char('0'))
-                          .arg(text)
-                          .toUtf8();
-    // A disk that is nearly full takes a part, and only says why when it is given the rest.
-    while (!line.isEmpty()) {
-        const qint64 taken = file.write(line);
-        if (taken <= 0)
-            break;
-        line.remove(0, taken);
-    }
-    if (line.isEmpty())
+    const QByteArray line = QStringLiteral("%1.%2 %3\n")
+                                .arg(milliseconds / 1000)
+                                .arg(milliseconds % 1000, 3, 10, QLatin1Char('0'))
+                                .arg(text)
+                                .toUtf8();
+    QString reason;
+    if (appendWhole(file, line, &reason))
         return;
-    const QString reason = file.errorString();
-    file.close();
     // A message of the toolkit's would be one within another, and lose its category.
     sinks().standardError(QtWarningMsg,
                           QMessageLogContext(nullptr, 0, nullptr, systemLog().categoryName()),

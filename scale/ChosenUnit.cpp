@@ -61,6 +61,29 @@ void HIDManager::chooseUnit(int tag)
     set_Unit(unitindex());
 }
 
+UnitChoice HIDManager::units() const
+{
+    return {.unitnumber = m_state.unitnumber,
+            .unitindex = m_state.unitindex,
+            .currentUnit = m_state.currentUnit,
+            .dotunit = m_dotunit,
+            .lbOZlast = m_lbOZlast};
+}
+
+void HIDManager::setUnits(const UnitChoice &units)
+{
+    m_state.unitnumber = units.unitnumber;
+    m_state.unitindex = units.unitindex;
+    m_state.currentUnit = units.currentUnit;
+    m_dotunit = units.dotunit;
+    m_lbOZlast = units.lbOZlast;
+}
+
+ExportForm HIDManager::chosenForm() const
+{
+    return exportForm(delegate()->selectedRadioButtonIndex());
+}
+
 void HIDManager::setHeld(bool held)
 {
     if (held)
@@ -76,7 +99,7 @@ WebStrings HIDManager::webTexts() const
 
 LeavingForm HIDManager::leavingForm() const
 {
-    const ExportForm form = exportForm(delegate()->selectedRadioButtonIndex());
+    const ExportForm form = chosenForm();
     // The binary scale's kilograms are worked out while it reports them, and only then.
     const bool isForeign = form == ExportForm::Kilograms &&
                            m_state.currentScale == scaletype::binary &&

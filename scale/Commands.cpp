@@ -10,6 +10,8 @@
 void HIDManager::set_device_ON()
 {
     m_scaleCommand = switchedOn(m_scaleCommand, m_state.currentScale);
+    if (m_open)
+        m_open->isUnitCommanded = true;
     sendCommand(Trace::Io);
     m_state.currentStatue = true;
     m_TurnON = true;
@@ -59,10 +61,10 @@ void HIDManager::set_Unit(int unit)
     m_scaleCommand = unitChanged(m_scaleCommand, unit);
     sendCommand(Trace::Io);
     m_state.currentUnit = unit;
-    if (m_open)
-        m_open->chosen = {.unitnumber = m_state.unitnumber,
-                          .unitindex = m_state.unitindex,
-                          .currentUnit = m_state.currentUnit};
+    if (!m_open)
+        return;
+    m_open->isUnitCommanded = true;
+    m_open->chosen = units();
 }
 
 int HIDManager::sendFeatureReport(const FeatureReport &report)

@@ -90,11 +90,11 @@ void HIDManager::closeHandle()
 bool HIDManager::reopenHandle()
 {
     const auto device = m_watcher->find(scaleVendorId, scaleProductId);
-    if (!device || !m_handle || device->systemPath != m_handle->systemPath())
+    if (!device || device->systemPath != m_device.systemPath)
         return false;
     m_library.release(m_handle);
     openHandle();
-    return true;
+    return m_handle || m_isForbidden;
 }
 
 void HIDManager::reportOpenFailure(const HidDeviceInfo &device)
@@ -152,6 +152,9 @@ void HIDManager::DeviceRemoved(const HidDeviceInfo &device)
     delegate()->setUnitCaptionHidden(true);
     if (device.systemPath == m_refusedPath)
         forgetRefusal();
+    // Another one may come under its name.
+    if (device.systemPath == m_device.systemPath)
+        m_device = {};
     if (!m_watcher->find(scaleVendorId, scaleProductId))
         delegate()->setConnectionTrouble({});
     m_library.deviceRemoved(device.systemPath);

@@ -23,6 +23,8 @@ struct UnitChoice
     int unitnumber = 0;
     int unitindex = 0;
     int currentUnit = 0;
+    int dotunit = 0;
+    bool lbOZlast = false;
 };
 
 /// A reading of HIDManager whose report is late.
@@ -30,8 +32,11 @@ struct OpenReading
 {
     QElapsedTimer sincePoll;
     int unansweredPolls = 1;
-    bool isCommanded = false;         ///< since the latest poll
-    std::optional<UnitChoice> chosen; ///< since the reading began
+    UnitChoice before;                     ///< when the reading began
+    ExportForm form = ExportForm::Pounds;  ///< when the reading began
+    bool isCommanded = false;              ///< since the latest poll
+    bool isUnitCommanded = false;          ///< since the reading began
+    std::optional<UnitChoice> chosen = {}; ///< since the reading began
 };
 
 /// The scale link: finds and opens the scale, commands it, reads and decodes its reports and turns
@@ -77,8 +82,10 @@ public:
     /// Opens the first scale there is, over a handle that may be open already.
     void openHandle();
     void closeHandle();
-    /// Where the scale that is open is present still, opens it anew: what had queued up for the old
-    /// handle is gone. False, and nothing done, where it is not, or another one is first.
+    /// Where the scale that was opened last, or refused, is present still, opens it anew: what had
+    /// queued up for the old handle is gone. True also where only permission is missing, which the
+    /// polls wait for. False where it cannot be opened; and nothing done where it is not there, or
+    /// another one is first.
     bool reopenHandle() override;
 
     // What the window asks of any scale, in the terms of this one
@@ -177,13 +184,19 @@ private:
     std::optional<Input> readReport(std::chrono::milliseconds patience);
     void sendPoll();
     void pollAnew();
-    void takeInput(const Input &input);
+    CommandByte nextCommand(const OpenReading &open, CommandByte commanded) const;
+    void takeInput(const Input &input, ExportForm form);
+    void openReading();
+    UnitChoice units() const;
+    void setUnits(const UnitChoice &units);
+    ExportForm chosenForm() const;
     void dropOwedReports();
     /// Its answers may come over another handle to the same scale.
     void giveReadingUp();
     float exportedWeight(const WeightReport &report, float grams);
     void perform(const ReadingEffect &effect);
-    void exportReading(const WeightReport &report, const DecodedReport &decoded, Capacity capacity);
+    void exportReading(const WeightReport &report, const DecodedReport &decoded, Capacity capacity,
+                       ExportForm form);
 
     HidDevices &m_devices;
     std::unique_ptr<DeviceEvents> m_watcher;

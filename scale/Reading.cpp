@@ -22,11 +22,10 @@ void HIDManager::get_device_rawdata()
     dropOwedReports();
     sendPoll();
     if (const auto input = readReport(answerPatience)) {
-        takeInput(*input);
+        takeInput(*input, chosenForm());
         return;
     }
-    m_open.emplace();
-    pollAnew();
+    openReading();
 }
 
 void HIDManager::sendPoll()
@@ -35,7 +34,7 @@ void HIDManager::sendPoll()
         traceLine(QStringLiteral("Unable to read command()"));
 }
 
-void HIDManager::takeInput(const Input &input)
+void HIDManager::takeInput(const Input &input, ExportForm form)
 {
     const auto [report, outcome] = input;
     if (m_state.currentScale == scaletype::packedDecimal)
@@ -57,7 +56,7 @@ void HIDManager::takeInput(const Input &input)
         perform(effect);
 
     delegate()->takeReport(report, outcome);
-    exportReading(report, decoded, capacity);
+    exportReading(report, decoded, capacity, form);
     m_scaleCommand = afterPoll(m_scaleCommand, m_state.unitindex);
 }
 
@@ -112,7 +111,7 @@ void HIDManager::changewebData(float grams)
 }
 
 void HIDManager::exportReading(const WeightReport &report, const DecodedReport &decoded,
-                               Capacity capacity)
+                               Capacity capacity, ExportForm form)
 {
     const ExportText exported =
         exportText({.report = report,
@@ -122,8 +121,7 @@ void HIDManager::exportReading(const WeightReport &report, const DecodedReport &
                     .currentUnit = m_state.currentUnit,
                     .unitnumber = m_state.unitnumber,
                     .capacity = capacity},
-                   exportForm(delegate()->selectedRadioButtonIndex()),
-                   m_SetRound ? ExportRounding::UpToWhole : ExportRounding::AsRead);
+                   form, m_SetRound ? ExportRounding::UpToWhole : ExportRounding::AsRead);
     if (exported.twoDecimalKilograms)
         logLine(QStringLiteral("kg value is %1").arg(*exported.twoDecimalKilograms));
     delegate()->setExportLabelText(exported.text);

@@ -48,7 +48,7 @@ public:
     virtual bool continueReading() = 0;
     /// What is to be said of a silent scale, and what helps.
     virtual QString silenceText() const = 0;
-    /// After a sleep of the machine. False, and nothing done, where the scale is not there.
+    /// After a sleep of the machine. False where the scale is not there, or cannot be opened yet.
     virtual bool reopenHandle() = 0;
 
     virtual ScaleAbilities abilities() const = 0;

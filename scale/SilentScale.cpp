@@ -19,6 +19,14 @@ QString HIDManager::silenceText() const
                           "If it stays silent, unplug it and plug it in again.");
 }
 
+void HIDManager::openReading()
+{
+    m_open.emplace();
+    m_open->before = units();
+    m_open->form = chosenForm();
+    pollAnew();
+}
+
 void HIDManager::pollAnew()
 {
     sendPoll();
@@ -29,6 +37,8 @@ void HIDManager::pollAnew()
 
 bool HIDManager::continueReading()
 {
+    if (m_open)
+        followPermission();
     if (!m_open)
         return false;
     const auto input = readReport(0ms);
@@ -41,16 +51,23 @@ bool HIDManager::continueReading()
     const CommandByte commanded = m_scaleCommand;
     m_owedReports += open.unansweredPolls - 1;
     m_open.reset();
-    takeInput(*input);
-    // What was chosen meanwhile is newer than what the report tells.
-    if (open.chosen) {
-        m_state.unitnumber = open.chosen->unitnumber;
-        m_state.unitindex = open.chosen->unitindex;
-        m_state.currentUnit = open.chosen->currentUnit;
-    }
-    // A command that no poll has carried yet is carried by the next one.
-    m_scaleCommand = open.isCommanded ? commanded : afterPoll(commanded, m_state.unitindex);
+    // The report was asked for before anything was chosen, and what was chosen is newer than it.
+    if (open.chosen)
+        setUnits(open.before);
+    takeInput(*input, open.form);
+    if (open.chosen)
+        setUnits(*open.chosen);
+    m_scaleCommand = nextCommand(open, commanded);
     return true;
+}
+
+/// A command that no poll has carried yet is carried by the next one.
+CommandByte HIDManager::nextCommand(const OpenReading &open, CommandByte commanded) const
+{
+    if (!open.isCommanded)
+        return afterPoll(commanded, m_state.unitindex);
+    // A command that is about something else must not undo a unit chosen at the scale.
+    return open.isUnitCommanded ? commanded : withUnitCode(commanded, m_state.unitindex);
 }
 
 void HIDManager::giveReadingUp()

@@ -225,6 +225,17 @@ float binaryHectograms(const WeightReport &report)
     return static_cast<float>(report.high * 7.2576 + report.low * 0.02835 + 0.5);
 }
 
+std::optional<bool> toldDisplayOn(const WeightReport &report)
+{
+    using namespace reportstatus;
+    const int status = report.status & ~negativeBit;
+    if (status == displayOff)
+        return false;
+    if (status == packedDecimalScale || status >= binaryScale)
+        return {};
+    return true;
+}
+
 DecodedReport decodeStatus(const WeightReport &report, float weight, const ReadingState &state,
                            Capacity capacity)
 {

@@ -8,6 +8,7 @@
 #include "scale/ScaleCodes.h"
 
 #include <cstdint>
+#include <optional>
 
 /// The three bytes of an input report that mean something.
 struct WeightReport
@@ -69,6 +70,10 @@ float packedDecimalGrams(const WeightReport &report, int currentScale, Capacity 
 
 /// Hectograms plus one half, so that cutting off the decimals rounds to the nearest 100 g.
 float binaryHectograms(const WeightReport &report);
+
+/// Whether the report shows the scale's display on or off. Nothing where it says neither: the
+/// announcement of a type comes from a scale that is off as well.
+std::optional<bool> toldDisplayOn(const WeightReport &report);
 
 /// What the report's status byte asks for. @p weight is the weight worked out before the status
 /// was looked at. Statuses without a name have no effect.

@@ -7,7 +7,6 @@
 #include <QObject>
 #include <array>
 #include <chrono>
-#include <optional>
 #include <pthread.h>
 #include <utility>
 
@@ -15,11 +14,18 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Longer than what sends several to all of a session's processes takes for it, and shorter than
-/// what lets a person try again.
+/// Longer than what sends two to all of a session's processes takes for it.
 constexpr auto sameEnd = 500ms;
 
 constexpr std::array endSignals{SIGTERM, SIGINT, SIGHUP};
+
+/// systemd ends a session with SIGTERM and SIGHUP, and a terminal that is closed sends the latter
+/// more than once. A person who sends one more means it.
+bool areOfOneEnd(int first, int next)
+{
+    const bool isTermination = first == SIGTERM && next == SIGHUP;
+    return isTermination || (first == SIGHUP && (next == SIGTERM || next == SIGHUP));
+}
 
 bool isIgnored(int signal)
 {
@@ -80,17 +86,20 @@ void EndSignals::stopListening()
 void EndSignals::wait()
 {
     using Clock = std::chrono::steady_clock;
-    std::optional<Clock::time_point> told;
+    int first = 0;
+    Clock::time_point told;
     for (;;) {
         const int signal = sigwaitinfo(&m_signals, nullptr);
         if (m_isOver)
             return;
         if (signal <= 0)
             continue;
-        if (tell())
+        if (tell()) {
+            first = signal;
             told = Clock::now();
-        else if (!told || Clock::now() - *told > sameEnd)
+        } else if (!areOfOneEnd(first, signal) || Clock::now() - told > sameEnd) {
             endProcess(signal);
+        }
     }
 }
 

@@ -12,10 +12,11 @@
 class QObject;
 
 /// SIGTERM, SIGINT and SIGHUP. The first one, while somebody listens, is told to the listener.
-/// Those that come within half a second of it belong to it: systemd ends a session with two at
-/// once. Any other ends the process at once, as it would without this object, even while the main
-/// thread is held. No system call of any other thread is interrupted. Those that whoever started
-/// the program has it ignore stay ignored.
+/// SIGTERM and SIGHUP within half a second belong together, and SIGHUP twice: systemd ends a
+/// session with the one and the other, a closing terminal with the latter. Any other ends the
+/// process at once, as it would without this object, even while the main thread is held. No system
+/// call of any other thread is interrupted. Those that whoever started the program has it ignore
+/// stay ignored.
 class EndSignals
 {
 public:

@@ -4,6 +4,7 @@
 #include "scale/traffic/RecordedHidDevices.h"
 
 #include "base/Log.h"
+#include "base/RegularFile.h"
 #include "scale/pointofsale/ReportDescriptor.h"
 #include "scale/traffic/Traffic.h"
 
@@ -203,11 +204,8 @@ void RecordedHidDevices::remark(const QString &text)
 
 void RecordedHidDevices::put(const QByteArray &text)
 {
-    if (!m_file.isOpen() || m_file.write(text + '\n') == text.size() + 1)
+    if (!m_file.isOpen() || appendWhole(m_file, text + '\n', &m_trouble))
         return;
-    // Closing the file forgets it.
-    m_trouble = m_file.errorString();
-    m_file.close();
     qCWarning(systemLog).noquote()
         << QStringLiteral("The record in %1 ends here: %2").arg(m_name, m_trouble);
 }

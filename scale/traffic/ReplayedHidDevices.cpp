@@ -48,14 +48,15 @@ private:
 class ReplayedConnection : public HidConnection
 {
 public:
-    explicit ReplayedConnection(ReplayedHidDevices &devices)
+    ReplayedConnection(ReplayedHidDevices &devices, const QString &node)
         : m_devices(devices)
+        , m_node(node)
     {
     }
 
     int sendFeatureReport(std::span<const std::uint8_t> report) override
     {
-        return m_devices.sendFeatureReport(report);
+        return m_devices.sendFeatureReport(m_node, report);
     }
 
     std::optional<int> read(std::span<std::uint8_t> buffer,
@@ -66,14 +67,16 @@ public:
 
 private:
     ReplayedHidDevices &m_devices;
+    QString m_node;
 };
 
 /// To a device that sends by itself.
 class ListeningConnection : public HidConnection
 {
 public:
-    explicit ListeningConnection(ReplayedHidDevices &devices)
+    ListeningConnection(ReplayedHidDevices &devices, const QString &node)
         : m_devices(devices)
+        , m_node(node)
     {
     }
 
@@ -81,11 +84,12 @@ public:
 
     std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds) override
     {
-        return m_devices.listen(buffer);
+        return m_devices.listen(m_node, buffer);
     }
 
 private:
     ReplayedHidDevices &m_devices;
+    QString m_node;
 };
 
 HidDeviceInfo deviceOf(const TrafficLine &line)
@@ -170,21 +174,21 @@ std::unique_ptr<HidConnection> ReplayedHidDevices::open(const QString &node)
 {
     if (!canBeOpened(node))
         return nullptr;
-    return std::make_unique<ReplayedConnection>(*this);
+    return std::make_unique<ReplayedConnection>(*this, node);
 }
 
 std::unique_ptr<HidConnection> ReplayedHidDevices::openToRead(const QString &node)
 {
     if (!canBeOpened(node))
         return nullptr;
-    return std::make_unique<ListeningConnection>(*this);
+    return std::make_unique<ListeningConnection>(*this, node);
 }
 
 bool ReplayedHidDevices::canBeOpened(const QString &node)
 {
     m_openErrorNumber = ENOENT;
     m_openError = QStringLiteral("not opened in the record");
-    if (!isNext(Kind::Open) || nodeFolder + nextLine()->device != node)
+    if (!isOpening(node))
         return false;
     const TrafficLine line = *nextLine();
     take();
@@ -220,8 +224,11 @@ QList<HidDeviceInfo> ReplayedHidDevices::present() const
     return devices;
 }
 
-int ReplayedHidDevices::accessError(const QString &) const
+int ReplayedHidDevices::accessError(const QString &node) const
 {
+    // Permission came at the moment of the opening that made use of it.
+    if (isOpening(node) && untilDue(*nextLine()) == 0ms)
+        return nextLine()->outcome == TrafficLine::Outcome::Denied ? EACCES : 0;
     return m_openErrorNumber == EACCES ? EACCES : 0;
 }
 
@@ -251,12 +258,14 @@ void ReplayedHidDevices::startReporting(DeviceEvents *listener)
     scheduleEvent();
 }
 
-int ReplayedHidDevices::sendFeatureReport(std::span<const std::uint8_t> report)
+int ReplayedHidDevices::sendFeatureReport(const QString &node, std::span<const std::uint8_t> report)
 {
     const int sent = static_cast<int>(report.size());
     if (!isPollReport(report))
         return sent;
     passCommands();
+    while (isOpening(node))
+        passOpening();
     if (!isNext(Kind::Send))
         return sent;
     const bool failed = nextLine()->outcome != TrafficLine::Outcome::Done;
@@ -286,9 +295,11 @@ std::optional<int> ReplayedHidDevices::read(std::span<std::uint8_t> buffer,
     return copied(m_latestRead, buffer);
 }
 
-std::optional<int> ReplayedHidDevices::listen(std::span<std::uint8_t> buffer)
+std::optional<int> ReplayedHidDevices::listen(const QString &node, std::span<std::uint8_t> buffer)
 {
     passCommands();
+    while (isOpening(node) && untilDue(*nextLine()) == 0ms)
+        passOpening();
     const bool isAtEnd = nextLine() == nullptr;
     const auto gone = std::chrono::milliseconds(m_sinceTaken.elapsed());
     if (isAtEnd && gone >= rhythm) {
@@ -322,6 +333,17 @@ void ReplayedHidDevices::passCommands()
 {
     while (nextLine() != nullptr && isCommand(*nextLine()))
         ++m_next;
+}
+
+bool ReplayedHidDevices::isOpening(const QString &node) const
+{
+    return isNext(Kind::Open) && nodeFolder + nextLine()->device == node;
+}
+
+void ReplayedHidDevices::passOpening()
+{
+    take();
+    scheduleEvent();
 }
 
 void ReplayedHidDevices::take()

@@ -38,12 +38,13 @@ public:
 
     std::optional<HidDeviceInfo> find(std::uint16_t vendorId, std::uint16_t productId) const;
     void startReporting(DeviceEvents *listener);
-    int sendFeatureReport(std::span<const std::uint8_t> report);
+    /// @param node over a connection to which
+    int sendFeatureReport(const QString &node, std::span<const std::uint8_t> report);
     QList<HidDeviceInfo> present() const;
     std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds patience);
     /// Of a device that sends by itself: its reports come when they came. At the end of the record
     /// the latest comes again and again, in the rhythm of readings.
-    std::optional<int> listen(std::span<std::uint8_t> buffer);
+    std::optional<int> listen(const QString &node, std::span<std::uint8_t> buffer);
 
 private:
     using Kind = TrafficLine::Kind;
@@ -53,6 +54,9 @@ private:
     bool isNext(Kind kind) const;
     /// Lines that nobody will ask for: the commands of the recorded user.
     void passCommands();
+    bool isOpening(const QString &node) const;
+    /// The recorded program opened anew what is open here: it had slept, or was permitted again.
+    void passOpening();
     void take();
     void describe();
     bool canBeOpened(const QString &node);

@@ -5,6 +5,9 @@
 #include "tests/support/TestClasses.h"
 
 #include <QStatusBar>
+#include <chrono>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -83,6 +86,30 @@ private slots:
         QVERIFY(!isSaid(app));
     }
 
+    /// That tells its type, and nothing else.
+    void aScaleThatIsPluggedInOff()
+    {
+        for (const std::uint8_t type : std::initializer_list<std::uint8_t>{
+                 reportstatus::packedDecimalScale, reportstatus::binaryScale}) {
+            LaunchedApplication app(Scale::Present);
+            app.read({type, 0x00, 0x00});
+            app.read(off);
+            QVERIFY(!isSaid(app));
+        }
+    }
+
+    /// A scale whose bus was reset tells its type anew.
+    void theTypeInBetween()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.read({0x01, 0x34, 0x12});
+        app.read({0x06, 0x00, 0x00});
+        app.read(off);
+        QVERIFY(isSaid(app));
+        app.read({0x06, 0x00, 0x00});
+        QVERIFY(isSaid(app));
+    }
+
     /// The request of before is granted, and over.
     void itselfAfterTheButton()
     {
@@ -122,6 +149,35 @@ private slots:
         app.plug();
         app.read(off);
         QVERIFY(isSaid(app));
+    }
+
+    void anotherDeviceThatGoesAroundASleepLeavesIt()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.plug(mouse);
+        app.read({0x01, 0x34, 0x12});
+        app.delegate.prepareForSleep();
+        app.delegate.wakeUp();
+        app.read(off);
+        QVERIFY(isSaid(app));
+        app.unplug(mouse);
+        QVERIFY(isSaid(app));
+        app.hidapi.reports.assign(5, off);
+        app.pass(1s, 100ms);
+        QCOMPARE(app.delegate.connectionStatuslbl->text(), QStringLiteral("Scale connected"));
+        QVERIFY(isSaid(app));
+    }
+
+    void aScaleThatStaysAwayAfterASleep()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.read({0x01, 0x34, 0x12});
+        app.read(off);
+        app.delegate.prepareForSleep();
+        app.delegate.wakeUp();
+        app.unplug();
+        app.pass(11s, 100ms);
+        QVERIFY(!isSaid(app));
     }
 
     /// The cure stands in the window, not behind a button.

@@ -2,22 +2,31 @@
 // SPDX-License-Identifier: MIT
 
 #include "console/SingleInstance.h"
+#include "console/InstanceLock.h"
 #include "console/SingleInstanceRequest.h"
 #include "tests/support/TestClasses.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <cerrno>
 #include <chrono>
 #include <future>
 #include <memory>
+#include <sys/file.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace std::chrono_literals;
 
 namespace {
 
 using Outcome = SingleInstance::Claim::Outcome;
+
+/// What every lock fails with; 0: it does not.
+int lockError = 0;
 
 /// As a later process does it, which has no event loop running.
 SingleInstance::Claim claimApart(const QString &folder, const QJsonObject &request)
@@ -32,6 +41,15 @@ SingleInstance::Claim claimApart(const QString &folder, const QJsonObject &reque
 }
 
 } // namespace
+
+/// The system's, of which the file system of a far machine may say that it is not possible.
+extern "C" int flock(int descriptor, int operation) noexcept
+{
+    if (lockError == 0)
+        return static_cast<int>(syscall(SYS_flock, descriptor, operation));
+    errno = lockError;
+    return -1;
+}
 
 class SingleInstanceTest : public QObject
 {
@@ -60,6 +78,21 @@ private slots:
         QCOMPARE(claim.outcome, Outcome::Answered);
         QCOMPARE(claim.answer, (QJsonObject{{QStringLiteral("grams"), 1234}}));
         QCOMPARE(asked, readingRequest());
+    }
+
+    void aLockThatIsNotPossibleIsNobodys()
+    {
+        const QString path = m_folder->filePath(QStringLiteral("lock"));
+        QFile left(path);
+        QVERIFY(left.open(QIODevice::WriteOnly) && left.write("1\n") == 2 && left.flush());
+        lockError = ENOLCK;
+        const auto heal = qScopeGuard([] { lockError = 0; });
+        InstanceLock lock(path);
+        QCOMPARE(lock.tryTake(), InstanceLock::Outcome::Impossible);
+        QCOMPARE(lock.trouble(), path + QStringLiteral(": No locks available"));
+        QCOMPARE(lock.owner(), 0);
+        SingleInstance first(m_folder->path());
+        QCOMPARE(first.claim({}).outcome, Outcome::Ours);
     }
 
     void onlyTheUserCanReachIt()

@@ -4,27 +4,26 @@
 """
 
 import contextlib
+import itertools
 import os
 import pathlib
 import re
 import signal
 
 import harness
-from emulated_scale import POWER_OFF
 from option_test import OptionTest
 from session import Session
 from waiting import wait_until
 
 ON_TOP = 100
 SIGNALS = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
-
-# The emulator, which ends with its command, is to be asked afterwards.
-STAYING = ("sh", "-c", '"$@"; echo "ended with $?" >&2; exec sleep 600', "sh")
+TOGETHER = ((signal.SIGTERM, signal.SIGHUP), (signal.SIGHUP, signal.SIGTERM),
+            (signal.SIGHUP, signal.SIGHUP))
 
 
 class LeavingTest(OptionTest):
     def start_staying(self, *arguments, session=None, **options):
-        wrapper = STAYING + options.pop("wrapper", ())
+        wrapper = harness.STAYING + options.pop("wrapper", ())
         program = harness.Program(session or self.session, arguments=arguments, wrapper=wrapper,
                                   **options)
         self.addCleanup(program.kill)
@@ -50,8 +49,7 @@ class LeavingTest(OptionTest):
         return int(re.search("[0-9]+", line).group())
 
     def assert_switched_off(self, program):
-        last = program.scale.reports()[-1]
-        self.assertTrue(last.is_command and last.command & POWER_OFF, last)
+        self.assertTrue(program.scale.was_last_told_to_switch_off(), program.scale.reports()[-1:])
         self.assertEqual(program.scale.state()["power"], "off")
 
 
@@ -74,13 +72,31 @@ class SignalTest(LeavingTest):
         self.assert_switched_off(program)
 
     def test_signals_that_come_together_are_one(self):
-        """As systemd ends a session."""
+        """As systemd ends a session, and a terminal that is closed its programs."""
+        for pair in TOGETHER:
+            with self.subTest(pair=pair):
+                self.assertEqual(self.end_while_silent(pair), 0)
+
+    def test_others_end_it_at_once_however_soon(self):
+        """As Ctrl+C does when it is pressed twice."""
+        for pair in itertools.product(SIGNALS, repeat=2):
+            if pair not in TOGETHER:
+                with self.subTest(pair=pair):
+                    self.assertEqual(self.end_while_silent(pair), 128 + pair[1])
+
+    def end_while_silent(self, pair):
+        """The second follows the first at once, while the scale is waited for. Returns the status."""
         program = self.start_weighing()
+        program.scale.tell_all("silence on", "clear-reports")
+        program.scale.wait_for_reports(1)
         process = pid_of(program)
-        os.kill(process, signal.SIGTERM)
-        os.kill(process, signal.SIGHUP)
-        self.assertEqual(self.wait_for_status(program), 0)
-        self.assert_switched_off(program)
+        os.kill(process, pair[0])
+        wait_until(lambda: signals_of(process, "ShdPnd") == 0, "the first signal taken")
+        os.kill(process, pair[1])
+        status = self.wait_for_status(program)
+        if status == 0:
+            self.assert_switched_off(program)
+        return status
 
     def test_a_second_signal_ends_at_once_while_the_scale_is_silent(self):
         for second in SIGNALS:

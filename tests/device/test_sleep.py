@@ -4,7 +4,6 @@
 sleep."""
 
 import harness
-from emulated_scale import POWER_OFF
 from login_manager import LoginManager
 from waiting import wait_until
 
@@ -116,6 +115,37 @@ class SleepTest(LoginManagerTest):
         program.wait_for_reading("1234 grams")
         self.check_one_timer_and_handle(program)
 
+    def test_a_recorded_sleep_is_shown_again(self):
+        file = self.session.new_folder("record") / "scale.txt"
+        program = self.start_weighing(program_arguments=("--record", file))
+        self.polls_in(program, 4)
+        self.go_to_sleep(program)
+        program.scale.tell("weight 567")
+        self.wake_up()
+        program.wait_for_reading("567 grams")
+        self.polls_in(program, 4)
+        self.assertEqual(program.stop(), 0)
+
+        replay = self.start("--unplugged", program_arguments=("--replay", file))
+        for reading in ("1234 grams", "567 grams"):
+            replay.wait_for_reading(reading)
+        self.assertEqual(replay.stop(), 0)
+
+    def test_another_device_that_goes_around_it(self):
+        for gone in ("asleep", "awake"):
+            with self.subTest(gone=gone):
+                program = self.start_weighing()
+                program.scale.tell("plug mouse")
+                self.go_to_sleep(program)
+                if gone == "awake":
+                    self.wake_up()
+                program.scale.tell_all("unplug mouse", "weight 567")
+                if gone == "asleep":
+                    self.wake_up()
+                program.wait_for_reading("567 grams")
+                self.check_one_timer_and_handle(program)
+                self.assertEqual(program.stop(), 0)
+
     def check_one_timer_and_handle(self, program):
         # One may be under way at either end.
         self.assertLessEqual(self.polls_in(program, 4), 6)
@@ -123,17 +153,14 @@ class SleepTest(LoginManagerTest):
 
 
 class ShutdownTest(LoginManagerTest):
-    STAYING = ("sh", "-c", '"$@"; echo "ended with $?" >&2; exec sleep 600', "sh")
-
     def _stop(self, program):
         program.kill()
 
     def test_the_scale_is_switched_off_before_the_machine(self):
-        program = self.start_weighing(wrapper=self.STAYING)
+        program = self.start_weighing(wrapper=harness.STAYING)
         self.login.announce("PrepareForShutdown", True)
         program.log.wait_for("^ended with 0$")
-        last = program.scale.reports()[-1]
-        self.assertTrue(last.is_command and last.command & POWER_OFF, last)
+        self.assertTrue(program.scale.was_last_told_to_switch_off(), program.scale.reports()[-1:])
         self.assertFalse(self.inhibitor.is_held())
 
     def test_a_shutdown_that_was_called_off_changes_nothing(self):

@@ -74,6 +74,10 @@ class EmulatedScale:
     def polls(self):
         return [report for report in self.reports() if report.is_poll]
 
+    def was_last_told_to_switch_off(self):
+        last = self.reports()[-1]
+        return bool(last.is_command and last.command & POWER_OFF)
+
     def wait_for_reports(self, count, timeout=PATIENCE):
         answer = self.tell(f"wait-reports {count} {int(timeout * 1000)}")
         if answer != "ok":

@@ -23,6 +23,9 @@ POLL_INTERVAL = 0.4
 
 _LOG_TAIL = 60
 
+STAYING = ("sh", "-c", '"$@"; echo "ended with $?" >&2; exec sleep 600', "sh")
+"""Wrapper for a program whose emulator, which ends with its command, is to be asked afterwards."""
+
 
 class LogLines:
     """What the program writes, as it comes."""

@@ -10,6 +10,8 @@
 
 using namespace std::chrono_literals;
 
+Q_DECLARE_METATYPE(std::function<void(FaultyWorld &)>)
+
 namespace {
 
 constexpr auto patience = HIDManager::answerPatience;
@@ -281,6 +283,9 @@ private slots:
         QCOMPARE(world.app.commands(), std::vector<int>{0x76});
         world.waitForTheEndOfSilence();
         pass(step);
+        // The late report is shown, and leaves, in the unit in which it was asked for.
+        QCOMPARE(panelOf(world), QStringLiteral("1234 grams"));
+        QCOMPARE(world.app.delegate.lbLBL->text(), QStringLiteral("1.234"));
         QCOMPARE(world.app.link.unitindex(), 2);
         QCOMPARE(world.app.link.unitnumber(), 1);
         world.app.forgetTraffic();
@@ -288,6 +293,42 @@ private slots:
         // As after every choice of a unit, the first poll that carries it says so.
         QCOMPARE(world.app.polls(), std::vector<int>{0x76});
         QCOMPARE(panelOf(world), QStringLiteral("43.5 ounces"));
+    }
+
+    void aUnitChosenAtTheScaleStands_data()
+    {
+        QTest::addColumn<std::function<void(FaultyWorld &)>>("command");
+        QTest::addColumn<int>("poll");
+        using Command = std::function<void(FaultyWorld &)>;
+        const auto row = [](const char *name, const Command &command, int poll) {
+            QTest::newRow(name) << command << poll;
+        };
+        row(
+            "hold", [](FaultyWorld &world) { world.app.link.set_device_HOLD(); }, 0xF2);
+        row(
+            "tare", [](FaultyWorld &world) { world.app.link.set_device_ON_TARE(); }, 0xF4);
+        row(
+            "power off", [](FaultyWorld &world) { world.app.link.set_device_OFF(); }, 0xF7);
+        // It begins in the unit of every start.
+        row(
+            "power on", [](FaultyWorld &world) { world.app.link.set_device_ON(); }, 0xDE);
+    }
+
+    /// A command for something else is sent while the report is late.
+    void aUnitChosenAtTheScaleStands()
+    {
+        QFETCH(std::function<void(FaultyWorld &)>, command);
+        QFETCH(int, poll);
+        FaultyWorld world;
+        weigh(world);
+        readSilently(world, forEver);
+        command(world);
+        world.app.hidapi.reports.push_back({reportstatus::ounces, 0x34, 0x12});
+        pass(step);
+        QVERIFY(!showsSilence(world));
+        world.app.forgetTraffic();
+        pass(interval);
+        QCOMPARE(world.app.polls().at(0), poll);
     }
 
     /// Sixteen answers come at once, and one is enough.

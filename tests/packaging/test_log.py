@@ -10,6 +10,8 @@ QUIET = {"QT_LOGGING_RULES": ""}
 
 # A disk that has room for so much of each file.
 ROOM = 4096
+# More than any line that these tests bring about has.
+LONGEST_LINE = 200
 FULL_DISK = ("sh", "-c", f'trap "" XFSZ; ulimit -S -f {ROOM // 512}; exec "$@"', "sh")
 
 
@@ -62,8 +64,28 @@ class LogTest(CommandLineTest):
         self.wait_for_polls(program, 3)
         self.assertEqual(self.lines_of(program),
                          ["postalscale: The log ends here: File too large"])
-        self.assertEqual(file.stat().st_size, ROOM)
+        self.check_whole_lines(file)
         self.assertEqual(program.stop(), 0)
+
+    def test_a_full_disk_ends_the_record_and_nothing_else(self):
+        file = self.session.new_folder("record") / "scale.txt"
+        program = self.start("--weight", "1234", program_arguments=("--record", file),
+                             environment=QUIET, wrapper=FULL_DISK)
+        program.wait_for_reading("1234 grams")
+        wait_until(lambda: self.lines_of(program), "the end of the record")
+        program.scale.tell("weight 567")
+        program.wait_for_reading("567 grams")
+        self.assertEqual(self.lines_of(program),
+                         [f"postalscale: The record in {file} ends here: File too large"])
+        self.check_whole_lines(file)
+        self.assertEqual(program.stop(), 0)
+
+    def check_whole_lines(self, file):
+        """As many as there is room for."""
+        text = file.read_bytes()
+        self.assertTrue(text.endswith(b"\n"), text[-80:])
+        self.assertLessEqual(len(text), ROOM)
+        self.assertGreater(len(text), ROOM - LONGEST_LINE)
 
     def test_a_start_that_raises_the_window_leaves_its_log_alone(self):
         file = self.session.new_folder("log") / "log.txt"

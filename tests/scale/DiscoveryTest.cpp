@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/FakeClock.h"
 #include "tests/support/LinkedScale.h"
 #include "tests/support/TestClasses.h"
 
 #include <cerrno>
+#include <chrono>
 
 namespace {
 
@@ -275,6 +277,53 @@ private slots:
         QCOMPARE(interface.calls.filter(QStringLiteral("setStatusString")),
                  QStringList{"setStatusString 1"});
         QCOMPARE(hidapi.misuses, 0);
+    }
+
+    void theSeatGoesWhileTheScaleIsSilent()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::place(scaleDevice);
+        const LogCapture log;
+        SharedDelegate interface;
+        HIDManager link;
+        link.get_device_handle();
+        LinkedScale::turn();
+        FakeHidapi &hidapi = FakeHidapi::instance();
+        hidapi.duringWait = [](int patience) {
+            fakeclock::advance(std::chrono::milliseconds(patience));
+        };
+        link.get_device_rawdata();
+        QVERIFY(link.isReadingOpen());
+        interface.machine.error = EACCES;
+        QVERIFY(!link.continueReading());
+        QVERIFY(!link.isReadingOpen());
+        QCOMPARE(hidapi.openHandles, 0);
+        QVERIFY(interface.connectionTrouble.startsWith(QStringLiteral("No permission")));
+    }
+
+    /// For which the polls wait.
+    void aScaleThatIsThereAgainWithoutPermission()
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::place(scaleDevice);
+        const LogCapture log;
+        SharedDelegate interface;
+        HIDManager link;
+        link.get_device_handle();
+        LinkedScale::turn();
+        interface.machine.error = EACCES;
+        for (int search = 0; search < 2; ++search)
+            QVERIFY(link.reopenHandle());
+        interface.machine.error = 0;
+        FakeHidapi::instance().reports = {{0x01, 0x34, 0x12}};
+        link.get_device_rawdata();
+        QCOMPARE(FakeHidapi::instance().openHandles, 1);
+        QCOMPARE(link.sWebDataBasic(), QStringLiteral("1234"));
+        fakeudev::unplug(scaleDevice.name);
+        LinkedScale::turn();
+        QVERIFY(!link.reopenHandle());
     }
 
     void lateAnnouncements_data()

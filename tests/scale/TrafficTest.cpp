@@ -265,6 +265,58 @@ private slots:
         QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
     }
 
+    /// Without an event: a poll has found it permitted.
+    void permissionThatAPollFindsComesBack()
+    {
+        ReplayedScale scale("0.000 attach hidraw0 04d9:8010\n"
+                            "0.000 open hidraw0 denied: hid_open\n"
+                            "0.400 open hidraw0\n"
+                            "0.400 send 00 90 ff 80 00 00 00 00 00\n"
+                            "0.401 read 01 34 12\n");
+        scale.link.get_device_rawdata();
+        QVERIFY(!scale.interface.connectionTrouble.isEmpty());
+        passTime(400ms);
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.connectionTrouble, QString());
+        QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
+    }
+
+    /// As after a sleep, or where permission was lost for a while.
+    void aScaleThatWasOpenedAnewIsReadOn()
+    {
+        ReplayedScale scale(scaleAttached + scaleRead +
+                            "9.000 open hidraw0 failed: hid_open\n"
+                            "9.250 open hidraw0\n"
+                            "9.400 send 00 90 ff 80 00 00 00 00 00\n"
+                            "9.400 read 01 67 05\n"
+                            "9.410 detach hidraw0 04d9:8010\n");
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.label, QStringLiteral("1.234"));
+        scale.link.get_device_rawdata();
+        QCOMPARE(scale.interface.label, QStringLiteral("0.567"));
+        passTime(10ms);
+        QVERIFY(!scale.isPresent());
+    }
+
+    void aDeviceThatSendsByItselfIsReadOn()
+    {
+        ReplayedHidDevices devices(traffic("0.000 open hidraw1\n"
+                                           "0.001 read 03 01\n"
+                                           "9.000 open hidraw1\n"
+                                           "9.400 read 03 02\n"));
+        devices.startReporting(nullptr);
+        const auto connection = devices.openToRead(QStringLiteral("/dev/hidraw1"));
+        QVERIFY(connection != nullptr);
+        std::array<std::uint8_t, 9> buffer{};
+        fakeclock::advance(1ms);
+        QCOMPARE(connection->read(buffer, 0ms), 2);
+        fakeclock::advance(8999ms);
+        QVERIFY(!connection->read(buffer, 0ms));
+        fakeclock::advance(400ms);
+        QCOMPARE(connection->read(buffer, 0ms), 2);
+        QCOMPARE(buffer[1], 2);
+    }
+
     /// Silence of 2.5 s after a poll, which was sent anew meanwhile.
     void aSilentScaleIsSilentAgain()
     {
