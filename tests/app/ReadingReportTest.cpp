@@ -26,7 +26,8 @@ private slots:
                                    .leaves = QStringLiteral("leaves as 1.234 kg")};
         QCOMPARE(QJsonDocument(report.toJson()).toJson(QJsonDocument::Compact),
                  R"({"advice":"press Tare","age":2.5,"export":"1.234","exportUnit":"kg",)"
-                 R"("grams":-1234,"leaves":"leaves as 1.234 kg","model":"KV-A100",)"
+                 R"("format":1,"grams":-1234,"leaves":"leaves as 1.234 kg",)"
+                 R"("model":"KV-A100","parcel":null,)"
                  R"("settled":false,"settledSince":null,"sign":"-","state":"weight",)"
                  R"("text":"minus 1.234 kilograms","unit":"kg","weight":-1.234})");
         QCOMPARE(ReadingReport::fromJson(report.toJson()), report);
@@ -37,6 +38,7 @@ private slots:
         ReadingReport report;
         report.settled = true;
         report.settledSince = QStringLiteral("2026-11-21T10:42:13+01:00");
+        report.parcel = 3;
         QCOMPARE(report.toJson().value(QLatin1String("settled")), QJsonValue(true));
         QCOMPARE(report.toJson().value(QLatin1String("settledSince")).toString(),
                  report.settledSince);
@@ -46,11 +48,13 @@ private slots:
     void noReadingAsJson()
     {
         const ReadingReport report = ReadingReport::of(ReportState::NoScale);
-        QCOMPARE(QJsonDocument(report.toJson()).toJson(QJsonDocument::Compact),
-                 R"({"advice":null,"age":null,"export":null,"exportUnit":null,"grams":null,)"
-                 R"("leaves":null,"model":null,"settled":null,"settledSince":null,"sign":null,)"
-                 R"("state":"no-scale",)"
-                 R"("text":"No scale connected","unit":null,"weight":null})");
+        QCOMPARE(
+            QJsonDocument(report.toJson()).toJson(QJsonDocument::Compact),
+            R"({"advice":null,"age":null,"export":null,"exportUnit":null,"format":1,)"
+            R"("grams":null,)"
+            R"("leaves":null,"model":null,"parcel":null,"settled":null,"settledSince":null,"sign":null,)"
+            R"("state":"no-scale",)"
+            R"("text":"No scale connected","unit":null,"weight":null})");
         QCOMPARE(ReadingReport::fromJson(report.toJson()), report);
     }
 

@@ -4,6 +4,7 @@
 
 import harness
 from command_line import CommandLineTest
+from reading_schema import assert_valid
 
 OUNCES_35_4 = "03040bff6201"
 FAULT = "03010bff0000"
@@ -21,6 +22,7 @@ class ClassScaleTest(CommandLineTest):
 
     def test_a_reading_as_json(self):
         report = self.run_with("--print", "--json").report
+        assert_valid(report)
         self.assertEqual(report["device"], "Example Parcel Scale")
         self.assertEqual(report["state"], "weight")
         self.assertEqual((report["unit"], report["sign"]), ("lb oz", "+"))
@@ -31,11 +33,13 @@ class ClassScaleTest(CommandLineTest):
 
     def test_a_unit_without_a_picture(self):
         report = self.run_with("--print", "--json", report="030404000c00").report
+        assert_valid(report)
         self.assertEqual((report["text"], report["weight"], report["unit"]), ("12 carats", 12, "ct"))
 
     def test_a_fault(self):
         result = self.run_with("--print", "--json", report=FAULT)
         self.assertEqual(result.status, 2)
+        assert_valid(result.report)
         self.assertEqual(result.report["state"], "not-ready")
 
     def test_the_described_scale_comes_first(self):
