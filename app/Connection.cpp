@@ -33,6 +33,8 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     connectionStatuslbl->setText(connected ? QStringLiteral("Scale connected")
                                            : QStringLiteral("Scale not connected"));
     unitLBl->setHidden(true);
+    m_isUnconfirmed = false;
+    showStaleness();
     setSilent(false);
     showConnectionLamp();
     m_panel.announceReading();
@@ -78,6 +80,8 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
         timer->deleteLater();
         return;
     }
+    if (m_parcel.hasNewChoices())
+        link().readAgain();
     const bool leaves = link().takeReading();
     if (link().isReadingOpen())
         setSilent(true);
@@ -95,11 +99,16 @@ void PostalScaleAppDelegate::setSilent(bool silent)
         m_look.start(lookInterval);
     else
         m_look.stop();
-    m_panel.setStale(silent);
+    showStaleness();
     m_parcel.setSilent(silent);
     m_statusArea.setNotice(StatusArea::Notice::Silence, silent ? link().silenceText() : QString());
     showConnectionLamp();
     showNotes();
+}
+
+void PostalScaleAppDelegate::showStaleness()
+{
+    m_panel.setStale(m_look.isActive() || m_isUnconfirmed);
 }
 
 void PostalScaleAppDelegate::lookForReport()

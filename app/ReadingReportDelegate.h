@@ -20,6 +20,8 @@ public:
 
     /// Waiting until the panel has been read out, shortly after each reading.
     ReadingReport readingReport() const;
+    /// From here on, what may be of the weighing before is told too: nothing better has come.
+    void takeUnconfirmed() { m_takesUnconfirmed = true; }
 
     void setStatusString(bool connected) override;
     void Draw5Digit(qint64 nValue) override;
@@ -36,6 +38,7 @@ private:
     ReportState statedState() const;
 
     std::optional<ScaleReading> m_stated; ///< of a scale that tells number and unit itself
+    bool m_takesUnconfirmed = false;
     Drawn m_latest = Drawn::Nothing;
     Drawn m_beforeLatest = Drawn::Nothing;
     int m_readings = 0; ///< since the scale was attached

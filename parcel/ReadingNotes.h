@@ -33,6 +33,8 @@ struct ReadingNotes
     QDateTime settledSince;          ///< of a settled weight
     std::chrono::milliseconds age{}; ///< since the pan was weighed, other than for a held weight
 
+    bool isConfirmed = true; ///< else it may be of the weighing before
+
     bool isMarkedOld = false; ///< of before a sleep of the machine
 
     bool settledOnly = false;

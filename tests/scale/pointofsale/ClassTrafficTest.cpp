@@ -141,7 +141,7 @@ private slots:
     void aRecordPlaysAsItWas()
     {
         const RecordedRun run = recordedRun();
-        QCOMPARE(run.readings.size(), std::size_t{3});
+        QCOMPARE(run.readings.size(), std::size_t{4});
         QString trouble;
         auto traffic = Traffic::parse(run.record, &trouble);
         QVERIFY2(traffic, qPrintable(trouble));
