@@ -80,7 +80,8 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
         timer->deleteLater();
         return;
     }
-    if (m_parcel.hasNewChoices())
+    // A scale that is polled is read again anyway.
+    if (!m_scaleName.isEmpty() && m_parcel.hasNewChoices())
         link().readAgain();
     const bool leaves = link().takeReading();
     if (link().isReadingOpen())

@@ -137,11 +137,13 @@ bool ParcelWatch::hasNewChoices() const
 
 void ParcelWatch::noticeChoices()
 {
+    const Choice chosen = choice();
+    const Places open = places();
     // Whoever chooses a destination wants the parcel on the pan to go there.
-    if (hasNewChoices())
+    if (chosen != m_choice || open.hasMoreThan(m_places))
         m_weight.changeUnit();
-    m_choice = choice();
-    m_places = places();
+    m_choice = chosen;
+    m_places = open;
     if (m_wasHolding && !isHolding())
         m_weight.changeHold();
     m_wasHolding = isHolding();

@@ -98,7 +98,6 @@ class WeighingTest(ClassScaleTest):
         program = self.start("--unplugged")
         program.scale.tell_all("interval class 0", f"say-first class {GRAMS_1234}", "plug class")
         program.wait_for_reading("1234 grams")
-        wait_until(lambda: program.window.says("Not confirmed yet"), "the doubt")
         wait_until(lambda: program.window.says("Settled since"), "its end")
         self.assertEqual(program.window.export, "1.234")
 
