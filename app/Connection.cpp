@@ -33,6 +33,8 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     connectionStatuslbl->setText(connected ? QStringLiteral("Scale connected")
                                            : QStringLiteral("Scale not connected"));
     unitLBl->setHidden(true);
+    m_isUnconfirmed = false;
+    showStaleness();
     setSilent(false);
     showConnectionLamp();
     m_panel.announceReading();
@@ -76,6 +78,9 @@ void PostalScaleAppDelegate::readData(QTimer *timer)
         timer->deleteLater();
         return;
     }
+    // A scale that is polled is read again anyway.
+    if (!m_scaleName.isEmpty() && m_parcel.hasNewChoices())
+        link().readAgain();
     const bool leaves = link().takeReading();
     if (link().isReadingOpen())
         setSilent(true);
@@ -93,11 +98,16 @@ void PostalScaleAppDelegate::setSilent(bool silent)
         m_look.start(lookInterval);
     else
         m_look.stop();
-    m_panel.setStale(silent);
+    showStaleness();
     m_parcel.setSilent(silent);
     m_statusArea.setNotice(StatusArea::Notice::Silence, silent ? link().silenceText() : QString());
     showConnectionLamp();
     showNotes();
+}
+
+void PostalScaleAppDelegate::showStaleness()
+{
+    m_panel.setStale(m_look.isActive() || m_isUnconfirmed);
 }
 
 void PostalScaleAppDelegate::lookForReport()

@@ -13,6 +13,7 @@ void PostalScaleAppDelegate::useLink(ScaleLink &link, const QString &name)
     endPolling();
     setLink(link);
     m_scaleName = name;
+    m_isUnconfirmed = false;
     onhold = link.isHolding();
     m_panel.show({});
     m_statusArea.setNotice(StatusArea::Notice::Scale, {});
@@ -30,7 +31,10 @@ void PostalScaleAppDelegate::showScaleInTitle()
 void PostalScaleAppDelegate::takeReading(const ScaleReading &reading)
 {
     unitLBl->setHidden(reading.statement.unit == WeightUnit::Unknown);
+    onhold = reading.isHeld; // one that is opened anew holds nothing
     m_panel.show(statedContents(reading));
+    m_isUnconfirmed = !reading.isConfirmed;
+    showStaleness();
     m_statusArea.setNotice(StatusArea::Notice::Scale, statedNotice(reading));
     m_parcel.takeReading(reading);
     followAbilities();

@@ -185,6 +185,8 @@ private:
     void showConnectionLamp();
     /// Whether the reading waits for its report.
     void setSilent(bool silent);
+    /// What is not of now is dimmed.
+    void showStaleness();
     void lookForReport();
     /// What follows the exchange with the scale.
     void endReading();
@@ -201,6 +203,7 @@ private:
     QString m_connectionTrouble;
     QAction *m_markedModel = nullptr; ///< in the menu bar; null without models
     QTimer m_look; ///< for the report of a silent scale; runs as long as it is silent
+    bool m_isUnconfirmed = false; ///< the reading on the panel
     SleepRest m_rest;
     QTimer m_search;           ///< for the scale, and for the end of a sleep that nobody announces
     bool m_scaleWasOn = false; ///< at its latest report that told

@@ -22,6 +22,8 @@ namespace {
 
 /// Fifteen readings.
 constexpr auto answerPatience = 6000ms;
+/// Of a scale that sends by itself: some do every few seconds, and the first time may not count.
+constexpr auto listeningPatience = 10000ms;
 constexpr auto answerInterval = 100ms;
 
 void write(const ReadingReport &report, ReportFormat format)
@@ -59,6 +61,8 @@ int ReadingReportCommand::run(const CommandLine &line)
 {
     // Standard error is for the one line that says why there is no reading.
     QLoggingCategory::setFilterRules(QStringLiteral("postalscale*=false"));
+    if (!findAnyScale(m_application.devices()).name.isEmpty())
+        m_deadline.setRemainingTime(listeningPatience);
     const ReadingReport report = fromWindowOrScale(line.infoFile);
     write(report, line.format);
     return report.exitStatus();
@@ -91,6 +95,8 @@ ReadingReport ReadingReportCommand::fromScale(const QString &infoFile)
     ReadingReport report;
     QEventLoop readings;
     const auto look = [&] {
+        if (m_deadline.hasExpired())
+            m_application.delegate()->takeUnconfirmed();
         report = m_application.delegate()->readingReport();
         if (isFinal(report) || m_deadline.hasExpired())
             readings.quit();

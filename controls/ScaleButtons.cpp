@@ -75,7 +75,7 @@ void ScaleButtons::holdAction()
     if (!m_session.isDeviceConnected)
         return;
     m_session.link().setHeld(!m_session.onhold);
-    m_session.onhold = !m_session.onhold;
+    m_session.onhold = m_session.link().isHolding(); // a link that has nothing to hold refuses
 }
 
 void ScaleButtons::follow(const ScaleAbilities &abilities)

@@ -11,14 +11,14 @@
 
 /// As the class has it: attributes in report 1, zero in 2, the weight in 3, the status alone in 4,
 /// the limit in 5.
-inline constexpr std::array<std::uint8_t, 227> classScaleDescriptor = {
+inline constexpr std::array<std::uint8_t, 221> classScaleDescriptor = {
     0x05, 0x8D,                                     // usage page: weighing devices
     0x09, 0x20,                                     // usage: scale device
     0xA1, 0x01,                                     // collection: application
     0x15, 0x01, 0x75, 0x08, 0x95, 0x01,             //   logical minimum 1; one field of 8 bits
     0x85, 0x01,                                     //   report 1
     0x09, 0x30, 0xA1, 0x02,                         //   scale attributes
-    0x09, 0x21, 0x09, 0x22, 0x09, 0x23, 0x09, 0x24, //     classes
+    0x19, 0x21, 0x29, 0x24,                         //     classes
     0x25, 0x04, 0xB1, 0x00,                         //     logical maximum 4; feature: array
     0x09, 0x50, 0xA1, 0x02,                         //     weight unit
     0x19, 0x51, 0x29, 0x5C, 0x25, 0x0C, 0xB1, 0x00, //       milligram to pound; feature: array
@@ -60,7 +60,7 @@ inline constexpr std::array<std::uint8_t, 227> classScaleDescriptor = {
     0x19, 0x51, 0x29, 0x5C, 0x25, 0x0C, 0xB1, 0x00, //       milligram to pound; feature: array
     0xC0,                                           //     end
     0x15, 0x81, 0x25, 0x7F, 0x09, 0x41, 0xB1, 0x02, //     data scaling; feature: variable
-    0x15, 0x00, 0x27, 0xFF, 0xFF, 0x00, 0x00,       //     logical 0 to 65535
+    0x15, 0x00, 0x26, 0xFF, 0x7F,                   //     logical 0 to 32767
     0x75, 0x10, 0x09, 0x40, 0xB1, 0x02,             //     16 bits: data weight; feature: variable
     0xC0,                                           //   end
     0xC0,                                           // end of collection

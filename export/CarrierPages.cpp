@@ -25,6 +25,7 @@ public:
     QString ounces() const override { return m_texts.ounces; }
     QString exported() const override { return m_exportLabel.text(); }
     QString grams() const override { return m_texts.basic; }
+    QString decimalPounds() const override { return m_texts.decimalPounds; }
 
 private:
     WebStrings m_texts;

@@ -182,13 +182,19 @@ void ProcedureTexts::takeTotals()
     m_chosenPounds = totalPounds(m_weight.pounds(), m_weight.ounces());
 }
 
+QString ProcedureTexts::decimalPounds() const
+{
+    const QString own = m_weight.decimalPounds();
+    return own.isEmpty() ? fixedText(poundsFromGrams(m_weight.grams()), 3) : own;
+}
+
 QString ProcedureTexts::text(PageValue value) const
 {
     switch (value) {
     case PageValue::Pounds: return m_weight.pounds();
     case PageValue::Ounces: return m_weight.ounces();
     case PageValue::Export: return m_weight.exported();
-    case PageValue::PoundsFromGrams: return fixedText(poundsFromGrams(m_weight.grams()), 3);
+    case PageValue::PoundsFromGrams: return decimalPounds();
     case PageValue::TotalOunces:
         return totalText(totalOunces(m_weight.pounds(), m_weight.ounces()));
     case PageValue::ChosenOunces: return totalText(m_chosenOunces);

@@ -22,6 +22,8 @@ public:
     virtual QString ounces() const = 0;
     virtual QString exported() const = 0;
     virtual QString grams() const = 0;
+    /// With three decimals; empty where they are to be worked out of the grams.
+    virtual QString decimalPounds() const { return {}; }
 };
 
 /// One step of what is done to a carrier's form, whatever the weight.
@@ -64,6 +66,8 @@ public:
     QString text(PageValue value) const;
 
 private:
+    QString decimalPounds() const;
+
     const WeightTexts &m_weight;
     float m_chosenOunces = 0;
     float m_chosenPounds = 0;

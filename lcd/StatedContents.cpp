@@ -40,10 +40,13 @@ bool place(PanelContents &panel, const QString &number, int first, int last)
     return true;
 }
 
-/// The small position is used where the large ones do not suffice.
+/// The small position, which reads as a part of what stands before it, is used where the large ones
+/// do not suffice for the decimals.
 bool placeNumber(PanelContents &panel, const QString &number)
 {
-    return place(panel, number, 0, positionCount - 2) || place(panel, number, 0, positionCount - 1);
+    if (place(panel, number, 0, positionCount - 2))
+        return true;
+    return number.contains(QLatin1Char('.')) && place(panel, number, 0, positionCount - 1);
 }
 
 bool placePoundsAndOunces(PanelContents &panel, const ScaleNumber &ounces)
@@ -145,7 +148,9 @@ PanelContents statedContents(const ScaleReading &reading)
     return panel;
 }
 
-QString statedNotice(const ScaleReading &reading)
+namespace {
+
+QString contentsNotice(const ScaleReading &reading)
 {
     const QString words = statedContents(reading).words;
     if (words.isEmpty())
@@ -155,4 +160,16 @@ QString statedNotice(const ScaleReading &reading)
     return QStringLiteral("The scale shows %1. ").arg(words) +
            QStringLiteral("The panel has no room for that: choose grams, kilograms, ounces or "
                           "pounds on the scale.");
+}
+
+} // namespace
+
+QString statedNotice(const ScaleReading &reading)
+{
+    const QString notice = contentsNotice(reading);
+    if (!reading.hasTareFailed)
+        return notice;
+    const QString tare = QStringLiteral("The scale could not be told to take its load for zero: "
+                                        "press its own zero key.");
+    return notice.isEmpty() ? tare : notice + QLatin1Char(' ') + tare;
 }

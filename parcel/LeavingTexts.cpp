@@ -63,7 +63,8 @@ QString uspsWords(const LeavingSituation &situation)
 {
     const LeavingTexts &texts = situation.texts;
     const float pounds = totalPounds(texts.pounds, texts.ounces);
-    if (!situation.toUsps || isShown(situation, pounds, QStringLiteral("lb oz")))
+    if (!situation.toUsps || texts.pounds.isEmpty() ||
+        isShown(situation, pounds, QStringLiteral("lb oz")))
         return {};
     return QStringLiteral("USPS page: ") + uspsText(texts);
 }
@@ -85,7 +86,9 @@ QString joined(QStringList parts)
 QString fedexWords(const LeavingSituation &situation)
 {
     const LeavingTexts &texts = situation.texts;
-    const QString pounds = fixedText(poundsFromGrams(texts.grams), 3);
+    const QString pounds = texts.decimalPounds.isEmpty()
+                               ? fixedText(poundsFromGrams(texts.grams), 3)
+                               : texts.decimalPounds;
     const bool same = texts.form == ExportForm::Pounds &&
                       fixedText(static_cast<double>(floatValue(texts.exported)), 3) == pounds;
     if (!situation.toFedex || same)

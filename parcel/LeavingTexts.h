@@ -22,6 +22,7 @@ struct LeavingTexts
     QString pounds;
     QString ounces;
     QString grams;
+    QString decimalPounds = {}; ///< of the scale's own; empty: worked out of the grams
 
     bool operator==(const LeavingTexts &) const = default;
 };

@@ -36,6 +36,8 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
 {
     beginReading();
     m_canTare = true;
+    m_isConfirmed = true;
+    m_sendsByItself = false;
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
         m_weight.missReport();
@@ -61,15 +63,30 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
     const ScaleStatement &statement = reading.statement;
     beginReading();
     m_canTare = reading.canTare;
+    m_isConfirmed = reading.isConfirmed;
+    m_sendsByItself = true;
     m_pan = statedPanReading(statement);
     if (m_pan == PanReading::Missed) {
         m_weight.missReport();
         return;
     }
-    m_grams = gramsOf(statement).value_or(0);
-    noteWeighed(!reading.isHeld);
-    if (!reading.isHeld)
-        settle(m_weight.takeStated(statement));
+    const auto grams = gramsOf(statement);
+    m_grams = grams.value_or(0);
+    noteWeighed(!reading.isHeld && !reading.isRepeated);
+    // What lies on the pan while the scale is silent is not known.
+    if (!reading.isConfirmed || (reading.isRepeated && m_isSilent))
+        m_weight.missReport();
+    else if (!reading.isHeld)
+        settleStated(reading, grams.has_value());
+}
+
+void ParcelWatch::settleStated(const ScaleReading &reading, bool hasTexts)
+{
+    const bool wasSettled = m_weight.state() == SettledWeight::State::Settled;
+    settle(m_weight.takeStated(reading.statement, hasTexts));
+    // What cannot leave settles all the same.
+    if (!hasTexts && !wasSettled)
+        m_settledSince = QDateTime::currentDateTime();
 }
 
 void ParcelWatch::beginReading()
@@ -98,22 +115,37 @@ void ParcelWatch::settle(SettledWeight::Leaves leaves)
     ++m_parcels;
 }
 
-void ParcelWatch::noticeChoices()
+ParcelWatch::Choice ParcelWatch::choice() const
+{
+    return {.unitTag = m_around.session.selectedRadioButtonIndex(),
+            .pointUnit = m_around.link.dotunit(),
+            .model = m_around.session.selectedModelName(),
+            .roundsUp = m_around.link.SetRound()};
+}
+
+ParcelWatch::Places ParcelWatch::places() const
 {
     const ExportState &state = m_around.state;
-    const Choice choice{.unitTag = m_around.session.selectedRadioButtonIndex(),
-                        .pointUnit = m_around.link.dotunit(),
-                        .model = m_around.session.selectedModelName(),
-                        .roundsUp = m_around.link.SetRound()};
-    const Places places{.clipboard = state.SetClip(),
-                        .usps = state.SendtoUSPS == 1,
-                        .ups = state.SendtoUPS == 1,
-                        .fedex = state.SendtoFedex == 1};
+    return {.clipboard = state.SetClip(),
+            .usps = state.SendtoUSPS == 1,
+            .ups = state.SendtoUPS == 1,
+            .fedex = state.SendtoFedex == 1};
+}
+
+bool ParcelWatch::hasNewChoices() const
+{
+    return choice() != m_choice || places().hasMoreThan(m_places);
+}
+
+void ParcelWatch::noticeChoices()
+{
+    const Choice chosen = choice();
+    const Places open = places();
     // Whoever chooses a destination wants the parcel on the pan to go there.
-    if (choice != m_choice || places.hasMoreThan(m_places))
+    if (chosen != m_choice || open.hasMoreThan(m_places))
         m_weight.changeUnit();
-    m_choice = choice;
-    m_places = places;
+    m_choice = chosen;
+    m_places = open;
     if (m_wasHolding && !isHolding())
         m_weight.changeHold();
     m_wasHolding = isHolding();
@@ -158,7 +190,8 @@ LeavingTexts ParcelWatch::texts() const
             .fitsScale = leaving.fitsScale,
             .pounds = web.pounds,
             .ounces = web.ounces,
-            .grams = web.basic};
+            .grams = web.basic,
+            .decimalPounds = web.decimalPounds};
 }
 
 bool ParcelWatch::lets(Destination destination) const
@@ -232,6 +265,11 @@ std::optional<RecentWeight> ParcelWatch::presentParcel() const
     return parcel;
 }
 
+bool ParcelWatch::isStillValid() const
+{
+    return m_sendsByItself && !m_isSilent && !isHolding() && m_pan != PanReading::Missed;
+}
+
 ReadingNotes ParcelWatch::notes() const
 {
     ReadingNotes notes;
@@ -243,6 +281,8 @@ ReadingNotes ParcelWatch::notes() const
     notes.settledSince = m_settledSince;
     notes.parcel = m_parcels;
     if (m_sinceWeighed.isValid())
+        notes.isConfirmed = m_isConfirmed;
+    if (m_sinceWeighed.isValid() && !isStillValid())
         notes.age = std::chrono::milliseconds(m_sinceWeighed.elapsed()) + m_slept;
     notes.isMarkedOld = m_isMarkedOld;
     notes.settledOnly = m_settledOnly;

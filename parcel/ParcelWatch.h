@@ -49,6 +49,10 @@ public:
     /// The scale was unplugged, or another one was plugged in.
     void loseScale();
 
+    /// What decides on the texts, or on where they go, is not as it was at the latest reading, and
+    /// what lies on the pan is to be read again for it.
+    bool hasNewChoices() const;
+
     /// Whatever its age, the latest reading is not of now: the machine goes to sleep.
     void markOld() { m_isMarkedOld = true; }
     /// For so long the machine has slept since, which no clock of a process counts.
@@ -97,8 +101,13 @@ private:
     void beginReading();
     void noteWeighed(bool isWeighed);
     void settle(SettledWeight::Leaves leaves);
+    Choice choice() const;
+    Places places() const;
     void noticeChoices();
+    void settleStated(const ScaleReading &reading, bool hasTexts);
     bool isHolding() const;
+    /// Whatever its age: the scale would have said if it were no longer so.
+    bool isStillValid() const;
     LeavingTexts texts() const;
     std::optional<RecentWeight> presentParcel() const;
     /// The newest of the recent weights lies on the pan, as far as the reports tell.
@@ -120,7 +129,9 @@ private:
     bool m_fillIsOfLatest = false; ///< what pages were last filled with is the newest parcel
     bool m_isSilent = false;
     bool m_canTare = true;
-    bool m_isRead = false; ///< since the scale was plugged in
+    bool m_isConfirmed = true;    ///< the latest reading
+    bool m_sendsByItself = false; ///< the scale: what it has said is so until it says more
+    bool m_isRead = false;        ///< since the scale was plugged in
     PanReading m_pan = PanReading::None;
     double m_grams = 0;
     QDateTime m_settledSince;

@@ -124,6 +124,8 @@ QString ReadingNotes::standing() const
     // What lies on the pan by now is not known.
     if (isSilent && pan != PanReading::Missed)
         return isOld() ? QStringLiteral("%1 old").arg(durationWords(age)) : QString();
+    if (!isConfirmed)
+        return QStringLiteral("Not confirmed yet: may be of the weighing before");
     const QString words = panWords(*this);
     if (isOld() && isMarkedOld)
         return QStringLiteral("%1 \u00b7 from before the sleep").arg(words);
@@ -134,7 +136,7 @@ QString ReadingNotes::standing() const
 
 QString ReadingNotes::leaves() const
 {
-    if (!isConnected)
+    if (!isConnected || !isConfirmed)
         return {};
     return settledOnly && leaving.goesSomewhere() ? gatedWords(*this) : leavingWords(leaving);
 }

@@ -34,6 +34,8 @@ struct ReadingNotes
     int parcel = 0;                  ///< the number of settled weights up to this one
     std::chrono::milliseconds age{}; ///< since the pan was weighed, other than for a held weight
 
+    bool isConfirmed = true; ///< else it may be of the weighing before
+
     bool isMarkedOld = false; ///< of before a sleep of the machine
 
     bool settledOnly = false;

@@ -37,7 +37,8 @@ bool isStatedWeight(const ScaleStatement &statement)
 {
     const bool isAboveZero =
         statement.status == ScaleStatus::Stable || statement.status == ScaleStatus::InMotion;
-    return isAboveZero && !statement.number.isZero() && statement.unit != WeightUnit::Unknown;
+    return isAboveZero && !statement.number.isNegative && !statement.number.isZero() &&
+           statement.unit != WeightUnit::Unknown;
 }
 
 SettledWeight::Leaves SettledWeight::take(const WeightReport &report)
@@ -58,7 +59,7 @@ SettledWeight::Leaves SettledWeight::take(const WeightReport &report)
     return leaveOnce();
 }
 
-SettledWeight::Leaves SettledWeight::takeStated(const ScaleStatement &statement)
+SettledWeight::Leaves SettledWeight::takeStated(const ScaleStatement &statement, bool hasTexts)
 {
     // Whether it moves is no part of a weight: one that is touched and comes to rest as it was
     // has not changed.
@@ -73,7 +74,7 @@ SettledWeight::Leaves SettledWeight::takeStated(const ScaleStatement &statement)
         return Leaves::No;
     }
     m_state = statement.isSettled() ? State::Settled : State::Settling;
-    return leaveOnce();
+    return hasTexts ? leaveOnce() : Leaves::No;
 }
 
 SettledWeight::Leaves SettledWeight::leaveOnce()

@@ -25,7 +25,8 @@ public:
     /// A report that was read.
     Leaves take(const WeightReport &report);
     /// The same of a scale that says itself whether the weight is at rest: once is enough then.
-    Leaves takeStated(const ScaleStatement &statement);
+    /// @param hasTexts whether there is something in which it could leave
+    Leaves takeStated(const ScaleStatement &statement, bool hasTexts = true);
     /// A poll without a report tells nothing of the pan: what lies there is looked at anew, but
     /// what has left does not leave again.
     void missReport();

@@ -42,6 +42,9 @@ public:
 
     /// To be called in the rhythm of readings. True where it has brought texts that may leave.
     virtual bool takeReading() = 0;
+    /// What its texts are made by has been chosen anew: the next takeReading() is to take the
+    /// latest report once more. One that is polled does so anyway.
+    virtual void readAgain() {}
     /// The scale is silent though it should not be; its next report ends that.
     virtual bool isReadingOpen() const = 0;
     /// To be called often while a reading is open; the answer is that of takeReading().

@@ -14,6 +14,9 @@ struct WebStrings
     QString pounds; ///< whole pounds
     QString ounces; ///< 0 to 15, any fraction rounded up
     QString basic;  ///< grams, at most seven significant digits
+    /// With three decimals, of a scale whose pounds are not to be worked out of those grams; empty
+    /// of others.
+    QString decimalPounds = {};
 };
 
 WebStrings webStrings(float grams);

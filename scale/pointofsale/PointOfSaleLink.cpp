@@ -59,9 +59,9 @@ ScaleDelegate *PointOfSaleLink::delegate()
 void PointOfSaleLink::attach(const FoundScale &scale)
 {
     m_scale = scale;
-    m_isHeld = false;
     m_unit = WeightUnit::Unknown;
-    m_texts = {};
+    m_asPoundsAndOunces = false;
+    m_hasTareFailed = false;
     logLine(QStringLiteral("Scale of the point-of-sale class at %1: %2")
                 .arg(scale.device.node, scale.name));
     open();
@@ -72,14 +72,22 @@ void PointOfSaleLink::attach(const FoundScale &scale)
 void PointOfSaleLink::open()
 {
     m_connection = m_devices.openToRead(m_scale->device.node);
-    m_hasPassedFirst = false;
-    m_isSilent = false;
-    m_latest.reset();
-    m_sinceReport.start();
+    forgetReadings();
+    m_rhythm.begin();
     const QString trouble = m_connection ? QString() : openTrouble();
     if (!m_connection)
         logLine(trouble);
     delegate()->setConnectionTrouble(trouble);
+}
+
+void PointOfSaleLink::forgetReadings()
+{
+    m_isSilent = false;
+    m_newest.reset();
+    m_held.reset();
+    m_isDue = false;
+    m_wasConfirmed = false;
+    m_texts = {};
 }
 
 QString PointOfSaleLink::openTrouble() const
@@ -105,10 +113,7 @@ void PointOfSaleLink::detach()
         return;
     m_scale.reset();
     m_connection.reset();
-    m_latest.reset();
-    m_isSilent = false;
-    m_isHeld = false;
-    m_texts = {};
+    forgetReadings();
     delegate()->setConnectionTrouble({});
     delegate()->setUnitCaptionHidden(true);
     delegate()->setStatusString(false);
@@ -131,24 +136,41 @@ bool PointOfSaleLink::reopenHandle()
 
 QString PointOfSaleLink::silenceText() const
 {
-    return QStringLiteral("The scale sends nothing. It may have switched itself off: press its own "
+    if (!m_rhythm.hasBegun())
+        return QStringLiteral("The scale sends nothing yet. Some send only when the weight "
+                              "changes: put something on it. If nothing comes, press its own key "
+                              "or plug it in again.");
+    return QStringLiteral("The scale sends nothing any more. If its display is dark, press its own "
                           "key. If it stays silent, unplug it and plug it in again.");
+}
+
+bool PointOfSaleLink::canTare() const
+{
+    return m_scale && m_scale->layout.zero && m_devices.accessError(m_scale->device.node) == 0;
 }
 
 ScaleAbilities PointOfSaleLink::abilities() const
 {
-    const bool asBoth = asksForPoundsAndOunces(delegate()->selectedRadioButtonIndex());
     const bool isOunces = m_unit == WeightUnit::Ounce;
     return {.power = false,
-            .tare = m_scale && m_scale->layout.zero,
+            .tare = canTare(),
             .blinksAtTare = false,
             .units = isOunces ? QList<int>{unittag::ounces, unittag::poundsOuncesA} : QList<int>(),
-            .unitShown = rowTag(m_unit, asBoth)};
+            .unitShown = rowTag(m_unit, m_asPoundsAndOunces)};
+}
+
+void PointOfSaleLink::chooseUnit(int tag)
+{
+    m_asPoundsAndOunces = asksForPoundsAndOunces(tag);
+    m_isDue = true;
 }
 
 void PointOfSaleLink::setHeld(bool held)
 {
-    m_isHeld = held && m_latest;
+    m_held.reset();
+    if (held && m_newest && m_rhythm.isConfirmed())
+        m_held = m_newest;
+    m_isDue = true;
 }
 
 void PointOfSaleLink::pressTare()
@@ -159,71 +181,86 @@ void PointOfSaleLink::pressTare()
     std::vector<std::uint8_t> report(1 + zero.bytes);
     report[0] = zero.report;
     report.at(1 + zero.bit / 8) = static_cast<std::uint8_t>(1U << (zero.bit % 8));
-    if (m_devices.sendOutputReport(m_scale->device.node, report) < 0)
+    const bool fails = m_devices.sendOutputReport(m_scale->device.node, report) < 0;
+    m_isDue = m_isDue || fails != m_hasTareFailed;
+    m_hasTareFailed = fails;
+    if (fails)
         logLine(QStringLiteral("The scale could not be told to take its load for zero"));
 }
 
-std::optional<ScaleStatement> PointOfSaleLink::statementOf(std::span<const std::uint8_t> report)
+bool PointOfSaleLink::takeReport(std::span<const std::uint8_t> report)
 {
     auto statement = readScaleReport(report, m_scale->layout);
     if (!statement)
-        return std::nullopt;
-    m_sinceReport.start();
-    m_isSilent = false;
-    if (!std::exchange(m_hasPassedFirst, true))
-        return std::nullopt;
+        return false;
+    m_rhythm.take(*statement);
     if (statement->unit != WeightUnit::Unknown)
         m_unit = statement->unit;
     else if (statement->number.isZero())
         statement->unit = m_unit; // nothing is nothing in any unit
-    return statement;
+    m_newest = statement;
+    return true;
 }
 
-std::optional<ScaleStatement> PointOfSaleLink::newestStatement()
+bool PointOfSaleLink::listen()
 {
-    std::optional<ScaleStatement> newest;
+    bool isNew = false;
     std::array<std::uint8_t, 256> buffer{};
     for (int i = 0; m_connection && i < mostReports; ++i) {
         const auto received = m_connection->read(buffer, 0ms);
         if (!received || *received < 0)
             break;
-        const auto statement =
-            statementOf(std::span(buffer).first(static_cast<std::size_t>(*received)));
-        if (statement)
-            newest = statement;
+        if (takeReport(std::span(buffer).first(static_cast<std::size_t>(*received))))
+            isNew = true;
     }
-    return newest;
+    return isNew;
 }
 
 bool PointOfSaleLink::takeReading()
 {
     retry();
-    if (const auto statement = newestStatement())
-        return take(*statement);
-    m_isSilent = m_connection && m_sinceReport.elapsed() >= patience.count();
-    return false;
+    const bool isNew = listen();
+    m_isSilent = m_connection && m_rhythm.isSilent();
+    const bool isDue = m_isDue || m_wasConfirmed != m_rhythm.isConfirmed();
+    if (!m_newest || (!isNew && !isDue))
+        return false;
+    return take(!isNew);
 }
 
-bool PointOfSaleLink::take(const ScaleStatement &statement)
+ScaleReading PointOfSaleLink::reading(bool isRepeated) const
 {
-    if (!m_isHeld)
-        m_latest = statement;
-    const ScaleStatement &shown = *m_latest;
-    logLine(QStringLiteral("Scale says: status %1, unit %2, %3%4e%5")
-                .arg(static_cast<int>(statement.status))
-                .arg(static_cast<int>(statement.unit))
-                .arg(statement.number.isNegative ? QStringLiteral("-") : QString())
-                .arg(statement.number.digits)
-                .arg(statement.number.exponent));
-    delegate()->takeReading(
-        {.statement = shown,
-         .isHeld = m_isHeld,
-         .asPoundsAndOunces = asksForPoundsAndOunces(delegate()->selectedRadioButtonIndex()),
-         .canTare = abilities().tare});
+    return {.statement = m_held ? *m_held : *m_newest,
+            .isHeld = m_held.has_value(),
+            .isConfirmed = m_held || m_wasConfirmed,
+            .isRepeated = isRepeated,
+            .asPoundsAndOunces = m_asPoundsAndOunces,
+            .canTare = canTare(),
+            .hasTareFailed = m_hasTareFailed};
+}
 
+bool PointOfSaleLink::take(bool isRepeated)
+{
+    m_isDue = false;
+    m_wasConfirmed = m_rhythm.isConfirmed();
+    m_hasTareFailed = m_hasTareFailed && m_newest->status != ScaleStatus::StableAtZero;
+    logLine(QStringLiteral("Scale says: status %1, unit %2, %3%4e%5")
+                .arg(static_cast<int>(m_newest->status))
+                .arg(static_cast<int>(m_newest->unit))
+                .arg(m_newest->number.isNegative ? QStringLiteral("-") : QString())
+                .arg(m_newest->number.digits)
+                .arg(m_newest->number.exponent));
+    const ScaleReading taken = reading(isRepeated);
+    delegate()->takeReading(taken);
+    return makeTexts(taken);
+}
+
+bool PointOfSaleLink::makeTexts(const ScaleReading &reading)
+{
+    const ScaleStatement &shown = reading.statement;
     m_form.form = exportForm(shown.unit);
     const auto rounding = m_roundsUp() ? ExportRounding::UpToWhole : ExportRounding::AsRead;
-    const auto text = shown.isWeighed() ? exportText(shown, m_form.form, rounding) : std::nullopt;
+    const bool leaves = reading.isConfirmed && shown.isWeighed();
+    const auto text = leaves ? exportText(shown, m_form.form, rounding) : std::nullopt;
     m_texts = text ? webStrings(shown).value_or(WebStrings()) : WebStrings();
     delegate()->setExportLabelText(text.value_or(QString()));
     if (text && delegate()->SetClip())

@@ -5,13 +5,14 @@
 
 #include "scale/HidDevices.h"
 #include "scale/ScaleLink.h"
+#include "scale/pointofsale/ReportRhythm.h"
 #include "scale/pointofsale/ScaleSearch.h"
 #include "scale/pointofsale/ScaleStatement.h"
 
-#include <QElapsedTimer>
 #include <functional>
 
 class ScaleDelegate;
+struct ScaleReading;
 
 /// Listens to a scale of the class, which sends by itself. Nothing is sent to it but the wish to
 /// take what is on its pan for zero, and only for that its node is opened for writing. Lives on the
@@ -34,9 +35,6 @@ public:
     /// Of the scale's node; empty without one.
     QString systemPath() const;
 
-    /// A scale that sends nothing for so long is a silent one. Some send every few seconds.
-    static constexpr std::chrono::milliseconds patience{10000};
-
     bool takeReading() override;
     bool isReadingOpen() const override { return m_isSilent; }
     bool continueReading() override { return takeReading(); }
@@ -44,9 +42,11 @@ public:
     bool reopenHandle() override;
 
     ScaleAbilities abilities() const override;
-    void chooseUnit(int) override {}
+    void readAgain() override { m_isDue = true; }
+    void chooseUnit(int tag) override;
+    /// What is not confirmed cannot be held.
     void setHeld(bool held) override;
-    bool isHolding() const override { return m_isHeld; }
+    bool isHolding() const override { return m_held.has_value(); }
     void pressTare() override;
     void releaseTare() override {}
     bool isOn() const override { return false; }
@@ -57,20 +57,28 @@ private:
     static ScaleDelegate *delegate();
     void open();
     QString openTrouble() const;
-    std::optional<ScaleStatement> newestStatement();
-    std::optional<ScaleStatement> statementOf(std::span<const std::uint8_t> report);
-    bool take(const ScaleStatement &statement);
+    void forgetReadings();
+    /// Whether a statement has come.
+    bool listen();
+    bool takeReport(std::span<const std::uint8_t> report);
+    bool take(bool isRepeated);
+    ScaleReading reading(bool isRepeated) const;
+    bool makeTexts(const ScaleReading &reading);
+    bool canTare() const;
 
     HidDevices &m_devices;
     std::function<bool()> m_roundsUp;
     std::optional<FoundScale> m_scale;
     std::unique_ptr<HidConnection> m_connection; ///< null while it cannot be opened
-    bool m_hasPassedFirst = false;               ///< the report that may be of another time
+    ReportRhythm m_rhythm;
     bool m_isSilent = false;
-    QElapsedTimer m_sinceReport;
     WeightUnit m_unit = WeightUnit::Unknown; ///< named last
-    std::optional<ScaleStatement> m_latest;
-    bool m_isHeld = false;
+    bool m_asPoundsAndOunces = false;        ///< what is stated in ounces
+    std::optional<ScaleStatement> m_newest;  ///< since it was opened
+    std::optional<ScaleStatement> m_held;
+    bool m_isDue = false;        ///< the newest one is to be taken again
+    bool m_wasConfirmed = false; ///< when it was taken last
+    bool m_hasTareFailed = false;
     WebStrings m_texts;
     LeavingForm m_form;
 };

@@ -55,7 +55,8 @@ struct ScaleStatement
     /// Above zero and at rest, by the scale's own word.
     bool isSettled() const
     {
-        return status == ScaleStatus::Stable && !number.isZero() && unit != WeightUnit::Unknown;
+        return status == ScaleStatus::Stable && !number.isZero() && !number.isNegative &&
+               unit != WeightUnit::Unknown;
     }
 
     bool operator==(const ScaleStatement &) const = default;

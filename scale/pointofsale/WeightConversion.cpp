@@ -157,6 +157,16 @@ QString decimalText(Wide digits, int exponent)
     return text.insert(text.size() + exponent, QLatin1Char('.'));
 }
 
+QString threeDecimals(Quotient value)
+{
+    constexpr int decimals = 3;
+    value.exponent += decimals + 1; // one more, to round by
+    const Whole whole = wholePart(value);
+    const QString digits = textOf(rounded(whole.number, whole.isExact, 1));
+    const QString text = digits.rightJustified(decimals + 1, QLatin1Char('0'));
+    return text.chopped(decimals) + QLatin1Char('.') + text.right(decimals);
+}
+
 QString significantText(const Quotient &value)
 {
     if (value.digits == 0)
@@ -195,7 +205,8 @@ std::optional<WebStrings> webStrings(const ScaleStatement &statement)
     const Wide up = roundedUp(wholePart(ounces));
     return WebStrings{.pounds = textOf(up / ouncesPerPound),
                       .ounces = textOf(up % ouncesPerPound),
-                      .basic = significantText(*grams)};
+                      .basic = significantText(*grams),
+                      .decimalPounds = threeDecimals(inPounds(*grams))};
 }
 
 ExportForm exportForm(WeightUnit unit)

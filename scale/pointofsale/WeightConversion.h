@@ -18,7 +18,8 @@
 std::optional<QString> exportText(const ScaleStatement &statement, ExportForm form,
                                   ExportRounding rounding);
 
-/// As the carriers' pages want it, without the sign. Nothing where exportText() has nothing.
+/// As the carriers' pages want it, without the sign; the decimal pounds with halves rounded to
+/// even. Nothing where exportText() has nothing.
 std::optional<WebStrings> webStrings(const ScaleStatement &statement);
 
 /// Metric units leave as kilograms, all others as pounds.

@@ -51,6 +51,7 @@ public:
         });
         connect(m_events.get(), &DeviceEvents::removed, this, [this](const HidDeviceInfo &device) {
             write(LineKind::Detach, device);
+            m_record.forget(device); // another one may come at its node
             emit removed(device);
         });
     }
@@ -189,6 +190,11 @@ QByteArray RecordedHidDevices::reportDescriptor(const HidDeviceInfo &device)
                .reason = m_devices->nameOf(device)});
     }
     return descriptor;
+}
+
+void RecordedHidDevices::forget(const HidDeviceInfo &device)
+{
+    m_described.remove(device.node);
 }
 
 void RecordedHidDevices::write(TrafficLine line)

@@ -34,6 +34,8 @@ public:
 
     /// Puts the time to it.
     void write(TrafficLine line);
+    /// It is gone; what comes at its node is described anew.
+    void forget(const HidDeviceInfo &device);
     /// What is no traffic, but helps to understand it.
     void remark(const QString &text);
 

@@ -155,14 +155,32 @@ ReplayedHidDevices::ReplayedHidDevices(Traffic traffic)
     describe();
 }
 
-/// What the devices are does not wait for its turn.
+/// What a device is does not wait for its turn: whoever is told of it may ask at once.
 void ReplayedHidDevices::describe()
 {
-    for (const TrafficLine &line : m_lines) {
-        if (line.kind == Kind::About)
-            m_about.insert(nodeFolder + line.device, line);
+    std::vector<TrafficLine> others;
+    QHash<QString, std::size_t> attached; // by node, the place of the latest attach
+    for (TrafficLine &line : m_lines) {
+        const QString node = nodeFolder + line.device;
+        if (line.kind == Kind::About) {
+            if (attached.contains(node))
+                m_descriptions.insert(attached.value(node), line);
+            continue;
+        }
+        if (line.kind == Kind::Attach)
+            attached.insert(node, others.size());
+        others.push_back(std::move(line));
     }
-    std::erase_if(m_lines, [](const TrafficLine &line) { return line.kind == Kind::About; });
+    m_lines = std::move(others);
+}
+
+void ReplayedHidDevices::describeAttached(const QString &node)
+{
+    const auto own = m_descriptions.constFind(m_next);
+    if (own == m_descriptions.constEnd())
+        m_about.remove(node);
+    else
+        m_about.insert(node, *own);
 }
 
 std::unique_ptr<DeviceEvents> ReplayedHidDevices::events()
@@ -377,8 +395,10 @@ void ReplayedHidDevices::reportEvent()
         scheduleEvent();
         return;
     }
-    take();
     const HidDeviceInfo device = deviceOf(line);
+    if (line.kind == Kind::Attach)
+        describeAttached(device.node);
+    take();
     if (line.kind == Kind::Detach)
         m_present.remove(device.node);
     else

@@ -59,6 +59,8 @@ private:
     void passOpening();
     void take();
     void describe();
+    /// By the attach that is the next line.
+    void describeAttached(const QString &node);
     bool canBeOpened(const QString &node);
     bool isDescribed(const QString &node) const { return m_about.contains(node); }
     /// The recorded program waited in vain for an answer to the poll taken last.
@@ -74,8 +76,9 @@ private:
     QElapsedTimer m_sinceTaken;
     QPointer<DeviceEvents> m_listener;
     QTimer m_eventDue;
-    QHash<QString, HidDeviceInfo> m_present; ///< by node
-    QHash<QString, TrafficLine> m_about;     ///< by node, of the scales of the class
+    QHash<QString, HidDeviceInfo> m_present;        ///< by node
+    QHash<QString, TrafficLine> m_about;            ///< by node, of the scales of the class there
+    QHash<std::size_t, TrafficLine> m_descriptions; ///< by the place of the attach in the lines
     TrafficLine m_latestRead;
     bool m_awaitsAnswer = false; ///< to the poll taken last
     QString m_openError;

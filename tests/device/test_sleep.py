@@ -181,5 +181,22 @@ class WithoutLogindTest(harness.DeviceTest):
                 self.assertEqual(program.stop(), 0)
 
 
+class ClassScaleTest(LoginManagerTest):
+    def test_what_was_held_does_not_outlive_it(self):
+        program = self.start("--unplugged",
+                             environment={"DBUS_SYSTEM_BUS_ADDRESS": self.login.address})
+        program.scale.tell_all("say class 03040bff0c00", "plug class")
+        program.wait_for_reading("1.2 ounces")
+        self.inhibitor = self.login.wait_for_inhibitor()
+        program.window.click("holdButton")
+        program.wait_for_reading("1.2 ounces, on hold")
+        self.go_to_sleep(program)
+        program.scale.tell("say class 03040200d204")
+        self.wake_up()
+        program.wait_for_reading("1234 grams")
+        program.window.click("holdButton")
+        program.wait_for_reading("1234 grams, on hold")
+
+
 if __name__ == "__main__":
     harness.main()

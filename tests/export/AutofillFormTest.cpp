@@ -18,8 +18,10 @@ struct CurrentWeight : WeightTexts
     QString ounces() const override { return QString::fromStdString(texts.OZ); }
     QString exported() const override { return QString::fromStdString(texts.EXPORT); }
     QString grams() const override { return QString::fromStdString(texts.BASIC); }
+    QString decimalPounds() const override { return ownPounds; }
 
     rules::WeightTexts texts;
+    QString ownPounds; ///< empty: those of the grams
 };
 
 /// Answers from a page that nothing changes, and writes down what it is asked.
@@ -106,6 +108,30 @@ private:
     std::optional<LogCapture> m_capture; // the test framework captures the log before each function
 
 private slots:
+    /// A scale that has pounds of its own sends them everywhere, and none that were grams between.
+    void poundsOfTheScaleItself()
+    {
+        PageBrowser browser;
+        CurrentWeight weight;
+        weight.texts = {.LB = "70", .OZ = "0", .EXPORT = "70", .BASIC = "31751.47"};
+        const auto sent = [&](auto assignments) {
+            browser.scripts.clear();
+            AutofillForm(browser, nullptr, weight).assign(assignments);
+            std::string all;
+            for (const std::string &script : browser.scripts)
+                all += script + '\n';
+            return QString::fromStdString(all);
+        };
+        QVERIFY(sent(fedexAssignments()).contains(QStringLiteral("69.99")));
+        weight.ownPounds = QStringLiteral("70.000");
+        QVERIFY(sent(fedexAssignments()).contains(QStringLiteral("70.000")));
+        for (const QString &texts :
+             {sent(fedexAssignments()), sent(upsAssignments()), sent(uspsAssignments())}) {
+            QVERIFY(texts.contains(QStringLiteral("70")));
+            QVERIFY(!texts.contains(QStringLiteral("69.")));
+        }
+    }
+
     void init() { m_capture.emplace(); }
     void cleanup() { m_capture.reset(); }
 

@@ -18,18 +18,31 @@ class ClassScaleTest(CommandLineTest):
     def test_a_reading_as_text(self):
         result = self.run_with("--print")
         self.assertEqual((result.status, result.output, result.errors),
-                         (0, "2 pounds 3.4 ounces\n", ""))
+                         (0, "35.4 ounces\n", ""))
 
     def test_a_reading_as_json(self):
         report = self.run_with("--print", "--json").report
         assert_valid(report)
         self.assertEqual(report["device"], "Example Parcel Scale")
         self.assertEqual(report["state"], "weight")
-        self.assertEqual((report["unit"], report["sign"]), ("lb oz", "+"))
-        self.assertAlmostEqual(report["weight"], 2.2125)
+        self.assertEqual((report["unit"], report["sign"]), ("oz", "+"))
+        self.assertAlmostEqual(report["weight"], 35.4)
         self.assertEqual(report["grams"], 1003.573)
         self.assertEqual((report["export"], report["exportUnit"]), ("2.2125", "lb"))
         self.assertTrue(report["settled"])
+
+    def test_scales_that_send_seldom(self):
+        for name, commands in {
+                "once": [f"say-first class {OUNCES_35_4}", "interval class 0"],
+                "every four seconds": ["interval class 4000"],
+        }.items():
+            with self.subTest(name):
+                report = self.run_with("--print", "--json", prepare=commands).report
+                self.assertEqual((report["text"], report["settled"]), ("35.4 ounces", True))
+
+    def test_nothing_at_all(self):
+        result = self.run_with("--print", prepare=["interval class 0"])
+        self.assertEqual((result.status, result.output), (2, ""))
 
     def test_a_unit_without_a_picture(self):
         report = self.run_with("--print", "--json", report="030404000c00").report

@@ -56,6 +56,15 @@ class ReadingNotesTest : public QObject
     Q_OBJECT
 
 private slots:
+    void whatIsNotConfirmedSaysSoAndNothingElse()
+    {
+        ReadingNotes notes = settledNotes(inKilograms);
+        notes.isConfirmed = false;
+        QCOMPARE(notes.standing(),
+                 QStringLiteral("Not confirmed yet: may be of the weighing before"));
+        QCOMPARE(notes.leaves(), QString());
+    }
+
     void leaves_data()
     {
         QTest::addColumn<LeavingTexts>("leaving");

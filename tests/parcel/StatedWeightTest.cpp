@@ -82,6 +82,16 @@ private slots:
         QVERIFY(pan.state() == SettledWeight::State::Empty);
     }
 
+    void withoutATextItSettlesAndDoesNotLeave()
+    {
+        const ScaleStatement weight = stated(ScaleStatus::Stable, 12);
+        SettledWeight pan;
+        QVERIFY(pan.takeStated(weight, false) == SettledWeight::Leaves::No);
+        QVERIFY(pan.state() == SettledWeight::State::Settled);
+        QVERIFY(!pan.hasLeft());
+        QVERIFY(pan.takeStated(weight) == SettledWeight::Leaves::Yes);
+    }
+
 private:
     static void walk(const std::string &word, const SettledWeight &before)
     {

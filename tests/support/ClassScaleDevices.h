@@ -22,6 +22,9 @@ public:
         QString name;
         std::deque<Report> reports; ///< to be read, oldest first
         int readingError = 0;
+        int accessError = 0; ///< of writing too
+        int readFailure = 0; ///< -1: reading fails
+        bool isDeaf = false; ///< nothing can be written
         int opens = 0;
         int openConnections = 0;
         std::vector<Report> written;
@@ -40,6 +43,8 @@ public:
 
     int sendOutputReport(const QString &node, std::span<const std::uint8_t> report) override
     {
+        if (scales[node].isDeaf)
+            return -1;
         scales[node].written.emplace_back(report.begin(), report.end());
         return static_cast<int>(report.size());
     }
@@ -48,6 +53,12 @@ public:
     {
         const auto found = scales.find(node);
         return found == scales.end() ? ENOENT : found->second.readingError;
+    }
+
+    int accessError(const QString &node) const override
+    {
+        const auto found = scales.find(node);
+        return found == scales.end() ? ENOENT : found->second.accessError;
     }
 
     QByteArray reportDescriptor(const HidDeviceInfo &device) override
@@ -76,6 +87,8 @@ private:
 
         std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds) override
         {
+            if (m_scale.readFailure != 0)
+                return m_scale.readFailure;
             if (m_scale.reports.empty())
                 return std::nullopt;
             const Report report = m_scale.reports.front();

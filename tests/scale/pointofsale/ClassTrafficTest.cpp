@@ -141,7 +141,7 @@ private slots:
     void aRecordPlaysAsItWas()
     {
         const RecordedRun run = recordedRun();
-        QCOMPARE(run.readings.size(), std::size_t{3});
+        QCOMPARE(run.readings.size(), std::size_t{4});
         QString trouble;
         auto traffic = Traffic::parse(run.record, &trouble);
         QVERIFY2(traffic, qPrintable(trouble));
@@ -150,6 +150,33 @@ private slots:
         links.pass(10s);
         QCOMPARE(links.interface.names, run.names);
         QVERIFY(links.interface.readings == run.readings);
+    }
+
+    /// What a node is goes with whatever has come there.
+    void anotherDeviceAtTheSameNode()
+    {
+        QString trouble;
+        const auto hex = [](auto bytes) {
+            return QByteArray(reinterpret_cast<const char *>(bytes.data()),
+                              static_cast<qsizetype>(bytes.size()))
+                .toHex(' ');
+        };
+        QByteArray record = Traffic::heading + "\n";
+        record += "0.000 attach hidraw5 1234:0001\n";
+        record += "0.001 about hidraw5 " + hex(classScaleDescriptor) + ": One Scale\n";
+        record += "0.002 open hidraw5\n";
+        record += "1.000 detach hidraw5 1234:0001\n";
+        record += "2.000 attach hidraw5 046d:c077\n";
+        record += "3.000 detach hidraw5 046d:c077\n";
+        record += "4.000 attach hidraw5 1234:0002\n";
+        record += "4.001 about hidraw5 " + hex(oddScaleDescriptor) + ": Other Scale\n";
+        record += "4.002 open hidraw5\n";
+        auto traffic = Traffic::parse(record, &trouble);
+        QVERIFY2(traffic, qPrintable(trouble));
+        ReplayedHidDevices devices(*std::move(traffic));
+        RecordedLinks links(devices);
+        links.pass(10s);
+        QCOMPARE(links.interface.names, QStringList({"One Scale", QString(), "Other Scale"}));
     }
 
     void theLastStateStays()

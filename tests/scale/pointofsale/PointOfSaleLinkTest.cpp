@@ -3,103 +3,18 @@
 
 #include "scale/pointofsale/PointOfSaleLink.h"
 
-#include "emulator/ClassScaleDescriptors.h"
-#include "scale/HIDManager.h"
-#include "scale/pointofsale/ScaleChoice.h"
-#include "scale/pointofsale/ScaleReading.h"
-#include "tests/rules/PointOfSaleRules.h"
-#include "tests/support/ClassScaleDevices.h"
-#include "tests/support/FakeClock.h"
-#include "tests/support/LinkedScale.h"
+#include "tests/scale/pointofsale/ClassScaleWorld.h"
 #include "tests/support/TestClasses.h"
 
 #include <cerrno>
-
-using namespace std::chrono_literals;
 
 namespace {
 
 using Report = ClassScaleDevices::Report;
 
-const fakeudev::Device firstDevice{"hidraw5", 0x1234, 0x0001};
 const fakeudev::Device secondDevice{"hidraw6", 0x1234, 0x0001};
 const fakeudev::Device someStranger{"hidraw8", scaleVendorId, 0x1234};
 const fakeudev::Device someMouse{"hidraw7", 0x046D, 0xC077};
-
-Report stable(std::uint8_t weight)
-{
-    return {3, 4, 11, 0xFF, weight, 0};
-}
-
-/// The interface with both links behind it.
-class ClassScaleInterface : public RecordingDelegate
-{
-public:
-    HidDevices &devices() override { return machine; }
-
-    void useLink(ScaleLink &link, const QString &itsName) override
-    {
-        inUse = &link;
-        name = itsName;
-        calls.append(QStringLiteral("useLink"));
-    }
-
-    void takeReading(const ScaleReading &reading) override { readings.push_back(reading); }
-
-    ClassScaleDevices machine;
-    ScaleLink *inUse = nullptr;
-    QString name;
-    std::vector<ScaleReading> readings;
-};
-
-struct ClassScaleWorld
-{
-    ClassScaleWorld()
-    {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        describe("/dev/hidraw5", "One Scale");
-        describe("/dev/hidraw6", "Other Scale");
-        link.get_device_handle();
-        turn();
-    }
-
-    static void turn() { LinkedScale::turn(); }
-
-    void describe(const char *node, const char *name)
-    {
-        ClassScaleDevices::Scale &scale = interface.machine.scales[QString::fromLatin1(node)];
-        scale.descriptor = QByteArray(reinterpret_cast<const char *>(classScaleDescriptor.data()),
-                                      static_cast<qsizetype>(classScaleDescriptor.size()));
-        scale.name = QString::fromLatin1(name);
-    }
-
-    ClassScaleDevices::Scale &first() { return interface.machine.scales["/dev/hidraw5"]; }
-    ClassScaleDevices::Scale &second() { return interface.machine.scales["/dev/hidraw6"]; }
-
-    void plugFirst()
-    {
-        fakeudev::plug(firstDevice);
-        turn();
-    }
-
-    /// Past the report that may be of another time.
-    void plugAndBegin()
-    {
-        plugFirst();
-        first().reports.push_back(stable(99));
-        other.takeReading();
-        interface.calls.clear();
-    }
-
-    bool isOtherInUse() const { return interface.inUse == &other; }
-
-    LogCapture log;
-    ClassScaleInterface interface;
-    HIDManager link;
-    PointOfSaleLink other{[this] { return link.SetRound(); }};
-    ScaleChoice choice{link, other, nullptr};
-};
 
 } // namespace
 
@@ -238,68 +153,6 @@ private slots:
         QCOMPARE(world.first().opens, 1);
     }
 
-    void whatItSendsFirstMayBeOfAnotherTime()
-    {
-        ClassScaleWorld world;
-        world.plugFirst();
-        world.first().reports.push_back(stable(99));
-        QVERIFY(!world.other.takeReading());
-        QVERIFY(world.interface.readings.empty());
-        world.first().reports.push_back(stable(12));
-        QVERIFY(world.other.takeReading());
-        QCOMPARE(world.interface.readings.size(), std::size_t{1});
-        QCOMPARE(world.interface.readings[0].statement.number.digits, 12U);
-        QCOMPARE(world.interface.label, QStringLiteral("0.075"));
-    }
-
-    /// Every row of three reports, after what is sent first, gives the last one of them that has a
-    /// weight; others are let pass, whatever their length.
-    void everyRowOfThreeReports()
-    {
-        const std::vector<Report> alphabet{
-            stable(12),
-            {3, 3, 11, 0xFF, 13, 0},       // in motion
-            {3, 2, 0, 0, 0, 0},            // at zero, without a unit
-            {3, 5, 11, 0xFF, 0xFE, 0xFF},  // below zero, as two's complement
-            {3, 5, 11, 0xFF, 0, 0},        // and without a weight
-            {3, 6, 11, 0xFF, 0, 0},        // over the limit
-            {4, 1},                        // another report
-            {0, 3, 4, 2, 0, 14, 0},        // a 0 in front
-            {3, 4, 12, 0xFE, 15, 0, 0, 0}, // eight bytes
-            [] {
-                Report report = stable(16);
-                report.resize(128);
-                return report;
-            }(),
-            {3, 4, 11, 0xFF, 17},    // too short
-            {},                      // nothing at all
-            {3, 0, 11, 0xFF, 18, 0}, // a status that is none
-        };
-        for (const Report &one : alphabet) {
-            for (const Report &two : alphabet) {
-                for (const Report &three : alphabet) {
-                    ClassScaleWorld world;
-                    world.plugAndBegin();
-                    std::optional<rules::Stated> expected;
-                    for (const Report &report : {one, two, three}) {
-                        if (const auto stated = rules::stated(report))
-                            expected = stated;
-                        world.first().reports.push_back(report);
-                    }
-                    world.other.takeReading();
-                    QCOMPARE(world.interface.readings.size(), std::size_t{expected ? 1U : 0U});
-                    if (!expected)
-                        continue;
-                    const ScaleStatement &taken = world.interface.readings[0].statement;
-                    QCOMPARE(static_cast<int>(taken.status), expected->status);
-                    QCOMPARE(taken.number.digits, expected->digits);
-                    QCOMPARE(taken.number.exponent, expected->exponent);
-                    QCOMPARE(taken.number.isNegative, expected->below);
-                }
-            }
-        }
-    }
-
     void aZeroWithoutUnitKeepsTheUnit()
     {
         ClassScaleWorld world;
@@ -309,21 +162,6 @@ private slots:
         world.first().reports.push_back({3, 2, 0, 0, 0, 0});
         world.other.takeReading();
         QVERIFY(world.interface.readings.back().statement.unit == WeightUnit::Ounce);
-    }
-
-    void silenceIsToldAfterTenSecondsAndEndsWithAReport()
-    {
-        ClassScaleWorld world;
-        world.plugAndBegin();
-        fakeclock::advance(9900ms);
-        world.other.takeReading();
-        QVERIFY(!world.other.isReadingOpen());
-        fakeclock::advance(200ms);
-        world.other.takeReading();
-        QVERIFY(world.other.isReadingOpen());
-        world.first().reports.push_back(stable(12));
-        QVERIFY(world.other.continueReading());
-        QVERIFY(!world.other.isReadingOpen());
     }
 
     void zeroIsOneBitOfTheReportThatTheDescriptorNames()
@@ -357,15 +195,73 @@ private slots:
         world.first().reports.push_back(stable(12));
         world.other.takeReading();
         world.other.setHeld(true);
+        QVERIFY(world.other.takeReading());
+        QVERIFY(world.interface.readings.back().isHeld);
         world.first().reports.push_back(stable(50));
         world.other.takeReading();
         QVERIFY(world.interface.readings.back().isHeld);
-        QCOMPARE(world.interface.readings.back().statement.number.digits, 12U);
+        QCOMPARE(world.lastDigits(), 12U);
+        // What lies there by now has been told meanwhile, and is not told again.
         world.other.setHeld(false);
+        QVERIFY(world.other.takeReading());
+        QVERIFY(!world.interface.readings.back().isHeld);
+        QVERIFY(world.interface.readings.back().isRepeated);
+        QCOMPARE(world.lastDigits(), 50U);
+        QCOMPARE(world.interface.label, QStringLiteral("0.3125"));
+    }
+
+    void openedAnewItHoldsNothing()
+    {
+        ClassScaleWorld world;
+        world.plugAndBegin();
+        world.first().reports.push_back(stable(12));
+        world.other.takeReading();
+        world.other.setHeld(true);
+        QVERIFY(world.other.isHolding());
+        QVERIFY(world.other.reopenHandle());
+        QVERIFY(!world.other.isHolding());
+        world.other.setHeld(true);
+        QVERIFY(!world.other.isHolding());
         world.first().reports.push_back(stable(50));
         world.other.takeReading();
+        QCOMPARE(world.lastDigits(), 50U);
         QVERIFY(!world.interface.readings.back().isHeld);
-        QCOMPARE(world.interface.readings.back().statement.number.digits, 50U);
+    }
+
+    void aChoiceIsFollowedWithoutAFurtherReport()
+    {
+        ClassScaleWorld world;
+        world.plugAndBegin();
+        world.first().reports.push_back(stable(12));
+        world.other.takeReading();
+        // The described scale's row is none that was chosen for this one.
+        world.interface.radioButtonIndex = unittag::poundsOuncesA;
+        QVERIFY(!world.other.takeReading());
+        QVERIFY(!world.interface.readings.back().asPoundsAndOunces);
+        world.other.chooseUnit(unittag::poundsOuncesA);
+        QVERIFY(world.other.takeReading());
+        QVERIFY(world.interface.readings.back().asPoundsAndOunces);
+        world.link.setSetRound(true);
+        world.other.readAgain();
+        QVERIFY(world.other.takeReading());
+        QCOMPARE(world.interface.label, QStringLiteral("1"));
+        QVERIFY(!world.other.takeReading());
+    }
+
+    void zeroIsOfferedOnlyWhereItCanBeWritten()
+    {
+        ClassScaleWorld world;
+        world.plugAndBegin();
+        world.first().accessError = EACCES;
+        QVERIFY(!world.other.abilities().tare);
+        world.first().accessError = 0;
+        world.first().isDeaf = true;
+        world.other.pressTare();
+        world.other.takeReading();
+        QVERIFY(world.interface.readings.back().hasTareFailed);
+        world.first().reports.push_back({3, 2, 11, 0xFF, 0, 0});
+        world.other.takeReading();
+        QVERIFY(!world.interface.readings.back().hasTareFailed);
     }
 
     void theClipboardGetsWhatIsExported()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "scale/pointofsale/ScaleReport.h"
+#include "parcel/SettledWeight.h"
 #include "scale/pointofsale/WeightConversion.h"
 #include "tests/rules/PointOfSaleRules.h"
 #include "tests/support/Sweep.h"
@@ -180,6 +181,29 @@ private slots:
         QVERIFY(!readScaleReport(std::array<std::uint8_t, 2>{4, 1}, ScaleLayout::ofClass()));
     }
 
+    /// The sign is that of the status; what a field of its own accord says is below zero, though
+    /// the status does not, is no weight.
+    void signedFields()
+    {
+        ScaleLayout layout = ScaleLayout::ofClass();
+        layout.weight.isSigned = true;
+        const auto read = [&](int status, unsigned weight) {
+            return *readScaleReport(reportOf(status, 2, 0, weight), layout);
+        };
+        for (const int status : {2, 3, 4}) {
+            QVERIFY(read(status, 0xFFFB).number == (ScaleNumber{5, 0, true}));
+            QVERIFY(!read(status, 0xFFFB).isSettled());
+            QVERIFY(!isStatedWeight(read(status, 0xFFFB)));
+        }
+        QVERIFY(read(4, 5).isSettled());
+        QVERIFY(isStatedWeight(read(4, 5)));
+        QVERIFY(read(5, 0xFFFB).number == (ScaleNumber{5, 0, true}));
+        QVERIFY(read(5, 5).number == (ScaleNumber{5, 0, true}));
+        layout.weight.isSigned = false;
+        QCOMPARE(read(4, 0xFFFB).number.digits, 0xFFFBU);
+        QVERIFY(isStatedWeight(read(4, 0xFFFB)));
+    }
+
     /// Known weightCount, worked out by hand.
     void weightsThatLeave()
     {
@@ -198,6 +222,17 @@ private slots:
         QCOMPARE(web->basic, QStringLiteral("34.01943"));
         QCOMPARE(webStrings(statement(WeightUnit::Pound, 500, -2))->pounds, QStringLiteral("5"));
         QCOMPARE(webStrings(statement(WeightUnit::Pound, 500, -2))->ounces, QStringLiteral("0"));
+        const auto decimals = [&](WeightUnit unit, unsigned digits, int exponent) {
+            return webStrings(statement(unit, digits, exponent))->decimalPounds;
+        };
+        QCOMPARE(decimals(WeightUnit::Pound, 70, 0), QStringLiteral("70.000"));
+        QCOMPARE(decimals(WeightUnit::Ounce, 12, -1), QStringLiteral("0.075"));
+        QCOMPARE(decimals(WeightUnit::Gram, 1000, 0), QStringLiteral("2.205"));
+        QCOMPARE(decimals(WeightUnit::Pound, 5, -4), QStringLiteral("0.000"));
+        QCOMPARE(decimals(WeightUnit::Pound, 15, -4), QStringLiteral("0.002"));
+        QCOMPARE(decimals(WeightUnit::Pound, 25, -4), QStringLiteral("0.002"));
+        QCOMPARE(decimals(WeightUnit::Pound, 25001, -7), QStringLiteral("0.003"));
+        QCOMPARE(decimals(WeightUnit::Tonne, 65535, 4), QStringLiteral("1444799435228.595"));
         QVERIFY(!webStrings(statement(WeightUnit::Tael, 1, 0)));
         QVERIFY(!webStrings(statement(WeightUnit::Unknown, 1, 0)));
     }

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "scale/pointofsale/ScaleStatement.h"
+
+#include <QElapsedTimer>
+#include <chrono>
+#include <optional>
+
+/// When a scale's reports came, and what is to be thought of the latest one. Some scales send all
+/// the time, some every few seconds, and some only when something changes.
+class ReportRhythm
+{
+public:
+    /// Without a report for so long nothing is known of what comes next: it may be of another time.
+    static constexpr std::chrono::milliseconds patience{10000};
+    /// A report that no other one follows for so long is taken for what the scale has to say.
+    static constexpr std::chrono::milliseconds confirmation{3000};
+
+    /// From here on reports are waited for.
+    void begin();
+    void take(const ScaleStatement &statement);
+
+    /// The latest report is of now: the first one of a row may be of the weighing before.
+    bool isConfirmed() const;
+    /// A report should have come and has not: of a scale that repeats itself, of one whose load was
+    /// in motion, and of one that has sent nothing at all.
+    bool isSilent() const;
+    bool hasBegun() const { return m_latest.has_value(); }
+
+private:
+    std::chrono::milliseconds sinceReport() const;
+
+    QElapsedTimer m_sinceReport; ///< or since the begin
+    std::optional<ScaleStatement> m_latest;
+    bool m_isFirst = false; ///< of a row
+    /// The longest time between two equal reports at rest; nothing where there were none.
+    std::optional<std::chrono::milliseconds> m_interval;
+};
