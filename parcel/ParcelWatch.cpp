@@ -201,7 +201,8 @@ bool ParcelWatch::lets(Destination destination) const
 
 bool ParcelWatch::mayLeaveNow(Destination destination) const
 {
-    const bool isPresent = m_around.session.isDeviceConnected && !m_isSilent && !m_isMarkedOld;
+    const bool isPresent =
+        m_around.session.isDeviceConnected && m_isConfirmed && !m_isSilent && !m_isMarkedOld;
     return isPresent && !isHolding() && m_weight.state() == SettledWeight::State::Settled &&
            textsTell(destination, texts(), m_grams);
 }
@@ -280,8 +281,7 @@ ReadingNotes ParcelWatch::notes() const
     notes.hasLeft = m_weight.hasLeft();
     notes.settledSince = m_settledSince;
     notes.parcel = m_parcels;
-    if (m_sinceWeighed.isValid())
-        notes.isConfirmed = m_isConfirmed;
+    notes.isConfirmed = m_isConfirmed;
     if (m_sinceWeighed.isValid() && !isStillValid())
         notes.age = std::chrono::milliseconds(m_sinceWeighed.elapsed()) + m_slept;
     notes.isMarkedOld = m_isMarkedOld;

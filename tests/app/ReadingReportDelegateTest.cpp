@@ -14,7 +14,7 @@ namespace {
 using Scale = LaunchedApplication::Scale;
 using Report = std::vector<std::uint8_t>;
 
-const Report off{0x00, 0x00, 0x00};
+const Report blankDisplay{0x00, 0x00, 0x00};
 const Report grams1234{0x01, 0x34, 0x12};
 const Report minus12Grams{0x81, 0x12, 0x00};
 const Report overload{0x04, 0x00, 0x00};
@@ -47,9 +47,9 @@ const std::vector<Weighing> weighings{
      "1.2 kilograms",
      1200},
     {"type 1 announced", {typeOne, kilogramsOfTypeOne}, ReportState::Weight, "1.2 kilograms", 1200},
-    {"a blank report", {grams1234, off}, ReportState::Waiting, ""},
-    {"off", {grams1234, off, off}, ReportState::Off, ""},
-    {"on again", {off, off, grams1234}, ReportState::Weight, "1234 grams", 1234},
+    {"a blank report", {grams1234, blankDisplay}, ReportState::Waiting, ""},
+    {"off", {grams1234, blankDisplay, blankDisplay}, ReportState::Off, ""},
+    {"on again", {blankDisplay, blankDisplay, grams1234}, ReportState::Weight, "1234 grams", 1234},
     {"overload", {grams1234, overload, overload}, ReportState::Overload, ""},
     {"overload of type 1", {overloadOfTypeOne, overloadOfTypeOne}, ReportState::Overload, ""},
     {"under load", {grams1234, underLoad, underLoad}, ReportState::UnderLoad, ""},
