@@ -10,7 +10,7 @@ namespace {
 
 using Scale = LaunchedApplication::Scale;
 
-const QByteArray usps = "\"YES\"";
+const QByteArray uspsInformation = "\"YES\"";
 const QByteArray kelvane = "\"NO\"";
 
 /// The distribution's release as three numbers, read apart from the program.
@@ -91,7 +91,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("isUSPS");
         QTest::addColumn<QStringList>("modelLines");
-        QTest::newRow("USPS names no model") << usps << QStringList();
+        QTest::newRow("USPS names no model") << uspsInformation << QStringList();
         QTest::newRow("Kelvane names each model")
             << kelvane << QStringList{"item:KV-A100", "item:KV-A200"};
     }
@@ -171,7 +171,7 @@ private slots:
     void uspsIsBlueWithWhiteTexts()
     {
         QFETCH(QByteArray, models);
-        LaunchedApplication app(Scale::Absent, bundleInformation(usps, models));
+        LaunchedApplication app(Scale::Absent, bundleInformation(uspsInformation, models));
         QCOMPARE(fillColour(app.delegate.boxContainer), QColor(1, 62, 145));
         QVERIFY(app.delegate.boxContainer->autoFillBackground());
         for (const QLabel *label : brandedLabels(app.delegate))
@@ -277,12 +277,12 @@ private slots:
     {
         QFETCH(QByteArray, models);
         QFETCH(QStringList, names);
-        for (const QByteArray &isUSPS : {usps, kelvane}) {
+        for (const QByteArray &isUSPS : {uspsInformation, kelvane}) {
             LaunchedApplication app(Scale::Absent, bundleInformation(isUSPS, models));
             const DesignedWindow designed;
             const bool listed = !names.isEmpty();
-            const QString format =
-                isUSPS == usps ? QStringLiteral("Postal Scale-%1") : QStringLiteral("Kelvane-%1");
+            const QString format = isUSPS == uspsInformation ? QStringLiteral("Postal Scale-%1")
+                                                             : QStringLiteral("Kelvane-%1");
             QCOMPARE(menuTexts(app.delegate.modelMenu), names);
             QCOMPARE(popUpTexts(app.delegate.optionButton),
                      listed ? names : popUpTexts(designed.form.optionButton));
