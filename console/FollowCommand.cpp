@@ -90,8 +90,8 @@ void FollowCommand::startSource()
 void FollowCommand::take(const QByteArray &line)
 {
     QJsonObject object = QJsonDocument::fromJson(line).object();
-    // Such as a source that leaves its place to a window.
-    if (isYield(object) || object.isEmpty())
+    // Such as the answer of a program that does not know followers.
+    if (object.isEmpty())
         return;
     m_hang.setRemainingTime(hangTime);
     const ReadingReport report = ReadingReport::fromJson(object);

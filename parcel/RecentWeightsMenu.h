@@ -20,10 +20,14 @@ public:
     /// @param copy gets the text of the item that was clicked
     RecentWeightsMenu(QMenu &menu, std::function<void(const QString &text)> copy, QObject *parent);
 
+    /// At once; when the menu is open, as soon as it is closed.
     void show(const QList<RecentWeight> &weights);
 
 private:
+    void showLatest();
+
     QMenu &m_menu;
     std::function<void(const QString &text)> m_copy;
+    QList<RecentWeight> m_latest;
     QList<RecentWeight> m_shown;
 };

@@ -63,8 +63,7 @@ class SettledTest(BrowserTest):
         return self.site.next_submitted(SLOW_START)
 
     def recent_weights(self):
-        items = self.program.window.widget("recentMenu").descendants()
-        return [each.name for each in items if each.name]
+        return self.program.window.widget("recentMenu").names()
 
 
 class SettledCarriersTest(SettledTest):

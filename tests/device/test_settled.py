@@ -70,8 +70,7 @@ class SettledTest(OptionTest):
         self.wait_for_clipboard("0.567")
 
         def recent():
-            items = program.window.widget("recentMenu").descendants()
-            return [each.name for each in items if each.name]
+            return program.window.widget("recentMenu").names()
 
         # The newest first; before a unit was chosen, the weight was of the panel.
         wait_until(lambda: len(recent()) >= 2, "two recent weights")

@@ -96,6 +96,11 @@ class Accessible:
             yield child
             yield from child.descendants()
 
+    def names(self):
+        """Of all that it holds, without those that have none."""
+        return [name for each in self.descendants()
+                if (name := _unless_gone(lambda each=each: each.name, ""))]
+
     def descendants_that(self, matches):
         """Without those that go while `matches` looks at them."""
         for each in self.descendants():

@@ -53,14 +53,19 @@ class LogTest(CommandLineTest):
             for text in ("Select Postal Scale", "readData", "buf[0]: 1", "set_device_OFF"):
                 self.assertIn(text, texts)
 
-    def test_a_full_disk_ends_the_log_and_nothing_else(self):
-        file = self.session.new_folder("log") / "log.txt"
-        program = self.start("--weight", "1234", program_arguments=("--log", file),
+    def fill_the_disk(self, option, file):
+        """The program, which goes on weighing after it."""
+        program = self.start("--weight", "1234", program_arguments=(option, file),
                              environment=QUIET, wrapper=FULL_DISK)
         program.wait_for_reading("1234 grams")
-        wait_until(lambda: self.lines_of(program), "the end of the log")
+        wait_until(lambda: self.lines_of(program), f"the end of {file.name}")
         program.scale.tell("weight 567")
         program.wait_for_reading("567 grams")
+        return program
+
+    def test_a_full_disk_ends_the_log_and_nothing_else(self):
+        file = self.session.new_folder("log") / "log.txt"
+        program = self.fill_the_disk("--log", file)
         self.wait_for_polls(program, 3)
         self.assertEqual(self.lines_of(program),
                          ["postalscale: The log ends here: File too large"])
@@ -69,12 +74,7 @@ class LogTest(CommandLineTest):
 
     def test_a_full_disk_ends_the_record_and_nothing_else(self):
         file = self.session.new_folder("record") / "scale.txt"
-        program = self.start("--weight", "1234", program_arguments=("--record", file),
-                             environment=QUIET, wrapper=FULL_DISK)
-        program.wait_for_reading("1234 grams")
-        wait_until(lambda: self.lines_of(program), "the end of the record")
-        program.scale.tell("weight 567")
-        program.wait_for_reading("567 grams")
+        program = self.fill_the_disk("--record", file)
         self.assertEqual(self.lines_of(program),
                          [f"postalscale: The record in {file} ends here: File too large"])
         self.check_whole_lines(file)

@@ -5,6 +5,7 @@
 #include "tests/support/TestClasses.h"
 
 #include <QClipboard>
+#include <QMenu>
 
 using namespace std::chrono_literals;
 
@@ -414,6 +415,24 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("0.567"));
         // Nothing of it is written down.
         QVERIFY(!storedsettings::text().contains("0.567"));
+    }
+
+    void nothingMovesInAnOpenMenuOfRecentWeights()
+    {
+        start();
+        chooseUnit(window().rg5);
+        readAll({grams567, grams567, grams567, empty});
+        QMenu &menu = *window().recentMenu;
+        QAction *item = menu.actions().constFirst();
+        const QString words = item->text();
+        menu.popup({});
+        readAll({parcel1234, parcel1234, parcel1234});
+        QCOMPARE(menu.actions(), QList<QAction *>{item});
+        QCOMPARE(item->text(), words);
+        menu.close();
+        QTRY_COMPARE(menu.actions().size(), 2);
+        QVERIFY(menu.actions().at(0)->text().startsWith(QLatin1String("1.234 kg at ")));
+        QCOMPARE(menu.actions().at(1)->text(), words);
     }
 
     /// As a page does that is asked something in the same reading.

@@ -52,6 +52,25 @@ public:
     SharedMachine machine;
 };
 
+/// The real link, watching, where there is a scale.
+struct SharedScale
+{
+    /// @param error of the scale's node; 0 where it is this user's
+    explicit SharedScale(int error = 0)
+    {
+        FakeHidapi::reset();
+        fakeudev::reset();
+        fakeudev::place(scaleDevice);
+        interface.machine.error = error;
+        link.get_device_handle();
+        LinkedScale::turn();
+    }
+
+    LogCapture log;
+    SharedDelegate interface;
+    HIDManager link;
+};
+
 const QStringList attached{"DeviceAdded", "go forward", "our device"};
 const QStringList removed{"DeviceRemoved", "hid_device_removal_callback"};
 const QStringList toldConnected{"setStatusString 1", "setIsDeviceAlive 1"};
@@ -247,15 +266,8 @@ private slots:
 
     void theScaleIsWhoseSeatItIs()
     {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        fakeudev::place(scaleDevice);
-        const LogCapture log;
-        SharedDelegate interface;
-        interface.machine.error = EACCES;
-        HIDManager link;
-        link.get_device_handle();
-        LinkedScale::turn();
+        SharedScale scale(EACCES);
+        auto &[log, interface, link] = scale;
         FakeHidapi &hidapi = FakeHidapi::instance();
         for (int change = 0; change < 3; ++change) {
             link.get_device_rawdata();
@@ -281,14 +293,8 @@ private slots:
 
     void theSeatGoesWhileTheScaleIsSilent()
     {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        fakeudev::place(scaleDevice);
-        const LogCapture log;
-        SharedDelegate interface;
-        HIDManager link;
-        link.get_device_handle();
-        LinkedScale::turn();
+        SharedScale scale;
+        auto &[log, interface, link] = scale;
         FakeHidapi &hidapi = FakeHidapi::instance();
         hidapi.duringWait = [](int patience) {
             fakeclock::advance(std::chrono::milliseconds(patience));
@@ -305,14 +311,8 @@ private slots:
     /// For which the polls wait.
     void aScaleThatIsThereAgainWithoutPermission()
     {
-        FakeHidapi::reset();
-        fakeudev::reset();
-        fakeudev::place(scaleDevice);
-        const LogCapture log;
-        SharedDelegate interface;
-        HIDManager link;
-        link.get_device_handle();
-        LinkedScale::turn();
+        SharedScale scale;
+        auto &[log, interface, link] = scale;
         interface.machine.error = EACCES;
         for (int search = 0; search < 2; ++search)
             QVERIFY(link.reopenHandle());
