@@ -12,7 +12,7 @@ from browser_harness import BrowserTest
 CASES_AT_ONCE = 4000
 # Both browsers run the same script, so each takes some of the states, and others than the other one.
 # All of them in each: ctest -C Endurance -R every_state
-SHARE = 1 if "POSTAL_SCALE_EVERY_STATE" in os.environ else 8
+SHARE = 1 if "POSTAL_SCALE_EVERY_STATE" in os.environ else 32
 FIRST = {"chromium": 0, "firefox": SHARE // 2}
 
 # Row 02 empty, with ounces chosen; row 05 filled, with two buttons of which none is chosen.
