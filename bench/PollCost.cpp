@@ -6,21 +6,33 @@
 //   poll-cost list             prints the names of the loads
 //   poll-cost time LOAD COUNT  prints the nanoseconds of each poll, from the report in hand to the
 //                              views set
+//   poll-cost follow LOAD COUNT
+//                              prints the nanoseconds that each poll takes longer for one follower
 //   poll-cost run COUNT        that many polls of each load, each poll with the turn of the event
 //                              loop that follows it: to be run under callgrind, which counts what
 //                              onePoll() costs and begins anew with each choose()
 //   poll-cost grow COUNT       that many polls of all loads by turns; prints the private memory in
 //                              KiB at each hundredth of the way
 
+#include "app/ReadingReportDelegate.h"
+#include "console/ReadingFeed.h"
+#include "console/SingleInstanceRequest.h"
 #include "tests/support/LaunchedApplication.h"
 
+#include <QLocalSocket>
 #include <QMainWindow>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <string>
 #include <string_view>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <utility>
 #include <vector>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -111,6 +123,11 @@ public:
         return taken;
     }
 
+    ReadingReportDelegate &source()
+    {
+        return dynamic_cast<ReadingReportDelegate &>(m_program.delegate);
+    }
+
 private:
     void hand(const Load &load)
     {
@@ -149,6 +166,62 @@ int time(const Load &load, int count)
     for (int i = 0; i < count; ++i)
         std::printf("%lld\n", static_cast<long long>(bench.nanosecondsOfPoll(load)));
     return 0;
+}
+
+/// A follower that reads at once, and the time that telling it takes.
+class Followed
+{
+public:
+    explicit Followed(const ReadingReportDelegate &source)
+        : m_feed(source)
+    {
+        if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, m_ends.data()) != 0)
+            return;
+        m_socket.setSocketDescriptor(m_ends[0]);
+        // Who waits for a signal is told in the order of coming.
+        QObject::connect(&source, &ReadingReportDelegate::reportDue, &m_feed,
+                         [this] { m_start = now(); });
+        m_feed.adopt(followRequest(), m_socket);
+        QObject::connect(&source, &ReadingReportDelegate::reportDue, &m_feed,
+                         [this] { m_taken += now() - m_start; });
+        read();
+    }
+    ~Followed() { close(m_ends[1]); }
+    Followed(const Followed &) = delete;
+    Followed &operator=(const Followed &) = delete;
+
+    /// In nanoseconds, since the last call.
+    std::int64_t taken() { return std::exchange(m_taken, 0); }
+
+    /// Whether a line was there.
+    bool read()
+    {
+        std::array<char, 4096> lines{};
+        return ::read(m_ends[1], lines.data(), lines.size()) > 0;
+    }
+
+private:
+    std::array<int, 2> m_ends{-1, -1};
+    QLocalSocket m_socket;
+    ReadingFeed m_feed;
+    std::int64_t m_start = 0;
+    std::int64_t m_taken = 0;
+};
+
+int follow(const Load &load, int count)
+{
+    Bench bench;
+    bench.choose(load);
+    Followed followed(bench.source());
+    bool isTold = true;
+    for (int i = 0; i < count; ++i) {
+        bench.poll(load);
+        // Until the next one, as at the scale: the panel is read out shortly after each reading.
+        LaunchedApplication::pass(400ms);
+        std::printf("%lld\n", static_cast<long long>(followed.taken()));
+        isTold = followed.read() && isTold;
+    }
+    return isTold || load.reports.size() == 1 ? 0 : 1;
 }
 
 void runEach(Bench &bench, int count)
@@ -190,7 +263,9 @@ int run(const std::vector<std::string> &words)
         return grow(count);
     if (mode == "time" && count > 0 && loadNamed(words[1]) != nullptr)
         return time(*loadNamed(words[1]), count);
-    std::fputs("usage: poll-cost list | time LOAD COUNT | run COUNT | grow COUNT\n", stderr);
+    if (mode == "follow" && count > 0 && loadNamed(words[1]) != nullptr)
+        return follow(*loadNamed(words[1]), count);
+    std::fputs("usage: poll-cost list | time LOAD COUNT | follow LOAD COUNT | run COUNT | grow COUNT\n", stderr);
     return 2;
 }
 

@@ -62,8 +62,8 @@ class Endurance:
         self.program = program
         self.scale = program.scale
         self.generator = generator
-        faketime = _child(program.emulator_pid)
-        self.process = pathlib.Path(f"/proc/{_child(faketime)}")
+        faketime = child(program.emulator_pid)
+        self.process = pathlib.Path(f"/proc/{child(faketime)}")
 
     def run(self, polls, cycles):
         for grams in LOADS:
@@ -138,8 +138,7 @@ class Endurance:
         return None if POOL_THREAD in usage.threads else usage
 
     def usage(self):
-        status = (self.process / "status").read_text()
-        resident = int(re.search(r"VmRSS:\s+(\d+) kB", status)[1]) * 1024
+        resident = resident_memory(self.process.name)
         targets = [_target(each) for each in (self.process / "fd").iterdir()]
         sockets = targets.count("socket:")
         others = tuple(sorted(each for each in targets if each != "socket:"))
@@ -150,7 +149,13 @@ class Endurance:
         return [each for each in names if each is not None]
 
 
-def _child(pid):
+def resident_memory(pid):
+    """In bytes."""
+    status = pathlib.Path(f"/proc/{pid}/status").read_text(encoding="ascii")
+    return int(re.search(r"VmRSS:\s+(\d+) kB", status)[1]) * 1024
+
+
+def child(pid):
     children = pathlib.Path(f"/proc/{pid}/task/{pid}/children").read_text(encoding="ascii")
     return int(children.split()[0])
 

@@ -14,7 +14,7 @@ from reading_schema import assert_valid
 from waiting import wait_until
 
 SOURCE = "postal-scale --for-followers"
-RESTARTS = 3
+RESTARTS = 10
 WINDOW_MODEL = "KV-B100"
 
 
