@@ -44,7 +44,7 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                  .clipboard = m_clipboard,
                  .settings = settings,
                  .showModelInTitle = [this] { showScaleInTitle(); },
-                 .carrierWentOff = [this] { m_carrierPages.stopFilling(); }},
+                 .carrierWentOff = [this](int carrier) { m_carrierPages.stopFilling(carrier); }},
                 this)
     , m_carrierPages(browsers, *this, *lbLBL, *this)
     , m_parcel({.link = *hid_obj,

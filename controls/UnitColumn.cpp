@@ -94,6 +94,8 @@ void UnitColumn::follow(const ScaleAbilities &abilities)
     enableRows(rows, QStringLiteral("The unit is chosen on the scale"));
     if (abilities.unitShown)
         showRow(*rowOfUnit(*abilities.unitShown));
+    else
+        showNoRow();
 }
 
 void UnitColumn::restoreChoice()
@@ -142,10 +144,25 @@ void UnitColumn::showRow(int row)
     placeTabStop();
 }
 
+// A group that is exclusive always keeps one.
+void UnitColumn::showNoRow()
+{
+    m_form.radiogroup->setExclusive(false);
+    for (int row = 0; row < unitRowCount; ++row) {
+        QAbstractButton *cell = cells().at(row);
+        const QSignalBlocker noAction(cell);
+        cell->setChecked(false);
+        m_form.unitMenu->actions().at(row)->setChecked(false);
+    }
+    m_form.radiogroup->setExclusive(true);
+    placeTabStop();
+}
+
 void UnitColumn::placeTabStop()
 {
     // A disabled choice cannot take the keyboard; then any row may.
-    const bool choiceIsOpen = m_form.radiogroup->checkedButton()->isEnabled();
+    const QAbstractButton *choice = m_form.radiogroup->checkedButton();
+    const bool choiceIsOpen = choice != nullptr && choice->isEnabled();
     for (QAbstractButton *cell : cells()) {
         const bool isStop = cell->isChecked() || !choiceIsOpen;
         cell->setFocusPolicy(isStop ? Qt::StrongFocus : Qt::ClickFocus);

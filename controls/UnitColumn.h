@@ -53,6 +53,8 @@ private:
     void connectAssistiveToggle(QAbstractButton *cell);
     void enableRows(const UnitRowSet &rows, const QString &whyNot);
     void setRowEnabled(int row, bool enabled, const QString &whyNot);
+    /// The scale weighs in a unit that none of the rows is.
+    void showNoRow();
     /// The Tab key stops at the chosen unit; arrow keys go on from there.
     void placeTabStop();
     QList<QAbstractButton *> cells() const; ///< in row order

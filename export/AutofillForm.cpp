@@ -20,10 +20,11 @@ bool isDue(const ProcedureStep &step, const QList<bool> &answers)
 } // namespace
 
 AutofillForm::AutofillForm(BrowserApplication &browser, std::shared_ptr<const BrowserTab> tab,
-                           const WeightTexts &weight)
+                           const WeightTexts &weight, QString carrier)
     : m_browser(browser)
     , m_tab(std::move(tab))
     , m_weight(weight)
+    , m_carrier(std::move(carrier))
 {
 }
 
@@ -39,10 +40,13 @@ void AutofillForm::fillUspsRows()
 
 void AutofillForm::run(const FillProcedure &procedure)
 {
-    if (m_browser.takesPlans())
-        m_browser.post(fillPlan(procedure, m_weight), m_tab);
-    else
+    if (!m_browser.takesPlans()) {
         interpret(procedure);
+        return;
+    }
+    FillPlan plan = fillPlan(procedure, m_weight);
+    plan.carrier = m_carrier;
+    m_browser.post(plan, m_tab);
 }
 
 void AutofillForm::interpret(const FillProcedure &procedure)

@@ -15,8 +15,9 @@
 class AutofillForm
 {
 public:
+    /// @param carrier as FillPlan has it
     AutofillForm(BrowserApplication &browser, std::shared_ptr<const BrowserTab> tab,
-                 const WeightTexts &weight);
+                 const WeightTexts &weight, QString carrier = {});
 
     void assign(std::span<const Assignment> assignments);
 
@@ -32,4 +33,5 @@ private:
     BrowserApplication &m_browser;
     std::shared_ptr<const BrowserTab> m_tab;
     const WeightTexts &m_weight;
+    QString m_carrier;
 };

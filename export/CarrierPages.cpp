@@ -32,6 +32,17 @@ private:
     const QLabel &m_exportLabel;
 };
 
+/// Empty for a number that is none.
+QString nameOfCarrier(int number)
+{
+    switch (number) {
+    case carrier::usps: return QStringLiteral("USPS");
+    case carrier::ups: return QStringLiteral("UPS");
+    case carrier::fedex: return QStringLiteral("FedEx");
+    default: return {};
+    }
+}
+
 } // namespace
 
 CarrierPages::CarrierPages(BrowserBridge &browsers, const ScaleSession &session,
@@ -51,7 +62,7 @@ void CarrierPages::Autofill(int number)
     m_state.currentTab = m_state.windows.empty() ? nullptr : m_state.windows.front()->currentTab();
 
     const LatestReading weight(m_session, m_exportLabel);
-    AutofillForm form(*m_state.safari, m_state.currentTab, weight);
+    AutofillForm form(*m_state.safari, m_state.currentTab, weight, nameOfCarrier(number));
     switch (number) {
     case carrier::fedex:
         if (m_state.SendtoFedex == 1)
@@ -75,7 +86,7 @@ void CarrierPages::forgetWaiting()
     m_browsers.forgetWaiting();
 }
 
-void CarrierPages::stopFilling()
+void CarrierPages::stopFilling(int number)
 {
-    m_browsers.stopFilling();
+    m_browsers.stopFilling(nameOfCarrier(number));
 }

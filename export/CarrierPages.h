@@ -30,8 +30,9 @@ public:
 
     /// A page that is busy gets nothing later of what was meant for it until now.
     void forgetWaiting();
-    /// As forgetWaiting, once a carrier is not served any more.
-    void stopFilling();
+    /// The same for that carrier alone, once it is not served any more.
+    /// @param number one of carrier::
+    void stopFilling(int number);
 
 private:
     BrowserBridge &m_browsers;

@@ -6,6 +6,7 @@
 #include "export/Options.h"
 
 #include "base/Log.h"
+#include "export/CarrierPages.h"
 #include "export/ExportClipboard.h"
 #include "export/ExportState.h"
 #include "export/OptionTag.h"
@@ -113,7 +114,7 @@ void Options::applyUSPS(bool on)
 {
     logLine(QStringLiteral("Send weight to USPS page"));
     markBox(boxWithTag(option::clipboard), false);
-    setCarrier(m_around.state.SendtoUSPS, on);
+    setCarrier(carrier::usps, on);
     if (on)
         showLatest(QStringLiteral("USPS"));
 }
@@ -122,7 +123,7 @@ void Options::applyUPS(bool on)
 {
     logLine(QStringLiteral("Send weight to UPS page"));
     markBox(boxWithTag(option::clipboard), false);
-    setCarrier(m_around.state.SendtoUPS, on);
+    setCarrier(carrier::ups, on);
     if (on)
         showLatest(QStringLiteral("UPS"));
 }
@@ -131,7 +132,7 @@ void Options::applyFedex(bool on)
 {
     logLine(QStringLiteral("Send weight to Fedex page"));
     markBox(boxWithTag(option::clipboard), false);
-    setCarrier(m_around.state.SendtoFedex, on);
+    setCarrier(carrier::fedex, on);
 }
 
 void Options::saveOptions()

@@ -7,6 +7,7 @@
 #include "export/Options.h"
 
 #include "base/Log.h"
+#include "export/CarrierPages.h"
 #include "export/ExportClipboard.h"
 #include "export/ExportState.h"
 #include "scale/HIDManager.h"
@@ -79,25 +80,25 @@ void Options::sendToClipClicked()
 
 void Options::sendToUSPSClicked()
 {
-    toggleCarrier(m_around.form.mnuSendToUSPS, m_around.state.SendtoUSPS, QStringLiteral("USPS"));
+    toggleCarrier(m_around.form.mnuSendToUSPS, carrier::usps, QStringLiteral("USPS"));
 }
 
 void Options::sendToUPSClicked()
 {
-    toggleCarrier(m_around.form.mnuSendToUPS, m_around.state.SendtoUPS, QStringLiteral("UPS"));
+    toggleCarrier(m_around.form.mnuSendToUPS, carrier::ups, QStringLiteral("UPS"));
 }
 
 void Options::sendToFEDXClicked()
 {
-    toggleCarrier(m_around.form.mnuSendToFEDX, m_around.state.SendtoFedex, QStringLiteral("FEDX"));
+    toggleCarrier(m_around.form.mnuSendToFEDX, carrier::fedex, QStringLiteral("FEDX"));
 }
 
-void Options::toggleCarrier(QAction *item, std::uint8_t &flag, const QString &name)
+void Options::toggleCarrier(QAction *item, int number, const QString &name)
 {
     const MenuSwitch switched = toggleMenuItem(item);
     if (switched == MenuSwitch::Refused)
         return;
-    setCarrier(flag, switched == MenuSwitch::On);
+    setCarrier(number, switched == MenuSwitch::On);
     if (switched == MenuSwitch::Off)
         return;
     // The check mark only: the clipboard is still written.

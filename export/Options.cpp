@@ -5,6 +5,8 @@
 
 #include "export/Options.h"
 
+#include "export/CarrierPages.h"
+#include "export/ExportState.h"
 #include "ui_MainWindow.h"
 
 #include <QGuiApplication>
@@ -41,11 +43,18 @@ void Options::setOnTop(bool onTop)
         shown->setFlag(Qt::WindowStaysOnTopHint, onTop);
 }
 
-void Options::setCarrier(std::uint8_t &flag, bool on)
+std::uint8_t &Options::carrierFlag(int number) const
 {
-    flag = on;
+    if (number == carrier::usps)
+        return m_around.state.SendtoUSPS;
+    return number == carrier::ups ? m_around.state.SendtoUPS : m_around.state.SendtoFedex;
+}
+
+void Options::setCarrier(int number, bool on)
+{
+    carrierFlag(number) = on;
     if (!on)
-        m_around.carrierWentOff();
+        m_around.carrierWentOff(number);
 }
 
 void Options::showLatest(const QString &option)

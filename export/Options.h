@@ -39,7 +39,7 @@ public:
         ExportClipboard &clipboard;
         Settings &settings;
         std::function<void()> showModelInTitle;
-        std::function<void()> carrierWentOff;
+        std::function<void(int carrier)> carrierWentOff; ///< one of carrier::
     };
     Options(const Surroundings &surroundings, QObject *parent);
 
@@ -76,7 +76,9 @@ private:
     void applyUSPS(bool on);
     void applyUPS(bool on);
     void applyFedex(bool on);
-    void setCarrier(std::uint8_t &flag, bool on);
+    /// @param number one of carrier::
+    void setCarrier(int number, bool on);
+    std::uint8_t &carrierFlag(int number) const;
     void saveOptions();
     void setOnTop(bool onTop);
     void showLatest(const QString &option);
@@ -87,7 +89,7 @@ private:
     QCheckBox *boxWithTag(int tag) const;
 
     MenuSwitch toggleMenuItem(QAction *item);
-    void toggleCarrier(QAction *item, std::uint8_t &flag, const QString &name);
+    void toggleCarrier(QAction *item, int number, const QString &name);
 
     Surroundings m_around;
 };

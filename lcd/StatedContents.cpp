@@ -157,9 +157,12 @@ QString contentsNotice(const ScaleReading &reading)
         return {};
     if (!reading.statement.isWeighed())
         return sentence(words) + cure(reading);
-    return QStringLiteral("The scale shows %1. ").arg(words) +
-           QStringLiteral("The panel has no room for that: choose grams, kilograms, ounces or "
-                          "pounds on the scale.");
+    const QString why = hasPicture(reading.statement.unit)
+                            ? QStringLiteral("The panel has no room for so many digits: choose "
+                                             "another unit on the scale.")
+                            : QStringLiteral("The panel does not have this unit: choose grams, "
+                                             "kilograms, ounces or pounds on the scale.");
+    return QStringLiteral("The scale shows %1. ").arg(words) + why;
 }
 
 } // namespace

@@ -19,6 +19,42 @@ using namespace std::chrono_literals;
 
 namespace {
 
+/// What is left of the time that a read may take.
+class Patience
+{
+public:
+    explicit Patience(std::chrono::milliseconds time)
+        : m_time(time)
+    {
+        m_waited.start();
+    }
+
+    /// Milliseconds, 0 or more.
+    int left() const
+    {
+        const std::chrono::milliseconds gone(m_waited.elapsed());
+        return static_cast<int>(std::max(m_time - gone, 0ms).count());
+    }
+
+private:
+    std::chrono::milliseconds m_time;
+    QElapsedTimer m_waited;
+};
+
+/// A signal ends a wait, where the kernel would have gone on with a read; so it is begun again.
+/// @param attempt one wait, which answers as HidConnection::read() does
+template <typename Attempt>
+std::optional<int> readPatiently(std::chrono::milliseconds time, Attempt attempt)
+{
+    const Patience patience(time);
+    for (;;) {
+        errno = 0;
+        const std::optional<int> received = attempt(patience);
+        if (!received || *received >= 0 || errno != EINTR)
+            return received;
+    }
+}
+
 class HidapiConnection : public HidConnection
 {
 public:
@@ -37,22 +73,14 @@ public:
     std::optional<int> read(std::span<std::uint8_t> buffer,
                             std::chrono::milliseconds patience) override
     {
-        QElapsedTimer waited;
-        waited.start();
-        for (;;) {
-            const std::chrono::milliseconds gone(waited.elapsed());
-            errno = 0;
+        return readPatiently(patience, [&](const Patience &rest) -> std::optional<int> {
             const int received =
-                hid_read_timeout(m_device, buffer.data(), buffer.size(),
-                                 static_cast<int>(std::max(patience - gone, 0ms).count()));
-            // A signal ends the library's wait, where the kernel would have gone on with a read.
-            if (received < 0 && errno == EINTR)
-                continue;
+                hid_read_timeout(m_device, buffer.data(), buffer.size(), rest.left());
             // 0 is the answer to a report without bytes, too. Time tells them apart.
-            if (received == 0 && waited.elapsed() >= patience.count())
+            if (received == 0 && rest.left() == 0)
                 return std::nullopt;
             return received;
-        }
+        });
     }
 
 private:
@@ -75,24 +103,18 @@ public:
     std::optional<int> read(std::span<std::uint8_t> buffer,
                             std::chrono::milliseconds patience) override
     {
-        QElapsedTimer waited;
-        waited.start();
-        for (;;) {
-            const std::chrono::milliseconds gone(waited.elapsed());
+        return readPatiently(patience, [&](const Patience &rest) -> std::optional<int> {
             pollfd query = {m_descriptor, POLLIN, 0};
-            const int ready =
-                poll(&query, 1, static_cast<int>(std::max(patience - gone, 0ms).count()));
+            const int ready = poll(&query, 1, rest.left());
             if (ready == 0)
                 return std::nullopt;
             const ssize_t received =
                 ready < 0 ? -1 : ::read(m_descriptor, buffer.data(), buffer.size());
-            if (received < 0 && errno == EINTR)
-                continue;
             // Somebody else who has the same open file may have been quicker.
             if (received < 0 && errno == EAGAIN)
                 return std::nullopt;
             return static_cast<int>(received);
-        }
+        });
     }
 
 private:

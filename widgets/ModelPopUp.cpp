@@ -7,6 +7,14 @@
 #include <QStyleOptionComboBox>
 #include <QStylePainter>
 #include <QWheelEvent>
+#include <algorithm>
+
+namespace {
+
+/// Names are mostly of maker and product; in characters of average width.
+constexpr int widestName = 32;
+
+} // namespace
 
 void ModelPopUp::setScaleName(const QString &name)
 {
@@ -14,7 +22,23 @@ void ModelPopUp::setScaleName(const QString &name)
     setEnabled(name.isEmpty());
     setToolTip(name);
     setAccessibleDescription(name);
+    updateGeometry();
     update();
+}
+
+QSize ModelPopUp::sizeHint() const
+{
+    const QSize ofModels = QComboBox::sizeHint();
+    if (m_scaleName.isEmpty())
+        return ofModels;
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QFontMetrics metrics = fontMetrics();
+    const int width = std::min(metrics.horizontalAdvance(m_scaleName) + 1,
+                               widestName * metrics.averageCharWidth());
+    const QSize ofName = style()->sizeFromContents(QStyle::CT_ComboBox, &option,
+                                                   QSize(width, metrics.height()), this);
+    return {std::max(ofModels.width(), ofName.width()), ofModels.height()};
 }
 
 void ModelPopUp::paintEvent(QPaintEvent *event)

@@ -16,8 +16,11 @@ public:
     using QComboBox::QComboBox;
 
     /// While the scale names itself there is no model to be chosen: its name is shown in place of
-    /// the choice. Empty lets the choice be seen again.
+    /// the choice, in as much room as it takes, where there is that. Empty lets the choice be seen
+    /// again.
     void setScaleName(const QString &name);
+
+    QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent *event) override;

@@ -68,6 +68,8 @@ public:
 
     /// What a page has not been sent so far, because it is busy, it is not sent any more.
     virtual void forgetWaiting() {}
-    /// As forgetWaiting; and what stands in the pages is not looked after any more.
-    virtual void stopFilling() { forgetWaiting(); }
+    /// The same of what was meant for that carrier's page alone, and what stands in the carrier's
+    /// page is not looked after any more.
+    /// @param carrier as FillPlan has it
+    virtual void stopFilling(const QString &) {}
 };

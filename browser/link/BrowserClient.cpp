@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QLocalSocket>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace {
@@ -54,7 +55,7 @@ void BrowserClient::post(std::uint32_t page, const FillPlan &plan)
 
 void BrowserClient::flush()
 {
-    const QMap<std::uint32_t, FillPlan> posted = std::exchange(m_posted, {});
+    const Waiting posted = std::exchange(m_posted, {});
     for (auto each = posted.begin(); each != posted.end(); ++each) {
         if (isUnanswered(each.key()))
             m_next[each.key()] = each.value();
@@ -67,6 +68,20 @@ void BrowserClient::forgetWaiting()
 {
     m_posted.clear();
     m_next.clear();
+}
+
+void BrowserClient::forgetWaiting(const QString &carrier)
+{
+    forget(m_posted, carrier);
+    forget(m_next, carrier);
+}
+
+void BrowserClient::forget(Waiting &waiting, const QString &carrier)
+{
+    for (auto page = waiting.begin(); page != waiting.end();) {
+        page->removeIf([&](const FillPlan &plan) { return plan.carrier == carrier; });
+        page = page->isEmpty() ? waiting.erase(page) : std::next(page);
+    }
 }
 
 void BrowserClient::receive()
@@ -127,8 +142,9 @@ bool BrowserClient::handle(const BrowserRan &message)
                                     [&](const Run &each) { return each.id == message.id; });
     if (found == m_unanswered.end())
         return false;
-    const QList<const char *> notes = found->plan.notes();
-    if (message.fields && message.fields->written > found->plan.steps.size())
+    const FillPlan plan = joined(found->plans);
+    const QList<const char *> notes = plan.notes();
+    if (message.fields && message.fields->written > plan.steps.size())
         return false;
     if (!message.notes.isEmpty() && message.notes.last() >= notes.size())
         return false;
@@ -136,10 +152,10 @@ bool BrowserClient::handle(const BrowserRan &message)
         logLine(QString::fromLatin1(notes.at(note)));
     const Run run = *found;
     m_unanswered.erase(found);
-    const FillPlan next = m_next.take(run.page);
-    emit ran(run.page, run.plan, message.fields);
+    const QList<FillPlan> next = m_next.take(run.page);
+    emit ran(run.page, run.plans, message.fields);
     // A page that is gone, or not in front any more, is not to be written into later.
-    if (message.fields && !next.steps.isEmpty())
+    if (message.fields && !next.isEmpty())
         send(run.page, next);
     emit changed();
     return true;
@@ -158,14 +174,14 @@ void BrowserClient::write(const QByteArray &message)
     m_socket->flush();
 }
 
-void BrowserClient::send(std::uint32_t page, const FillPlan &plan)
+void BrowserClient::send(std::uint32_t page, const QList<FillPlan> &plans)
 {
     if (m_socket->state() != QLocalSocket::ConnectedState)
         return;
     ++m_lastRun;
     m_unanswered.append(
-        {.id = m_lastRun, .page = page, .plan = plan, .answerDue = QDeadlineTimer(answerTime)});
-    write(browserPlanMessage(m_lastRun, page, plan));
+        {.id = m_lastRun, .page = page, .plans = plans, .answerDue = QDeadlineTimer(answerTime)});
+    write(browserPlanMessage(m_lastRun, page, joined(plans)));
     emit sent();
     if (m_unanswered.size() > mostUnanswered || m_limits->isOverdue())
         disconnectPeer();

@@ -8,7 +8,6 @@
 #include "browser/link/PeerLimits.h"
 
 #include <QDeadlineTimer>
-#include <QHash>
 #include <QList>
 #include <QMap>
 #include <QObject>
@@ -49,12 +48,15 @@ public:
     void flush();
     /// Of what was posted, nothing more is sent.
     void forgetWaiting();
+    /// The same of what is meant for that carrier's page.
+    void forgetWaiting(const QString &carrier);
 
 signals:
     void changed();
     void sent();
-    /// A plan has been done. No fields: the page was gone.
-    void ran(std::uint32_t page, const FillPlan &plan, const std::optional<FilledFields> &fields);
+    /// Plans have been done. No fields: the page was gone.
+    void ran(std::uint32_t page, const QList<FillPlan> &plans,
+             const std::optional<FilledFields> &fields);
     void closed();
 
 private:
@@ -62,7 +64,7 @@ private:
     {
         std::uint32_t id = 0;
         std::uint32_t page = 0;
-        FillPlan plan;
+        QList<FillPlan> plans;
         QDeadlineTimer answerDue;
     };
 
@@ -74,7 +76,7 @@ private:
     bool handle(const BrowserRan &message);
     void disconnectPeer();
     void write(const QByteArray &message);
-    void send(std::uint32_t page, const FillPlan &plan);
+    void send(std::uint32_t page, const QList<FillPlan> &plans);
     bool isUnanswered(std::uint32_t page) const;
 
     QLocalSocket *m_socket;
@@ -85,6 +87,9 @@ private:
     std::optional<std::chrono::steady_clock::time_point> m_focus;
     std::uint32_t m_lastRun = 0;
     QList<Run> m_unanswered;
-    QHash<std::uint32_t, FillPlan> m_next; ///< only for pages with an unanswered plan
-    QMap<std::uint32_t, FillPlan> m_posted;
+    /// By page, those of one reading; what has been sent of them is in neither.
+    using Waiting = QMap<std::uint32_t, QList<FillPlan>>;
+    static void forget(Waiting &waiting, const QString &carrier);
+    Waiting m_next; ///< only for pages with an unanswered plan
+    Waiting m_posted;
 };

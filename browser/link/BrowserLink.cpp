@@ -82,7 +82,7 @@ public:
         if (!linked || !linked->client || !linked->client->isLinked() || plan.steps.isEmpty())
             return;
         m_link.joinReading();
-        m_link.m_latestPlan.append(plan);
+        m_link.m_latestPlans.append(plan);
         linked->client->post(linked->pageId, plan);
         m_hasSent = true;
     }
@@ -119,10 +119,11 @@ void BrowserLink::forgetWaiting()
         client->forgetWaiting();
 }
 
-void BrowserLink::stopFilling()
+void BrowserLink::stopFilling(const QString &carrier)
 {
-    forgetWaiting();
-    m_isWanted = false;
+    for (BrowserClient *client : std::as_const(m_clients))
+        client->forgetWaiting(carrier);
+    m_wentOff.append(carrier);
     updateSituation();
 }
 
@@ -144,9 +145,9 @@ void BrowserLink::attach(QLocalSocket *peer)
     m_clients.append(client);
     connect(client, &BrowserClient::changed, this, &BrowserLink::updateSituation);
     connect(client, &BrowserClient::ran, this,
-            [this, client](std::uint32_t page, const FillPlan &plan,
+            [this, client](std::uint32_t page, const QList<FillPlan> &plans,
                            const std::optional<FilledFields> &fields) {
-                noteFields(client, page, plan, fields);
+                noteFields(client, page, plans, fields);
             });
     connect(client, &BrowserClient::sent, &m_silenceCheck, qOverload<>(&QTimer::start));
     connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
@@ -174,8 +175,8 @@ void BrowserLink::joinReading()
     if (m_inReading)
         return;
     m_inReading = true;
-    m_isWanted = true;
-    m_latestPlan = {};
+    m_latestPlans.clear();
+    m_wentOff.clear();
     QMetaObject::invokeMethod(this, &BrowserLink::endReading, Qt::QueuedConnection);
 }
 
@@ -198,7 +199,23 @@ qsizetype BrowserLink::placeOfReading(const BrowserClient *client, std::uint32_t
     return found == m_pageReadings.end() ? -1 : found - m_pageReadings.begin();
 }
 
-void BrowserLink::noteFields(BrowserClient *client, std::uint32_t page, const FillPlan &plan,
+bool BrowserLink::isOfLatestReading(const QList<FillPlan> &plans) const
+{
+    return std::all_of(plans.begin(), plans.end(),
+                       [this](const FillPlan &plan) { return m_latestPlans.contains(plan); });
+}
+
+bool BrowserLink::isWanted(const BrowserPage &page) const
+{
+    const auto isServed = [this](const FillPlan &plan) {
+        return !m_wentOff.contains(plan.carrier);
+    };
+    return !m_wentOff.contains(carrierName(page.host)) &&
+           std::any_of(m_latestPlans.begin(), m_latestPlans.end(), isServed);
+}
+
+void BrowserLink::noteFields(BrowserClient *client, std::uint32_t page,
+                             const QList<FillPlan> &plans,
                              const std::optional<FilledFields> &fields)
 {
     if (const qsizetype place = placeOfReading(client, page); place >= 0)
@@ -209,7 +226,7 @@ void BrowserLink::noteFields(BrowserClient *client, std::uint32_t page, const Fi
         {.client = client, .page = page, .fields = fields.value_or(FilledFields())});
     const std::optional<BrowserPage> &current = client->currentPage();
     // A late answer is of an earlier reading, unless that had the same texts.
-    if (fields && fields->written > fields->changed && plan == m_latestPlan && current &&
+    if (fields && fields->written > fields->changed && isOfLatestReading(plans) && current &&
         current->id == page)
         emit pageWritten(carrierName(current->host));
     // A page that was silent gets its next reading from now on.
@@ -261,7 +278,7 @@ BrowserSituation BrowserLink::situationOfPage(const BrowserClient &client,
     const qsizetype place = placeOfReading(&client, page.id);
     const FilledFields fields = place < 0 ? FilledFields() : m_pageReadings.at(place).fields;
     // Another number stands there until the next reading, however long that takes.
-    const bool isShown = m_readingFade.isActive() || (m_isWanted && fields.changed > 0);
+    const bool isShown = m_readingFade.isActive() || (isWanted(page) && fields.changed > 0);
     if (fields.written == 0 || !isShown)
         return {.kind = Kind::PageOpen, .name = page.host};
     return {.kind = Kind::Filling,

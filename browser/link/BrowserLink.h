@@ -29,7 +29,7 @@ public:
 
     std::unique_ptr<BrowserApplication> application() override;
     void forgetWaiting() override;
-    void stopFilling() override;
+    void stopFilling(const QString &carrier) override;
 
     const BrowserSituation &situation() const { return m_situation; }
     /// For the status area.
@@ -62,7 +62,10 @@ private:
     void endReading();
     /// Among the latest readings; -1 where the page has none.
     qsizetype placeOfReading(const BrowserClient *client, std::uint32_t page) const;
-    void noteFields(BrowserClient *client, std::uint32_t page, const FillPlan &plan,
+    bool isOfLatestReading(const QList<FillPlan> &plans) const;
+    /// What the latest reading has put into that page.
+    bool isWanted(const BrowserPage &page) const;
+    void noteFields(BrowserClient *client, std::uint32_t page, const QList<FillPlan> &plans,
                     const std::optional<FilledFields> &fields);
     void updateSituation();
     /// A reading is under way: only a part of its fields is written.
@@ -74,8 +77,8 @@ private:
     QList<BrowserClient *> m_clients;
 
     bool m_inReading = false;
-    bool m_isWanted = false;           ///< what the latest reading has put into a page
-    FillPlan m_latestPlan;             ///< of the latest reading, for whatever page
+    QList<FillPlan> m_latestPlans;     ///< of the latest reading, for whatever page
+    QStringList m_wentOff;             ///< carriers that are not served any more since then
     QList<PageReading> m_pageReadings; ///< the page that answered last comes last
     /// While it runs, the page's latest reading tells how it stands.
     QTimer m_readingFade;

@@ -40,3 +40,11 @@ void FillPlan::append(const FillPlan &plan)
         steps.append(step);
     }
 }
+
+FillPlan joined(const QList<FillPlan> &plans)
+{
+    FillPlan all;
+    for (const FillPlan &plan : plans)
+        all.append(plan);
+    return all;
+}

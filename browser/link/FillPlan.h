@@ -29,6 +29,8 @@ struct FillStep
 struct FillPlan
 {
     QList<FillStep> steps;
+    /// For whose page it is meant, as a person names it; empty where for none's in particular.
+    QString carrier = {};
 
     bool operator==(const FillPlan &) const = default;
 
@@ -38,3 +40,6 @@ struct FillPlan
     /// @p plan is done after this one, and depends on its own answers alone.
     void append(const FillPlan &plan);
 };
+
+/// All of them in their order, done in one go.
+FillPlan joined(const QList<FillPlan> &plans);

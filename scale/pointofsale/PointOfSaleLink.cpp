@@ -9,19 +9,25 @@
 #include "scale/pointofsale/ScaleReading.h"
 #include "scale/pointofsale/ScaleReport.h"
 #include "scale/pointofsale/WeightConversion.h"
-#include "scale/udev/UdevRule.h"
 
 #include <array>
-#include <cerrno>
 #include <utility>
 
 using namespace std::chrono_literals;
+using std::chrono::milliseconds;
 
 namespace {
 
 /// The kernel keeps no more of them for one reader; a scale that is quicker than the reading of
 /// them does not hold the program.
 constexpr int mostReports = 64;
+
+/// Between two tries to open a scale that does not work. Each that succeeds holds the program for
+/// the 50 ms that the kernel waits in it.
+constexpr auto retryInterval = 2s;
+
+/// One alone may be the begin of a removal, of which nothing has been heard yet.
+constexpr int toldFailures = 2;
 
 /// The row that a unit has in the window.
 std::optional<int> rowTag(WeightUnit unit, bool asPoundsAndOunces)
@@ -56,28 +62,45 @@ ScaleDelegate *PointOfSaleLink::delegate()
     return ScaleApplication::sharedApplication()->delegate();
 }
 
-void PointOfSaleLink::attach(const FoundScale &scale)
+void PointOfSaleLink::attach(const FoundScale &scale, OpenedScale opened)
 {
     m_scale = scale;
+    m_besides.clear();
+    m_failures = 0;
     m_unit = WeightUnit::Unknown;
     m_asPoundsAndOunces = false;
     m_hasTareFailed = false;
     logLine(QStringLiteral("Scale of the point-of-sale class at %1: %2")
                 .arg(scale.device.node, scale.name));
-    open();
+    use(std::move(opened));
     delegate()->setStatusString(true);
     delegate()->setIsDeviceAlive(true);
 }
 
-void PointOfSaleLink::open()
+void PointOfSaleLink::use(OpenedScale opened)
 {
-    m_connection = m_devices.openToRead(m_scale->device.node);
+    m_connection = std::move(opened.connection);
+    m_trouble = opened.trouble;
+    if (m_connection || m_devices.readingError(m_scale->device.node) == 0)
+        m_sinceOpen.start();
+    else
+        m_sinceOpen.invalidate();
     forgetReadings();
     m_rhythm.begin();
-    const QString trouble = m_connection ? QString() : openTrouble();
-    if (!m_connection)
-        logLine(trouble);
-    delegate()->setConnectionTrouble(trouble);
+    if (!m_trouble.isEmpty())
+        logLine(m_trouble);
+    tellTrouble();
+}
+
+void PointOfSaleLink::tellBesides(const QString &trouble)
+{
+    m_besides = trouble;
+    tellTrouble();
+}
+
+void PointOfSaleLink::tellTrouble() const
+{
+    delegate()->setConnectionTrouble(m_trouble.isEmpty() ? m_besides : m_trouble);
 }
 
 void PointOfSaleLink::forgetReadings()
@@ -90,21 +113,24 @@ void PointOfSaleLink::forgetReadings()
     m_texts = {};
 }
 
-QString PointOfSaleLink::openTrouble() const
-{
-    const HidDeviceInfo &device = m_scale->device;
-    if (m_devices.readingError(device.node) != EACCES)
-        return QStringLiteral("The scale at %1 could not be opened: %2")
-            .arg(device.node, m_devices.lastError());
-    return QStringLiteral("No permission to open the scale at %1. Put this line into %2 and plug "
-                          "the scale in again: %3")
-        .arg(device.node, QLatin1String(udevRuleFile), udevRuleFor(device));
-}
-
 void PointOfSaleLink::retry()
 {
-    if (m_scale && !m_connection && m_devices.readingError(m_scale->device.node) == 0)
-        open();
+    if (!m_scale || m_connection || m_devices.readingError(m_scale->device.node) != 0)
+        return;
+    if (m_sinceOpen.isValid() && milliseconds(m_sinceOpen.elapsed()) < retryInterval)
+        return;
+    use(openClassScale(m_devices, m_scale->device));
+    if (!m_connection && m_failures > 0)
+        ++m_failures;
+}
+
+// The node may be one of before, and what is opened anew works.
+void PointOfSaleLink::giveConnectionUp()
+{
+    m_trouble = QStringLiteral("The scale at %1 could not be read.").arg(m_scale->device.node);
+    logLine(m_trouble);
+    m_connection.reset();
+    ++m_failures;
 }
 
 void PointOfSaleLink::detach()
@@ -113,6 +139,7 @@ void PointOfSaleLink::detach()
         return;
     m_scale.reset();
     m_connection.reset();
+    m_trouble.clear();
     forgetReadings();
     delegate()->setConnectionTrouble({});
     delegate()->setUnitCaptionHidden(true);
@@ -130,12 +157,16 @@ bool PointOfSaleLink::reopenHandle()
 {
     if (!m_scale)
         return false;
-    open();
+    use(openClassScale(m_devices, m_scale->device));
     return m_connection != nullptr;
 }
 
 QString PointOfSaleLink::silenceText() const
 {
+    if (m_failures > 0)
+        return QStringLiteral("The scale could not be read. It is tried again every two seconds. "
+                              "If nothing comes, put something on it, or unplug it and plug it in "
+                              "again.");
     if (!m_rhythm.hasBegun())
         return QStringLiteral("The scale sends nothing yet. Some send only when the weight "
                               "changes: put something on it. If nothing comes, press its own key "
@@ -208,8 +239,13 @@ bool PointOfSaleLink::listen()
     std::array<std::uint8_t, 256> buffer{};
     for (int i = 0; m_connection && i < mostReports; ++i) {
         const auto received = m_connection->read(buffer, 0ms);
-        if (!received || *received < 0)
+        if (!received)
             break;
+        if (*received < 0) {
+            giveConnectionUp();
+            break;
+        }
+        m_failures = 0;
         if (takeReport(std::span(buffer).first(static_cast<std::size_t>(*received))))
             isNew = true;
     }
@@ -220,7 +256,7 @@ bool PointOfSaleLink::takeReading()
 {
     retry();
     const bool isNew = listen();
-    m_isSilent = m_connection && m_rhythm.isSilent();
+    m_isSilent = m_failures >= toldFailures || (m_connection && m_rhythm.isSilent());
     const bool isDue = m_isDue || m_wasConfirmed != m_rhythm.isConfirmed();
     if (!m_newest || (!isNew && !isDue))
         return false;

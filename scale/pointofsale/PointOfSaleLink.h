@@ -9,6 +9,7 @@
 #include "scale/pointofsale/ScaleSearch.h"
 #include "scale/pointofsale/ScaleStatement.h"
 
+#include <QElapsedTimer>
 #include <functional>
 
 class ScaleDelegate;
@@ -24,14 +25,20 @@ public:
     explicit PointOfSaleLink(std::function<bool()> roundsUp);
     ~PointOfSaleLink() override;
 
-    /// Opens it, or tells the interface why that cannot be done; either way it is the link's from
-    /// now on.
-    void attach(const FoundScale &scale);
-    /// Once more, where it could not be opened.
+    /// It is the link's from now on, opened or not; the interface is told why not. One that is not
+    /// open is tried again while readings are taken.
+    void attach(const FoundScale &scale, OpenedScale opened);
+    /// Once more, where it is not open and may be by now.
     void retry();
     /// The scale is gone, or another one comes first.
     void detach();
     bool isAttached() const { return m_scale.has_value(); }
+    bool isOpen() const { return m_connection != nullptr; }
+    /// Why it is not open; empty while nothing is known against it.
+    QString trouble() const { return m_trouble; }
+    /// Something that is to be told while this scale works, as long as it is attached; empty:
+    /// nothing more.
+    void tellBesides(const QString &trouble);
     /// Of the scale's node; empty without one.
     QString systemPath() const;
 
@@ -55,9 +62,10 @@ public:
 
 private:
     static ScaleDelegate *delegate();
-    void open();
-    QString openTrouble() const;
+    void use(OpenedScale opened);
+    void tellTrouble() const;
     void forgetReadings();
+    void giveConnectionUp();
     /// Whether a statement has come.
     bool listen();
     bool takeReport(std::span<const std::uint8_t> report);
@@ -69,7 +77,11 @@ private:
     HidDevices &m_devices;
     std::function<bool()> m_roundsUp;
     std::optional<FoundScale> m_scale;
-    std::unique_ptr<HidConnection> m_connection; ///< null while it cannot be opened
+    std::unique_ptr<HidConnection> m_connection; ///< null while it cannot be opened or read
+    QElapsedTimer m_sinceOpen; ///< since it was tried last; invalid where that was not permitted
+    QString m_trouble;
+    QString m_besides;
+    int m_failures = 0; ///< in a row, of reads, and of opens after them
     ReportRhythm m_rhythm;
     bool m_isSilent = false;
     WeightUnit m_unit = WeightUnit::Unknown; ///< named last

@@ -3,9 +3,12 @@
 
 #include "scale/pointofsale/ScaleChoice.h"
 
+#include "base/Log.h"
 #include "scale/HIDManager.h"
 #include "scale/ScaleIdentity.h"
 #include "scale/pointofsale/PointOfSaleLink.h"
+
+#include <utility>
 
 namespace {
 
@@ -32,26 +35,70 @@ ScaleChoice::ScaleChoice(HIDManager &described, PointOfSaleLink &other, QObject 
 void ScaleChoice::look()
 {
     const DeviceEvents &events = m_described.deviceEvents();
-    if (m_other.isAttached() || events.find(scaleVendorId, scaleProductId))
+    if (m_other.isOpen() || events.find(scaleVendorId, scaleProductId))
         return;
-    const auto found = findClassScale(application().devices(), events);
-    if (!found)
-        return;
+    const auto scales = findClassScales(application().devices(), events);
+    QString failedPath = m_other.systemPath();
+    QString trouble = m_other.trouble();
+    for (const FoundScale &scale : scales) {
+        if (scale.device.systemPath == m_other.systemPath())
+            continue; // it tries again by itself
+        OpenedScale opened = openClassScale(application().devices(), scale.device);
+        if (opened.connection) {
+            take(scale, std::move(opened));
+            passOver(failedPath, trouble);
+            return;
+        }
+        if (failedPath.isEmpty()) {
+            failedPath = scale.device.systemPath;
+            trouble = opened.trouble;
+        }
+    }
+    if (!m_other.isAttached() && !scales.empty())
+        take(scales.front(), {.connection = nullptr, .trouble = trouble});
+}
+
+void ScaleChoice::take(const FoundScale &scale, OpenedScale opened)
+{
+    m_other.detach();
     m_described.standBack(true);
-    application().delegate()->useLink(m_other, found->name);
-    m_other.attach(*found);
+    application().delegate()->useLink(m_other, scale.name);
+    m_other.attach(scale, std::move(opened));
+}
+
+void ScaleChoice::passOver(const QString &systemPath, const QString &trouble)
+{
+    m_passedOver = systemPath;
+    if (systemPath.isEmpty())
+        return;
+    const QString told =
+        QStringLiteral("Another scale is there and cannot be used. %1").arg(trouble);
+    logLine(told);
+    m_other.tellBesides(told);
+}
+
+void ScaleChoice::forgetPassedOver(const QString &systemPath)
+{
+    if (m_passedOver.isEmpty() || systemPath != m_passedOver)
+        return;
+    m_passedOver.clear();
+    m_other.tellBesides({});
 }
 
 void ScaleChoice::noticeChange(const HidDeviceInfo &device)
 {
-    if (device.systemPath == m_other.systemPath())
+    if (device.systemPath == m_other.systemPath()) {
         m_other.retry();
-    else
-        look();
+        return;
+    }
+    if (application().devices().readingError(device.node) == 0)
+        forgetPassedOver(device.systemPath);
+    look();
 }
 
 void ScaleChoice::noticeRemoval(const HidDeviceInfo &device)
 {
+    forgetPassedOver(device.systemPath);
     if (m_other.isAttached() && device.systemPath == m_other.systemPath())
         giveUp();
     look();
@@ -59,6 +106,7 @@ void ScaleChoice::noticeRemoval(const HidDeviceInfo &device)
 
 void ScaleChoice::giveUp()
 {
+    m_passedOver.clear();
     m_other.detach();
     m_described.standBack(false);
     application().delegate()->useLink(m_described, {});

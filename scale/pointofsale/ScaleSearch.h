@@ -7,7 +7,8 @@
 #include "scale/ScaleNode.h"
 #include "scale/pointofsale/ScaleLayout.h"
 
-#include <optional>
+#include <memory>
+#include <vector>
 
 /// A scale of the class, as it is found.
 struct FoundScale
@@ -17,10 +18,20 @@ struct FoundScale
     QString name; ///< of maker and product, as the device says; never empty
 };
 
-/// The first one in the order of the system's paths, looked up afresh. Nothing is opened.
-std::optional<FoundScale> findClassScale(HidDevices &devices, const DeviceEvents &events);
+/// All of them in the order of the system's paths, looked up afresh. Nothing is opened.
+std::vector<FoundScale> findClassScales(HidDevices &devices, const DeviceEvents &events);
 
-/// The scale that the program would take: of both kinds, the first one of the described kind.
+struct OpenedScale
+{
+    std::unique_ptr<HidConnection> connection; ///< null where it cannot be opened
+    QString trouble;                           ///< why, and what helps; else empty
+};
+
+/// To listen to it.
+OpenedScale openClassScale(HidDevices &devices, const HidDeviceInfo &device);
+
+/// The scale that the program would take: of both kinds, the first one of the described kind; of
+/// the class, the first one that may be read.
 struct AnyScale
 {
     ScaleNode node;

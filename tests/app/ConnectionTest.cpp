@@ -49,11 +49,11 @@ public:
     }
 
     void forgetWaiting() override { ++forgotten; }
-    void stopFilling() override { ++stopped; }
+    void stopFilling(const QString &carrier) override { stopped.append(carrier); }
 
     std::vector<std::string> scripts;
     int forgotten = 0;
-    int stopped = 0;
+    QStringList stopped; ///< carriers
 
 private:
     class Application : public BrowserApplication
@@ -318,27 +318,29 @@ private slots:
         const int before = browser.forgotten;
         app.unplug();
         QCOMPARE(browser.forgotten, before + 1);
-        QCOMPARE(browser.stopped, 0);
+        QVERIFY(browser.stopped.isEmpty());
     }
 
     void aCarrierThatIsSwitchedOffIsNotServedLater()
     {
         RecordingBridge browser;
         LaunchedApplication app(Scale::Present, {}, {}, &browser);
-        for (QCheckBox *box :
-             {app.delegate.checkUSPS, app.delegate.checkUPS, app.delegate.checkFedex}) {
-            box->click();
-            QCOMPARE(browser.stopped, 0);
-            box->click();
-            QCOMPARE(std::exchange(browser.stopped, 0), 1);
-        }
-        for (const auto item :
-             {&PostalScaleAppDelegate::sendToUSPSClicked, &PostalScaleAppDelegate::sendToUPSClicked,
-              &PostalScaleAppDelegate::sendToFEDXClicked}) {
-            (app.delegate.*item)();
-            QCOMPARE(browser.stopped, 0);
-            (app.delegate.*item)();
-            QCOMPARE(std::exchange(browser.stopped, 0), 1);
+        const QStringList carriers{"USPS", "UPS", "FedEx"};
+        const std::array boxes{app.delegate.checkUSPS, app.delegate.checkUPS,
+                               app.delegate.checkFedex};
+        const std::array items{&PostalScaleAppDelegate::sendToUSPSClicked,
+                               &PostalScaleAppDelegate::sendToUPSClicked,
+                               &PostalScaleAppDelegate::sendToFEDXClicked};
+        for (std::size_t i = 0; i < boxes.size(); ++i) {
+            const QStringList its{carriers.at(static_cast<qsizetype>(i))};
+            boxes.at(i)->click();
+            QVERIFY(browser.stopped.isEmpty());
+            boxes.at(i)->click();
+            QCOMPARE(std::exchange(browser.stopped, {}), its);
+            (app.delegate.*items.at(i))();
+            QVERIFY(browser.stopped.isEmpty());
+            (app.delegate.*items.at(i))();
+            QCOMPARE(std::exchange(browser.stopped, {}), its);
         }
     }
 

@@ -132,6 +132,30 @@ class SettledCarriersTest(SettledTest):
         self.assertTrue(self.recent_weights()[1].endswith("went nowhere"), self.recent_weights())
 
 
+    def toggle_ups(self):
+        """As a screen reader does: the browser's window may be in front."""
+        self.program.window.widget("checkUPS").act("Toggle")
+
+    def test_a_carrier_that_is_switched_off_leaves_the_others_theirs(self):
+        """What waits for the page of one that is still ticked reaches it."""
+        address, fields = CARRIERS["USPS"]
+        self.page.go(address)
+        self.wait_for_indicator(self.program, "USPS page open")
+        self.page.start("const end = Date.now() + 20000; while (Date.now() < end) {}")
+        self.put_on_the_pan(1000)
+        self.wait_for_indicator(self.program, "Page not answering")
+        self.lift()
+        self.put_on_the_pan(3000)
+        self.toggle_ups()
+        self.addCleanup(self.toggle_ups)
+        self.assertFalse(self.program.window.widget("checkUPS").is_checked)
+        self.lift()
+        self.assertTrue(self.recent_weights()[0].endswith("went nowhere"), self.recent_weights())
+        self.wait_for_values(self.page, fields(3000))
+        wait_until(lambda: self.recent_weights()[0].endswith(": USPS page"),
+                   lambda: f"the page noted; {self.recent_weights()}")
+
+
 class SettledClipboardTest(SettledTest):
     settings = SETTLED_ONLY + "[defaultValue]\n300=selected\n"
 

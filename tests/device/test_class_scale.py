@@ -3,7 +3,8 @@
 """Scales of the class for points of sale, which send their weight by themselves."""
 
 import harness
-from unit_rows import KILOGRAMS, OUNCES, POUNDS_OUNCES_TENTHS
+from clipboard import ClipboardTest
+from unit_rows import GRAMS, KILOGRAMS, OUNCES, POUNDS_OUNCES_TENTHS
 from waiting import wait_until
 
 CONNECTED = "Scale connected"
@@ -18,6 +19,8 @@ OVER_LIMIT = "03060bff0000"
 BELOW_ZERO = "03050bfffbff"
 CALIBRATE = "03070bff0000"
 OTHER_REPORT = "0401"
+
+SETTLED_ONLY = "[General]\nsettledOnly=true\n[defaultValue]\n300=selected\n"
 
 # Weight with 24 bits, exponent, unit and status in 4, 4 and 8.
 ODD_OUNCES_123_45 = "093930001e08"
@@ -57,10 +60,13 @@ class WeighingTest(ClassScaleTest):
         self.assertEqual(program.window.title, "Postal Scale-Example Parcel Scale")
         self.assertTrue(program.window.widget("tareButton").is_enabled)
         self.assertFalse(program.window.widget("powerButton").is_enabled)
+        width = program.window.model_box.extents.width
         program.scale.tell("unplug class")
         program.wait_for_status(NOT_CONNECTED)
         wait_until(lambda: program.window.widget("powerButton").is_enabled, "what others offer")
         self.assertEqual(program.window.title, "Postal Scale-KV-A100")
+        # A name is longer than a model's, and has the room that it takes.
+        self.assertLess(program.window.model_box.extents.width, width)
 
     def test_the_scale_says_whether_it_has_settled(self):
         program = self.start_with(in_motion(OUNCES_1_2))
@@ -72,8 +78,12 @@ class WeighingTest(ClassScaleTest):
         wait_until(lambda: program.window.says("Below zero: press Tare"), "the advice")
 
     def test_what_the_panel_has_no_room_for_is_said(self):
-        program = self.start_with(CARATS_12)
+        program = self.start_with(GRAMS_1234)
+        program.wait_for_reading("1234 grams")
+        self.assertTrue(program.window.widget(GRAMS).is_checked)
+        program.scale.tell(f"say class {CARATS_12}")
         program.wait_for_reading("12 carats")
+        wait_until(lambda: not program.window.widget(GRAMS).is_checked, "no row for carats")
         self.assertTrue(program.window.says("The scale shows 12 carats"))
         program.scale.tell(f"say class {CALIBRATE}")
         program.wait_for_reading("the scale has to be calibrated")
@@ -150,6 +160,55 @@ class WeighingTest(ClassScaleTest):
         program.scale.tell("interval class 100")
         program.wait_for_reading("1.2 ounces")
         wait_until(lambda: not program.window.says("The scale sends nothing"), "its end")
+
+
+class SettledOnlyTest(ClassScaleTest, ClipboardTest):
+    """With "Settled weights only" and the clipboard."""
+
+    def start_late(self, *commands):
+        """The program, and a scale that is plugged in after these commands."""
+        program = self.start("--unplugged", settings=SETTLED_ONLY)
+        self.copy_elsewhere("something else")
+        program.scale.tell_all(*commands, "plug class")
+        program.wait_for_status(CONNECTED)
+        return program
+
+    def says(self, program, words):
+        wait_until(lambda: program.window.says(words), lambda: f"{words!r} in the window")
+
+    def leaves_once(self, program, text):
+        self.wait_for_clipboard(text)
+        self.says(program, f"has left as {text} ")
+        self.copy_elsewhere("something else")
+        program.wait_for_polls(5)
+        self.assertEqual(self.clipboard(), "something else")
+
+    def test_a_stale_report_then_motion_then_the_weight(self):
+        program = self.start_late(f"say-first class {GRAMS_1234}",
+                                  f"say class {in_motion(OUNCES_1_2)}")
+        self.says(program, "Settling")
+        program.wait_for_reading("1.2 ounces")
+        program.wait_for_polls(5)
+        self.assertEqual(self.clipboard(), "something else")
+        program.scale.tell(f"say class {OUNCES_1_2}")
+        self.leaves_once(program, "0.075")
+        for report, text in ((in_motion(OUNCES_35_4), None), (OUNCES_35_4, "2.2125")):
+            program.scale.tell(f"say class {report}")
+            program.wait_for_reading("35.4 ounces")
+            if text is not None:
+                self.leaves_once(program, text)
+
+    def test_the_only_report_leaves_once_it_is_confirmed(self):
+        program = self.start_late("interval class 0", f"say-first class {GRAMS_1234}")
+        program.wait_for_reading("1234 grams")
+        self.leaves_once(program, "1.234")
+
+    def test_what_was_weighed_before_does_not_leave(self):
+        program = self.start_late(f"say-first class {GRAMS_1234}", f"say class {OUNCES_1_2}")
+        self.leaves_once(program, "0.075")
+        program.window.click("fileMenu")
+        self.assertEqual(len(program.window.widget("recentMenu").names()), 1)
+        self.session.output_of("xdotool", "key", "Escape")
 
 
 class ComingAndGoingTest(ClassScaleTest):

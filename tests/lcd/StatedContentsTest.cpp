@@ -132,6 +132,12 @@ private slots:
         QCOMPARE(statedNotice(reading(ScaleStatus::OverLimit, WeightUnit::Gram, 12, 0)), QString());
         QVERIFY(statedNotice(reading(ScaleStatus::Stable, WeightUnit::Carat, 12, 0))
                     .startsWith(QStringLiteral("The scale shows 12 carats. ")));
+        QVERIFY(statedNotice(reading(ScaleStatus::Stable, WeightUnit::Carat, 12, 0))
+                    .contains(QStringLiteral("choose grams, kilograms, ounces or pounds")));
+        // Grams are chosen already.
+        QCOMPARE(statedNotice(reading(ScaleStatus::Stable, WeightUnit::Gram, 12345, 0)),
+                 QStringLiteral("The scale shows 12345 grams. The panel has no room for so many "
+                                "digits: choose another unit on the scale."));
         ScaleReading zero = reading(ScaleStatus::ToBeZeroed, WeightUnit::Gram, 0, 0);
         QVERIFY(statedNotice(zero).endsWith(QStringLiteral("press the scale's zero key.")));
         zero.canTare = true;

@@ -6,7 +6,9 @@
 #include "scale/SystemHidDevices.h"
 
 #include <deque>
+#include <functional>
 #include <map>
+#include <utility>
 #include <vector>
 
 /// The machine's devices as the fake libraries have them, with scales of the class among them: what
@@ -22,10 +24,15 @@ public:
         QString name;
         std::deque<Report> reports; ///< to be read, oldest first
         int readingError = 0;
-        int accessError = 0; ///< of writing too
-        int readFailure = 0; ///< -1: reading fails
-        bool isDeaf = false; ///< nothing can be written
-        int opens = 0;
+        int accessError = 0;              ///< of writing too
+        bool openFails = false;           ///< though it is permitted
+        int readFailure = 0;              ///< -1: reading fails
+        int plugs = 0;                    ///< what is opened works until the next one
+        std::function<void()> duringRead; ///< once; may be empty
+        bool isDeaf = false;              ///< nothing can be written
+        int opens = 0;                    ///< that worked
+        int tries = 0;                    ///< of opening it
+        int reads = 0;
         int openConnections = 0;
         std::vector<Report> written;
     };
@@ -35,7 +42,8 @@ public:
     std::unique_ptr<HidConnection> openToRead(const QString &node) override
     {
         Scale &scale = scales[node];
-        if (scale.readingError != 0)
+        ++scale.tries;
+        if (scale.readingError != 0 || scale.openFails)
             return nullptr;
         ++scale.opens;
         return std::make_unique<Connection>(scale);
@@ -78,6 +86,7 @@ private:
     public:
         explicit Connection(Scale &scale)
             : m_scale(scale)
+            , m_plug(scale.plugs)
         {
             ++m_scale.openConnections;
         }
@@ -87,6 +96,11 @@ private:
 
         std::optional<int> read(std::span<std::uint8_t> buffer, std::chrono::milliseconds) override
         {
+            ++m_scale.reads;
+            if (m_scale.duringRead)
+                std::exchange(m_scale.duringRead, {})();
+            if (m_scale.plugs != m_plug)
+                return -1;
             if (m_scale.readFailure != 0)
                 return m_scale.readFailure;
             if (m_scale.reports.empty())
@@ -100,5 +114,6 @@ private:
 
     private:
         Scale &m_scale;
+        int m_plug;
     };
 };

@@ -10,6 +10,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
+#include <utility>
 
 using namespace std::chrono_literals;
 
@@ -58,8 +59,10 @@ void write(const QString &name, const QByteArray &text)
 }
 
 Application &launched(Application &application, const QByteArray &information,
-                      BrowserBridge *browsers)
+                      BrowserBridge *browsers, std::unique_ptr<HidDevices> devices)
 {
+    if (devices)
+        application.useDevices(std::move(devices));
     if (browsers != nullptr)
         application.useBrowsers(*browsers);
     const QString name = home() + QStringLiteral("/Info.json");
@@ -136,10 +139,11 @@ LaunchedApplication::FreshWorld::FreshWorld(Scale scale, const std::function<voi
 
 LaunchedApplication::LaunchedApplication(Scale scale, const QByteArray &information,
                                          const std::function<void()> &before,
-                                         BrowserBridge *browsers)
+                                         BrowserBridge *browsers,
+                                         std::unique_ptr<HidDevices> devices)
     : m_world(scale, before)
     , application(m_world.argumentCount, arguments)
-    , delegate(*launched(application, information, browsers).delegate())
+    , delegate(*launched(application, information, browsers, std::move(devices)).delegate())
     , link(*delegate.hid_obj)
 {
     turn();

@@ -48,9 +48,11 @@ public:
 
     /// @param before may make calls of the fake libraries fail
     /// @param browsers stands in for the user's; must outlive the object
+    /// @param devices in place of the machine's; null: those
     explicit LaunchedApplication(Scale scale, const QByteArray &information = {},
                                  const std::function<void()> &before = {},
-                                 BrowserBridge *browsers = nullptr);
+                                 BrowserBridge *browsers = nullptr,
+                                 std::unique_ptr<HidDevices> devices = {});
 
     /// Lets the event loop deliver what is pending.
     static void turn();

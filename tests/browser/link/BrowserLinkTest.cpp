@@ -64,6 +64,11 @@ private:
     BrowserLink &link() { return m_fixture->link; }
     bool fill(const QString &text, int times = 1) { return m_fixture->fill(text, times); }
     void waitForStatus(const char *text) { m_fixture->waitForStatus(text); }
+    /// A part of the reading under way.
+    void postFor(const char *carrier, const QString &text)
+    {
+        m_fixture->post({.steps = {{text}}, .carrier = QString::fromLatin1(carrier)});
+    }
 
 private slots:
     void init()
@@ -322,7 +327,7 @@ private slots:
         fill(assignment, 6);
         peer->sendRan(idOf(peer->receive()), 6, 1);
         waitForStatus("USPS: 1 field shows another number");
-        link().stopFilling();
+        link().stopFilling(QStringLiteral("USPS"));
         waitForStatus("Browser linked, USPS page open");
     }
 
@@ -331,7 +336,7 @@ private slots:
     {
         const auto peer = uspsPeer();
         fill(assignment);
-        link().stopFilling();
+        link().stopFilling(QStringLiteral("USPS"));
         peer->sendRan(idOf(peer->receive()), 1, 1);
         waitForStatus("USPS: 1 field shows another number");
         waitForStatus("Browser linked, USPS page open");
@@ -365,6 +370,63 @@ private slots:
         QVERIFY(!peer->receive(0));
         fill(weighing(3));
         QCOMPARE(stepsOf(peer->receive()), QJsonArray{weighing(3)});
+    }
+
+    /// What waits for the others is sent, and counts as this reading's.
+    void whatWaitsOfACarrierThatIsOffIsForgotten()
+    {
+        const auto peer = uspsPeer();
+        QSignalSpy written(&link(), &BrowserLink::pageWritten);
+        fill(weighing(1));
+        const auto first = peer->receive();
+        postFor("USPS", weighing(2));
+        postFor("UPS", weighing(3));
+        postFor("USPS", weighing(4));
+        QCoreApplication::processEvents();
+        link().stopFilling(QStringLiteral("UPS"));
+        peer->sendRan(idOf(first), 1);
+        QCoreApplication::processEvents();
+        const auto rest = peer->receive();
+        QCOMPARE(stepsOf(rest), (QJsonArray{weighing(2), weighing(4)}));
+        QCOMPARE(written.size(), 0);
+        peer->sendRan(idOf(rest), 2);
+        QTRY_COMPARE(written.size(), 1);
+        // Nothing is left where each of them is off, not even a plan of nothing.
+        fill(weighing(5));
+        const auto next = peer->receive();
+        postFor("USPS", weighing(6));
+        QCoreApplication::processEvents();
+        link().stopFilling(QStringLiteral("USPS"));
+        peer->sendRan(idOf(next), 1);
+        QCoreApplication::processEvents();
+        QVERIFY(!peer->receive(0));
+    }
+
+    /// Of one reading, before it is sent.
+    void aCarrierThatGoesOffAtThatMoment()
+    {
+        const auto peer = uspsPeer();
+        postFor("UPS", weighing(1));
+        postFor("USPS", weighing(2));
+        link().stopFilling(QStringLiteral("UPS"));
+        QCoreApplication::processEvents();
+        QCOMPARE(stepsOf(peer->receive()), QJsonArray{weighing(2)});
+    }
+
+    /// The page of one that is still served is looked after.
+    void anotherNumberStandsOnThoughAnotherCarrierIsOff()
+    {
+        const auto peer = uspsPeer();
+        postFor("USPS", weighing(1));
+        postFor("UPS", weighing(2));
+        QCoreApplication::processEvents();
+        peer->sendRan(idOf(peer->receive()), 2, 1);
+        waitForStatus("USPS: 1 field shows another number");
+        link().stopFilling(QStringLiteral("UPS"));
+        QTest::qWait(1500); // longer than "Filling" is shown
+        QCOMPARE(link().statusText(), QStringLiteral("USPS: 1 field shows another number"));
+        link().stopFilling(QStringLiteral("USPS"));
+        waitForStatus("Browser linked, USPS page open");
     }
 
     void aPageWithoutANameIsServed()

@@ -20,6 +20,16 @@ Bytes bytes(std::span<const std::uint8_t> descriptor)
     return {descriptor.begin(), descriptor.end()};
 }
 
+/// Where these items begin; they have to be there.
+Bytes::iterator placeOf(const Bytes &items, Bytes &descriptor)
+{
+    const auto found =
+        std::search(descriptor.begin(), descriptor.end(), items.begin(), items.end());
+    if (found == descriptor.end())
+        qFatal("no such items in the descriptor");
+    return found;
+}
+
 ScaleStatement readBy(const Bytes &report, const ScaleLayout &layout)
 {
     return readScaleReport(report, layout).value_or(ScaleStatement());
@@ -126,11 +136,7 @@ private slots:
     void listsThatDoNotFitTheirRange()
     {
         Bytes descriptor = bytes(classScaleDescriptor);
-        const Bytes range{0x09, 0x5C, 0x25, 0x0C};
-        const auto found =
-            std::search(descriptor.begin(), descriptor.end(), range.begin(), range.end());
-        QVERIFY(found != descriptor.end());
-        *(found + 3) = 0x0D;
+        *(placeOf({0x09, 0x5C, 0x25, 0x0C}, descriptor) + 3) = 0x0D;
         const auto layout = scaleLayout(descriptor);
         QVERIFY(layout);
         QVERIFY(readBy({3, 4, 11, 0xFF, 12, 0}, *layout) ==
@@ -141,12 +147,8 @@ private slots:
     void exponentsThatAreNone()
     {
         Bytes descriptor = bytes(classScaleDescriptor);
-        const Bytes scaling{0x09, 0x41, 0x81, 0x02};
-        const auto found =
-            std::search(descriptor.begin(), descriptor.end(), scaling.begin(), scaling.end());
-        QVERIFY(found != descriptor.end());
         const Bytes wide{0x75, 0x20};
-        descriptor.insert(found, wide.begin(), wide.end());
+        descriptor.insert(placeOf({0x09, 0x41, 0x81, 0x02}, descriptor), wide.begin(), wide.end());
         const auto layout = scaleLayout(descriptor);
         QVERIFY(layout);
         QVERIFY(readBy({3, 4, 11, 0xFF, 0xFF, 0xFF, 0xFF, 12, 0}, *layout) ==

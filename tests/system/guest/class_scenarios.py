@@ -2,8 +2,6 @@
 # SPDX-License-Identifier: MIT
 """Scales of the class for points of sale, which send their weight by themselves."""
 
-import os
-
 from system import SEAT_USER, can_open, hidraw_nodes
 from weighing import check_equal, expect_grams, plug_and_open, unplug_and_lose
 
@@ -41,17 +39,8 @@ def plug_class(guest, program, device="class"):
     program.expect(rf"Scale of the point-of-sale class at .*: Example {device}")
 
 
-def zero(node):
-    file = os.open(node, os.O_WRONLY)
-    try:
-        check_equal(os.write(file, b"\x02\x02"), 2)
-    finally:
-        os.close(file)
-
-
 def class_scale(guest):
-    """Plugged, weighed with, set to zero, unplugged. There is no display in the guest to press Tare
-    on: its report comes from here."""
+    """Plugged, weighed with, set to zero, unplugged."""
     program = guest.start_program()
     permit(guest, program)
     guest.bus.say("class", OTHER_REPORT, report(STABLE, GRAM, 1234))
@@ -64,7 +53,7 @@ def class_scale(guest):
     expect(program, STABLE, OUNCE, 12, -1)
     # Nothing is sent to it as long as nobody presses anything, and its node is open to be read.
     check_equal(guest.bus.written("class"), [])
-    zero(NODE)
+    check_equal(program.operate("--tare"), "Tare\n")
     expect(program, AT_ZERO, OUNCE, 0, -1)
     check_equal(guest.bus.written("class"), ["0202"])
     check_equal(program.open_nodes(), [NODE])

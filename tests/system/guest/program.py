@@ -38,6 +38,8 @@ class Program:
         """@param options: of its process"""
         # What it does is told by its log.
         options["env"]["QT_LOGGING_RULES"] = "postalscale*.info=true"
+        self.command = command
+        self.options = options
         self.process = subprocess.Popen(command, stderr=subprocess.PIPE, **options)
         self.lines = []
         self.seen = 0  # lines that expect() has passed
@@ -87,6 +89,11 @@ class Program:
         with self.news:
             self.seen = len(self.lines)
             return [line.partition(": ")[2] for line in self.lines[start:]]
+
+    def operate(self, *arguments):
+        """By another start, as a key of the desktop does; what that answers."""
+        return subprocess.run([*self.command, *arguments], check=True, stdout=subprocess.PIPE,
+                              timeout=PATIENCE, **self.options).stdout
 
     @property
     def identifier(self):
