@@ -123,6 +123,13 @@ public:
         return taken;
     }
 
+    /// A whole reading of the poll timer's, with what comes of it shortly after.
+    void read(const Load &load)
+    {
+        m_program.read(load.reports[m_next++ % load.reports.size()]);
+        LaunchedApplication::pass(400ms);
+    }
+
     ReadingReportDelegate &source()
     {
         return dynamic_cast<ReadingReportDelegate &>(m_program.delegate);
@@ -215,9 +222,7 @@ int follow(const Load &load, int count)
     Followed followed(bench.source());
     bool isTold = true;
     for (int i = 0; i < count; ++i) {
-        bench.poll(load);
-        // Until the next one, as at the scale: the panel is read out shortly after each reading.
-        LaunchedApplication::pass(400ms);
+        bench.read(load);
         std::printf("%lld\n", static_cast<long long>(followed.taken()));
         isTold = followed.read() && isTold;
     }
@@ -265,7 +270,9 @@ int run(const std::vector<std::string> &words)
         return time(*loadNamed(words[1]), count);
     if (mode == "follow" && count > 0 && loadNamed(words[1]) != nullptr)
         return follow(*loadNamed(words[1]), count);
-    std::fputs("usage: poll-cost list | time LOAD COUNT | follow LOAD COUNT | run COUNT | grow COUNT\n", stderr);
+    std::fputs(
+        "usage: poll-cost list | time LOAD COUNT | follow LOAD COUNT | run COUNT | grow COUNT\n",
+        stderr);
     return 2;
 }
 

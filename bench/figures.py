@@ -89,13 +89,21 @@ def rest(session):
 
 
 def poll(_session):
+    return each_load("time", "report in hand to views set")
+
+
+def follow(_session):
+    return each_load("follow", "a follower told of a reading")
+
+
+def each_load(mode, what):
     figures = []
     for load in poll_instructions.loads(binary("poll-cost")):
         output = subprocess.run(
-            [binary("poll-cost"), "time", load, str(POLLS)], check=True, text=True,
+            [binary("poll-cost"), mode, load, str(POLLS)], check=True, text=True,
             env={"QT_QPA_PLATFORM": "offscreen", "LC_ALL": "C.UTF-8"}, stdout=subprocess.PIPE,
             stderr=subprocess.DEVNULL).stdout
-        figures.append(Figure(f"report in hand to views set: {load}", 50, "µs",
+        figures.append(Figure(f"{what}: {load}", 50, "µs",
                               Samples([int(line) / 1000 for line in output.split()])))
     return figures
 
@@ -184,4 +192,4 @@ def instructions(_session):
 
 
 ALL = {each.__name__: each
-       for each in (start, rest, poll, pixels, held, fill, growth, instructions)}
+       for each in (start, rest, poll, follow, pixels, held, fill, growth, instructions)}
