@@ -96,6 +96,7 @@ class WeighingTest(ClassScaleTest):
             with self.subTest(report=report):
                 program = self.start_with(OTHER_REPORT, report)
                 program.wait_for_reading("1.2 ounces")
+                self.assertEqual(program.stop(), 0)
 
     def test_what_is_sent_first_may_be_of_another_time(self):
         program = self.start("--unplugged")

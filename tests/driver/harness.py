@@ -109,6 +109,10 @@ class Program:
         """The program is its child."""
         return self._emulator.pid
 
+    @property
+    def is_running(self):
+        return self._emulator.poll() is None
+
     def wait_for_polls(self, count=2):
         """Until that many further polls have begun, so that one less is over and shown."""
         self.log.wait_for("readData$", self.log.mark(), count)
@@ -132,7 +136,7 @@ class Program:
 
     def stop(self):
         """As a person closes it. Returns the program's exit status."""
-        if self._emulator.poll() is None:
+        if self.is_running:
             self.window.close()
         return self.wait_for_end()
 
@@ -176,6 +180,8 @@ class DeviceTest(unittest.TestCase):
 
     def start(self, *arguments, **options):
         """@param arguments of the emulator"""
+        # A further one would only raise the window of the first.
+        self.assertFalse([each for each in self._programs if each.is_running], "one at a time")
         program = Program(self.session, arguments=arguments, **options)
         self._programs.append(program)
         self.addCleanup(self._stop, program)
