@@ -51,7 +51,7 @@ void ClassFaultyWorld::describe(const QString &node, const char *name)
 
 void ClassFaultyWorld::pass(std::chrono::milliseconds time)
 {
-    for (auto gone = 0ms; gone < time; gone += sendingInterval) {
+    for (auto passed = 0ms; passed < time; passed += sendingInterval) {
         if (m_plugged && m_sends)
             send(scale());
         send(other());
