@@ -44,7 +44,11 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                  .clipboard = m_clipboard,
                  .settings = settings,
                  .showModelInTitle = [this] { showScaleInTitle(); },
-                 .carrierWentOff = [this] { m_carrierPages.stopFilling(); }},
+                 .carrierWentOff = [this] { m_carrierPages.stopFilling(); },
+                 .showOnTopNotice =
+                     [this](const QString &text) {
+                         m_statusArea.setNotice(StatusArea::Notice::OnTop, text);
+                     }},
                 this)
     , m_carrierPages(browsers, *this, *lbLBL, *this)
     , m_parcel({.link = *hid_obj,

@@ -26,6 +26,7 @@ public:
         Scale,
         Settings,
         Clipboard,
+        OnTop,
         Information,
         Session
     };

@@ -19,6 +19,8 @@ constexpr auto windowlessOptions = std::to_array<std::string_view>(
     {"--tare", "--hold", "--power", "--unit", "--capture", "--print", "--follow", "--settled",
      CommandLine::sourceOption, "--json", "--doctor", "--help", "-h", "--version", "-v"});
 
+/// The toolkit takes either.
+constexpr auto platformOptions = std::to_array<std::string_view>({"-platform", "--platform"});
 char platformOption[] = "-platform";
 char platformWithoutDisplay[] = "offscreen";
 
@@ -207,17 +209,21 @@ CommandLine CommandLine::parse(const QStringList &arguments)
             .logFile = parser.line.value(parser.log)};
 }
 
-ToolkitArguments::ToolkitArguments(int argc, char **argv)
-    : m_pointers(argv, argv + argc)
+ToolkitArguments::ToolkitArguments(int argc, char **argv, const DesktopEnvironment &environment)
+    : m_platforms(platformsToTry(environment).toLatin1())
+    , m_pointers(argv, argv + argc)
 {
-    const bool windowless = std::any_of(argv, argv + argc, [](std::string_view argument) {
-        const std::string_view option = argument.substr(0, argument.find('='));
-        return std::find(windowlessOptions.begin(), windowlessOptions.end(), option) !=
-               windowlessOptions.end();
-    });
+    const auto hasOneOf = [&](const auto &options) {
+        return std::any_of(argv, argv + argc, [&](std::string_view argument) {
+            const std::string_view option = argument.substr(0, argument.find('='));
+            return std::find(options.begin(), options.end(), option) != options.end();
+        });
+    };
     // Last, so that it also wins over a platform that the user names.
-    if (windowless)
+    if (hasOneOf(windowlessOptions))
         m_pointers.insert(m_pointers.end(), {platformOption, platformWithoutDisplay});
+    else if (!m_platforms.isEmpty() && !hasOneOf(platformOptions))
+        m_pointers.insert(m_pointers.end(), {platformOption, m_platforms.data()});
     m_number = static_cast<int>(m_pointers.size());
     m_pointers.push_back(nullptr);
 }

@@ -5,9 +5,9 @@
 
 #include "export/Options.h"
 
+#include "desktop/WindowDesktop.h"
 #include "ui_MainWindow.h"
 
-#include <QGuiApplication>
 #include <QWindow>
 
 Options::Options(const Surroundings &surroundings, QObject *parent)
@@ -22,7 +22,7 @@ Options::Options(const Surroundings &surroundings, QObject *parent)
 void Options::explainOnTop()
 {
     // Wayland gives a client no such right.
-    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+    if (desktopOfWindows() != Desktop::Wayland)
         return;
     const QString explanation =
         QStringLiteral("On this desktop, the desktop decides what stays on top");
@@ -39,6 +39,7 @@ void Options::setOnTop(bool onTop)
     window.overrideWindowFlags(window.windowFlags().setFlag(Qt::WindowStaysOnTopHint, onTop));
     if (QWindow *shown = window.windowHandle())
         shown->setFlag(Qt::WindowStaysOnTopHint, onTop);
+    m_around.showOnTopNotice(onTop ? onTopTroubleOfWindows().text() : QString());
 }
 
 void Options::setCarrier(std::uint8_t &flag, bool on)

@@ -40,6 +40,8 @@ public:
         Settings &settings;
         std::function<void()> showModelInTitle;
         std::function<void()> carrierWentOff;
+        /// Gets an empty text when there is nothing to be said any more.
+        std::function<void(const QString &text)> showOnTopNotice;
     };
     Options(const Surroundings &surroundings, QObject *parent);
 
