@@ -9,7 +9,7 @@ import harness
 import nobody
 from desktop import chosen_desktop
 from harness import LogLines, Program, binaries
-from main_window import MainWindow
+from main_window import MainWindow, WindowFile
 from paste_field import COPY_KEY, FOREIGN_TEXT, TITLE
 from waiting import wait_until
 
@@ -21,6 +21,7 @@ CLIPBOARD = 300
 CLIPBOARD_WORKS = "ok  Clipboard: can be written at every reading"
 ON_TOP_WORKS = "ok  On top: the window manager does it"
 
+PANEL = WindowFile().property("imageBox", "accessibleDescription")
 NOTICES = ("does not let programs keep a window on top", "does not keep windows on top")
 CLIPBOARD_NOTICE = "lets only the front window write the clipboard"
 
@@ -40,9 +41,10 @@ class DesktopProgram(Program):
     def _find_window(self):
         if self._emulator.poll() is not None:
             raise AssertionError(f"the program did not start:\n{self.log.tail()}")
-        # Window managers have windows too.
+        # A shell shows objects of that name too, for its task bar.
         windows = [each for each in self._session.accessibility.showing_windows()
-                   if each.name.startswith("Postal Scale")]
+                   if each.name.startswith("Postal Scale")
+                   and next(each.descendants_that(lambda part: part.description == PANEL), None)]
         if len(windows) != 1 or not self._session.window_titled(windows[0].name):
             return None
         return MainWindow(self._session, windows[0], None)
