@@ -45,6 +45,11 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                  .settings = settings,
                  .showModelInTitle = [this] { showScaleInTitle(); },
                  .carrierWentOff = [this] { m_carrierPages.stopFilling(); },
+                 .carriersChanged =
+                     [this] {
+                         m_statusArea.setBrowserShown(SendtoUSPS == 1 || SendtoUPS == 1 ||
+                                                      SendtoFedex == 1);
+                     },
                  .showOnTopNotice =
                      [this](const QString &text) {
                          m_statusArea.setNotice(StatusArea::Notice::OnTop, text);

@@ -16,8 +16,9 @@ namespace {
 using Action = CommandLine::Action;
 
 constexpr auto windowlessOptions = std::to_array<std::string_view>(
-    {"--tare", "--hold", "--power", "--unit", "--capture", "--print", "--follow", "--settled",
-     CommandLine::sourceOption, "--json", "--doctor", "--help", "-h", "--version", "-v"});
+    {"--tare", "--hold", "--power", "--unit", "--capture", "--compact", "--print", "--follow",
+     "--settled", CommandLine::sourceOption, "--json", "--doctor", "--help", "-h", "--version",
+     "-v"});
 
 /// The toolkit takes either.
 constexpr auto platformOptions = std::to_array<std::string_view>({"-platform", "--platform"});
@@ -62,6 +63,10 @@ struct Parser
         QStringLiteral("capture"),
         QStringLiteral("Have the settled weight leave now, once: onto the clipboard, and into the "
                        "pages of the carriers that are switched on.")};
+    const QCommandLineOption compact{
+        QStringLiteral("compact"),
+        QStringLiteral("Have the window show its display alone: on, off or toggle."),
+        QStringLiteral("WHAT")};
     const QCommandLineOption json{
         QStringLiteral("json"),
         QStringLiteral("With --print or --follow: JSON objects, one to a line.")};
@@ -95,7 +100,7 @@ struct Parser
         line.setApplicationDescription(
             QStringLiteral("Shows, copies and fills in the weight of a USB postal scale."));
         line.addOptions({info, print, follow, settled, json, tare, hold, power, unit, capture,
-                         doctor, record, replay, log, help, version, source});
+                         compact, doctor, record, replay, log, help, version, source});
     }
 
     bool has(const QCommandLineOption &option) const { return line.isSet(option); }
@@ -116,7 +121,7 @@ std::vector<std::pair<const QCommandLineOption *, Action>> wantedActions(const P
           std::pair(&parser.source, Action::ReadForFollowers),
           std::pair(&parser.tare, Action::Operate), std::pair(&parser.hold, Action::Operate),
           std::pair(&parser.power, Action::Operate), std::pair(&parser.unit, Action::Operate),
-          std::pair(&parser.capture, Action::Operate),
+          std::pair(&parser.capture, Action::Operate), std::pair(&parser.compact, Action::Operate),
           std::pair(&parser.doctor, Action::Diagnose)}) {
         if (parser.has(*option))
             wanted.emplace_back(option, action);
@@ -157,7 +162,7 @@ QString trafficRefusal(const Parser &parser)
 
 QString valueRefusal(const Parser &parser)
 {
-    for (const QCommandLineOption *option : {&parser.hold, &parser.unit}) {
+    for (const QCommandLineOption *option : {&parser.hold, &parser.unit, &parser.compact}) {
         const QString name = option->names().constFirst();
         const QString value = parser.line.value(*option);
         if (parser.has(*option) && !RemoteControl::isKnown(name, value))

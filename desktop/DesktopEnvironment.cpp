@@ -82,6 +82,12 @@ QString platformsToTry(const DesktopEnvironment &environment)
                                               : QStringLiteral("wayland;xcb");
 }
 
+bool mayTile(Desktop desktop, Shell shell)
+{
+    // What is not known may do anything. On X11 the window manager is told of the proportion.
+    return desktop == Desktop::Wayland && (shell == Shell::Sway || shell == Shell::Other);
+}
+
 Desktop expectedDesktop(const DesktopEnvironment &environment)
 {
     QString tried = environment.wishedPlatform;

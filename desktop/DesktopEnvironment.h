@@ -34,5 +34,8 @@ Shell shellNamed(const QString &currentDesktop);
 /// the window is on Wayland, and sharp at each scale.
 QString platformsToTry(const DesktopEnvironment &environment);
 
+/// Whether windows may stand there in tiles, whatever their size.
+bool mayTile(Desktop desktop, Shell shell);
+
 /// Where a window started in that session appears.
 Desktop expectedDesktop(const DesktopEnvironment &environment);

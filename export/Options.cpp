@@ -17,6 +17,10 @@ Options::Options(const Surroundings &surroundings, QObject *parent)
     connectBox();
     explainOnTop();
     connectMenu();
+    // Quiet until there is one.
+    for (QWidget *part : {static_cast<QWidget *>(m_around.form.optionLbl),
+                          static_cast<QWidget *>(m_around.form.selectionLbl)})
+        part->setForegroundRole(QPalette::PlaceholderText);
 }
 
 void Options::explainOnTop()
@@ -47,9 +51,12 @@ void Options::setCarrier(std::uint8_t &flag, bool on)
     flag = on;
     if (!on)
         m_around.carrierWentOff();
+    m_around.carriersChanged();
 }
 
 void Options::showLatest(const QString &option)
 {
     m_around.form.selectionLbl->setText(option);
+    m_around.form.selectionLbl->setForegroundRole(QPalette::WindowText);
+    m_around.form.optionLbl->setForegroundRole(QPalette::ButtonText);
 }

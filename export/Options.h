@@ -40,6 +40,7 @@ public:
         Settings &settings;
         std::function<void()> showModelInTitle;
         std::function<void()> carrierWentOff;
+        std::function<void()> carriersChanged;
         /// Gets an empty text when there is nothing to be said any more.
         std::function<void(const QString &text)> showOnTopNotice;
     };

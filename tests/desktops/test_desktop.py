@@ -137,6 +137,13 @@ class DesktopTest(harness.DeviceTest):
         wait_until(lambda: self.session.active_title() == title or self.session.is_marked(title),
                    lambda: f"the window; in front is {self.session.active_title()!r}")
 
+    def test_it_brings_its_icon(self):
+        if self.session.is_wayland:
+            self.skipTest("on Wayland the icon is the installed one")
+        program = self.start_with()
+        window = self.session.window_titled(program.window.title)
+        self.assertIn("Icon (16 x 16)", self.session.run("xprop", "-id", window, "_NET_WM_ICON"))
+
     def test_closing_it_switches_the_scale_off(self):
         program = self.start_with()
         self.assertTrue(program.scale.state())
