@@ -45,6 +45,10 @@ class Desktop(Session):
         """Whether it is stacked above the other; None where windows have places side by side."""
         return None
 
+    def take_picture(self, file):
+        """Of the whole screen."""
+        self.run("import", "-window", "root", str(file))
+
     def is_marked(self, title):
         """Whether the desktop shows that this window wants to be looked at."""
         return False
@@ -225,7 +229,7 @@ idle-delay=uint32 0
         self._log = (self.folder / "shell.log").open("w", encoding="utf-8")
         self._cleanup.callback(self._log.close)
         self._ends_with_session(self.spawn(
-            ["gnome-shell", "--headless", "--virtual-monitor", "1600x1000", "--unsafe-mode",
+            ["gnome-shell", "--headless", "--virtual-monitor", "2000x1000", "--unsafe-mode",
              "--wayland-display", "wayland-0"], stdout=self._log, stderr=self._log))
         wait_until(self._is_up, self._told)
         self.environment |= {"WAYLAND_DISPLAY": "wayland-0",
@@ -286,6 +290,12 @@ idle-delay=uint32 0
                 global.keys.notify_keyval(imports.gi.GLib.get_monotonic_time(),
                     Clutter.KEY_{key}, Clutter.KeyState.{state}); 0""")
 
+    def take_picture(self, file):
+        self._bus.call_sync(
+            "org.gnome.Shell", "/org/gnome/Shell/Screenshot", "org.gnome.Shell.Screenshot",
+            "Screenshot", GLib.Variant("(bbs)", (False, False, str(file))), None,
+            Gio.DBusCallFlags.NONE, 30_000, None)
+
     def is_above(self, title, other):
         places = self.windows()
         return places[title] > places[other]
@@ -294,9 +304,17 @@ idle-delay=uint32 0
         return self._of_window(title, "window.demands_attention || window.urgent")
 
 
+class DarkGnome(Gnome):
+    settings = Gnome.settings.replace("enable-animations=false", "enable-animations=false\n"
+                                      "color-scheme='prefer-dark'")
+
+
 class Kwin(WaylandDesktop):
     """In a window of an X server, so that it has a keyboard. Operated by scripts of its own, which
     answer in its log."""
+
+    def __init__(self):
+        super().__init__(screen="2000x1000x24")
 
     def _start_x_server(self):
         Session._start_x_server(self)
@@ -317,7 +335,7 @@ class Kwin(WaylandDesktop):
         log = (self.folder / "kwin.log").open("w", encoding="utf-8")
         self._cleanup.callback(log.close)
         self._ends_with_session(self.spawn(
-            ["kwin_wayland", "--x11-display", self._outer, "--width", "1200", "--height", "900",
+            ["kwin_wayland", "--x11-display", self._outer, "--width", "2000", "--height", "1000",
              "--no-lockscreen", "--socket", "wayland-0", "--xwayland", str(command)],
             self.environment | {"QT_LOGGING_RULES": "*.debug=true;qt.*=false"},
             stdout=log, stderr=log))
@@ -378,6 +396,9 @@ class Kwin(WaylandDesktop):
     def press(self, key):
         self._outer_run("xdotool", "key", key)
 
+    def take_picture(self, file):
+        self._outer_run("import", "-window", "root", str(file))
+
     def is_above(self, title, other):
         layers = self._evaluate(f"""[{json.dumps(title)}, {json.dumps(other)}].map(each =>
             [titled(each).keepAbove ? 1 : 0,
@@ -392,6 +413,7 @@ class Kwin(WaylandDesktop):
 DESKTOPS = {
     "kwin": Kwin,
     "gnome": Gnome,
+    "gnome-dark": DarkGnome,
     "openbox": Openbox,
     "metacity": Metacity,
     "xfwm4": Xfwm4,
