@@ -9,7 +9,22 @@
 #include "settings/Settings.h"
 #include "widgets/WindowStyle.h"
 
+#include <QIcon>
+
 #include <utility>
+
+namespace {
+
+/// For desktops that do not find the installed one, as where the program runs from its sources.
+QIcon builtInIcon()
+{
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128})
+        icon.addFile(QStringLiteral(":/icon/%1.png").arg(size), QSize(size, size));
+    return icon;
+}
+
+} // namespace
 
 Application::Application(int &argc, char **argv)
     : QApplication(argc, argv)
@@ -20,6 +35,7 @@ Application::Application(int &argc, char **argv)
     setApplicationName(QStringLiteral("postal-scale"));
     setApplicationVersion(QStringLiteral(POSTALSCALE_VERSION));
     setDesktopFileName(QStringLiteral(POSTALSCALE_APPLICATION_ID));
+    setWindowIcon(builtInIcon());
     setStyle(new WindowStyle);
     // The delegate has a word to say before the program ends.
     setQuitOnLastWindowClosed(false);

@@ -44,7 +44,16 @@ PostalScaleAppDelegate::PostalScaleAppDelegate(const BundleInformation &informat
                  .clipboard = m_clipboard,
                  .settings = settings,
                  .showModelInTitle = [this] { showScaleInTitle(); },
-                 .carrierWentOff = [this](int carrier) { m_carrierPages.stopFilling(carrier); }},
+                 .carrierWentOff = [this](int carrier) { m_carrierPages.stopFilling(carrier); },
+                 .carriersChanged =
+                     [this] {
+                         m_statusArea.setBrowserShown(SendtoUSPS == 1 || SendtoUPS == 1 ||
+                                                      SendtoFedex == 1);
+                     },
+                 .showOnTopNotice =
+                     [this](const QString &text) {
+                         m_statusArea.setNotice(StatusArea::Notice::OnTop, text);
+                     }},
                 this)
     , m_carrierPages(browsers, *this, *lbLBL, *this)
     , m_parcel({.link = *hid_obj,

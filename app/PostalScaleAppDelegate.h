@@ -4,6 +4,7 @@
 #pragma once
 
 #include "app/BundleInformation.h"
+#include "app/CompactForm.h"
 #include "app/SleepRest.h"
 #include "app/StatusArea.h"
 #include "controls/ScaleButtons.h"
@@ -62,6 +63,11 @@ public:
     void prepareForSleep();
     /// Looks for the scale anew, and polls it again from then on.
     void wakeUp();
+
+    // Form of the window
+    bool isCompact() const { return m_compactForm && m_compactForm->isCompact(); }
+    /// Not before awakeFromNib().
+    void setCompact(bool compact) { m_compactForm->setCompact(compact); }
 
     // Models
     void modelSelectionAction();
@@ -129,7 +135,12 @@ public:
     // What the scale link reads and writes
     void setUnitCaptionHidden(bool hidden) override { unitLBl->setHidden(hidden); }
     QString exportLabelText() const override { return lbLBL->text(); }
-    void setExportLabelText(const QString &text) override { lbLBL->setText(text); }
+    void setExportLabelText(const QString &text) override
+    {
+        // Screen readers are told of each writing.
+        if (text != lbLBL->text())
+            lbLBL->setText(text);
+    }
     void copyToClipboard(const QString &text) override;
     void takeReport(const WeightReport &report, ReadOutcome outcome) override;
     void takeReading(const ScaleReading &reading) override;
@@ -219,4 +230,5 @@ private:
     SettledOption m_settledOption;
     NoteLabels m_noteLabels;
     RecentWeightsMenu m_recentWeightsMenu;
+    std::unique_ptr<CompactForm> m_compactForm; ///< null before awakeFromNib()
 };

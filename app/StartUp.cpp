@@ -6,6 +6,7 @@
 #include "app/PostalScaleAppDelegate.h"
 #include "app/WindowPlace.h"
 #include "base/Log.h"
+#include "desktop/WindowDesktop.h"
 #include "settings/Settings.h"
 #include "widgets/WindowProportion.h"
 
@@ -72,8 +73,20 @@ void setFillColour(QWidget *box, const QColor &colour)
 
 void PostalScaleAppDelegate::awakeFromNib()
 {
-    new WindowProportion(window.get(), window->size());
-    new WindowPlace(window.get(), m_settings);
+    const DesktopSituation situation = situationOfWindows();
+    auto *proportion = new WindowProportion(window.get(), window->size(),
+                                            mayTile(situation.desktop, situation.shell)
+                                                ? WindowProportion::Correction::Forbidden
+                                                : WindowProportion::Correction::Allowed);
+    auto *place = new WindowPlace(window.get(), m_settings);
+    m_compactForm =
+        std::make_unique<CompactForm>(CompactForm::Surroundings{.form = *this,
+                                                                .window = *window,
+                                                                .proportion = *proportion,
+                                                                .place = *place,
+                                                                .statusArea = m_statusArea,
+                                                                .settings = m_settings},
+                                      nullptr);
 }
 
 void PostalScaleAppDelegate::applicationDidFinishLaunching()

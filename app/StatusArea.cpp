@@ -57,6 +57,25 @@ void StatusArea::showNotices()
     m_notice->setText(m_shown);
     m_notice->setToolTip(m_explained);
     m_details->setHidden(explained.isEmpty());
+    showParts();
+}
+
+void StatusArea::showParts()
+{
+    m_browser->setHidden(m_isSparing || !m_isBrowserShown);
+    m_window.statusBar()->setHidden(m_isSparing && m_shown.isEmpty());
+}
+
+void StatusArea::setBrowserShown(bool shown)
+{
+    m_isBrowserShown = shown;
+    showParts();
+}
+
+void StatusArea::setSparing(bool sparing)
+{
+    m_isSparing = sparing;
+    showParts();
 }
 
 void StatusArea::explain()

@@ -26,6 +26,7 @@ public:
         Scale,
         Settings,
         Clipboard,
+        OnTop,
         Information,
         Session
     };
@@ -38,9 +39,14 @@ public:
     /// the notice away.
     void setNotice(Notice topic, const QString &text);
     void showBrowserStatus(const QString &text);
+    /// The browsers matter while weights go into their pages.
+    void setBrowserShown(bool shown);
+    /// Where there is no room to spare, the line is there for notices only.
+    void setSparing(bool sparing);
 
 private:
     void showNotices();
+    void showParts();
     /// The whole texts, in a window of their own.
     void explain();
 
@@ -48,6 +54,8 @@ private:
     ElidedLabel *m_notice;
     QPushButton *m_details;
     ElidedLabel *m_browser;
+    bool m_isBrowserShown = false;
+    bool m_isSparing = false;
     QMap<Notice, QString> m_notices;
     QString m_shown;
     QString m_explained;

@@ -23,10 +23,7 @@ WindowPlace::WindowPlace(QWidget *window, Settings &settings)
     , m_window(window)
     , m_settings(settings)
 {
-    // The toolkit takes what a cut-off text lacks for zeros.
-    const QByteArray stored = m_settings.windowGeometry();
-    if (stored.size() == m_window->saveGeometry().size())
-        m_window->restoreGeometry(stored);
+    m_window->restoreGeometry(stored());
     m_window->installEventFilter(this);
     m_atRest.setSingleShot(true);
     m_atRest.setInterval(restAfterChange);
@@ -44,7 +41,28 @@ bool WindowPlace::eventFilter(QObject *watched, QEvent *event)
 
 void WindowPlace::remember()
 {
+    m_atRest.stop();
     const QByteArray geometry = m_window->saveGeometry();
-    if (geometry != m_settings.windowGeometry())
+    if (geometry == stored())
+        return;
+    if (m_form == WindowForm::Compact)
+        m_settings.setCompactGeometry(geometry);
+    else
         m_settings.setWindowGeometry(geometry);
+}
+
+QByteArray WindowPlace::stored() const
+{
+    const QByteArray geometry =
+        m_form == WindowForm::Compact ? m_settings.compactGeometry() : m_settings.windowGeometry();
+    // The toolkit takes what a cut-off text lacks for zeros.
+    return geometry.size() == m_window->saveGeometry().size() ? geometry : QByteArray();
+}
+
+QByteArray WindowPlace::switchForm(WindowForm form)
+{
+    if (m_window->isVisible())
+        remember();
+    m_form = form;
+    return stored();
 }

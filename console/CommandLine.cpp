@@ -16,9 +16,12 @@ namespace {
 using Action = CommandLine::Action;
 
 constexpr auto windowlessOptions = std::to_array<std::string_view>(
-    {"--tare", "--hold", "--power", "--unit", "--capture", "--print", "--follow", "--settled",
-     CommandLine::sourceOption, "--json", "--doctor", "--help", "-h", "--version", "-v"});
+    {"--tare", "--hold", "--power", "--unit", "--capture", "--compact", "--print", "--follow",
+     "--settled", CommandLine::sourceOption, "--json", "--doctor", "--help", "-h", "--version",
+     "-v"});
 
+/// The toolkit takes either.
+constexpr auto platformOptions = std::to_array<std::string_view>({"-platform", "--platform"});
 char platformOption[] = "-platform";
 char platformWithoutDisplay[] = "offscreen";
 
@@ -60,6 +63,10 @@ struct Parser
         QStringLiteral("capture"),
         QStringLiteral("Have the settled weight leave now, once: onto the clipboard, and into the "
                        "pages of the carriers that are switched on.")};
+    const QCommandLineOption compact{
+        QStringLiteral("compact"),
+        QStringLiteral("Have the window show its display alone: on, off or toggle."),
+        QStringLiteral("WHAT")};
     const QCommandLineOption json{
         QStringLiteral("json"),
         QStringLiteral("With --print or --follow: JSON objects, one to a line.")};
@@ -93,7 +100,7 @@ struct Parser
         line.setApplicationDescription(
             QStringLiteral("Shows, copies and fills in the weight of a USB postal scale."));
         line.addOptions({info, print, follow, settled, json, tare, hold, power, unit, capture,
-                         doctor, record, replay, log, help, version, source});
+                         compact, doctor, record, replay, log, help, version, source});
     }
 
     bool has(const QCommandLineOption &option) const { return line.isSet(option); }
@@ -114,7 +121,7 @@ std::vector<std::pair<const QCommandLineOption *, Action>> wantedActions(const P
           std::pair(&parser.source, Action::ReadForFollowers),
           std::pair(&parser.tare, Action::Operate), std::pair(&parser.hold, Action::Operate),
           std::pair(&parser.power, Action::Operate), std::pair(&parser.unit, Action::Operate),
-          std::pair(&parser.capture, Action::Operate),
+          std::pair(&parser.capture, Action::Operate), std::pair(&parser.compact, Action::Operate),
           std::pair(&parser.doctor, Action::Diagnose)}) {
         if (parser.has(*option))
             wanted.emplace_back(option, action);
@@ -155,7 +162,7 @@ QString trafficRefusal(const Parser &parser)
 
 QString valueRefusal(const Parser &parser)
 {
-    for (const QCommandLineOption *option : {&parser.hold, &parser.unit}) {
+    for (const QCommandLineOption *option : {&parser.hold, &parser.unit, &parser.compact}) {
         const QString name = option->names().constFirst();
         const QString value = parser.line.value(*option);
         if (parser.has(*option) && !RemoteControl::isKnown(name, value))
@@ -207,17 +214,21 @@ CommandLine CommandLine::parse(const QStringList &arguments)
             .logFile = parser.line.value(parser.log)};
 }
 
-ToolkitArguments::ToolkitArguments(int argc, char **argv)
-    : m_pointers(argv, argv + argc)
+ToolkitArguments::ToolkitArguments(int argc, char **argv, const DesktopEnvironment &environment)
+    : m_platforms(platformsToTry(environment).toLatin1())
+    , m_pointers(argv, argv + argc)
 {
-    const bool windowless = std::any_of(argv, argv + argc, [](std::string_view argument) {
-        const std::string_view option = argument.substr(0, argument.find('='));
-        return std::find(windowlessOptions.begin(), windowlessOptions.end(), option) !=
-               windowlessOptions.end();
-    });
+    const auto hasOneOf = [&](const auto &options) {
+        return std::any_of(argv, argv + argc, [&](std::string_view argument) {
+            const std::string_view option = argument.substr(0, argument.find('='));
+            return std::find(options.begin(), options.end(), option) != options.end();
+        });
+    };
     // Last, so that it also wins over a platform that the user names.
-    if (windowless)
+    if (hasOneOf(windowlessOptions))
         m_pointers.insert(m_pointers.end(), {platformOption, platformWithoutDisplay});
+    else if (!m_platforms.isEmpty() && !hasOneOf(platformOptions))
+        m_pointers.insert(m_pointers.end(), {platformOption, m_platforms.data()});
     m_number = static_cast<int>(m_pointers.size());
     m_pointers.push_back(nullptr);
 }

@@ -3,6 +3,9 @@
 
 #pragma once
 
+#include "desktop/DesktopEnvironment.h"
+
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -42,18 +45,20 @@ struct CommandLine
     static CommandLine parse(const QStringList &arguments);
 };
 
-/// The arguments as the toolkit takes them: what is started without a window must not need a
-/// display, whatever the environment says.
+/// The arguments as the toolkit takes them: on the platform that the session's desktop calls for.
+/// What is started without a window must not need a display, whatever the environment says.
 class ToolkitArguments
 {
 public:
-    ToolkitArguments(int argc, char **argv);
+    /// @param environment of the session; decides where a window is drawn, unless the arguments do
+    ToolkitArguments(int argc, char **argv, const DesktopEnvironment &environment = {});
 
     /// Both stay the toolkit's for as long as its application lives.
     int &count() { return m_number; }
     char **values() { return m_pointers.data(); }
 
 private:
+    QByteArray m_platforms;
     std::vector<char *> m_pointers; ///< closed by a null
     int m_number = 0;
 };

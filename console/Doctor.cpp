@@ -4,6 +4,7 @@
 #include "console/Doctor.h"
 
 #include "console/DoctorFacts.h"
+#include "desktop/DesktopTrouble.h"
 #include "scale/ScaleIdentity.h"
 #include "scale/udev/UdevRule.h"
 
@@ -115,36 +116,37 @@ Finding running(const DoctorFacts &facts)
     return note(QStringLiteral("Postal Scale is not running"));
 }
 
+DesktopSituation situationOf(const DoctorFacts &facts)
+{
+    return {.desktop = facts.desktop,
+            .shell = facts.shell,
+            .hasX11Display = facts.hasX11Display,
+            .controlsClipboard = facts.controlsClipboard,
+            .keepsOnTop = facts.keepsOnTop};
+}
+
 Finding clipboard(const DoctorFacts &facts)
 {
-    switch (facts.desktop) {
-    case Desktop::None: break;
-    case Desktop::X11: return good(QStringLiteral("Clipboard: can be written at every reading"));
-    case Desktop::Wayland:
-        return trouble(
-            QStringLiteral("Clipboard: this desktop lets only the front window write it"),
-            QStringLiteral("Start with QT_QPA_PLATFORM=xcb postal-scale."));
-    }
-    return note(QStringLiteral("Clipboard: there is no desktop in this session"));
+    if (facts.desktop == Desktop::None)
+        return note(QStringLiteral("Clipboard: there is no desktop in this session"));
+    const DesktopTrouble refused = clipboardTrouble(situationOf(facts));
+    if (refused.isEmpty())
+        return good(QStringLiteral("Clipboard: can be written at every reading"));
+    return trouble(QStringLiteral("Clipboard: this desktop lets only the front window write it"),
+                   refused.cure);
 }
 
 Finding onTop(const DoctorFacts &facts)
 {
-    switch (facts.desktop) {
-    case Desktop::None: break;
-    case Desktop::X11:
-        if (!facts.keepsOnTop)
-            break;
-        if (*facts.keepsOnTop)
-            return good(QStringLiteral("On top: the window manager does it"));
-        return trouble(QStringLiteral("On top: the window manager does not offer it"),
-                       QStringLiteral("Use one that knows _NET_WM_STATE_ABOVE, as most do."));
-    case Desktop::Wayland:
-        return trouble(QStringLiteral("On top: this desktop does not let programs ask for it"),
-                       QStringLiteral("Choose it in the window's own menu, or start with "
-                                      "QT_QPA_PLATFORM=xcb postal-scale."));
-    }
-    return note(QStringLiteral("On top: there is no desktop in this session"));
+    const bool isX11 = facts.desktop == Desktop::X11;
+    if (facts.desktop == Desktop::None || (isX11 && !facts.keepsOnTop))
+        return note(QStringLiteral("On top: there is no desktop in this session"));
+    const DesktopTrouble refused = onTopTrouble(situationOf(facts), facts.applicationId);
+    if (refused.isEmpty())
+        return good(QStringLiteral("On top: the window manager does it"));
+    return trouble(isX11 ? QStringLiteral("On top: the window manager does not offer it")
+                         : QStringLiteral("On top: this desktop does not let programs ask for it"),
+                   refused.cure);
 }
 
 Finding browser(const DoctorFacts &facts)

@@ -4,15 +4,17 @@
 #include "console/DoctorFacts.h"
 
 #include "browser/link/HostRegistration.h"
-#include "console/DoctorDesktop.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
+#include "desktop/ClipboardControl.h"
+#include "desktop/OnTopSupport.h"
 #include "scale/ScaleIdentity.h"
 #include "scale/pointofsale/ScaleSearch.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QSet>
 #include <QStandardPaths>
 #include <algorithm>
@@ -151,7 +153,12 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
         facts.ruleLine = udevRuleFor(scale.device);
     }
     facts.seats = activeSeats();
-    facts.desktop = expectedDesktop();
+    const DesktopEnvironment environment = DesktopEnvironment::ofSession();
+    facts.desktop = expectedDesktop(environment);
+    facts.shell = environment.shell;
+    facts.applicationId = QGuiApplication::desktopFileName();
+    facts.hasX11Display = environment.hasX11Display;
+    facts.controlsClipboard = ClipboardControl().isOffered();
     facts.linkedBrowsers = ::linkedBrowsers();
     facts.runtimeFolder = UserFolder::ofSession();
     askWindow(instance, facts);

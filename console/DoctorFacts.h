@@ -4,8 +4,8 @@
 #pragma once
 
 #include "base/UserFolder.h"
-#include "console/DoctorDesktop.h"
 #include "console/WindowSituation.h"
+#include "desktop/DesktopEnvironment.h"
 #include "scale/ScaleNode.h"
 
 #include <QString>
@@ -26,14 +26,18 @@ struct DoctorFacts
     Running running = Running::No;
     qint64 runningProcess = 0;       ///< 0 if there is none
     Desktop desktop = Desktop::None; ///< that the window is on, or would be
-    std::optional<bool> keepsOnTop;  ///< nothing where its display cannot be asked
-    QStringList linkedBrowsers;      ///< those whose extension can reach the program
-    WindowSituation window;          ///< empty if none answers
-    UserFolder runtimeFolder;        ///< where the sockets are, or should be
-    QString instanceTrouble;         ///< why starts do not find each other; empty if they do
-    QString instanceCure;            ///< of it
-    QString scaleName; ///< what the scale says of itself; empty where a model is chosen for it
-    QString ruleLine;  ///< of the udev rule for this scale; empty for the described one's
+    Shell shell = Shell::Other;
+    bool hasX11Display = true;
+    bool controlsClipboard = false; ///< the compositor lets programs write it from behind
+    std::optional<bool> keepsOnTop; ///< nothing where its display cannot be asked
+    QStringList linkedBrowsers;     ///< those whose extension can reach the program
+    WindowSituation window;         ///< empty if none answers
+    UserFolder runtimeFolder;       ///< where the sockets are, or should be
+    QString instanceTrouble;        ///< why starts do not find each other; empty if they do
+    QString instanceCure;           ///< of it
+    QString scaleName;     ///< what the scale says of itself; empty where a model is chosen for it
+    QString applicationId; ///< by which the desktop knows the window
+    QString ruleLine;      ///< of the udev rule for this scale; empty for the described one's
 
     static DoctorFacts gather(HidDevices &devices, SingleInstance &instance);
 };

@@ -81,6 +81,9 @@ RemoteControl::RemoteControl(ReadingReportDelegate &window)
 
 RemoteAnswer RemoteControl::perform(const QString &verb, const QString &value)
 {
+    // A window is there without a scale too.
+    if (verb == QLatin1String("compact"))
+        return compact(value);
     const ReadingReport report = m_window.readingReport();
     if (report.state == ReportState::NoScale || report.state == ReportState::NoPermission ||
         report.state == ReportState::NotOpened)
@@ -102,7 +105,7 @@ RemoteAnswer RemoteControl::perform(const QString &verb, const QString &value)
 
 bool RemoteControl::isKnown(const QString &verb, const QString &value)
 {
-    if (verb == QLatin1String("hold"))
+    if (verb == QLatin1String("hold") || verb == QLatin1String("compact"))
         return value == on || value == off || value == toggle;
     return verb != QLatin1String("unit") || units().contains(value);
 }
@@ -129,6 +132,13 @@ RemoteAnswer RemoteControl::hold(const QString &value)
     if (isWanted != m_window.onhold)
         m_window.holdButton->click();
     return done(m_window.onhold ? QStringLiteral("Hold is on") : QStringLiteral("Hold is off"));
+}
+
+RemoteAnswer RemoteControl::compact(const QString &value)
+{
+    m_window.setCompact(value == toggle ? !m_window.isCompact() : value == on);
+    return done(m_window.isCompact() ? QStringLiteral("The window is compact")
+                                     : QStringLiteral("The window is whole"));
 }
 
 RemoteAnswer RemoteControl::power()

@@ -31,7 +31,7 @@ public:
     explicit RemoteControl(ReadingReportDelegate &window);
 
     /// @param verb one of verbs()
-    /// @param value for "hold": on, off or toggle; for "unit": one of units()
+    /// @param value for "hold" and "compact": on, off or toggle; for "unit": one of units()
     RemoteAnswer perform(const QString &verb, const QString &value);
 
     /// Whether a value, with a verb that takes one, is known.
@@ -42,6 +42,7 @@ public:
 private:
     RemoteAnswer tare();
     RemoteAnswer hold(const QString &value);
+    RemoteAnswer compact(const QString &value);
     RemoteAnswer power();
     RemoteAnswer chooseUnit(const QString &unit);
     RemoteAnswer capture();

@@ -13,9 +13,25 @@
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
 #include "console/WindowSituation.h"
+#include "desktop/ActivationToken.h"
+#include "desktop/DesktopEnvironment.h"
 
 #include <cstdio>
 #include <sysexits.h>
+
+namespace {
+
+/// A start that nobody has handed a token to, such as one from a terminal, may still want the
+/// window to be looked at.
+ActivationRight withToken(ActivationRight right)
+{
+    if (right.activationToken.isEmpty() &&
+        expectedDesktop(DesktopEnvironment::ofSession()) == Desktop::Wayland)
+        right.activationToken = requestActivationToken(Application::desktopFileName());
+    return right;
+}
+
+} // namespace
 
 WindowCommand::WindowCommand(Application &application, SingleInstance &instance,
                              EndSignals &endSignals, LogOutput &log)
@@ -28,7 +44,7 @@ WindowCommand::WindowCommand(Application &application, SingleInstance &instance,
 
 int WindowCommand::run(const CommandLine &line, const ActivationRight &right)
 {
-    switch (m_instance.claim(raiseRequest(right)).outcome) {
+    switch (m_instance.claim(raiseRequest(withToken(right))).outcome) {
     case SingleInstance::Claim::Outcome::Ours: break;
     case SingleInstance::Claim::Outcome::Answered:
         if (line.recordFile.isEmpty() && line.replayFile.isEmpty())

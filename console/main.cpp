@@ -11,7 +11,7 @@ int main(int argc, char **argv)
 {
     EndSignals endSignals;
     const ActivationRight right = ActivationRight::fromEnvironment();
-    ToolkitArguments arguments(argc, argv);
+    ToolkitArguments arguments(argc, argv, DesktopEnvironment::ofSession());
     Application application(arguments.count(), arguments.values());
     return runProgram(application, right, endSignals);
 }

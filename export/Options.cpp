@@ -5,11 +5,11 @@
 
 #include "export/Options.h"
 
+#include "desktop/WindowDesktop.h"
 #include "export/CarrierPages.h"
 #include "export/ExportState.h"
 #include "ui_MainWindow.h"
 
-#include <QGuiApplication>
 #include <QWindow>
 
 Options::Options(const Surroundings &surroundings, QObject *parent)
@@ -19,12 +19,16 @@ Options::Options(const Surroundings &surroundings, QObject *parent)
     connectBox();
     explainOnTop();
     connectMenu();
+    // Quiet until there is one.
+    for (QWidget *part : {static_cast<QWidget *>(m_around.form.optionLbl),
+                          static_cast<QWidget *>(m_around.form.selectionLbl)})
+        part->setForegroundRole(QPalette::PlaceholderText);
 }
 
 void Options::explainOnTop()
 {
     // Wayland gives a client no such right.
-    if (!QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+    if (desktopOfWindows() != Desktop::Wayland)
         return;
     const QString explanation =
         QStringLiteral("On this desktop, the desktop decides what stays on top");
@@ -41,6 +45,7 @@ void Options::setOnTop(bool onTop)
     window.overrideWindowFlags(window.windowFlags().setFlag(Qt::WindowStaysOnTopHint, onTop));
     if (QWindow *shown = window.windowHandle())
         shown->setFlag(Qt::WindowStaysOnTopHint, onTop);
+    m_around.showOnTopNotice(onTop ? onTopTroubleOfWindows().text() : QString());
 }
 
 std::uint8_t &Options::carrierFlag(int number) const
@@ -55,9 +60,12 @@ void Options::setCarrier(int number, bool on)
     carrierFlag(number) = on;
     if (!on)
         m_around.carrierWentOff(number);
+    m_around.carriersChanged();
 }
 
 void Options::showLatest(const QString &option)
 {
     m_around.form.selectionLbl->setText(option);
+    m_around.form.selectionLbl->setForegroundRole(QPalette::WindowText);
+    m_around.form.optionLbl->setForegroundRole(QPalette::ButtonText);
 }

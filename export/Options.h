@@ -40,6 +40,9 @@ public:
         Settings &settings;
         std::function<void()> showModelInTitle;
         std::function<void(int carrier)> carrierWentOff; ///< one of carrier::
+        std::function<void()> carriersChanged;
+        /// Gets an empty text when there is nothing to be said any more.
+        std::function<void(const QString &text)> showOnTopNotice;
     };
     Options(const Surroundings &surroundings, QObject *parent);
 

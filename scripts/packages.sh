@@ -9,9 +9,11 @@
 build_packages=(
     g++ cmake ninja-build pkg-config
     qt6-base-dev qt6-svg-dev libhidapi-dev libudev-dev libsystemd-dev libxcb1-dev libxcb-icccm4-dev
+    libwayland-dev
 )
-# An icon-less Qt still needs fonts and its platform plugins' libraries.
-run_packages=(qt6-qpa-plugins fonts-dejavu-core)
+# An icon-less Qt still needs fonts and its platform plugins: that for Wayland too, since a desktop may
+# have no Xwayland.
+run_packages=(qt6-qpa-plugins qt6-wayland fonts-dejavu-core)
 demo_packages=(
     umockdev libumockdev-dev xvfb xauth openbox dbus at-spi2-core xdotool wmctrl x11-utils
     python3 python3-gi gir1.2-atspi-2.0 python3-pyatspi imagemagick
@@ -23,6 +25,7 @@ check_packages=(
     clang-14 libclang-rt-14-dev lld clang-format-14 clang-tidy-14
     xdotool xclip wmctrl x11-utils locales socat faketime python3-jsonschema
     mosquitto mosquitto-clients jq fish
+    sway wtype xfwm4 gir1.2-gtk-3.0
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2 systemd polkitd

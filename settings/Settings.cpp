@@ -21,6 +21,8 @@ namespace {
 const auto lastSelectedKey = QStringLiteral("lastSelectedValue");
 const auto optionGroup = QStringLiteral("defaultValue");
 const auto geometryKey = QStringLiteral("windowGeometry");
+const auto compactKey = QStringLiteral("compact");
+const auto compactGeometryKey = QStringLiteral("compactGeometry");
 const auto settledOnlyKey = QStringLiteral("settledOnly");
 const auto selectedValue = QStringLiteral("selected");
 
@@ -204,6 +206,32 @@ void Settings::setWindowGeometry(const QByteArray &geometry)
     if (m_access == Access::ReadOnly)
         return;
     m_file->setValue(geometryKey, geometry);
+    write();
+}
+
+bool Settings::compact() const
+{
+    return m_file->value(compactKey, false).toBool();
+}
+
+void Settings::setCompact(bool compact)
+{
+    if (m_access == Access::ReadOnly)
+        return;
+    m_file->setValue(compactKey, compact);
+    write();
+}
+
+QByteArray Settings::compactGeometry() const
+{
+    return m_file->value(compactGeometryKey).toByteArray();
+}
+
+void Settings::setCompactGeometry(const QByteArray &geometry)
+{
+    if (m_access == Access::ReadOnly)
+        return;
+    m_file->setValue(compactGeometryKey, geometry);
     write();
 }
 

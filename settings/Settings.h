@@ -23,6 +23,8 @@ class QSettings;
 /// | defaultValue/TAG  | text "selected"   | none    |
 /// | windowGeometry    | Qt's own bytes    | none    |
 /// | settledOnly       | true or false     | false   |
+/// | compact           | true or false     | false   |
+/// | compactGeometry   | Qt's own bytes    | none    |
 class Settings : public QObject
 {
     Q_OBJECT
@@ -50,6 +52,12 @@ public:
     /// Size and place of the window; empty before the first change, unusable bytes do no harm.
     QByteArray windowGeometry() const;
     void setWindowGeometry(const QByteArray &geometry);
+
+    /// Whether the window was in its compact form, and where that was.
+    bool compact() const;
+    void setCompact(bool compact);
+    QByteArray compactGeometry() const;
+    void setCompactGeometry(const QByteArray &geometry);
 
     /// Whether only settled weights leave the program; not one of the options above.
     bool settledOnly() const;

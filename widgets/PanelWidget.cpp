@@ -106,7 +106,13 @@ void PanelWidget::setDimmed(bool dimmed)
 
 QSize PanelWidget::minimumSizeHint() const
 {
-    return m_designSize * 3 / 4;
+    return (QSizeF(m_designSize) * m_smallest).toSize();
+}
+
+void PanelWidget::setSmallest(qreal part)
+{
+    m_smallest = part;
+    updateGeometry();
 }
 
 bool PanelWidget::eventFilter(QObject *watched, QEvent *event)

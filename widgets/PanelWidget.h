@@ -37,6 +37,9 @@ public:
     void setDimmed(bool dimmed);
     bool isDimmed() const { return m_isDimmed; }
 
+    /// @param part of the designed size that is the least; 3/4 unless it is told
+    void setSmallest(qreal part);
+
     QSize sizeHint() const override { return m_designSize; }
     QSize minimumSizeHint() const override;
 
@@ -71,6 +74,7 @@ private:
     void paintUnlitSegments(QPainter &painter, Segments segments);
 
     QSize m_designSize;
+    qreal m_smallest = 0.75;
     bool m_isDimmed = false;
     std::vector<Place> m_places;
     QWidget *m_numerator = nullptr;

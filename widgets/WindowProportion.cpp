@@ -47,7 +47,7 @@ bool hasAspect(const xcb_size_hints_t &hints, QSize proportion)
 
 } // namespace
 
-WindowProportion::WindowProportion(QMainWindow *window, QSize designedSize)
+WindowProportion::WindowProportion(QMainWindow *window, QSize designedSize, Correction correction)
     : QObject(window)
     , m_window(window)
     , m_proportion(designedSize)
@@ -55,7 +55,8 @@ WindowProportion::WindowProportion(QMainWindow *window, QSize designedSize)
     m_window->installEventFilter(this);
     if (x11Connection()) {
         qGuiApp->installNativeEventFilter(this);
-    } else {
+    } else if (correction == Correction::Allowed) {
+        m_isCorrecting = true;
         m_atRest.setSingleShot(true);
         m_atRest.setInterval(restAfterResize);
         connect(&m_atRest, &QTimer::timeout, this, &WindowProportion::correctSize);
@@ -64,6 +65,16 @@ WindowProportion::WindowProportion(QMainWindow *window, QSize designedSize)
 }
 
 WindowProportion::~WindowProportion() = default;
+
+void WindowProportion::setDesignedSize(QSize size)
+{
+    m_proportion = size;
+    m_lastCorrected = {};
+    // What counted for the other contents must not hold the window up.
+    m_window->setMinimumSize(0, 0);
+    setText(1);
+    keepMinimum();
+}
 
 bool WindowProportion::eventFilter(QObject *watched, QEvent *event)
 {
@@ -133,6 +144,8 @@ QSize WindowProportion::neededSize() const
     QSize needed(0, 0);
     for (const QWidget *part :
          QWidgetList{m_window->menuBar(), m_window->centralWidget(), m_window->statusBar()}) {
+        if (part->isHidden())
+            continue;
         const QSize size = part->minimumSizeHint();
         needed = QSize(std::max(needed.width(), size.width()), needed.height() + size.height());
     }
@@ -149,10 +162,15 @@ void WindowProportion::scaleText()
     const qreal size = std::max(designed, std::floor(designed * scale / textStep) * textStep);
     if (size / designed == m_textScale)
         return;
-    m_textScale = size / designed;
+    setText(size / designed);
+}
+
+void WindowProportion::setText(qreal scale)
+{
+    m_textScale = scale;
     QFont font;
-    if (m_textScale > 1)
-        font.setPointSizeF(size);
+    if (scale > 1)
+        font.setPointSizeF(QFontInfo(QApplication::font()).pointSizeF() * scale);
     m_window->centralWidget()->setFont(font);
     m_window->statusBar()->setFont(font);
 }
@@ -160,7 +178,7 @@ void WindowProportion::scaleText()
 void WindowProportion::noticeResize()
 {
     const QSize size = m_window->size();
-    if (isOff(size) && size != m_lastCorrected)
+    if (m_isCorrecting && isOff(size) && size != m_lastCorrected)
         m_atRest.start();
     else
         m_atRest.stop();

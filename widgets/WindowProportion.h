@@ -22,9 +22,18 @@ class WindowProportion : public QObject, private QAbstractNativeEventFilter
     Q_OBJECT
 
 public:
+    /// Whether a size that is off may be corrected where no window manager does it. A tiling
+    /// desktop lets a window be smaller than its tile, and shows a hole.
+    enum class Correction { Allowed, Forbidden };
+
     /// The object becomes a child of @p window. @p designedSize also gives the proportion.
-    WindowProportion(QMainWindow *window, QSize designedSize);
+    WindowProportion(QMainWindow *window, QSize designedSize,
+                     Correction correction = Correction::Allowed);
     ~WindowProportion() override;
+
+    /// Another proportion from now on, and the size at which the text has its usual size. The
+    /// window keeps its size, as far as its new contents fit.
+    void setDesignedSize(QSize size);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
@@ -34,6 +43,7 @@ private:
     void keepMinimum();
     QSize neededSize() const;
     void scaleText();
+    void setText(qreal scale);
     void noticeResize();
     void correctSize();
     bool isOff(QSize size) const;
@@ -42,6 +52,7 @@ private:
     QMainWindow *m_window;
     QSize m_proportion;
     qreal m_textScale = 1;
+    bool m_isCorrecting = false;
     QTimer m_atRest;
     QSize m_lastCorrected;
 };

@@ -45,6 +45,27 @@ void drawFocus(QPainter *painter, const QRect &place, const QColor &colour)
     painter->restore();
 }
 
+/// In the colours of the widget's palette, whatever the desktop's are: those would be lost on the
+/// units' blue, and disabled dots would look like the others.
+void drawRadioIndicator(const QStyleOption &option, QPainter &painter)
+{
+    constexpr qreal dotPartOfSize = 0.4;
+    const auto group =
+        option.state.testFlag(QStyle::State_Enabled) ? QPalette::Active : QPalette::Disabled;
+    const qreal size = std::min(option.rect.width(), option.rect.height()) - 2;
+    const QPointF middle = QRectF(option.rect).center();
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(option.palette.color(group, QPalette::Base));
+    painter.drawEllipse(middle, size / 2, size / 2);
+    if (option.state.testFlag(QStyle::State_On)) {
+        painter.setBrush(option.palette.color(group, QPalette::Text));
+        painter.drawEllipse(middle, size * dotPartOfSize / 2, size * dotPartOfSize / 2);
+    }
+    painter.restore();
+}
+
 /// Pixels, with text of the usual size.
 constexpr int shortestButton = 80;
 
@@ -75,6 +96,11 @@ void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *op
 {
     if (element == PE_FrameFocusRect) {
         drawFocus(painter, option->rect, option->palette.color(QPalette::WindowText));
+        return;
+    }
+    // The toolkit's own style has them right.
+    if (element == PE_IndicatorRadioButton && baseStyle()->name() != QLatin1String("fusion")) {
+        drawRadioIndicator(*option, *painter);
         return;
     }
     QProxyStyle::drawPrimitive(element, option, painter, widget);

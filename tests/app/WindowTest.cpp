@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QStatusBar>
 #include <algorithm>
 #include <cmath>
 
@@ -189,6 +190,28 @@ private slots:
                                                       .arg(ratio)));
             }
         }
+    }
+
+    void theBrowsersHaveTheirLineWhileACarrierIsTicked()
+    {
+        LaunchedApplication program(LaunchedApplication::Scale::Absent);
+        auto &delegate = program.delegate;
+        const QString status = QStringLiteral("No browser linked");
+        delegate.showBrowserStatus(status);
+        const auto isSaid = [&] {
+            const auto labels = delegate.window->statusBar()->findChildren<QLabel *>();
+            return std::any_of(labels.begin(), labels.end(), [&](const QLabel *label) {
+                return label->text() == status && label->isVisible();
+            });
+        };
+        QVERIFY(!isSaid());
+        delegate.checkUPS->click();
+        QVERIFY(isSaid());
+        delegate.checkFedex->click();
+        delegate.checkUPS->click();
+        QVERIFY(isSaid());
+        delegate.checkFedex->click();
+        QVERIFY(!isSaid());
     }
 
     void proportionIsKept()

@@ -43,6 +43,24 @@ class ClipboardTest(OptionTest):
         program.wait_for_polls(3)
         self.assertEqual(self.clipboard(), "something else")
 
+    def test_a_steady_weight_stays_as_it_lies_there(self):
+        """Written anew, the clipboard has nobody's text for an instant, and a paste finds nothing."""
+        program = self.start("--weight", "1234")
+        program.wait_for_reading("1234 grams")
+        program.window.click(GRAMS)
+        self.click_option(program, 300)
+        self.wait_for_clipboard("1.234")
+        written = self.time_of_writing()
+        program.wait_for_polls(4)
+        self.assertEqual(self.time_of_writing(), written)
+        program.scale.tell("weight 567")
+        self.wait_for_clipboard("0.567")
+        self.assertNotEqual(self.time_of_writing(), written)
+
+    def time_of_writing(self):
+        """As its owner tells it, in the X server's milliseconds."""
+        return self.session.output_of("xclip", "-selection", "clipboard", "-o", "-t", "TIMESTAMP")
+
 
 if __name__ == "__main__":
     harness.main()

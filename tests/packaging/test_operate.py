@@ -34,6 +34,16 @@ class OperateTest(CommandLineTest, ClipboardTest):
                 self.assertEqual(self.operate("--hold", value), (0, answer))
                 self.program.wait_for_reading(reading)
 
+    def test_compact(self):
+        for value, answer in (("on", "compact"), ("on", "compact"), ("toggle", "whole"),
+                              ("toggle", "compact"), ("off", "whole")):
+            with self.subTest(value=value):
+                self.assertEqual(self.operate("--compact", value),
+                                 (0, f"The window is {answer}\n"))
+                shown = self.program.window.widget("powerButton").is_showing
+                self.assertEqual(shown, answer == "whole")
+        self.assertEqual(self.operate("--compact", "maybe")[0], 64)
+
     def test_power(self):
         self.assertEqual(self.operate("--power"), (0, "Switching the scale off\n"))
         self.program.wait_for_reading("off")

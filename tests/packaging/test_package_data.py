@@ -22,7 +22,7 @@ ICON_NAMESPACE = "{http://www.w3.org/2000/svg}"
 
 # What the shell does when the tab key is pressed at the end of a line.
 EVERY_OPTION = ["--info", "--print", "--follow", "--tare", "--hold", "--power", "--unit", "--capture",
-                "--doctor", "--record", "--replay", "--log", "--help", "--version"]
+                "--compact", "--doctor", "--record", "--replay", "--log", "--help", "--version"]
 
 COMPLETE = """
 source "$1"

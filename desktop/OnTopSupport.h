@@ -5,11 +5,6 @@
 
 #include <optional>
 
-enum class Desktop { None, X11, Wayland };
-
-/// Where a window started from here would appear, by the toolkit's own rules.
-Desktop expectedDesktop();
-
 /// Whether the window manager of the X11 display keeps windows on top for programs that ask.
-/// Nothing where this session has no such display.
+/// Nothing where this session has no such display. A connection and three round trips.
 std::optional<bool> x11KeepsOnTop();

@@ -1,13 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-#include "console/DoctorDesktop.h"
+#include "desktop/OnTopSupport.h"
 
 #include "widgets/X11Atom.h"
-
-#include <QDir>
-#include <QLibraryInfo>
-#include <QString>
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,23 +11,6 @@
 #include <span>
 
 namespace {
-
-bool hasWaylandPlugin()
-{
-    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) +
-                       QStringLiteral("/platforms"));
-    return !plugins.entryList({QStringLiteral("libqwayland*")}, QDir::Files).isEmpty();
-}
-
-bool prefersWayland()
-{
-    const QString chosen = qEnvironmentVariable("QT_QPA_PLATFORM");
-    if (!chosen.isEmpty())
-        return chosen.startsWith(QLatin1String("wayland"));
-    // The toolkit leaves GNOME's Wayland to X11.
-    return !qEnvironmentVariable("XDG_CURRENT_DESKTOP")
-                .contains(QLatin1String("gnome"), Qt::CaseInsensitive);
-}
 
 bool windowManagerSupports(xcb_connection_t *connection, const char *feature)
 {
@@ -51,13 +30,6 @@ bool windowManagerSupports(xcb_connection_t *connection, const char *feature)
 }
 
 } // namespace
-
-Desktop expectedDesktop()
-{
-    if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && hasWaylandPlugin() && prefersWayland())
-        return Desktop::Wayland;
-    return qEnvironmentVariableIsSet("DISPLAY") ? Desktop::X11 : Desktop::None;
-}
 
 std::optional<bool> x11KeepsOnTop()
 {

@@ -1,0 +1,155 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What a person meets on a desktop; POSTAL_SCALE_DESKTOP names it."""
+
+import os
+import subprocess
+
+import harness
+import nobody
+from desktop import chosen_desktop
+from harness import LogLines, Program, binaries
+from main_window import MainWindow, WindowFile
+from paste_field import COPY_KEY, FOREIGN_TEXT, TITLE
+from waiting import wait_until
+
+FIELD = ("/usr/bin/python3", "-B", __file__.replace("test_desktop.py", "paste_field.py"))
+
+ON_TOP = 100
+CLIPBOARD = 300
+
+CLIPBOARD_WORKS = "ok  Clipboard: can be written at every reading"
+ON_TOP_WORKS = "ok  On top: the window manager does it"
+
+PANEL = WindowFile().property("imageBox", "accessibleDescription")
+NOTICES = ("does not let programs keep a window on top", "does not keep windows on top")
+CLIPBOARD_NOTICE = "lets only the front window write the clipboard"
+
+
+def setUpModule():
+    # Some desktops are nothing for root.
+    if os.getuid() == 0:
+        nobody.become_nobody()
+
+
+class DesktopProgram(Program):
+    """Started as the user's menu starts it: the platform is the program's own choice."""
+
+    def __init__(self, session, **options):
+        super().__init__(session, environment={"QT_QPA_PLATFORM": ""}, **options)
+
+    def _find_window(self):
+        if self._emulator.poll() is not None:
+            raise AssertionError(f"the program did not start:\n{self.log.tail()}")
+        # A shell shows objects of that name too, for its task bar.
+        windows = [each for each in self._session.accessibility.showing_windows()
+                   if each.name.startswith("Postal Scale")
+                   and next(each.descendants_that(lambda part: part.description == PANEL), None)]
+        if len(windows) != 1 or not self._session.window_titled(windows[0].name):
+            return None
+        return MainWindow(self._session, windows[0], None)
+
+
+class DesktopTest(harness.DeviceTest):
+    @classmethod
+    def setUpClass(cls):
+        cls.session = chosen_desktop()()
+        cls.addClassCleanup(cls.session.close)
+
+    def setUp(self):
+        self.program = None
+
+    def start_with(self, *tags):
+        """With those options on, as they were left."""
+        settings = "[defaultValue]\n" + "".join(f"{tag}=selected\n" for tag in tags)
+        self.program = DesktopProgram(self.session, arguments=("--weight", "1234"),
+                                      settings=settings)
+        self._programs.append(self.program)
+        self.addCleanup(self.program.kill)
+        self.program.wait_for_reading("1234 grams")
+        self.operate("--unit", "g")
+        return self.program
+
+    def open_field(self):
+        field = self.session.spawn(FIELD, stdout=subprocess.PIPE, text=True)
+        pasted = LogLines(field.stdout)
+        self.addCleanup(pasted.finish)
+        self.addCleanup(harness.end, field)
+        self.session.bring_to_front(TITLE)
+        return pasted
+
+    def operate(self, *verb):
+        self.session.output_of(binaries() / "postal-scale", *verb)
+
+    def doctor(self):
+        result = subprocess.run(
+            [binaries() / "postal-scale", "--doctor"], env=self.session.environment, text=True,
+            check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        return result.stdout.splitlines()
+
+    def test_the_clipboard_follows_while_another_program_has_the_focus(self):
+        program = self.start_with(CLIPBOARD)
+        self.assertFalse(program.window.says(CLIPBOARD_NOTICE))
+        self.assertIn(CLIPBOARD_WORKS, self.doctor())
+        pasted = self.open_field()
+        for grams, text in ((567, "0.567"), (1000, "1"), (777, "0.777")):
+            program.scale.tell(f"weight {grams}")
+            pasted.wait_for(f"^{text}$", pasted.mark())
+        mark = pasted.mark()
+        program.wait_for_polls(8)
+        steady = pasted.since(mark)
+        self.assertEqual(set(steady), {"0.777"}, "each paste of a steady weight")
+        # What is copied elsewhere lasts until the next reading.
+        program.scale.tell("silence on")
+        wait_until(lambda: program.window.says("The scale does not answer"), "the silence")
+        self.session.press(COPY_KEY)
+        pasted.wait_for(f"^{FOREIGN_TEXT}$", mark)
+        program.scale.tell("silence off")
+        pasted.wait_for("^0.777$", pasted.mark())
+        self.assertEqual(self.session.active_title(), TITLE)
+
+    def test_on_top_works_or_says_that_it_does_not(self):
+        program = self.start_with()
+        title = program.window.title
+        self.open_field()
+        said = program.window.says
+        self.assertFalse(any(said(notice) for notice in NOTICES))
+        program.window.widget("checkOnTop").act("Toggle")
+        works = ON_TOP_WORKS in self.doctor()
+        if works:
+            wait_until(lambda: self.session.is_above(title, TITLE), "the window above the other")
+            self.assertFalse(any(said(notice) for notice in NOTICES))
+        else:
+            wait_until(lambda: any(said(notice) for notice in NOTICES), "the notice")
+        program.window.widget("checkOnTop").act("Toggle")
+        if works:
+            self.session.bring_to_front(TITLE)
+            wait_until(lambda: self.session.is_above(TITLE, title), "the other above the window")
+        wait_until(lambda: not any(said(notice) for notice in NOTICES), "no notice any more")
+
+    def test_a_second_start_brings_the_window_to_the_front_or_marks_it(self):
+        program = self.start_with()
+        title = program.window.title
+        self.open_field()
+        second = subprocess.run([binaries() / "postal-scale"], env=self.session.environment,
+                                check=False, timeout=30)
+        self.assertEqual(second.returncode, 0)
+        wait_until(lambda: self.session.active_title() == title or self.session.is_marked(title),
+                   lambda: f"the window; in front is {self.session.active_title()!r}")
+
+    def test_it_brings_its_icon(self):
+        if self.session.is_wayland:
+            self.skipTest("on Wayland the icon is the installed one")
+        program = self.start_with()
+        window = self.session.window_titled(program.window.title)
+        self.assertIn("Icon (16 x 16)", self.session.run("xprop", "-id", window, "_NET_WM_ICON"))
+
+    def test_closing_it_switches_the_scale_off(self):
+        program = self.start_with()
+        self.assertTrue(program.scale.state())
+        self.session.close_window(program.window.title)
+        self.assertEqual(program.wait_for_end(), 0)
+
+
+if __name__ == "__main__":
+    harness.main()
