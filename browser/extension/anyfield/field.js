@@ -119,12 +119,14 @@
         return ids.map((id) => element.getRootNode().getElementById?.(id)).filter(Boolean);
     }
 
-    /** What a person reads as the name of the field; empty where there is none. */
-    function labelOf(element) {
+    /** Empty where none is joined to the field. */
+    function joinedLabel(element) {
         const labels = [...(element.labels ?? []), ...labelledBy(element)];
-        return tidy(labels.map(ownText).join(' ')) || tidy(element.getAttribute('aria-label') ?? '') ||
-               textBeside(element, 'previousSibling');
+        return tidy(labels.map(ownText).join(' ')) || tidy(element.getAttribute('aria-label') ?? '');
     }
+
+    /** What a person reads as the name of the field; empty where there is none. */
+    const labelOf = (element) => joinedLabel(element) || textBeside(element, 'previousSibling');
 
     const hasField = (node) => node instanceof HTMLElement &&
         (node.matches('input, select, textarea') ||
@@ -174,9 +176,10 @@
     function unitOf(element) {
         if (isFreeText(element))
             return null;
-        return unitIn(labelOf(element)) ?? unitInSuffix(element) ??
+        // What stands before it may be the unit of the field before.
+        return unitIn(joinedLabel(element)) ?? unitInSuffix(element) ??
                unitIn(`${element.placeholder} ${element.title}`) ?? unitInList(element) ??
-               unitInName(element.name) ?? unitInName(element.id);
+               unitIn(textBeside(element, 'previousSibling')) ?? unitInName(element.name) ?? unitInName(element.id);
     }
 
     // A field of pounds directly before one of ounces

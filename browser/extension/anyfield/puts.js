@@ -127,7 +127,7 @@ async function putWeight(tab, frame) {
         else
             await callInFrame(tab, place, 'put', {texts: weight.texts, unit: weight.unit});
     } catch {
-        sayOnToolbar(tab, frame ? foreignFrame : 'The browser lets no extension into this page');
+        await explain(tab, 0, frame ? foreignFrame : 'The browser lets no extension into this page');
     }
 }
 
