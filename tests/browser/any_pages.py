@@ -76,10 +76,10 @@ _SINGLE = """
         parcel: '<p><label>Weight of parcel (kg) <input name="appWeight"></label></p>',
     };
     function show(name) {
-        history.pushState(null, "", "/any/single?view=" + name);
+        history.pushState(null, "", "/any/single");
         document.getElementById("view").innerHTML = views[name];
     }
-    show("parcel");
+    document.getElementById("view").innerHTML = views.parcel;
 </script>"""
 
 _BODIES = {
@@ -101,7 +101,7 @@ _BODIES = {
                          f' id="field-{next(_visits)}"></label>',
     "similar": lambda _: '<p><label>Weight <input></label></p><p><label>Weight <input></label></p>',
     "similar-later": lambda version: "".join(
-        f'<p><label>Gross <input name="gross{version if version == 1 else number}"></label></p>'
+        f'<p><label>Gross <input name="{"gross" if version == 1 else f"brut{number}"}"></label></p>'
         for number in range(version)),
     "units": lambda _: '<p><label>Mass <input name="listed"></label> <select name="unit">'
                        '<option value="LBS">lb</option><option value="KGS" selected>kg</option></select>'

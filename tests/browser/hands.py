@@ -24,6 +24,7 @@ class Hands:
     def __init__(self, session, browser):
         self._session = session
         self._browser = browser
+        self._allowed = set()
 
     def click(self, page, element, button=1, inside=("null", "null")):
         """@param element a script's expression for it
@@ -68,9 +69,19 @@ class Hands:
         self.press("Return")
         wait_until(lambda: not (self._windows() & menu), "the menu closed")
 
-    def choose_and_allow(self, page, element, item, inside=("null", "null")):
-        """Then the browser asks for the site."""
-        self._browser.act_and_allow(lambda: self.choose(page, element, item, inside))
+    def always(self, page, element, site, inside=("null", "null")):
+        """Chooses that item, and lets the extension into the site if the browser asks."""
+        # Chromium lets it in again where it was before, though that was given back.
+        if site in self._allowed:
+            self.choose(page, element, ALWAYS_ITEM, inside)
+        else:
+            self._browser.act_and_allow(lambda: self.choose(page, element, ALWAYS_ITEM, inside))
+        self._allowed.add(site)
+
+    def note_given_back(self):
+        """All sites."""
+        if self._browser.name == "firefox":
+            self._allowed.clear()
 
     def _windows(self):
         return set(self._session.output_of(

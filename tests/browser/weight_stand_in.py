@@ -16,6 +16,8 @@ from waiting import PATIENCE, wait_until
 # Of 1000 g.
 TEXTS = {"lb": "2.205", "oz": "35.27", "kg": "1", "g": "1000", "lb oz": "2 4"}
 
+_RHYTHM = 0.3  # seconds between two readings
+
 
 class WeightStandIn:
     def __init__(self, session, state="settled", texts=None, unit="lb"):
@@ -42,15 +44,15 @@ class WeightStandIn:
         self._server.close()
         os.unlink(self._path)
 
-    def push(self, texts):
-        """A reading that leaves."""
-        self._send({"weight": self.answer | {"texts": texts, "news": True}})
+    def weigh(self, texts):
+        """Each reading leaves, from now on, where it is wanted."""
+        self.answer["texts"] = texts
 
     def wishes(self):
         return [message["weight"] for message in self.heard if "weight" in message]
 
     def wait_until_followed(self):
-        wait_until(lambda: [wish for wish in self.wishes() if wish != "once"][-1:] == ["follow"],
+        wait_until(self._is_followed,
                    lambda: f"a field that follows; heard {self.heard}")
 
     def is_quiet(self, seconds):
@@ -63,9 +65,15 @@ class WeightStandIn:
         self.said.append(message)
         self._stream.send(message)
 
+    def _is_followed(self):
+        return [wish for wish in self.wishes() if wish != "once"][-1:] == ["follow"]
+
     def _listen(self):
         try:
             while True:
+                while not select.select([self._stream], [], [], _RHYTHM)[0]:
+                    if self._is_followed():
+                        self._send({"weight": self.answer | {"news": True}})
                 message = self._stream.receive()
                 self.heard.append(message)
                 if message == {"weight": "once"}:

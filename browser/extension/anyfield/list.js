@@ -34,10 +34,17 @@ async function itemOf(recipe) {
     return item;
 }
 
+let lastShown = 0;
+
 async function showFields() {
+    const ticket = ++lastShown;
     const {recipes} = await api.storage.local.get({recipes: []});
-    element('noFields').hidden = recipes.length > 0;
-    element('fields').replaceChildren(...await Promise.all(recipes.map(itemOf)));
+    const items = await Promise.all(recipes.map(itemOf));
+    if (ticket !== lastShown)
+        return; // there is something newer to be shown
+    element('noFields').hidden = items.length > 0;
+    element('fields').replaceChildren(...items);
+    element('fields').removeAttribute('aria-busy');
 }
 
 api.storage.onChanged.addListener(() => {

@@ -83,15 +83,14 @@
     /** @returns {element}, or {why}: "missing" or "alike"
      *  @param inputs to choose from */
     function find(wanted, inputs) {
-        const rated = inputs.filter((each) => fields.whyNot(each) === '')
+        const [best, next] = inputs.filter((each) => fields.whyNot(each) === '')
             .map((each) => rate(wanted, each))
-            .filter(({known, share}) => known > 0 && share >= leastShare)
             .sort((one, other) => other.known - one.known || other.share - one.share);
-        if (rated.length === 0)
+        if (!best || best.known === 0 || best.share < leastShare)
             return {why: 'missing'};
-        if (rated.length > 1 && rated[0].known - rated[1].known < leastLead)
-            return {why: 'alike'};
-        return {element: rated[0].element};
+        // Where it stands does not tell it from another one: rows change their places.
+        return next && best.known - next.known < leastLead ? {why: 'alike'}
+                                                           : {element: best.element};
     }
 
     const isKnowable = (signs) => most(identity, signs) > 0;
