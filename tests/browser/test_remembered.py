@@ -52,8 +52,9 @@ class RememberedTest(AnyFieldTest):
 
     def test_from_now_on(self):
         self.page.go(f"{SHOP}/shop")
+        self.program_end.weigh(HEAVIER)
         self.remember(field("shipWeight"))
-        self.weigh(HEAVIER, field("shipWeight"), "2")
+        self.wait_for_value(field("shipWeight"), "2")
         self.weigh(LIGHTER, field("shipWeight"), "0.5")
         self.assertEqual(self.events(), {"shipWeight": 2 * ONE_PAIR})
         self.page.go(f"{SHOP}/shop?visit=2")
@@ -98,11 +99,13 @@ class RememberedTest(AnyFieldTest):
 
     def test_a_page_that_is_one_application(self):
         self.page.go(f"{SHOP}/single")
+        self.program_end.weigh(HEAVIER)
         self.remember(field("appWeight"))
-        self.weigh(HEAVIER, field("appWeight"), "2")
+        self.wait_for_value(field("appWeight"), "2")
         self.hands.click(self.page, "document.getElementById('toOrders')")
         wait_until(lambda: self.page.evaluate(f"{field('quantity')} !== undefined"), "the orders")
         self.program_end.weigh(LIGHTER)
+        wait_until(lambda: self.program_end.said[-1]["weight"]["texts"] == LIGHTER, "the reading")
         self.hands.click(self.page, "document.getElementById('toParcel')")
         wait_until(lambda: self.page.evaluate(f"{field('appWeight')} !== undefined"), "the parcel")
         self.wait_for_value(field("appWeight"), "0.5")

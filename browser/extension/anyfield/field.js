@@ -107,7 +107,7 @@
     function ownText(node) {
         if (node instanceof Text)
             return node.data;
-        if (!(node instanceof HTMLElement) || node.matches('select, option, input, script, style'))
+        if (!(node instanceof HTMLElement) || node.matches('select, option, input, output, script, style'))
             return '';
         return [...node.childNodes].map(ownText).join(' ');
     }

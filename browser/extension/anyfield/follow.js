@@ -55,7 +55,7 @@
         found = new Map(recipes.map((recipe) => [recipe.id, fields.find(recipe.signs, inputs)]));
         // That it is not on another page of the site is no news.
         const isElsewhere = (id) =>
-            recipes.find((recipe) => recipe.id === id).place !== location.pathname;
+            !fields.isPageOf(recipes.find((recipe) => recipe.id === id).signs);
         const news = [...found].map(([id, {why = 'found'}]) => [id, why])
             .filter(([id, why]) => seen.get(id) !== why && !(why === 'missing' && isElsewhere(id)));
         for (const [id, why] of news)

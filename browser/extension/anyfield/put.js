@@ -87,7 +87,7 @@
         if (found.element !== element)
             return {why: 'Another field here looks the same, so neither can be remembered'};
         const chosen = chosenUnit(element);
-        return {signs, place: location.pathname, label: fields.labelOf(element), isChosen: chosen !== null,
+        return {signs, label: fields.labelOf(element), isChosen: chosen !== null,
                 unit: chosen ?? (fields.pairOf(element) ? 'lb oz' : fields.unitOf(element))};
     }
 

@@ -211,8 +211,8 @@ async function toggle({tab, frame, origin, isNewSite}) {
 }
 
 /** Where the field does not say its unit, the panel's stays. */
-async function recipeOf({signs, place, label, unit, isChosen}, origin) {
+async function recipeOf({signs, label, unit, isChosen}, origin) {
     const {unit: panelUnit} = unit ? {} : await askForWeight();
     const simple = panelUnit === 'lb oz' ? 'lb' : panelUnit;
-    return {origin, place, signs, label, isChosen, unit: unit ?? (simple || 'lb')};
+    return {origin, signs, label, isChosen, unit: unit ?? (simple || 'lb')};
 }

@@ -51,13 +51,15 @@ async function enterFollowedSites() {
             permitted.push(match);
     }
     const registered = await scripting.getRegisteredContentScripts({ids: [followers]});
-    if (registered.length > 0)
-        await scripting.unregisterContentScripts({ids: [followers]});
-    if (permitted.length > 0) {
-        await scripting.registerContentScripts([{
-            id: followers, matches: permitted, js: followScripts, allFrames: true,
-            runAt: 'document_idle'}]);
-    }
+    const script = {id: followers, matches: permitted, js: followScripts, allFrames: true,
+                    runAt: 'document_idle'};
+    // Never taken away for a moment: a page that is loaded right then would be passed over.
+    if (permitted.length === 0)
+        await scripting.unregisterContentScripts({ids: registered.map(({id}) => id)});
+    else if (registered.length > 0)
+        await scripting.updateContentScripts([script]);
+    else
+        await scripting.registerContentScripts([script]);
 }
 
 let sitesEntered = Promise.resolve();

@@ -45,6 +45,7 @@
             placeholder: sign(element.placeholder.toLowerCase()),
             type: element.type,
             path: pathOf(element),
+            place: lasting(location.pathname),
         };
     }
 
@@ -72,9 +73,17 @@
     const most = (weights, wanted) => Object.entries(weights)
         .reduce((sum, [name, weight]) => sum + (wanted[name] === '' ? 0 : weight), 0);
 
+    /** On another page of the site, a label alone is too little. */
+    function isOtherPages(wanted, there) {
+        const isNamed = wanted.name !== '' || wanted.id !== '';
+        const isSame = ['name', 'id'].some((each) => wanted[each] !== '' &&
+                                                     wanted[each] === there[each]);
+        return wanted.place !== there.place && isNamed && !isSame;
+    }
+
     function rate(wanted, element) {
         const there = signsOf(element);
-        const known = points(identity, wanted, there);
+        const known = isOtherPages(wanted, there) ? 0 : points(identity, wanted, there);
         const share = (known + points(surroundings, wanted, there)) /
                       (most(identity, wanted) + most(surroundings, wanted));
         return {element, known, share};
@@ -95,5 +104,7 @@
 
     const isKnowable = (signs) => most(identity, signs) > 0;
 
-    Object.assign(fields, {signsOf, find, isKnowable});
+    const isPageOf = (signs) => signs.place === lasting(location.pathname);
+
+    Object.assign(fields, {isPageOf, signsOf, find, isKnowable});
 })();
