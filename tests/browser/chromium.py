@@ -77,7 +77,7 @@ class Chromium:
     def click_and_allow(self, page, element):
         self.act_and_allow(lambda: page.click(element))
 
-    def act_and_allow(self, act):
+    def act_and_allow(self, act, before_allowing=lambda: None):
         """Then the browser asks, over its dimmed window; the first button there denies."""
         before = sum(self._picture())
 
@@ -95,6 +95,7 @@ class Chromium:
         act()
         wait_until(is_asking, "the browser's dialog")
         time.sleep(1)
+        before_allowing()
         self._session.output_of("xdotool", "key", "Tab")
         wait_until(allow, "the browser's dialog closed")
 
@@ -106,6 +107,16 @@ class Chromium:
     def text_in_closed_root(self, page, tag):
         """Of the first element of that name; None where there is none. No page can look there."""
         return page.text_in_closed_root(tag)
+
+    def permissions_page(self):
+        """What the browser itself says of the extension."""
+        worker = wait_until(self._workers, "the extension")[0]
+        name = worker["url"].split("/")[2]
+        page = self.new_page(f"chrome://extensions/?id={name}", "tab")
+        wait_until(lambda: page.evaluate("document.querySelector('extensions-manager').shadowRoot"
+                                         ".querySelector('extensions-detail-view') !== null"),
+                   "the extension's page")
+        return page
 
     def options_page(self):
         worker = wait_until(self._workers, "the extension")[0]

@@ -69,7 +69,7 @@ class Firefox:
     def click_and_allow(self, page, element):
         self.act_and_allow(lambda: page.click(element))
 
-    def act_and_allow(self, act):
+    def act_and_allow(self, act, before_allowing=lambda: None):
         """Then the browser asks, in a panel that takes no click in its first moments; one that comes
         too early makes it count anew."""
         def button():
@@ -90,6 +90,8 @@ class Firefox:
 
         act()
         wait_until(button, "the browser's dialog")
+        time.sleep(1)
+        before_allowing()
         wait_until(allow, "the browser's dialog closed")
 
     def text_in_closed_root(self, page, tag):
@@ -105,6 +107,19 @@ class Firefox:
             return [screenX + 10, screenY + 10];
         })()""")
         self._session.pointer_clicks((x, y))
+
+    def permissions_page(self):
+        """What the browser itself says of the extension."""
+        page = self.new_page("about:addons", "tab")
+        self._evaluate_in_browser(f"""(() => {{
+            gBrowser.selectedBrowser.contentWindow.loadView("addons://detail/{_EXTENSION}");
+        }})()""")
+        tab = "gBrowser.selectedBrowser.contentDocument.querySelector('[name=permissions]')"
+        place = wait_until(lambda: self._evaluate_in_browser(
+            f"(({{screenX, screenY}}) => screenX && [screenX + 20, screenY + 15])({tab} ?? {{}})"),
+            "the extension's page")
+        self._session.pointer_clicks(place)
+        return page
 
     def options_page(self):
         host = self._evaluate_in_browser(

@@ -3,6 +3,8 @@
 """What a person's hands do in a browser's window: the pointer, the keys, the menus, the questions that
 the browser asks. All of it goes through the X server, as from a mouse and a keyboard."""
 
+import contextlib
+
 from waiting import wait_until
 
 PUT_KEYS = {"chromium": "alt+w", "firefox": "alt+shift+w"}
@@ -10,6 +12,8 @@ PUT_ITEM, ALWAYS_ITEM = 0, 1
 
 _FRAME = "document.querySelector('iframe')"
 INSIDE_FRAME = 60, 25  # where the pages have the field
+
+_ALLOWED = {}  # sites by profile
 
 _PLACE = """(({element, dx, dy}) => {
     element.scrollIntoView({block: "center"});
@@ -24,7 +28,7 @@ class Hands:
     def __init__(self, session, browser):
         self._session = session
         self._browser = browser
-        self._allowed = set()
+        self._allowed = _ALLOWED.setdefault(browser.home, set())
 
     def click(self, page, element, button=1, inside=("null", "null")):
         """@param element a script's expression for it
@@ -55,6 +59,12 @@ class Hands:
 
     def choose(self, page, element, item, inside=("null", "null")):
         """In the menu of a field. @param item one of those above"""
+        with self.menu(page, element, item, inside):
+            pass
+
+    @contextlib.contextmanager
+    def menu(self, page, element, item, inside=("null", "null")):
+        """The same; while the menu is open with the item, the caller goes on."""
         before = self._windows()
         self.click(page, element, button=3, inside=inside)
         menu = wait_until(lambda: self._windows() - before, "the menu")
@@ -66,6 +76,7 @@ class Hands:
         wait_until(lambda: self._windows() - before - menu, "the extension's items")
         for _ in range(item):
             self.press("Down")
+        yield
         self.press("Return")
         wait_until(lambda: not (self._windows() & menu), "the menu closed")
 

@@ -5,7 +5,7 @@
 import json
 
 from browser_harness import SLOW_START, BrowserTest, Surroundings
-from hands import ALWAYS_ITEM, PUT_ITEM, Hands
+from hands import PUT_ITEM, Hands
 from waiting import wait_until
 from weight_stand_in import TEXTS, WeightStandIn
 
