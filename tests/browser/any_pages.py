@@ -109,11 +109,12 @@ _BODIES = {
                        '<p><input name="held" placeholder="grams"></p>'
                        '<p><label>Plain <input name="plain"></label></p>'
                        '<p><label>Plain 2 <input name="ship_weight_lbs"></label></p>',
-    "never": lambda _: '<p><label>P <input name="password" type="password"></label></p>'
-                       '<p><label>C <input name="card" autocomplete="billing cc-number"></label></p>'
+    "never": lambda _: '<p><label>C <input name="card" autocomplete="billing cc-number"></label></p>'
                        '<p><label>R <input name="fixed" readonly></label></p>'
                        '<p><label>D <input name="date" type="date"></label></p>'
-                       '<p><label>E <input name="mail" type="email"></label></p>',
+                       '<p><label>E <input name="mail" type="email"></label></p>'
+                       # The last, as a browser's list of passwords covers what is below.
+                       '<p><label>P <input name="password" type="password"></label></p>',
     "late": lambda _: _LATE,
     "single": lambda _: _SINGLE,
 }

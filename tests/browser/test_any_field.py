@@ -144,11 +144,11 @@ class CursorTest(AnyFieldTest):
 
     def test_what_is_never_written(self):
         self.page.go(f"{SHOP}/never")
-        for name, words in {"password": "Passwords and cards are never written",
-                            "card": "Passwords and cards are never written",
+        for name, words in {"card": "Passwords and cards are never written",
                             "fixed": "This field cannot be changed",
                             "date": "This field takes no number",
-                            "mail": "This field takes no number"}.items():
+                            "mail": "This field takes no number",
+                            "password": "Passwords and cards are never written"}.items():
             with self.subTest(name):
                 self.hands.focus(self.page, field(name))
                 self.hands.press_put_key()

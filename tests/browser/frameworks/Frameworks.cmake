@@ -11,8 +11,9 @@ set_tests_properties(browser_npm_packages PROPERTIES
   FIXTURES_SETUP npm_packages)
 
 # @param subject names the test, which has the files of Python tests that follow
-function(postal_scale_npm_browser_test browser subject)
-  add_test(NAME browser_${subject}_${browser}
+# @param configuration Endurance for those that each run has no time for, else empty
+function(postal_scale_npm_browser_test browser subject configuration)
+  add_test(NAME browser_${subject}_${browser} CONFIGURATIONS ${configuration}
     COMMAND ${DEVICE_TEST_PYTHON} -B ${CMAKE_CURRENT_SOURCE_DIR}/run.py ${ARGN})
   set_tests_properties(browser_${subject}_${browser} PROPERTIES
     LABELS browser
@@ -23,8 +24,11 @@ function(postal_scale_npm_browser_test browser subject)
 endfunction()
 
 foreach(browser chromium firefox)
-  postal_scale_npm_browser_test(${browser} pages frameworks options private)
-  postal_scale_npm_browser_test(${browser} any_field any_field untouched any_weight remembered)
+  postal_scale_npm_browser_test(${browser} pages "" frameworks options private)
+  postal_scale_npm_browser_test(${browser} any_field "" any_field
+    untouched.UntouchedTest.test_what_asking_says remembered.RememberedTest.test_from_now_on
+    any_weight)
+  postal_scale_npm_browser_test(${browser} every_field Endurance untouched remembered)
 endforeach()
 
 # The archives are made for the test; whoever builds the program needs none.
