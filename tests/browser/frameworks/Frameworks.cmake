@@ -26,8 +26,8 @@ endfunction()
 foreach(browser chromium firefox)
   postal_scale_npm_browser_test(${browser} pages "" frameworks options private)
   postal_scale_npm_browser_test(${browser} any_field "" any_field
-    untouched.UntouchedTest.test_what_asking_says remembered.RememberedTest.test_from_now_on
-    any_weight)
+    untouched.UntouchedTest.test_what_asking_says any_weight
+    remembered.RememberedTest.test_from_now_on)
   postal_scale_npm_browser_test(${browser} every_field Endurance untouched remembered)
 endforeach()
 
