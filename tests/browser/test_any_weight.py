@@ -47,6 +47,9 @@ class AnyWeightTest(BrowserTest):
     def test_2_from_now_on(self):
         self.show()
         self.hands.always(self.page, field("shipWeight"), SITE)
+        # A settled weight leaves once: the field must be ready for it.
+        wait_until(lambda: "from now on" in (self.browser.text_in_closed_root(
+            self.page, "postal-scale-badge") or ""), "the field remembered", SLOW_START)
         self.weigh(1500)
         self.wait_for_value("1.5")
         self.weigh(0)
