@@ -54,11 +54,12 @@ async function enterFollowedSites() {
     const script = {id: followers, matches: permitted, js: followScripts, allFrames: true,
                     runAt: 'document_idle'};
     // Never taken away for a moment: a page that is loaded right then would be passed over.
-    if (permitted.length === 0)
-        await scripting.unregisterContentScripts({ids: registered.map(({id}) => id)});
+    // Nor by a list of none, which means all of them.
+    if (registered.length > 0 && permitted.length === 0)
+        await scripting.unregisterContentScripts({ids: [followers]});
     else if (registered.length > 0)
         await scripting.updateContentScripts([script]);
-    else
+    else if (permitted.length > 0)
         await scripting.registerContentScripts([script]);
 }
 
