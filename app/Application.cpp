@@ -80,8 +80,20 @@ void Application::linkBrowsers()
             &PostalScaleAppDelegate::showBrowserStatus);
     connect(m_browserLink.get(), &BrowserLink::pageWritten, m_delegate.get(),
             &PostalScaleAppDelegate::notePageFilled);
+    m_browserLink->setWeightSource([this] { return m_delegate->fieldWeight(); });
+    connect(m_delegate.get(), &PostalScaleAppDelegate::readingLeaves, this,
+            &Application::tellFollowingFields);
     m_browserLink->listenAt(BrowserServer::defaultPath());
     m_delegate->showBrowserStatus(m_browserLink->statusText());
+}
+
+void Application::tellFollowingFields()
+{
+    if (!m_browserLink->isWeightFollowed())
+        return;
+    BrowserWeight weight = m_delegate->fieldWeight();
+    weight.isNews = true;
+    m_browserLink->tellWeight(weight);
 }
 
 const BrowserSituation &Application::browserSituation() const

@@ -40,6 +40,7 @@ public:
 
 private:
     void lastWindowWasClosed();
+    void tellFollowingFields();
     void prepare(const QString &infoFile, std::unique_ptr<Settings> settings);
 
     std::unique_ptr<HidDevices> m_devices;

@@ -132,6 +132,8 @@ void PostalScaleAppDelegate::endReading()
         Autofill(carrier::ups);
     if (SendtoFedex == 1)
         Autofill(carrier::fedex);
+    if (m_parcel.letsReading())
+        emit readingLeaves();
     showNotes();
 }
 

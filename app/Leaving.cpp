@@ -57,6 +57,7 @@ bool PostalScaleAppDelegate::captureReading()
         if (isOn == 1 && m_parcel.mayLeaveNow(*destinationOf(number)))
             fillPage(number);
     }
+    emit readingLeaves();
     showNotes();
     return true;
 }

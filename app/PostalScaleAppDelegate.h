@@ -122,6 +122,8 @@ public:
     /// clipboard, and into the pages of the carriers that are switched on.
     /// @returns false where it has not settled, or its texts do not tell it
     bool captureReading();
+    /// The latest reading, for a field of whatever page.
+    BrowserWeight fieldWeight() const { return m_parcel.fieldWeight(); }
     /// @param text one short line on the link to the user's browsers
     void showBrowserStatus(const QString &text) { m_statusArea.showBrowserStatus(text); }
     /// @param trouble with the other starts of the program; empty if there is none
@@ -170,6 +172,8 @@ public:
 signals:
     /// What is said beside the panel is up to date again.
     void notesShown();
+    /// The latest reading goes into the fields that follow the scale, on whatever page.
+    void readingLeaves();
 
 private:
     enum class ItemLog { Silent, Named };

@@ -38,6 +38,7 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_canTare = true;
     m_isConfirmed = true;
     m_sendsByItself = false;
+    m_statement.reset();
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
         m_weight.missReport();
@@ -46,6 +47,9 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_pan = panReading(report);
     m_grams = weighedGrams(report, m_around.link.currentScale(),
                            capacityOf(m_around.session.selectedModelName()));
+    if (fitsScale(report, m_around.link.currentScale()))
+        m_statement = statementOf(report, m_around.link.currentScale(),
+                                  capacityOf(m_around.session.selectedModelName()));
     noteWeighed(m_pan != PanReading::PanLifted && !isHolding());
     // The request rides on the next poll; what comes with it was weighed before.
     if ((m_around.link.scaleCommand() & powerOffBit) != 0)
@@ -66,6 +70,7 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
     m_isConfirmed = reading.isConfirmed;
     m_sendsByItself = true;
     m_pan = statedPanReading(statement);
+    m_statement = statement;
     if (m_pan == PanReading::Missed) {
         m_weight.missReport();
         return;
@@ -175,6 +180,7 @@ void ParcelWatch::loseScale()
     m_leaves = false;
     m_isRead = false;
     m_pan = PanReading::None;
+    m_statement.reset();
     m_sinceWeighed.invalidate();
     m_isMarkedOld = false;
     m_slept = {};
@@ -205,6 +211,14 @@ bool ParcelWatch::mayLeaveNow(Destination destination) const
         m_around.session.isDeviceConnected && m_isConfirmed && !m_isSilent && !m_isMarkedOld;
     return isPresent && !isHolding() && m_weight.state() == SettledWeight::State::Settled &&
            textsTell(destination, texts(), m_grams);
+}
+
+BrowserWeight ParcelWatch::fieldWeight() const
+{
+    using enum ExportRounding;
+    return ::fieldWeight(notes(), {.statement = m_statement,
+                                   .rounding = m_around.link.SetRound() ? UpToWhole : AsRead,
+                                   .isHeld = isHolding()});
 }
 
 void ParcelWatch::noteCopied()

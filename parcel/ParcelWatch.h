@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "parcel/FieldWeight.h"
 #include "parcel/ReadingNotes.h"
 #include "parcel/RecentWeights.h"
 #include "parcel/SettledWeight.h"
@@ -60,6 +61,12 @@ public:
 
     /// Always, unless only settled weights leave. For the texts of the reading under way.
     bool lets(Destination destination) const;
+
+    /// The same for a field that follows the scale, on whatever page: it gets any reading that
+    /// tells.
+    bool letsReading() const { return !m_settledOnly || m_leaves; }
+    /// The latest reading, for such a field.
+    BrowserWeight fieldWeight() const;
 
     /// Whether the weight on the pan may go there when a person asks for it.
     bool mayLeaveNow(Destination destination) const;
@@ -134,6 +141,7 @@ private:
     bool m_isRead = false;        ///< since the scale was plugged in
     PanReading m_pan = PanReading::None;
     double m_grams = 0;
+    std::optional<ScaleStatement> m_statement; ///< of the latest reading; none: no weight
     QDateTime m_settledSince;
     int m_parcels = 0; ///< settled weights so far
     QElapsedTimer m_sinceWeighed;

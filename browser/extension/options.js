@@ -28,7 +28,10 @@ function ownOrigins() {
 }
 
 async function showSites() {
+    const {fieldSites} = await api.storage.local.get({fieldSites: []});
     ({origins} = await api.permissions.getAll());
+    // Those that are there for a remembered field alone are served no further.
+    origins = origins.filter((origin) => !fieldSites.includes(siteOf(origin)));
     const added = origins.filter((origin) => !ownOrigins().includes(origin));
     element('sites').replaceChildren(...added.map((origin) => {
         const item = document.createElement('li');
@@ -62,6 +65,7 @@ async function add(site) {
         answer(`The browser lets no extension into ${site}.`, {trouble: true});
         return;
     }
+    await api.runtime.sendMessage({serve: site});
     element('site').value = '';
     answer(`The weight goes to ${site} too.`);
     showSites();

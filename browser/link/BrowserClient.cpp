@@ -161,6 +161,26 @@ bool BrowserClient::handle(const BrowserRan &message)
     return true;
 }
 
+bool BrowserClient::handle(WeightWish message)
+{
+    if (!isLinked())
+        return false;
+    if (message == WeightWish::Once)
+        emit weightAsked();
+    else
+        m_followsWeight = message == WeightWish::Follow;
+    return true;
+}
+
+void BrowserClient::tell(const BrowserWeight &weight)
+{
+    if (!isLinked())
+        return;
+    write(browserWeightMessage(weight));
+    if (m_limits->isOverdue())
+        disconnectPeer();
+}
+
 void BrowserClient::disconnectPeer()
 {
     m_unanswered.clear();

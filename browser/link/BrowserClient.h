@@ -5,6 +5,7 @@
 
 #include "browser/link/BrowserFrame.h"
 #include "browser/link/BrowserMessage.h"
+#include "browser/link/BrowserWeight.h"
 #include "browser/link/PeerLimits.h"
 
 #include <QDeadlineTimer>
@@ -51,12 +52,18 @@ public:
     /// The same of what is meant for that carrier's page.
     void forgetWaiting(const QString &carrier);
 
+    /// Some field in front is to follow the scale.
+    bool followsWeight() const { return m_followsWeight; }
+    void tell(const BrowserWeight &weight);
+
 signals:
     void changed();
     void sent();
     /// Plans have been done. No fields: the page was gone.
     void ran(std::uint32_t page, const QList<FillPlan> &plans,
              const std::optional<FilledFields> &fields);
+    /// The person wants the latest reading; tell() is the answer.
+    void weightAsked();
     void closed();
 
 private:
@@ -74,6 +81,7 @@ private:
     bool handle(const BrowserCurrent &message);
     bool handle(const BrowserFocus &message);
     bool handle(const BrowserRan &message);
+    bool handle(WeightWish message);
     void disconnectPeer();
     void write(const QByteArray &message);
     void send(std::uint32_t page, const QList<FillPlan> &plans);
@@ -85,6 +93,7 @@ private:
     std::optional<BrowserHello> m_hello;
     std::optional<BrowserPage> m_current;
     std::optional<std::chrono::steady_clock::time_point> m_focus;
+    bool m_followsWeight = false;
     std::uint32_t m_lastRun = 0;
     QList<Run> m_unanswered;
     /// By page, those of one reading; what has been sent of them is in neither.

@@ -127,6 +127,23 @@ void BrowserLink::stopFilling(const QString &carrier)
     updateSituation();
 }
 
+void BrowserLink::setWeightSource(std::function<BrowserWeight()> source)
+{
+    m_weightSource = std::move(source);
+}
+
+bool BrowserLink::isWeightFollowed() const
+{
+    const BrowserClient *front = frontClient();
+    return front != nullptr && front->followsWeight();
+}
+
+void BrowserLink::tellWeight(const BrowserWeight &weight)
+{
+    if (isWeightFollowed())
+        frontClient()->tell(weight);
+}
+
 bool BrowserLink::listenAt(const QString &path)
 {
     const bool listens = m_server.listenAt(path);
@@ -149,6 +166,8 @@ void BrowserLink::attach(QLocalSocket *peer)
                            const std::optional<FilledFields> &fields) {
                 noteFields(client, page, plans, fields);
             });
+    connect(client, &BrowserClient::weightAsked, this,
+            [this, client] { client->tell(m_weightSource ? m_weightSource() : BrowserWeight()); });
     connect(client, &BrowserClient::sent, &m_silenceCheck, qOverload<>(&QTimer::start));
     connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
 }

@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
+#include <functional>
 
 /// The user's everyday browsers, reached through the extension in each. What one reading does to a
 /// page travels as one plan; the thread waits for nothing.
@@ -30,6 +31,14 @@ public:
     std::unique_ptr<BrowserApplication> application() override;
     void forgetWaiting() override;
     void stopFilling(const QString &carrier) override;
+
+    /// @param source gives the latest reading, for the person who asks for it; until then there is
+    /// no scale
+    void setWeightSource(std::function<BrowserWeight()> source);
+    /// The browser in front has a field in front that follows the scale.
+    bool isWeightFollowed() const;
+    /// To that browser alone.
+    void tellWeight(const BrowserWeight &weight);
 
     const BrowserSituation &situation() const { return m_situation; }
     /// For the status area.
@@ -75,6 +84,7 @@ private:
 
     BrowserServer m_server;
     QList<BrowserClient *> m_clients;
+    std::function<BrowserWeight()> m_weightSource;
 
     bool m_inReading = false;
     QList<FillPlan> m_latestPlans;     ///< of the latest reading, for whatever page

@@ -20,6 +20,7 @@ const QLatin1String helloKey("hello");
 const QLatin1String currentKey("current");
 const QLatin1String focusedKey("focused");
 const QLatin1String ranKey("ran");
+const QLatin1String weightKey("weight");
 
 template <typename Number> std::optional<Number> wholeNumber(const QJsonValue &value)
 {
@@ -114,6 +115,18 @@ std::optional<BrowserMessage> parseRan(const QJsonValue &value)
                       .notes = *notes};
 }
 
+std::optional<BrowserMessage> parseWish(const QJsonValue &value)
+{
+    const QString wish = value.toString();
+    if (wish == QLatin1String("once"))
+        return WeightWish::Once;
+    if (wish == QLatin1String("follow"))
+        return WeightWish::Follow;
+    if (wish == QLatin1String("stop"))
+        return WeightWish::Stop;
+    return std::nullopt;
+}
+
 // Plans are written as they go: made of JSON objects first, they would take the better part of the
 // time that a reading holds the thread.
 
@@ -203,6 +216,8 @@ std::optional<BrowserMessage> parseBrowserMessage(const QByteArray &json)
         return parseFocused(value);
     if (object.contains(ranKey))
         return parseRan(value);
+    if (object.contains(weightKey))
+        return parseWish(value);
     return std::nullopt;
 }
 

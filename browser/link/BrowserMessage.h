@@ -65,7 +65,15 @@ struct BrowserRan
     QList<int> notes; ///< of the steps that were due; numbers of the plan's notes, ascending
 };
 
-using BrowserMessage = std::variant<BrowserHello, BrowserCurrent, BrowserFocus, BrowserRan>;
+/// What the extension wants to know of the weight. Nothing before the first of these.
+enum class WeightWish {
+    Once,   ///< the latest reading, now
+    Follow, ///< each reading that leaves, from now on
+    Stop,
+};
+
+using BrowserMessage =
+    std::variant<BrowserHello, BrowserCurrent, BrowserFocus, BrowserRan, WeightWish>;
 
 /// Nothing where @p json is no message of an extension.
 std::optional<BrowserMessage> parseBrowserMessage(const QByteArray &json);

@@ -84,12 +84,17 @@ std::optional<Quotient> inGrams(const ScaleStatement &statement)
     return grams;
 }
 
+Quotient inUnit(Quotient grams, WeightUnit unit)
+{
+    const Factor factor = gramsPerUnit(unit);
+    return {.digits = grams.digits,
+            .divisor = factor.digits,
+            .exponent = grams.exponent - factor.exponent};
+}
+
 Quotient inPounds(Quotient grams)
 {
-    const Factor pound = gramsPerUnit(WeightUnit::Pound);
-    return {.digits = grams.digits,
-            .divisor = pound.digits,
-            .exponent = grams.exponent - pound.exponent};
+    return inUnit(grams, WeightUnit::Pound);
 }
 
 Quotient inForm(Quotient grams, ExportForm form)
@@ -157,14 +162,22 @@ QString decimalText(Wide digits, int exponent)
     return text.insert(text.size() + exponent, QLatin1Char('.'));
 }
 
-QString threeDecimals(Quotient value)
+QString fixedDecimals(Quotient value, int decimals)
 {
-    constexpr int decimals = 3;
     value.exponent += decimals + 1; // one more, to round by
     const Whole whole = wholePart(value);
     const QString digits = textOf(rounded(whole.number, whole.isExact, 1));
     const QString text = digits.rightJustified(decimals + 1, QLatin1Char('0'));
     return text.chopped(decimals) + QLatin1Char('.') + text.right(decimals);
+}
+
+QString withoutTrailingZeros(QString decimal)
+{
+    while (decimal.endsWith(QLatin1Char('0')))
+        decimal.chop(1);
+    if (decimal.endsWith(QLatin1Char('.')))
+        decimal.chop(1);
+    return decimal;
 }
 
 QString significantText(const Quotient &value)
@@ -206,7 +219,19 @@ std::optional<WebStrings> webStrings(const ScaleStatement &statement)
     return WebStrings{.pounds = textOf(up / ouncesPerPound),
                       .ounces = textOf(up % ouncesPerPound),
                       .basic = significantText(*grams),
-                      .decimalPounds = threeDecimals(inPounds(*grams))};
+                      .decimalPounds = fixedDecimals(inPounds(*grams), 3)};
+}
+
+std::optional<QString> unitText(const ScaleStatement &statement, WeightUnit unit, int decimals,
+                                ExportRounding rounding)
+{
+    const auto grams = inGrams(statement);
+    if (!grams || gramsPerUnit(unit).digits == 0)
+        return std::nullopt;
+    const Quotient value = inUnit(*grams, unit);
+    if (rounding == ExportRounding::UpToWhole)
+        return textOf(roundedUp(wholePart(value)));
+    return withoutTrailingZeros(fixedDecimals(value, decimals));
 }
 
 ExportForm exportForm(WeightUnit unit)

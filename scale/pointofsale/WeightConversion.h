@@ -22,6 +22,12 @@ std::optional<QString> exportText(const ScaleStatement &statement, ExportForm fo
 /// even. Nothing where exportText() has nothing.
 std::optional<WebStrings> webStrings(const ScaleStatement &statement);
 
+/// In @p unit, one that exportText() knows: at most so many decimals, halves rounded to even, no
+/// trailing zeros, or rounded up to a whole number. Without the sign. Nothing where exportText()
+/// has nothing.
+std::optional<QString> unitText(const ScaleStatement &statement, WeightUnit unit, int decimals,
+                                ExportRounding rounding);
+
 /// Metric units leave as kilograms, all others as pounds.
 ExportForm exportForm(WeightUnit unit);
 

@@ -10,10 +10,11 @@ import subprocess
 import threading
 import urllib.parse
 
+import any_pages
 import carrier_pages
 import framework_pages
 
-DOMAINS = ("usps.com", "ups.com", "fedex.com", "shop.example")
+DOMAINS = ("usps.com", "ups.com", "fedex.com", "shop.example", "market.example")
 _CERTIFICATE_DAYS = "2"
 
 POLICIES = {
@@ -85,7 +86,8 @@ class CarrierSite:
                 address = urllib.parse.urlsplit(self.path)
                 query = urllib.parse.parse_qs(address.query, keep_blank_values=True)
                 document = (carrier_pages.page(address.path, query)
-                            or framework_pages.page(address.path))
+                            or framework_pages.page(address.path)
+                            or any_pages.page(address.path, query))
                 script = framework_pages.script(address.path)
                 if document is None and script is None:
                     self.send_error(404)

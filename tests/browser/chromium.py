@@ -75,6 +75,9 @@ class Chromium:
         return self.restarted()
 
     def click_and_allow(self, page, element):
+        self.act_and_allow(lambda: page.click(element))
+
+    def act_and_allow(self, act, before_allowing=lambda: None):
         """Then the browser asks, over its dimmed window; the first button there denies."""
         before = sum(self._picture())
 
@@ -89,9 +92,10 @@ class Chromium:
                 self._session.output_of("xdotool", "key", "Return")
             return not is_asking()
 
-        page.click(element)
+        act()
         wait_until(is_asking, "the browser's dialog")
         time.sleep(1)
+        before_allowing()
         self._session.output_of("xdotool", "key", "Tab")
         wait_until(allow, "the browser's dialog closed")
 
@@ -99,6 +103,20 @@ class Chromium:
         window = self._session.output_of("xdotool", "getwindowfocus").strip()
         return subprocess.run(["import", "-window", window, "rgb:-"], check=True,
                               env=self._session.environment, capture_output=True).stdout
+
+    def text_in_closed_root(self, page, tag):
+        """Of the first element of that name; None where there is none. No page can look there."""
+        return page.text_in_closed_root(tag)
+
+    def permissions_page(self):
+        """What the browser itself says of the extension."""
+        worker = wait_until(self._workers, "the extension")[0]
+        name = worker["url"].split("/")[2]
+        page = self.new_page(f"chrome://extensions/?id={name}", "tab")
+        wait_until(lambda: page.evaluate("document.querySelector('extensions-manager').shadowRoot"
+                                         ".querySelector('extensions-detail-view') !== null"),
+                   "the extension's page")
+        return page
 
     def options_page(self):
         worker = wait_until(self._workers, "the extension")[0]
@@ -183,6 +201,22 @@ def _moved_up(descriptor):
     return moved
 
 
+def _inner(node):
+    return [*node.get("children", ()), *node.get("shadowRoots", ())]
+
+
+def _first(node, is_wanted):
+    if is_wanted(node):
+        return node
+    return next(filter(None, (_first(each, is_wanted) for each in _inner(node))), None)
+
+
+def _texts(node):
+    yield node["nodeValue"]
+    for each in _inner(node):
+        yield from _texts(each)
+
+
 class ChromiumPage:
     def __init__(self, browser, target):
         self._browser = browser
@@ -202,6 +236,11 @@ class ChromiumPage:
         answer = self._browser.call("Runtime.evaluate", self._session, expression=script,
                                     returnByValue=True, awaitPromise=True)
         return answer["result"].get("value")
+
+    def text_in_closed_root(self, tag):
+        root = self._browser.call("DOM.getDocument", self._session, depth=-1, pierce=True)["root"]
+        found = _first(root, lambda node: node["localName"] == tag)
+        return found and "".join(_texts(found))
 
     def click(self, element):
         """As the person's own mouse would. @param element its id"""

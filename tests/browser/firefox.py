@@ -6,6 +6,7 @@ length, over TCP) only opens pages and reads them."""
 import json
 import socket
 import subprocess
+import time
 
 from session import end
 from waiting import PATIENCE, wait_until
@@ -66,13 +67,59 @@ class Firefox:
         return self
 
     def click_and_allow(self, page, element):
-        """Then the browser asks, in a panel that takes no click in its first moments."""
-        page.click(element)
-        state = "PopupNotifications.panel.state"
-        wait_until(lambda: self._evaluate_in_browser(state) == "open", "the browser's dialog")
-        click = "PopupNotifications.panel.firstElementChild?.button.click()"
-        wait_until(lambda: self._evaluate_in_browser(f"void {click} ?? {state}") == "closed",
-                   "the browser's dialog closed")
+        self.act_and_allow(lambda: page.click(element))
+
+    def act_and_allow(self, act, before_allowing=lambda: None):
+        """Then the browser asks, in a panel that takes no click in its first moments; one that comes
+        too early makes it count anew."""
+        def button():
+            return self._evaluate_in_browser("""(({state, firstElementChild: panel}) => {
+                if (state !== "open" || !panel?.button)
+                    return null;
+                const {screenX, screenY} = panel.button;
+                const {width, height} = panel.button.getBoundingClientRect();
+                return [screenX + width / 2, screenY + height / 2].map(Math.round);
+            })(PopupNotifications.panel)""")
+
+        def allow():
+            time.sleep(1)
+            place = button()
+            if place:
+                self._session.pointer_clicks(place)
+            return button() is None
+
+        act()
+        wait_until(button, "the browser's dialog")
+        time.sleep(1)
+        before_allowing()
+        wait_until(allow, "the browser's dialog closed")
+
+    def text_in_closed_root(self, page, tag):
+        """Of the first element of that name; None where there is none. No page can look there."""
+        return page.evaluate(
+            f"document.querySelector('{tag}')?.openOrClosedShadowRoot?.textContent", sandbox="system")
+
+    def click_toolbar_button(self):
+        """The extension's own, with the pointer."""
+        x, y = self._evaluate_in_browser("""(() => {
+            const {screenX, screenY} = document.getElementById(
+                "browser-link_postal-scale-browser-action");
+            return [screenX + 10, screenY + 10];
+        })()""")
+        self._session.pointer_clicks((x, y))
+
+    def permissions_page(self):
+        """What the browser itself says of the extension."""
+        page = self.new_page("about:addons", "tab")
+        self._evaluate_in_browser(f"""(() => {{
+            gBrowser.selectedBrowser.contentWindow.loadView("addons://detail/{_EXTENSION}");
+        }})()""")
+        tab = "gBrowser.selectedBrowser.contentDocument.querySelector('[name=permissions]')"
+        place = wait_until(lambda: self._evaluate_in_browser(
+            f"(({{screenX, screenY}}) => screenX && [screenX + 20, screenY + 15])({tab} ?? {{}})"),
+            "the extension's page")
+        self._session.pointer_clicks(place)
+        return page
 
     def options_page(self):
         host = self._evaluate_in_browser(
@@ -178,10 +225,10 @@ class FirefoxPage:
         wait_until(lambda: self.evaluate("document.readyState === 'complete' && location.href")
                    == url, f"{url} loaded")
 
-    def evaluate(self, script):
+    def evaluate(self, script, **options):
         self._select()
         return self._browser.call("WebDriver:ExecuteScript", script=f"return {script}",
-                                  args=[])["value"]
+                                  args=[], **options)["value"]
 
     def click(self, element):
         """As the person's own mouse would. @param element its id"""

@@ -59,7 +59,10 @@ class StoreTest(unittest.TestCase):
             background = own["background"]
             named = {*own["icons"].values(), own["options_ui"]["page"], "page.js", "help.html",
                      *background.get("scripts", [background.get("service_worker")]),
-                     *(name for each in own.get("content_scripts", []) for name in each["js"])}
+                     *(name for each in own.get("content_scripts", []) for name in each["js"]),
+                     *(f"anyfield/{name}.js" for name in (
+                         "field", "fit", "follow", "list", "put", "puts", "recipes", "signs",
+                         "write"))}
             with zipfile.ZipFile(archive(browser)) as opened:
                 self.assertLessEqual(named, set(opened.namelist()))
 

@@ -61,6 +61,9 @@ void understand(const QByteArray &json)
         require(focus->ago.count() >= 0, "no focus lies in the future");
     if (const auto *ran = std::get_if<BrowserRan>(&*message))
         understand(*ran);
+    if (std::holds_alternative<WeightWish>(*message))
+        require(json.contains("once") || json.contains("follow") || json.contains("stop"),
+                "a wish is one of three words");
 }
 
 QString textOf(const QJsonValue &step)

@@ -10,15 +10,25 @@ set_tests_properties(browser_npm_packages PROPERTIES
   TIMEOUT 300
   FIXTURES_SETUP npm_packages)
 
-foreach(browser chromium firefox)
-  add_test(NAME browser_pages_${browser}
-    COMMAND ${DEVICE_TEST_PYTHON} -B ${CMAKE_CURRENT_SOURCE_DIR}/run.py frameworks options private)
-  set_tests_properties(browser_pages_${browser} PROPERTIES
+# @param subject names the test, which has the files of Python tests that follow
+# @param configuration Endurance for those that each run has no time for, else empty
+function(postal_scale_npm_browser_test browser subject configuration)
+  add_test(NAME browser_${subject}_${browser} CONFIGURATIONS ${configuration}
+    COMMAND ${DEVICE_TEST_PYTHON} -B ${CMAKE_CURRENT_SOURCE_DIR}/run.py ${ARGN})
+  set_tests_properties(browser_${subject}_${browser} PROPERTIES
     LABELS browser
     TIMEOUT 300
     PROCESSORS 2
     FIXTURES_REQUIRED npm_packages
     ENVIRONMENT "POSTAL_SCALE_BIN=$<TARGET_FILE_DIR:postal-scale>;POSTAL_SCALE_BROWSER=${browser};POSTAL_SCALE_FRAMEWORKS=${npm_folder}/pages;PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/driver")
+endfunction()
+
+foreach(browser chromium firefox)
+  postal_scale_npm_browser_test(${browser} pages "" frameworks options private)
+  postal_scale_npm_browser_test(${browser} any_field "" any_field
+    untouched.UntouchedTest.test_what_asking_says any_weight
+    remembered.RememberedTest.test_from_now_on)
+  postal_scale_npm_browser_test(${browser} every_field Endurance untouched remembered)
 endforeach()
 
 # The archives are made for the test; whoever builds the program needs none.

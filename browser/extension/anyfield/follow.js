@@ -1,0 +1,211 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// Keeps the fields that the person wants to follow the scale up to date. Only in pages of a site with
+// such fields.
+'use strict';
+
+(() => {
+    const fields = globalThis[Symbol.for('org.postalscale.fields')];
+    // A second copy of this file in the same document only revives the first.
+    if (fields.follow) {
+        fields.follow();
+        return;
+    }
+
+    const freshFor = 10000; // ms; as long as a page may take to build itself
+    const shortestRetry = 1000;
+    const longestRetry = 60000;
+
+    let recipes = [];
+    let quiet = false;
+    let latest = null; // what came of the scale, and when
+    let deeds = 0; // of the person in the page: what it shows after one may be another parcel's
+
+    /** By recipe: the text that was told last, in which element, before which deed, and what the page
+     *  made of it. */
+    const told = new Map();
+
+    // Finding the fields
+
+    /** By recipe; as long as the page stays as it is. */
+    let found = null;
+    const watched = new WeakSet();
+    const seen = new Map(); // by recipe: what the extension was told of it
+
+    const observer = new MutationObserver(() => {
+        found = null;
+        writeSoon();
+    });
+
+    function watch(root) {
+        if (watched.has(root))
+            return;
+        watched.add(root);
+        observer.observe(root, {
+            childList: true, subtree: true,
+            attributeFilter: ['id', 'name', 'type', 'placeholder', 'disabled', 'readonly', 'hidden'],
+        });
+    }
+
+    function findAll() {
+        if (found)
+            return found;
+        const inputs = fields.allInputs(watch);
+        found = new Map(recipes.map((recipe) => [recipe.id, fields.find(recipe.signs, inputs)]));
+        // That it is not on another page of the site is no news.
+        const isElsewhere = (id) =>
+            !fields.isPageOf(recipes.find((recipe) => recipe.id === id).signs);
+        const news = [...found].map(([id, {why = 'found'}]) => [id, why])
+            .filter(([id, why]) => seen.get(id) !== why && !(why === 'missing' && isElsewhere(id)));
+        for (const [id, why] of news)
+            seen.set(id, why);
+        if (news.length > 0)
+            port?.postMessage({seen: news});
+        return found;
+    }
+
+    let writing = 0;
+
+    /** The field may have come only now. */
+    function writeSoon() {
+        if (writing !== 0 || recipes.length === 0)
+            return;
+        writing = setTimeout(() => {
+            writing = 0;
+            if (latest && performance.now() - latest.time < freshFor)
+                writeAll();
+            else
+                findAll();
+        }, 100);
+    }
+
+    // Writing
+
+    /** The same number is told once more only if the person has been here since, and it is gone. */
+    function isNews(last, {element, text}) {
+        if (!last || last.text !== text)
+            return true;
+        if (last.deeds === deeds)
+            return false;
+        return element.value !== last.held || last.element !== element;
+    }
+
+    function writeAll() {
+        for (const recipe of recipes) {
+            const {element} = findAll().get(recipe.id);
+            if (element)
+                writeTo(element, recipe);
+        }
+    }
+
+    const unitFor = (element, recipe) => recipe.isChosen ? recipe.unit
+        : fields.pairOf(element) ? 'lb oz'
+        : fields.unitOf(element) ?? (recipe.unit === 'lb oz' ? 'lb' : recipe.unit);
+
+    function writeTo(element, recipe) {
+        const unit = unitFor(element, recipe);
+        const {parts, why} = fields.partsFor(element, unit, latest.texts);
+        const wanted = why ? {element, text: why} : {element, text: fields.words(parts, unit)};
+        if (!isNews(told.get(recipe.id), wanted))
+            return;
+        const entry = {...wanted, deeds, held: element.value};
+        told.set(recipe.id, entry);
+        port?.postMessage({told: [[recipe.id, wanted.text]]});
+        isDeedKnown = false;
+        if (why)
+            return fields.say(`${why} (${unit})`, {trouble: true});
+        for (const part of parts)
+            fields.write(part.element, part.text, {quiet});
+        fields.afterPage(() => {
+            entry.held = element.value;
+            const isOther = parts.some((part) => !fields.shows(part.element, part.text));
+            fields.say(isOther ? 'the field shows another number' : wanted.text,
+                       {trouble: isOther});
+        });
+    }
+
+    // The way to the scale
+
+    let port = null;
+    let left = false;
+    let retryDelay = shortestRetry;
+    let isDeedKnown = false; // to the extension, since the page was last told
+
+    function takeRecipes(message) {
+        recipes = message.recipes;
+        quiet = message.quiet;
+        found = null;
+        // What the page that loaded itself anew was told; one that was kept knows better.
+        if (told.size === 0) {
+            for (const [id, text] of message.told ?? [])
+                told.set(id, {text, element: null, deeds: 0, held: null});
+        }
+        if (recipes.length === 0) {
+            observer.disconnect();
+            return;
+        }
+        watch(document);
+        findAll();
+    }
+
+    function connect() {
+        if (port || left)
+            return;
+        const opened = globalThis.chrome.runtime.connect({name: 'follow'});
+        port = opened;
+        opened.onMessage.addListener((message) => {
+            retryDelay = shortestRetry;
+            if (message.recipes)
+                takeRecipes(message);
+            if (message.texts && recipes.length > 0) {
+                latest = {texts: message.texts, time: performance.now()};
+                writeAll();
+            }
+        });
+        opened.onDisconnect.addListener(() => {
+            if (port !== opened)
+                return;
+            port = null;
+            setTimeout(connect, retryDelay); // the extension's worker ends when it has nothing to do
+            retryDelay = Math.min(2 * retryDelay, longestRetry);
+        });
+    }
+
+    function noteDeed(event) {
+        if (!event.isTrusted)
+            return;
+        ++deeds;
+        if (isDeedKnown || !port)
+            return;
+        isDeedKnown = true;
+        port.postMessage({deed: true});
+    }
+
+    function leave(event) {
+        if (!event.isTrusted)
+            return;
+        left = true;
+        const leaving = port;
+        port = null;
+        leaving?.disconnect();
+    }
+
+    function enter(event) {
+        left = false;
+        if (event.persisted) {
+            const dead = port;
+            port = null;
+            dead?.disconnect();
+        }
+        connect();
+    }
+
+    fields.follow = connect;
+    // A page that is left may be kept, and shown again as it was.
+    addEventListener('pagehide', leave, {capture: true});
+    addEventListener('pageshow', enter, {capture: true});
+    for (const deed of ['pointerdown', 'keydown', 'click', 'input'])
+        addEventListener(deed, noteDeed, {capture: true, passive: true});
+    connect();
+})();

@@ -1,0 +1,195 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// The fields that the person wants to follow the scale: kept in the browser, by the origin of their
+// page, and told to no one.
+'use strict';
+
+const followScripts = ['field.js', 'fit.js', 'signs.js', 'write.js', 'follow.js']
+    .map((name) => `anyfield/${name}`);
+const followers = 'any-field-followers';
+const toldTime = 10000; // ms; within which a page that loads itself anew is back
+
+let recipes = [];
+/** Sites that the browser lets us into for such a field alone: nothing else is done there. */
+let fieldSites = new Set();
+
+const recipesLoaded = loadRecipes();
+
+async function loadRecipes() {
+    const stored = await fieldApi().storage.local.get({recipes: [], fieldSites: []});
+    recipes = stored.recipes;
+    fieldSites = new Set(stored.fieldSites);
+}
+
+function fieldApi() {
+    return globalThis.browser ?? globalThis.chrome;
+}
+
+function keepRecipes() {
+    return fieldApi().storage.local.set({recipes, fieldSites: [...fieldSites]});
+}
+
+const siteOfOrigin = (origin) => new URL(origin).hostname;
+const recipesOf = (origin) => recipes.filter((recipe) => recipe.origin === origin);
+
+/** Whether a page of this address may be entered for its remembered fields alone. */
+function isFieldSite(url) {
+    const site = addressOf(url)?.hostname;
+    return fieldSites.has(site) || askedSites.has(site);
+}
+
+/** Such pages are entered when they are loaded, with all of their frames. */
+async function enterFollowedSites() {
+    const {scripting, permissions} = fieldApi();
+    const {origins: allowed} = await permissions.getAll();
+    const sites = new Set(recipes.map(({origin}) => siteOfOrigin(origin)));
+    const matches = [...sites].map((site) => `https://${site}/*`);
+    const permitted = [];
+    for (const match of matches) {
+        if (allowed.includes(match) || await permissions.contains({origins: [match]}))
+            permitted.push(match);
+    }
+    const registered = await scripting.getRegisteredContentScripts({ids: [followers]});
+    const script = {id: followers, matches: permitted, js: followScripts, allFrames: true,
+                    runAt: 'document_idle'};
+    // Never taken away for a moment: a page that is loaded right then would be passed over.
+    // Nor by a list of none, which means all of them.
+    if (registered.length > 0 && permitted.length === 0)
+        await scripting.unregisterContentScripts({ids: [followers]});
+    else if (registered.length > 0)
+        await scripting.updateContentScripts([script]);
+    else if (permitted.length > 0)
+        await scripting.registerContentScripts([script]);
+}
+
+let sitesEntered = Promise.resolve();
+
+function followSites() {
+    sitesEntered = sitesEntered.then(() => recipesLoaded).then(enterFollowedSites).catch(() => {});
+    return sitesEntered;
+}
+
+/** @param isNewSite the browser was asked for it just now */
+async function remember(recipe, isNewSite) {
+    recipes.push({id: crypto.randomUUID(), seen: 'found', ...recipe});
+    if (isNewSite)
+        fieldSites.add(siteOfOrigin(recipe.origin));
+    await keepRecipes();
+    await followSites();
+    tellRecipes();
+}
+
+/** A site that was asked for its fields alone is given back with the last of them. */
+async function forgetRecipe(id) {
+    const origin = recipes.find((recipe) => recipe.id === id)?.origin;
+    recipes = recipes.filter((recipe) => recipe.id !== id);
+    const site = origin && siteOfOrigin(origin);
+    const isLeft = fieldSites.has(site) &&
+                   !recipes.some((recipe) => siteOfOrigin(recipe.origin) === site);
+    await followSites();
+    if (isLeft)
+        await giveBack(site);
+    await keepRecipes();
+    tellRecipes();
+}
+
+async function giveBack(site) {
+    await fieldApi().permissions.remove({origins: [`https://${site}/*`]});
+    fieldSites.delete(site);
+}
+
+/** The person has added the site for all that carriers' pages get. */
+async function serveSite(site) {
+    await recipesLoaded;
+    if (!fieldSites.delete(site))
+        return;
+    await keepRecipes();
+    keepWayOpen();
+    refresh();
+}
+
+// The pages with such fields
+
+/** By port: its tab and origin. */
+const following = new Map();
+/** By tab: what its page was told, for the one that comes of it. */
+const toldOfTab = new Map();
+
+let isSubscribed = false;
+
+function listenForFollowers() {
+    const {runtime, tabs} = fieldApi();
+    runtime.onConnect.addListener(addFollower);
+    tabs.onRemoved.addListener((tab) => toldOfTab.delete(tab));
+    followSites();
+}
+
+function toldBefore(tab, origin) {
+    const {time, texts} = toldOfTab.get(tab) ?? {};
+    return performance.now() - time < toldTime ? [...(texts.get(origin) ?? [])] : [];
+}
+
+async function addFollower(port) {
+    const {tab, origin: senderOrigin, url} = port.sender ?? {};
+    if (port.name !== 'follow' || !tab)
+        return;
+    const origin = senderOrigin ?? new URL(url).origin;
+    let isGone = false;
+    port.onMessage.addListener((message) => hearFollower(message, tab.id, origin));
+    port.onDisconnect.addListener(() => {
+        void fieldApi().runtime.lastError;
+        isGone = true;
+        following.delete(port);
+        subscribe();
+    });
+    await recipesLoaded;
+    if (isGone)
+        return;
+    following.set(port, {tab: tab.id, origin});
+    port.postMessage({recipes: recipesOf(origin), quiet, told: toldBefore(tab.id, origin)});
+    subscribe();
+}
+
+function hearFollower({told, deed, seen}, tab, origin) {
+    if (deed)
+        toldOfTab.delete(tab);
+    if (told) {
+        const {texts} = toldOfTab.get(tab) ?? {texts: new Map()};
+        texts.set(origin, new Map([...(texts.get(origin) ?? []), ...told]));
+        toldOfTab.set(tab, {time: performance.now(), texts});
+    }
+    if (seen)
+        noteSeen(new Map(seen));
+}
+
+function noteSeen(seen) {
+    for (const recipe of recipes)
+        recipe.seen = seen.get(recipe.id) ?? recipe.seen;
+    keepRecipes();
+}
+
+function tellRecipes() {
+    for (const [port, {origin}] of following)
+        port.postMessage({recipes: recipesOf(origin), quiet});
+    subscribe();
+}
+
+const isInFront = ({tab, origin}) => tab === currentTab && recipesOf(origin).length > 0;
+
+/** Of the program, as long as such a field is in front. */
+function subscribe() {
+    const isWanted = isLinked() && [...following.values()].some(isInFront);
+    if (isWanted === isSubscribed)
+        return;
+    isSubscribed = isWanted;
+    if (isLinked())
+        send({weight: isWanted ? 'follow' : 'stop'});
+}
+
+function passOnWeight({texts}) {
+    for (const [port, page] of following) {
+        if (texts && isInFront(page))
+            port.postMessage({texts});
+    }
+}

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+// Writes into a field, tells the page, and says so to the person.
+'use strict';
+
+(() => {
+    const fields = globalThis[Symbol.for('org.postalscale.fields')] ??= {};
+
+    const badgeTag = 'postal-scale-badge';
+    const badgeTime = 2500; // ms
+    const goodColor = '#1a7f37';
+    const troubleColor = '#b35900';
+
+    let badge = null;
+    let badgeEnd = 0;
+
+    /** In the corner of this frame's page, whose own elements stay as they are. */
+    function say(words, {trouble = false} = {}) {
+        clearTimeout(badgeEnd);
+        badge?.remove();
+        badge = document.createElement(badgeTag);
+        badge.setAttribute('role', 'status');
+        Object.assign(badge.style, {all: 'initial', position: 'fixed', inset: '0',
+                                    pointerEvents: 'none', zIndex: '2147483647'});
+        const label = document.createElement('div');
+        Object.assign(label.style, {position: 'fixed', right: '12px', bottom: '12px',
+                                    padding: '6px 12px', color: 'white', borderRadius: '6px',
+                                    background: trouble ? troubleColor : goodColor,
+                                    font: '14px system-ui, sans-serif'});
+        label.textContent = `Postal Scale: ${words}`;
+        badge.attachShadow({mode: 'closed'}).append(label);
+        document.documentElement.append(badge);
+        badgeEnd = setTimeout(() => badge.remove(), badgeTime);
+    }
+
+    /** After what the page's own scripts have put off, and yet at once: a timer of a window that is
+     *  covered may be a second late. */
+    function afterPage(act) {
+        const {port1, port2} = new MessageChannel();
+        port1.onmessage = () => {
+            port1.close();
+            act();
+        };
+        port2.postMessage(null);
+    }
+
+    /** As the browser would, had it been typed: one event of each kind. */
+    function write(element, text, {quiet = false} = {}) {
+        if (fields.isFreeText(element)) {
+            document.execCommand('insertText', false, text);
+            return;
+        }
+        element.value = text;
+        if (quiet)
+            return;
+        element.dispatchEvent(new Event('input', {bubbles: true, composed: true}));
+        element.dispatchEvent(new Event('change', {bubbles: true}));
+    }
+
+    /** One number for one field, or two for a pair: [{element, text}], as they are to be written.
+     *  @returns {parts} or {why} not */
+    function partsFor(element, unit, texts) {
+        const pair = unit === 'lb oz' ? fields.pairOf(element) : null;
+        const numbers = pair ? texts['lb oz'].split(' ') : [texts[unit]];
+        const parts = (pair ?? [element]).map((each, index) =>
+            ({element: each, ...fields.fit(numbers[index], each)}));
+        const why = parts.find((part) => part.why)?.why;
+        return why ? {why} : {parts};
+    }
+
+    const words = (parts, unit) => parts.length === 2
+        ? `${parts[0].text} lb ${parts[1].text} oz` : `${parts[0].text} ${unit}`;
+
+    Object.assign(fields, {say, afterPage, write, partsFor, words});
+})();

@@ -1,0 +1,133 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""Pages with fields for a weight that no carrier's names fit. Each notes on its document element the
+events that reached it, by the field's name; a page in a frame tells them to the one around it."""
+
+import itertools
+
+OTHER_SITE = "https://www.market.example"
+
+_visits = itertools.count(73101)
+
+_EVENTS = """
+<script>
+    const {dataset} = document.documentElement;
+    const note = (field, value, type) => {
+        const events = JSON.parse(dataset.events ?? "[]");
+        events.push([field, type]);
+        dataset.events = JSON.stringify(events);
+        dataset.framed = value;
+    };
+    for (const type of ["input", "change"]) {
+        addEventListener(type, (event) => {
+            const [field] = event.composedPath();
+            note(field.name ?? "text", field.value, type);
+            if (parent !== window)
+                parent.postMessage([field.name, field.value, type], "*");
+        }, {capture: true});
+    }
+    addEventListener("message", ({data}) => Array.isArray(data) && note(...data));
+</script>
+"""
+
+
+def _component(mode):
+    return """
+<weight-box></weight-box>
+<script>
+    customElements.define("weight-box", class extends HTMLElement {
+        connectedCallback() {
+            const root = this.attachShadow({mode: "%s"});
+            root.innerHTML = '<label>Crate (kg) <input name="boxed-%s"></label>';
+            window.inner = root.querySelector("input");
+        }
+    });
+</script>""" % (mode, mode)
+
+
+def _framed(source):
+    return f'<iframe src="{source}" width="400" height="80" style="border: 0"></iframe>'
+
+
+# Version 2 has another id, another label and another place for the same field.
+_SHOP = {
+    1: '<form><p><label>Weight in kg <input id="w1" name="shipWeight" placeholder="0.5"></label></p>'
+       '<p><label>Zip <input name="zip"></label></p></form>',
+    2: '<main><div class="new"><h2>Your parcel</h2><label for="parcel-w">Parcel weight in kg</label>'
+       '<div><input id="parcel-w" name="shipWeight" placeholder="0.5"></div></div></main>'
+       '<p><label>Zip <input name="zip"></label></p>',
+}
+
+_LATE = """
+<div id="place"></div>
+<script>
+    setTimeout(() => {
+        place.innerHTML = '<label>Late weight, kg <input name="lateWeight"></label>';
+    }, 700);
+</script>"""
+
+_SINGLE = """
+<nav><button id="toOrders" onclick="show('orders')">Orders</button>
+<button id="toParcel" onclick="show('parcel')">Parcel</button></nav>
+<div id="view"></div>
+<script>
+    const views = {
+        orders: '<p><label>Quantity <input name="quantity"></label></p>',
+        parcel: '<p><label>Weight of parcel (kg) <input name="appWeight"></label></p>',
+    };
+    function show(name) {
+        history.pushState(null, "", "/any/single");
+        document.getElementById("view").innerHTML = views[name];
+    }
+    document.getElementById("view").innerHTML = views.parcel;
+</script>"""
+
+_BODIES = {
+    "shop": lambda version: _SHOP[version],
+    "pair": lambda _: '<p>Weight <input name="pounds" size="4"> lbs <input name="ounces" size="4"> oz</p>',
+    "open": lambda _: _component("open"),
+    "closed": lambda _: _component("closed"),
+    "framed": lambda _: _framed("/any/inner"),
+    "framed-other": lambda _: _framed(f"{OTHER_SITE}/any/inner"),
+    "inner": lambda _: '<label>Framed weight (kg) <input name="framedWeight" style="position: absolute;'
+                       ' left: 10px; top: 10px; width: 200px; height: 40px"></label>',
+    "editable": lambda _: '<div contenteditable id="text">Weight:</div>',
+    "number": lambda _: '<label>Weight (lb) <input name="stepped" type="number" min="0" max="70"'
+                        ' step="0.1"></label><label>Letter (g) <input name="small" type="number"'
+                        ' max="50"></label>',
+    "german": lambda _: '<label>Gewicht (lb) <input name="gewicht"></label>'
+                        '<p><label>Kurz (lb) <input name="kurz" maxlength="4"></label></p>',
+    "renamed": lambda _: '<label>Weight (kg) <input name="renamedWeight"'
+                         f' id="field-{next(_visits)}"></label>',
+    "similar": lambda _: '<p><label>Weight <input></label></p><p><label>Weight <input></label></p>',
+    "similar-later": lambda version: "".join(
+        f'<p><label>Gross <input name="{"gross" if version == 1 else f"brut{number}"}"></label></p>'
+        for number in range(version)),
+    "units": lambda _: '<p><label>Mass <input name="listed"></label> <select name="unit">'
+                       '<option value="LBS">lb</option><option value="KGS" selected>kg</option></select>'
+                       '</p><div><input name="suffixed"><span>oz</span></div>'
+                       '<p><input name="held" placeholder="grams"></p>'
+                       '<p><label>Plain <input name="plain"></label></p>'
+                       '<p><label>Plain 2 <input name="ship_weight_lbs"></label></p>',
+    "never": lambda _: '<p><label>C <input name="card" autocomplete="billing cc-number"></label></p>'
+                       '<p><label>R <input name="fixed" readonly></label></p>'
+                       '<p><label>D <input name="date" type="date"></label></p>'
+                       '<p><label>E <input name="mail" type="email"></label></p>'
+                       # The last, as a browser's list of passwords covers what is below.
+                       '<p><label>P <input name="password" type="password"></label></p>',
+    "late": lambda _: _LATE,
+    "single": lambda _: _SINGLE,
+}
+
+NAMES = tuple(_BODIES)
+
+
+def page(path, query):
+    """The document, None if there is no such page: /any/NAME?version=2"""
+    name = path.removeprefix("/any/")
+    if path != f"/any/{name}" or name not in _BODIES:
+        return None
+    version = int(query.get("version", ["1"])[0])
+    language = "de" if name == "german" else "en"
+    return (f'<!doctype html><html lang="{language}"><head><meta charset="utf-8"><title>{name}</title>'
+            f"</head><body>{_EVENTS}{_BODIES[name](version)}</body></html>")

@@ -1,0 +1,100 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What a person's hands do in a browser's window: the pointer, the keys, the menus, the questions that
+the browser asks. All of it goes through the X server, as from a mouse and a keyboard."""
+
+import contextlib
+
+from waiting import wait_until
+
+PUT_KEYS = {"chromium": "alt+w", "firefox": "alt+shift+w"}
+PUT_ITEM, ALWAYS_ITEM = 0, 1
+
+_FRAME = "document.querySelector('iframe')"
+INSIDE_FRAME = 60, 25  # where the pages have the field
+
+_ALLOWED = {}  # sites by profile
+
+_PLACE = """(({element, dx, dy}) => {
+    element.scrollIntoView({block: "center"});
+    const {x, y, width, height} = element.getBoundingClientRect();
+    const left = window.mozInnerScreenX ?? screenX + (outerWidth - innerWidth) / 2;
+    const top = window.mozInnerScreenY ?? screenY + outerHeight - innerHeight;
+    return [left + x + (dx ?? width / 2), top + y + (dy ?? height / 2)].map(Math.round);
+})({element: %s, dx: %s, dy: %s})"""
+
+
+class Hands:
+    def __init__(self, session, browser):
+        self._session = session
+        self._browser = browser
+        self._allowed = _ALLOWED.setdefault(browser.home, set())
+
+    def click(self, page, element, button=1, inside=("null", "null")):
+        """@param element a script's expression for it
+        @param inside of a frame: where in it, from its left upper corner"""
+        x, y = page.evaluate(_PLACE % (element, *inside))
+        self._session.output_of("xdotool", "mousemove", str(x), str(y), "click", str(button))
+
+    def focus(self, page, element):
+        """A page that has just come takes no click at first."""
+        def click():
+            self.click(page, element)
+            return page.evaluate(f"{element}.getRootNode().activeElement === {element}"
+                                 " && document.hasFocus()")
+        wait_until(click, f"the cursor in {element}")
+
+    def focus_frame(self, page):
+        """The field in the page's frame. A frame that has just come takes no click at first."""
+        def click():
+            self.click(page, _FRAME, inside=INSIDE_FRAME)
+            return page.evaluate("document.activeElement.localName") == "iframe"
+        wait_until(click, "the cursor in the frame")
+
+    def press(self, keys):
+        self._session.output_of("xdotool", "key", keys)
+
+    def press_put_key(self):
+        self.press(PUT_KEYS[self._browser.name])
+
+    def choose(self, page, element, item, inside=("null", "null")):
+        """In the menu of a field. @param item one of those above"""
+        with self.menu(page, element, item, inside):
+            pass
+
+    @contextlib.contextmanager
+    def menu(self, page, element, item, inside=("null", "null")):
+        """The same; while the menu is open with the item, the caller goes on."""
+        before = self._windows()
+        self.click(page, element, button=3, inside=inside)
+        menu = wait_until(lambda: self._windows() - before, "the menu")
+        # The extension's items are in a menu of their own, which is the last but for Chromium's
+        # "Inspect".
+        for _ in range(2 if self._browser.name == "chromium" else 1):
+            self.press("Up")
+        self.press("Right")
+        wait_until(lambda: self._windows() - before - menu, "the extension's items")
+        for _ in range(item):
+            self.press("Down")
+        yield
+        self.press("Return")
+        wait_until(lambda: not (self._windows() & menu), "the menu closed")
+
+    def always(self, page, element, site, inside=("null", "null")):
+        """Chooses that item, and lets the extension into the site if the browser asks."""
+        # Chromium lets it in again where it was before, though that was given back.
+        if site in self._allowed:
+            self.choose(page, element, ALWAYS_ITEM, inside)
+        else:
+            self._browser.act_and_allow(lambda: self.choose(page, element, ALWAYS_ITEM, inside))
+        self._allowed.add(site)
+
+    def note_given_back(self):
+        """All sites."""
+        if self._browser.name == "firefox":
+            self._allowed.clear()
+
+    def _windows(self):
+        return set(self._session.output_of(
+            "bash", "-c", "xwininfo -root -children | grep -o '^ *0x[0-9a-f]*' | while read -r w; do"
+            " xwininfo -id $w | grep -q IsViewable && echo $w; done; true").split())

@@ -1,0 +1,82 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""The program's end of the browser link, for a reading in whatever state. It notes all that is said,
+either way."""
+
+import os
+import pathlib
+import select
+import socket
+import threading
+
+from message_stream import MessageStream
+from program_stand_in import PROTOCOL
+from waiting import PATIENCE, wait_until
+
+# Of 1000 g.
+TEXTS = {"lb": "2.205", "oz": "35.27", "kg": "1", "g": "1000", "lb oz": "2 4"}
+
+_RHYTHM = 0.3  # seconds between two readings
+
+
+class WeightStandIn:
+    def __init__(self, session, state="settled", texts=None, unit="lb"):
+        self.answer = {"state": state, "texts": texts or TEXTS, "unit": unit, "age": 5}
+        self.heard = []
+        self.said = []
+        self._path = session.environment["XDG_RUNTIME_DIR"] + "/postal-scale-browser.socket"
+        pathlib.Path(self._path).unlink(missing_ok=True)  # of a program that was killed
+        self._server = socket.socket(socket.AF_UNIX)
+        self._server.bind(self._path)
+        self._server.listen()
+        self._server.settimeout(3 * PATIENCE)
+        self._connection, _ = self._server.accept()
+        self._stream = MessageStream(self._connection)
+        self._send({"hello": {"protocol": PROTOCOL, "version": "9.9"}})
+        self._thread = threading.Thread(target=self._listen, daemon=True)
+        self._thread.start()
+        wait_until(lambda: any("hello" in message for message in self.heard), "the extension")
+
+    def close(self):
+        self._connection.shutdown(socket.SHUT_RDWR)
+        self._thread.join()
+        self._stream.close()
+        self._server.close()
+        os.unlink(self._path)
+
+    def weigh(self, texts):
+        """Each reading leaves, from now on, where it is wanted."""
+        self.answer["texts"] = texts
+
+    def wishes(self):
+        return [message["weight"] for message in self.heard if "weight" in message]
+
+    def wait_until_followed(self):
+        wait_until(self._is_followed,
+                   lambda: f"a field that follows; heard {self.heard}")
+
+    def is_quiet(self, seconds):
+        """Nothing is said for so long."""
+        count = len(self.heard)
+        select.select([], [], [], seconds)
+        return len(self.heard) == count
+
+    def _send(self, message):
+        self.said.append(message)
+        self._stream.send(message)
+
+    def _is_followed(self):
+        return [wish for wish in self.wishes() if wish != "once"][-1:] == ["follow"]
+
+    def _listen(self):
+        try:
+            while True:
+                while not select.select([self._stream], [], [], _RHYTHM)[0]:
+                    if self._is_followed():
+                        self._send({"weight": self.answer | {"news": True}})
+                message = self._stream.receive()
+                self.heard.append(message)
+                if message == {"weight": "once"}:
+                    self._send({"weight": self.answer | {"news": False}})
+        except OSError:
+            pass  # closed, by either side
