@@ -120,7 +120,7 @@ class BrowserLinkTest(CommandLineTest):
 
     def test_an_extension_that_does_not_fit(self):
         self.register()
-        program = self.start("--unplugged")
+        program = self.start("--unplugged", settings=USPS_ONLY)
         self.attach(protocol=PROTOCOL - 1, version="7.0")
         self.expect(program, "!!", "Browser extension 7.0 does not fit this program",
                     "    Install both anew: their versions differ.")
