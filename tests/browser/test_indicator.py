@@ -6,12 +6,10 @@ import harness
 from extension_stand_in import ExtensionStandIn
 from waiting import wait_until
 
-USPS_ONLY = "[defaultValue]\n400=selected\n"
-
 
 class IndicatorTest(harness.DeviceTest):
     def setUp(self):
-        self.program = self.start(settings=USPS_ONLY)
+        self.program = self.start(settings=harness.USPS_ONLY)
 
     def attach(self, **options):
         extension = ExtensionStandIn(self.session, **options)

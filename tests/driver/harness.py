@@ -64,6 +64,9 @@ SLOWED_DOWN = ("faketime", "-f", f"+0 x{1 / SLOWNESS}")
 """A wrapper: what is to happen within two seconds of the program's clock has SLOWNESS times as long,
 so that a busy machine is in time too."""
 
+USPS_ONLY = "[defaultValue]\n400=selected\n"
+"""Settings: with a carrier's option on, the window tells of the browsers."""
+
 
 class Program:
     """One run of the program, with an emulator of its own around it."""

@@ -15,8 +15,6 @@ from waiting import PATIENCE, wait_until
 REGISTER = pathlib.Path(__file__).parents[2] / "browser" / "register"
 HOST = "postal-scale-browser-host"
 
-USPS_ONLY = "[defaultValue]\n400=selected\n"
-
 
 class DoctorTest(CommandLineTest):
     def test_without_a_scale_it_says_how_to_get_one(self):
@@ -109,7 +107,7 @@ class BrowserLinkTest(CommandLineTest):
 
     def test_it_says_what_the_window_says(self):
         self.register()
-        program = self.start("--weight", "1234", settings=USPS_ONLY)
+        program = self.start("--weight", "1234", settings=harness.USPS_ONLY)
         self.expect(program, "--", "No browser linked")
         extension = self.attach()
         self.expect(program, "ok", "Browser linked, waiting for a carrier page")
@@ -120,7 +118,7 @@ class BrowserLinkTest(CommandLineTest):
 
     def test_an_extension_that_does_not_fit(self):
         self.register()
-        program = self.start("--unplugged", settings=USPS_ONLY)
+        program = self.start("--unplugged", settings=harness.USPS_ONLY)
         self.attach(protocol=PROTOCOL - 1, version="7.0")
         self.expect(program, "!!", "Browser extension 7.0 does not fit this program",
                     "    Install both anew: their versions differ.")

@@ -70,7 +70,7 @@ class UnsafeFolderTest(RuntimeFolderTest):
     """Starts find each other in a folder that the toolkit makes, where it can."""
 
     def check(self, said, hides_window=False):
-        program = self.start_here()
+        program = self.start_here(settings=harness.USPS_ONLY)
         wait_until(lambda: program.window.says(f"{NO_LINK}: {said}"), "the reason")
         self.assertEqual(
             program.window.says(f"Later starts do not find this window: {said}"), hides_window)
