@@ -148,7 +148,7 @@ ReportState ReadingReportDelegate::state() const
 
 ReportState ReadingReportDelegate::statedState() const
 {
-    if (m_awaitsAnnouncement || (!m_stated->isConfirmed && !m_takesUnconfirmed))
+    if (m_awaitsAnnouncement || !m_stated->isConfirmed)
         return ReportState::Waiting;
     if (m_stated->statement.status == ScaleStatus::OverLimit)
         return ReportState::Overload;

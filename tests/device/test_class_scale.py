@@ -204,6 +204,13 @@ class SettledOnlyTest(ClassScaleTest, ClipboardTest):
         program.wait_for_reading("1234 grams")
         self.leaves_once(program, "1.234")
 
+    def test_of_a_slow_scale_the_weight_leaves_and_not_the_one_before(self):
+        program = self.start_late("interval class 5000", f"say-first class {GRAMS_1234}",
+                                  f"say class {OUNCES_1_2}")
+        program.wait_for_reading("1234 grams")
+        wait_until(lambda: self.clipboard() != "something else", "a weight on the clipboard")
+        self.assertEqual(self.clipboard(), "0.075")
+
     def test_what_was_weighed_before_does_not_leave(self):
         program = self.start_late(f"say-first class {GRAMS_1234}", f"say class {OUNCES_1_2}")
         self.leaves_once(program, "0.075")

@@ -7,6 +7,7 @@ from command_line import CommandLineTest
 from reading_schema import assert_valid
 
 OUNCES_35_4 = "03040bff6201"
+GRAMS_1234 = "03040200d204"
 FAULT = "03010bff0000"
 
 
@@ -39,6 +40,11 @@ class ClassScaleTest(CommandLineTest):
             with self.subTest(name):
                 report = self.run_with("--print", "--json", prepare=commands).report
                 self.assertEqual((report["text"], report["settled"]), ("35.4 ounces", True))
+
+    def test_a_slow_scale_s_weighing_before(self):
+        result = self.run_with("--print", prepare=["interval class 5000",
+                                                   f"say-first class {GRAMS_1234}"])
+        self.assertEqual((result.status, result.output), (0, "35.4 ounces\n"))
 
     def test_nothing_at_all(self):
         result = self.run_with("--print", prepare=["interval class 0"])
