@@ -38,6 +38,7 @@ private:
     enum class Drawn { Nothing, Weight, Blank, Overload };
 
     ReadingReport reportOf(ReportState state) const;
+    void nameScale(ReadingReport &report) const;
     ReportState state() const;
     ReportState stateOfReadings() const;
     ReportState statedState() const;

@@ -6,6 +6,7 @@
 #include "base/NumberText.h"
 #include "export/ExportState.h"
 #include "lcd/Panel.h"
+#include "lcd/StatedContents.h"
 #include "scale/HIDManager.h"
 #include "scale/ScaleLink.h"
 #include "scale/ScaleSession.h"
@@ -38,6 +39,7 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_canTare = true;
     m_isConfirmed = true;
     m_sendsByItself = false;
+    m_stated.reset();
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
         m_weight.missReport();
@@ -65,6 +67,9 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
     m_canTare = reading.canTare;
     m_isConfirmed = reading.isConfirmed;
     m_sendsByItself = true;
+    m_stated.reset();
+    if (statement.isWeighed())
+        m_stated = statedWeight(statement);
     m_pan = statedPanReading(statement);
     if (m_pan == PanReading::Missed) {
         m_weight.missReport();
@@ -174,6 +179,7 @@ void ParcelWatch::loseScale()
     m_weight.loseScale();
     m_leaves = false;
     m_isRead = false;
+    m_stated.reset();
     m_pan = PanReading::None;
     m_sinceWeighed.invalidate();
     m_isMarkedOld = false;
@@ -192,6 +198,12 @@ LeavingTexts ParcelWatch::texts() const
             .ounces = web.ounces,
             .grams = web.basic,
             .decimalPounds = web.decimalPounds};
+}
+
+std::optional<ShownWeight> ParcelWatch::shown() const
+{
+    const PanelContents &contents = m_around.panel.contents();
+    return contents.words.isEmpty() ? shownWeight(contents) : m_stated;
 }
 
 bool ParcelWatch::lets(Destination destination) const
@@ -288,7 +300,7 @@ ReadingNotes ParcelWatch::notes() const
     notes.settledOnly = m_settledOnly;
     notes.leaving = {.texts = texts(),
                      .grams = m_grams,
-                     .shown = shownWeight(m_around.panel.contents()),
+                     .shown = shown(),
                      .toClipboard = m_places.clipboard,
                      .toUsps = m_places.usps,
                      .toUps = m_places.ups,

@@ -306,7 +306,7 @@ bool PointOfSaleLink::makeTexts(const ScaleReading &reading)
     const ScaleStatement &shown = reading.statement;
     m_form.form = exportForm(shown.unit);
     const auto rounding = m_roundsUp() ? ExportRounding::UpToWhole : ExportRounding::AsRead;
-    const bool leaves = reading.isConfirmed && shown.isWeighed();
+    const bool leaves = reading.isConfirmed && shown.isSound();
     const auto text = leaves ? exportText(shown, m_form.form, rounding) : std::nullopt;
     m_texts = text ? webStrings(shown).value_or(WebStrings()) : WebStrings();
     delegate()->setExportLabelText(text.value_or(QString()));
