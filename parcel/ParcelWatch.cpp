@@ -89,9 +89,11 @@ void ParcelWatch::settleStated(const ScaleReading &reading, bool hasTexts)
 {
     const bool wasSettled = m_weight.state() == SettledWeight::State::Settled;
     settle(m_weight.takeStated(reading.statement, hasTexts));
-    // What cannot leave settles all the same.
-    if (!hasTexts && !wasSettled)
-        m_settledSince = QDateTime::currentDateTime();
+    // What cannot leave settles all the same, and is counted.
+    if (hasTexts || wasSettled)
+        return;
+    m_settledSince = QDateTime::currentDateTime();
+    ++m_parcels;
 }
 
 void ParcelWatch::beginReading()
