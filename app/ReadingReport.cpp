@@ -94,7 +94,7 @@ QJsonObject ReadingReport::toJson() const
         object.insert(QStringLiteral("device"), device);
     if (shown) {
         object.insert(QStringLiteral("weight"), shown->weight);
-        object.insert(QStringLiteral("unit"), shown->unit);
+        object.insert(QStringLiteral("unit"), textOrNull(shown->unit));
         object.insert(QStringLiteral("sign"),
                       std::signbit(shown->weight) ? QStringLiteral("-") : QStringLiteral("+"));
     }

@@ -30,7 +30,8 @@ struct ReadingReport
     ReportState state = ReportState::Waiting;
     QString words; ///< the panel read out, or why there is no reading
     std::optional<ShownWeight> shown;
-    std::optional<double> grams; ///< a binary scale's are rounded to 100
+    std::optional<double>
+        grams; ///< a binary scale's are rounded to 100; nothing of what is no weight
     QString model;
     std::optional<bool> settled; ///< of a reading alone
     QString settledSince;        ///< ISO 8601; empty unless it is settled

@@ -4,8 +4,8 @@
 #include "app/ReadingReportDelegate.h"
 
 #include "lcd/ReadingWords.h"
+#include "lcd/StatedContents.h"
 #include "scale/pointofsale/ScaleSearch.h"
-#include "scale/pointofsale/UnitNames.h"
 
 namespace {
 
@@ -30,16 +30,6 @@ void addNotes(ReadingReport &report, const ReadingNotes &notes)
     report.exported = notes.leaving.texts.exported;
     report.exportUnit = exportUnit(notes.leaving.texts.form);
     report.leaves = notes.leaves();
-}
-
-/// What the panel tells in words alone is a number all the same.
-std::optional<ShownWeight> statedWeight(const ScaleReading &reading, const PanelContents &shown)
-{
-    if (const auto weight = shownWeight(shown))
-        return weight;
-    const ScaleStatement &statement = reading.statement;
-    const double number = (magnitudeText(statement.number)).toDouble();
-    return ShownWeight{statement.number.isNegative ? -number : number, unitSymbol(statement.unit)};
 }
 
 } // namespace
@@ -114,25 +104,43 @@ ReadingReport ReadingReportDelegate::followedReport() const
 ReadingReport ReadingReportDelegate::reportOf(ReportState state) const
 {
     ReadingReport report = ReadingReport::of(state);
-    report.device = scaleName();
-    report.model =
-        selectedModelName().isEmpty() ? optionButton->currentText() : selectedModelName();
-    if (report.state == ReportState::NoAnswer)
+    nameScale(report);
+    if (report.state == ReportState::NoAnswer) {
         report.age = ageOf(parcel().notes());
+        if (!report.device.isEmpty())
+            report.words = link().silenceText();
+    }
+    if (report.state == ReportState::NotReady)
+        report.words = statedNotice(*m_stated);
     if (report.state != ReportState::Weight)
         return report;
     const PanelContents &shown = panel().announced();
     report.words = readingWords(shown);
-    report.shown = m_stated ? statedWeight(*m_stated, shown) : shownWeight(shown);
+    report.shown = shownWeight(shown);
+    // What the panel tells in words alone is a number all the same.
+    if (!report.shown && m_stated)
+        report.shown = statedWeight(m_stated->statement);
     if (!report.shown)
         return ReadingReport::of(ReportState::Waiting);
     const QString basic = link().webTexts().basic;
+    const bool isBelow =
+        m_stated ? m_stated->statement.number.isNegative : panel().contents().minus;
     if (!basic.isEmpty())
-        report.grams = panel().contents().minus ? -basic.toDouble() : basic.toDouble();
+        report.grams = isBelow ? -basic.toDouble() : basic.toDouble();
     if (panel().contents().hold)
         report.state = ReportState::Hold;
     addNotes(report, parcel().notes());
     return report;
+}
+
+/// A model is chosen for a scale that does not name itself.
+void ReadingReportDelegate::nameScale(ReadingReport &report) const
+{
+    report.device = scaleName();
+    if (!report.device.isEmpty())
+        return;
+    report.model =
+        selectedModelName().isEmpty() ? optionButton->currentText() : selectedModelName();
 }
 
 ReportState ReadingReportDelegate::state() const
@@ -148,7 +156,7 @@ ReportState ReadingReportDelegate::state() const
 
 ReportState ReadingReportDelegate::statedState() const
 {
-    if (m_awaitsAnnouncement || (!m_stated->isConfirmed && !m_takesUnconfirmed))
+    if (m_awaitsAnnouncement || !m_stated->isConfirmed)
         return ReportState::Waiting;
     if (m_stated->statement.status == ScaleStatus::OverLimit)
         return ReportState::Overload;

@@ -22,8 +22,6 @@ public:
     ReadingReport readingReport() const;
     /// The same for those who ask at each reading: the machine's devices are not listed for it.
     ReadingReport followedReport() const;
-    /// From here on, what may be of the weighing before is told too: nothing better has come.
-    void takeUnconfirmed() { m_takesUnconfirmed = true; }
 
     void setStatusString(bool connected) override;
     void Draw5Digit(qint64 nValue) override;
@@ -40,12 +38,12 @@ private:
     enum class Drawn { Nothing, Weight, Blank, Overload };
 
     ReadingReport reportOf(ReportState state) const;
+    void nameScale(ReadingReport &report) const;
     ReportState state() const;
     ReportState stateOfReadings() const;
     ReportState statedState() const;
 
     std::optional<ScaleReading> m_stated; ///< of a scale that tells number and unit itself
-    bool m_takesUnconfirmed = false;
     Drawn m_latest = Drawn::Nothing;
     Drawn m_beforeLatest = Drawn::Nothing;
     int m_readings = 0; ///< since the scale was attached

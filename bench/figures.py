@@ -188,7 +188,7 @@ def growth(_session):
 def instructions(_session):
     counts = poll_instructions.measure(binary("poll-cost"))
     return [Figure(f"instructions per poll: {name}", None, "", Samples([count, count]),
-                   "guarded by ./check within 5 %") for name, count in counts.items()]
+                   "guarded by ./check within 2 %") for name, count in counts.items()]
 
 
 ALL = {each.__name__: each

@@ -17,7 +17,7 @@ import tempfile
 
 RECORD = pathlib.Path(__file__).with_name("instructions.txt")
 POLLS = 50
-TOLERANCE = 0.05
+TOLERANCE = 0.02
 
 # The same code on every processor: neither the C library nor the toolkit picks variants of its own.
 PLAIN_PROCESSOR = {

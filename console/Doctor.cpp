@@ -48,9 +48,10 @@ Finding node(const DoctorFacts &facts)
                 ? QStringLiteral("Scale found at %1").arg(facts.node.path)
                 : QStringLiteral("Scale found at %1: %2").arg(facts.node.path, facts.scaleName));
     return trouble(
-        identity(QStringLiteral("No scale (USB id %1:%2)")),
-        identity(QStringLiteral("Plug it in. If it is, try another cable or socket until "
-                                "\"lsusb -d %1:%2\" lists it.")));
+        identity(QStringLiteral("No scale: none with the USB id %1:%2, and none of the USB class "
+                                "for points of sale")),
+        QStringLiteral("Plug it in. If it is, try another cable or socket until \"lsusb\" lists "
+                       "it."));
 }
 
 QString permissionCure(const DoctorFacts &facts)
@@ -96,8 +97,12 @@ Finding holders(const DoctorFacts &facts)
 {
     if (facts.otherHolders.isEmpty())
         return good(QStringLiteral("No other program has the scale open"));
+    const QString holders = facts.otherHolders.join(QStringLiteral(", "));
+    // One that sends by itself sends to each of them.
+    if (!facts.scaleName.isEmpty())
+        return note(QStringLiteral("Also open in %1, which takes nothing away").arg(holders));
     return trouble(
-        QStringLiteral("Also open in %1").arg(facts.otherHolders.join(QStringLiteral(", "))),
+        QStringLiteral("Also open in %1").arg(holders),
         QStringLiteral("End it: two programs that read a scale take each other's answers."));
 }
 

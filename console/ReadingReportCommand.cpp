@@ -6,6 +6,7 @@
 #include "app/Application.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
+#include "scale/pointofsale/ReportRhythm.h"
 #include "scale/pointofsale/ScaleSearch.h"
 
 #include <QEventLoop>
@@ -22,8 +23,9 @@ namespace {
 
 /// Fifteen readings.
 constexpr auto answerPatience = 6000ms;
-/// Of a scale that sends by itself: some do every few seconds, and the first time may not count.
-constexpr auto listeningPatience = 10000ms;
+/// Of a scale that sends by itself: what comes first counts once another report has come or none is
+/// to be waited for any more.
+constexpr auto listeningPatience = 2 * ReportRhythm::patience + 1000ms;
 constexpr auto answerInterval = 100ms;
 
 void write(const ReadingReport &report, ReportFormat format)
@@ -36,10 +38,12 @@ void write(const ReadingReport &report, ReportFormat format)
         std::fprintf(stderr, "%s\n", qPrintable(report.words));
 }
 
-/// Nothing certain has come from the scale, or its answer is late.
+/// Nothing certain has come from the scale, or its answer is late. One that sends by itself has
+/// been waited for when it is said not to answer.
 bool isComing(const ReadingReport &report)
 {
-    return report.state == ReportState::Waiting || report.state == ReportState::NoAnswer;
+    return report.state == ReportState::Waiting ||
+           (report.state == ReportState::NoAnswer && report.device.isEmpty());
 }
 
 /// In the beginning the event loop has not attached the scale yet.
@@ -95,8 +99,6 @@ ReadingReport ReadingReportCommand::fromScale(const QString &infoFile)
     ReadingReport report;
     QEventLoop readings;
     const auto look = [&] {
-        if (m_deadline.hasExpired())
-            m_application.delegate()->takeUnconfirmed();
         report = m_application.delegate()->readingReport();
         if (isFinal(report) || m_deadline.hasExpired())
             readings.quit();

@@ -11,7 +11,7 @@
 struct ShownWeight
 {
     double weight = 0; ///< pounds where pounds and ounces are shown
-    QString unit;      ///< "g", "kg", "oz", "lb" or "lb oz"
+    QString unit;      ///< "g", "kg", "oz", "lb", "lb oz" or that of a scale which tells its own
 
     bool operator==(const ShownWeight &) const = default;
 };

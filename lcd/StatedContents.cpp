@@ -148,6 +148,12 @@ PanelContents statedContents(const ScaleReading &reading)
     return panel;
 }
 
+ShownWeight statedWeight(const ScaleStatement &statement)
+{
+    const double number = magnitudeText(statement.number).toDouble();
+    return {statement.number.isNegative ? -number : number, unitSymbol(statement.unit)};
+}
+
 namespace {
 
 QString contentsNotice(const ScaleReading &reading)

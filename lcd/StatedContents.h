@@ -4,6 +4,7 @@
 #pragma once
 
 #include "lcd/PanelContents.h"
+#include "lcd/ShownWeight.h"
 #include "scale/pointofsale/ScaleReading.h"
 
 #include <QString>
@@ -12,6 +13,10 @@
 /// last decimal. What has no room on the digits, or no picture, is in words instead; nothing is
 /// ever cut off.
 PanelContents statedContents(const ScaleReading &reading);
+
+/// The number and the unit that are told, whether the digits show them or words do. The unit is
+/// empty where the scale names none.
+ShownWeight statedWeight(const ScaleStatement &statement);
 
 /// What is to be said beside the panel, and what helps; empty where the panel shows it all.
 QString statedNotice(const ScaleReading &reading);

@@ -6,6 +6,7 @@
 #include "base/NumberText.h"
 #include "export/ExportState.h"
 #include "lcd/Panel.h"
+#include "lcd/StatedContents.h"
 #include "scale/HIDManager.h"
 #include "scale/ScaleLink.h"
 #include "scale/ScaleSession.h"
@@ -39,6 +40,7 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_isConfirmed = true;
     m_sendsByItself = false;
     m_statement.reset();
+    m_stated.reset();
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
         m_weight.missReport();
@@ -69,6 +71,9 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
     m_canTare = reading.canTare;
     m_isConfirmed = reading.isConfirmed;
     m_sendsByItself = true;
+    m_stated.reset();
+    if (statement.isWeighed())
+        m_stated = statedWeight(statement);
     m_pan = statedPanReading(statement);
     m_statement = statement;
     if (m_pan == PanReading::Missed) {
@@ -89,9 +94,11 @@ void ParcelWatch::settleStated(const ScaleReading &reading, bool hasTexts)
 {
     const bool wasSettled = m_weight.state() == SettledWeight::State::Settled;
     settle(m_weight.takeStated(reading.statement, hasTexts));
-    // What cannot leave settles all the same.
-    if (!hasTexts && !wasSettled)
-        m_settledSince = QDateTime::currentDateTime();
+    // What cannot leave settles all the same, and is counted.
+    if (hasTexts || wasSettled)
+        return;
+    m_settledSince = QDateTime::currentDateTime();
+    ++m_parcels;
 }
 
 void ParcelWatch::beginReading()
@@ -179,6 +186,7 @@ void ParcelWatch::loseScale()
     m_weight.loseScale();
     m_leaves = false;
     m_isRead = false;
+    m_stated.reset();
     m_pan = PanReading::None;
     m_statement.reset();
     m_sinceWeighed.invalidate();
@@ -198,6 +206,12 @@ LeavingTexts ParcelWatch::texts() const
             .ounces = web.ounces,
             .grams = web.basic,
             .decimalPounds = web.decimalPounds};
+}
+
+std::optional<ShownWeight> ParcelWatch::shown() const
+{
+    const PanelContents &contents = m_around.panel.contents();
+    return contents.words.isEmpty() ? shownWeight(contents) : m_stated;
 }
 
 bool ParcelWatch::lets(Destination destination) const
@@ -302,7 +316,7 @@ ReadingNotes ParcelWatch::notes() const
     notes.settledOnly = m_settledOnly;
     notes.leaving = {.texts = texts(),
                      .grams = m_grams,
-                     .shown = shownWeight(m_around.panel.contents()),
+                     .shown = shown(),
                      .toClipboard = m_places.clipboard,
                      .toUsps = m_places.usps,
                      .toUps = m_places.ups,

@@ -116,6 +116,8 @@ private:
     /// Whatever its age: the scale would have said if it were no longer so.
     bool isStillValid() const;
     LeavingTexts texts() const;
+    /// What the panel shows; nothing where that is no weight.
+    std::optional<ShownWeight> shown() const;
     std::optional<RecentWeight> presentParcel() const;
     /// The newest of the recent weights lies on the pan, as far as the reports tell.
     bool hasPresentParcel() const;
@@ -136,9 +138,10 @@ private:
     bool m_fillIsOfLatest = false; ///< what pages were last filled with is the newest parcel
     bool m_isSilent = false;
     bool m_canTare = true;
-    bool m_isConfirmed = true;    ///< the latest reading
-    bool m_sendsByItself = false; ///< the scale: what it has said is so until it says more
-    bool m_isRead = false;        ///< since the scale was plugged in
+    bool m_isConfirmed = true;           ///< the latest reading
+    bool m_sendsByItself = false;        ///< the scale: what it has said is so until it says more
+    bool m_isRead = false;               ///< since the scale was plugged in
+    std::optional<ShownWeight> m_stated; ///< by a scale that tells number and unit itself
     PanReading m_pan = PanReading::None;
     double m_grams = 0;
     std::optional<ScaleStatement> m_statement; ///< of the latest reading; none: no weight

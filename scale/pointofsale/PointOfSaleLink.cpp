@@ -18,9 +18,14 @@ using std::chrono::milliseconds;
 
 namespace {
 
-/// The kernel keeps no more of them for one reader; a scale that is quicker than the reading of
-/// them does not hold the program.
+/// The kernel keeps so many of them for one reader, and drops what comes after them.
+constexpr int mostKept = 63;
+
+/// A scale that is quicker than the reading of its reports does not hold the program.
 constexpr int mostReports = 64;
+
+/// What came within it is of now, though later reports are lost.
+constexpr auto presentTime = 1s;
 
 /// Between two tries to open a scale that does not work. Each that succeeds holds the program for
 /// the 50 ms that the kernel waits in it.
@@ -87,6 +92,7 @@ void PointOfSaleLink::use(OpenedScale opened)
         m_sinceOpen.invalidate();
     forgetReadings();
     m_rhythm.begin();
+    m_sinceListen.start();
     if (!m_trouble.isEmpty())
         logLine(m_trouble);
     tellTrouble();
@@ -236,8 +242,9 @@ bool PointOfSaleLink::takeReport(std::span<const std::uint8_t> report)
 bool PointOfSaleLink::listen()
 {
     bool isNew = false;
+    int count = 0;
     std::array<std::uint8_t, 256> buffer{};
-    for (int i = 0; m_connection && i < mostReports; ++i) {
+    while (m_connection && count < mostReports) {
         const auto received = m_connection->read(buffer, 0ms);
         if (!received)
             break;
@@ -245,10 +252,14 @@ bool PointOfSaleLink::listen()
             giveConnectionUp();
             break;
         }
+        ++count;
         m_failures = 0;
         if (takeReport(std::span(buffer).first(static_cast<std::size_t>(*received))))
             isNew = true;
     }
+    if (count >= mostKept && milliseconds(m_sinceListen.elapsed()) >= presentTime)
+        m_rhythm.doubt();
+    m_sinceListen.start();
     return isNew;
 }
 
@@ -295,7 +306,7 @@ bool PointOfSaleLink::makeTexts(const ScaleReading &reading)
     const ScaleStatement &shown = reading.statement;
     m_form.form = exportForm(shown.unit);
     const auto rounding = m_roundsUp() ? ExportRounding::UpToWhole : ExportRounding::AsRead;
-    const bool leaves = reading.isConfirmed && shown.isWeighed();
+    const bool leaves = reading.isConfirmed && shown.isSound();
     const auto text = leaves ? exportText(shown, m_form.form, rounding) : std::nullopt;
     m_texts = text ? webStrings(shown).value_or(WebStrings()) : WebStrings();
     delegate()->setExportLabelText(text.value_or(QString()));

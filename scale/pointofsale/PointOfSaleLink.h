@@ -78,6 +78,7 @@ private:
     std::function<bool()> m_roundsUp;
     std::optional<FoundScale> m_scale;
     std::unique_ptr<HidConnection> m_connection; ///< null while it cannot be opened or read
+    QElapsedTimer m_sinceListen;                 ///< or since it was opened
     QElapsedTimer m_sinceOpen; ///< since it was tried last; invalid where that was not permitted
     QString m_trouble;
     QString m_besides;

@@ -21,6 +21,7 @@ constexpr std::uint8_t unitCount = 12;
 constexpr std::uint8_t statusCount = 8;
 
 constexpr unsigned widestField = 32;
+constexpr unsigned byteSize = 8;
 
 /// A scale has one or two of them, or a flag for each number.
 constexpr std::size_t mostSelectors = 16;
@@ -47,6 +48,13 @@ bool isOfGroup(const DeclaredFields &fields, std::uint32_t group, std::uint8_t l
 std::uint32_t usageAt(const DeclaredFields &fields, std::size_t place)
 {
     return fields.usages.at(std::min(place, fields.usages.size() - 1));
+}
+
+/// The minimum may be one that was declared for a field before, which has less bits.
+bool hasSign(const DeclaredFields &fields)
+{
+    const std::int64_t lowest = -(std::int64_t{1} << (fields.size - 1));
+    return fields.logicalMinimum == lowest || fields.logicalMinimum == lowest + 1;
 }
 
 ReportField fieldAt(const DeclaredFields &fields, std::size_t place)
@@ -91,6 +99,32 @@ void addSelectors(std::vector<SelectorField> &selectors, const DeclaredFields &f
         selector.flagOf = number;
         selectors.push_back(selector);
     }
+}
+
+bool doMeet(const ReportField &one, const ReportField &other)
+{
+    return one.bit < other.bit + other.size && other.bit < one.bit + one.size;
+}
+
+/// A scale of the class's own layout that declares unit or exponent as something else has them in
+/// their places all the same.
+void addUndeclared(ScaleLayout &layout)
+{
+    const ScaleLayout usual = ScaleLayout::ofClass();
+    const bool isUsual = layout.dataReport == usual.dataReport &&
+                         layout.status.front().field.bit == usual.status.front().field.bit &&
+                         layout.weight.bit == usual.weight.bit &&
+                         layout.weight.size == usual.weight.size;
+    if (!isUsual)
+        return;
+    const auto isInPlaceOfExponent = [&](const SelectorField &selector) {
+        return doMeet(selector.field, *usual.exponent);
+    };
+    if (!layout.exponent &&
+        std::none_of(layout.unit.begin(), layout.unit.end(), isInPlaceOfExponent))
+        layout.exponent = usual.exponent;
+    if (layout.unit.empty() && !doMeet(*layout.exponent, usual.unit.front().field))
+        layout.unit = usual.unit;
 }
 
 std::size_t bytesFor(std::size_t bits)
@@ -140,6 +174,7 @@ public:
             return input.hasWeight && !input.layout.status.empty();
         });
         ScaleLayout found = data == m_inputs.end() ? ScaleLayout::ofClass() : data->layout;
+        addUndeclared(found);
         found.dataBytes = bytesFor(endOf(found));
         found.zero = m_zero;
         return found;
@@ -174,13 +209,27 @@ private:
             return;
         for (unsigned place = 0; place < fields.count; ++place) {
             const std::uint32_t usage = usageAt(fields, place);
-            if (usage == dataWeight && !input.hasWeight) {
-                input.layout.weight = fieldAt(fields, place);
-                input.hasWeight = true;
+            if (usage == dataWeight) {
+                takeWeight(input, fields, place);
             } else if (usage == dataScaling && !input.layout.exponent) {
                 input.layout.exponent = fieldAt(fields, place);
             }
         }
+    }
+
+    /// Some declare a field for each of its bytes.
+    static void takeWeight(Input &input, const DeclaredFields &fields, std::size_t place)
+    {
+        ReportField field = fieldAt(fields, place);
+        field.isSigned = hasSign(fields);
+        ReportField &weight = input.layout.weight;
+        const bool isNextByte =
+            weight.size == byteSize && field.size == byteSize && field.bit == weight.bit + byteSize;
+        if (!input.hasWeight)
+            weight = field;
+        else if (isNextByte)
+            weight.size += byteSize;
+        input.hasWeight = true;
     }
 
     void takeOutput(const DeclaredFields &fields)

@@ -36,7 +36,7 @@ void ReportRhythm::take(const ScaleStatement &statement)
 
 bool ReportRhythm::isConfirmed() const
 {
-    return m_latest && (!m_isFirst || sinceReport() >= confirmation);
+    return m_latest && (!m_isFirst || (sinceReport() >= patience && !isSilent()));
 }
 
 bool ReportRhythm::isSilent() const

@@ -14,16 +14,19 @@
 class ReportRhythm
 {
 public:
-    /// Without a report for so long nothing is known of what comes next: it may be of another time.
+    /// The longest time between two reports that a scale is given. Without one for so long nothing
+    /// is known of what comes next: it may be of another time. And what comes first, with nothing
+    /// behind it for so long, is what the scale has to say.
     static constexpr std::chrono::milliseconds patience{10000};
-    /// A report that no other one follows for so long is taken for what the scale has to say.
-    static constexpr std::chrono::milliseconds confirmation{3000};
 
     /// From here on reports are waited for.
     void begin();
     void take(const ScaleStatement &statement);
+    /// Newer reports than the latest one are lost: it counts as the first one of a row.
+    void doubt() { m_isFirst = true; }
 
-    /// The latest report is of now: the first one of a row may be of the weighing before.
+    /// The latest report is of now: the first one of a row may be of the weighing before. Silence
+    /// speaks for it only where the scale may be silent.
     bool isConfirmed() const;
     /// A report should have come and has not: of a scale that repeats itself, of one whose load was
     /// in motion, and of one that has sent nothing at all.

@@ -52,6 +52,11 @@ struct ScaleStatement
         return status == ScaleStatus::StableAtZero || status == ScaleStatus::InMotion ||
                status == ScaleStatus::Stable || status == ScaleStatus::UnderZero;
     }
+    /// And status and number do not contradict each other, so that it may leave.
+    bool isSound() const
+    {
+        return isWeighed() && (status != ScaleStatus::StableAtZero || number.isZero());
+    }
     /// Above zero and at rest, by the scale's own word.
     bool isSettled() const
     {

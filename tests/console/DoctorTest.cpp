@@ -165,6 +165,19 @@ private slots:
         QVERIFY(reportText(findings).contains(finding.cure));
     }
 
+    void anotherProgramTakesNothingFromAScaleThatSendsByItself()
+    {
+        DoctorFacts facts = wellFacts();
+        facts.scaleName = QStringLiteral("One Scale");
+        facts.otherHolders = QStringList{QStringLiteral("weigher (process 42)")};
+        const QList<Finding> findings = diagnose(facts);
+        QCOMPARE(exitStatus(findings), 0);
+        QVERIFY(findings.contains(
+            {.kind = Kind::Note,
+             .text = QStringLiteral("Also open in weigher (process 42), which takes nothing away"),
+             .cure = {}}));
+    }
+
     void onWaylandBothDesktopServicesAreInDoubt()
     {
         DoctorFacts facts = wellFacts();

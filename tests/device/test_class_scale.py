@@ -153,6 +153,11 @@ class WeighingTest(ClassScaleTest):
         program.wait_for_reading("12345 grams")
         self.assertTrue(program.window.says("The scale shows 12345 grams"))
 
+    def test_words_without_their_sign_leave_as_such(self):
+        program = self.start_with("03050200c7cf")
+        program.wait_for_reading("minus 12345 grams")
+        wait_until(lambda: program.window.says("without the minus sign"), "what leaves")
+
     def test_silence(self):
         program = self.start_with(OUNCES_1_2)
         program.wait_for_reading("1.2 ounces")
@@ -203,6 +208,13 @@ class SettledOnlyTest(ClassScaleTest, ClipboardTest):
         program = self.start_late("interval class 0", f"say-first class {GRAMS_1234}")
         program.wait_for_reading("1234 grams")
         self.leaves_once(program, "1.234")
+
+    def test_of_a_slow_scale_the_weight_leaves_and_not_the_one_before(self):
+        program = self.start_late("interval class 5000", f"say-first class {GRAMS_1234}",
+                                  f"say class {OUNCES_1_2}")
+        wait_until(lambda: program.window.reading.startswith("1234 grams"), "what is in doubt")
+        wait_until(lambda: self.clipboard() != "something else", "a weight on the clipboard")
+        self.assertEqual(self.clipboard(), "0.075")
 
     def test_what_was_weighed_before_does_not_leave(self):
         program = self.start_late(f"say-first class {GRAMS_1234}", f"say class {OUNCES_1_2}")

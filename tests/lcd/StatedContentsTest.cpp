@@ -85,6 +85,20 @@ private slots:
                  QStringLiteral("1e-127 grams"));
     }
 
+    /// Also of what the panel has no room or no picture for.
+    void theNumberThatIsTold()
+    {
+        QVERIFY(statedWeight(reading(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1).statement) ==
+                (ShownWeight{1.2, QStringLiteral("oz")}));
+        QVERIFY(
+            statedWeight(reading(ScaleStatus::UnderZero, WeightUnit::Gram, 12345, 0).statement) ==
+            (ShownWeight{-12345, QStringLiteral("g")}));
+        QVERIFY(statedWeight(reading(ScaleStatus::Stable, WeightUnit::Carat, 1, 127).statement) ==
+                (ShownWeight{1e127, QStringLiteral("ct")}));
+        QVERIFY(statedWeight(reading(ScaleStatus::Stable, WeightUnit::Unknown, 12, 0).statement) ==
+                (ShownWeight{12, QString()}));
+    }
+
     void poundsAndOunces()
     {
         for (unsigned tenths = 0; tenths < 16000; tenths += 7) {

@@ -7,6 +7,7 @@ from command_line import CommandLineTest
 from reading_schema import assert_valid
 
 OUNCES_35_4 = "03040bff6201"
+GRAMS_1234 = "03040200d204"
 FAULT = "03010bff0000"
 
 
@@ -30,6 +31,7 @@ class ClassScaleTest(CommandLineTest):
         self.assertEqual(report["grams"], 1003.573)
         self.assertEqual((report["export"], report["exportUnit"]), ("2.2125", "lb"))
         self.assertTrue(report["settled"])
+        self.assertIsNone(report["model"])
 
     def test_scales_that_send_seldom(self):
         for name, commands in {
@@ -40,20 +42,44 @@ class ClassScaleTest(CommandLineTest):
                 report = self.run_with("--print", "--json", prepare=commands).report
                 self.assertEqual((report["text"], report["settled"]), ("35.4 ounces", True))
 
+    def test_a_slow_scale_s_weighing_before(self):
+        result = self.run_with("--print", prepare=["interval class 5000",
+                                                   f"say-first class {GRAMS_1234}"])
+        self.assertEqual((result.status, result.output), (0, "35.4 ounces\n"))
+
     def test_nothing_at_all(self):
         result = self.run_with("--print", prepare=["interval class 0"])
         self.assertEqual((result.status, result.output), (2, ""))
+        self.assertIn("The scale sends nothing yet. Some send only when the weight changes",
+                      result.errors)
 
-    def test_a_unit_without_a_picture(self):
-        report = self.run_with("--print", "--json", report="030404000c00").report
+    def test_what_the_panel_tells_in_words(self):
+        for report, text, weight, unit, sign, grams in (
+                ("030404000c00", "12 carats", 12, "ct", "+", 2.4),
+                ("03050400f4ff", "minus 12 carats", -12, "ct", "-", -2.4),
+                ("030502003930", "minus 12345 grams", -12345, "g", "-", -12345),
+                ("030405000c00", "12 taels", 12, "tael", "+", None),
+                ("030400000c00", "12 in a unit that the scale does not name", 12, None, "+", None),
+                ("0304027f0c00", "12e+127 grams", 12e127, "g", "+", None),
+                ("03040281ffff", "65535e-127 grams", 65535e-127, "g", "+", None)):
+            with self.subTest(text):
+                found = self.run_with("--print", "--json", report=report).report
+                assert_valid(found)
+                self.assertEqual([found[key] for key in ("text", "weight", "unit", "sign", "grams")],
+                                 [text, weight, unit, sign, grams])
+
+    def test_a_zero_that_is_none_does_not_leave(self):
+        report = self.run_with("--print", "--json", report="03020b000c00").report
         assert_valid(report)
-        self.assertEqual((report["text"], report["weight"], report["unit"]), ("12 carats", 12, "ct"))
+        self.assertEqual((report["weight"], report["grams"], report["export"]), (12, None, None))
 
     def test_a_fault(self):
         result = self.run_with("--print", "--json", report=FAULT)
         self.assertEqual(result.status, 2)
         assert_valid(result.report)
         self.assertEqual(result.report["state"], "not-ready")
+        self.assertEqual(result.report["text"],
+                         "The scale has a fault. Switch it off and on, or plug it in again.")
 
     def test_the_described_scale_comes_first(self):
         result = self.run_with("--print", "--json", prepare=["weight 1234", "plug scale"])

@@ -282,6 +282,21 @@ private slots:
         QCOMPARE(world.interface.label, QString());
     }
 
+    void whatIsZeroByItsStatusAloneDoesNotLeave()
+    {
+        ClassScaleWorld world;
+        world.interface.clip = true;
+        world.plugAndBegin();
+        world.first().reports.push_back({3, 2, 11, 0xFF, 12, 0});
+        QVERIFY(!world.other.takeReading());
+        QCOMPARE(world.lastDigits(), 12U);
+        QCOMPARE(world.interface.label, QString());
+        QVERIFY(world.other.webTexts().basic.isNull());
+        world.first().reports.push_back({3, 2, 11, 0xFF, 0, 0});
+        QVERIFY(world.other.takeReading());
+        QCOMPARE(world.interface.clipboard, QStringList{"0"});
+    }
+
     void metricUnitsLeaveAsKilograms()
     {
         ClassScaleWorld world;

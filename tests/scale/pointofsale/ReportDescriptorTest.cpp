@@ -30,6 +30,16 @@ Bytes::iterator placeOf(const Bytes &items, Bytes &descriptor)
     return found;
 }
 
+/// The descriptor of the class with other items in the place of those.
+Bytes withOther(const Bytes &items, const Bytes &others)
+{
+    Bytes descriptor = bytes(classScaleDescriptor);
+    const auto place = placeOf(items, descriptor);
+    const auto rest = descriptor.erase(place, place + static_cast<std::ptrdiff_t>(items.size()));
+    descriptor.insert(rest, others.begin(), others.end());
+    return descriptor;
+}
+
 ScaleStatement readBy(const Bytes &report, const ScaleLayout &layout)
 {
     return readScaleReport(report, layout).value_or(ScaleStatement());
@@ -41,6 +51,8 @@ ScaleStatement statement(ScaleStatus status, WeightUnit unit, unsigned digits, i
 }
 
 } // namespace
+
+Q_DECLARE_METATYPE(Bytes)
 
 /// What the reader makes of the descriptors of scales and of other devices.
 class ReportDescriptorTest : public QObject
@@ -141,6 +153,112 @@ private slots:
         QVERIFY(layout);
         QVERIFY(readBy({3, 4, 11, 0xFF, 12, 0}, *layout) ==
                 statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
+    }
+
+    void aWeightOfTwoBytes_data()
+    {
+        QTest::addColumn<Bytes>("items");
+        QTest::newRow("one field each")
+            << Bytes{0x75, 0x08, 0x09, 0x40, 0x81, 0x02, 0x09, 0x40, 0x81, 0x02};
+        QTest::newRow("two fields")
+            << Bytes{0x75, 0x08, 0x95, 0x02, 0x09, 0x40, 0x81, 0x02, 0x95, 0x01};
+        QTest::newRow("two fields, each named")
+            << Bytes{0x75, 0x08, 0x95, 0x02, 0x09, 0x40, 0x09, 0x40, 0x81, 0x02, 0x95, 0x01};
+    }
+
+    void aWeightOfTwoBytes()
+    {
+        QFETCH(Bytes, items);
+        const auto layout = scaleLayout(withOther({0x75, 0x10, 0x09, 0x40, 0x81, 0x02}, items));
+        QVERIFY(layout);
+        QCOMPARE(layout->dataBytes, std::size_t{5});
+        QVERIFY(readBy({3, 4, 11, 0xFF, 0x62, 0x01}, *layout) ==
+                statement(ScaleStatus::Stable, WeightUnit::Ounce, 354, -1));
+        QVERIFY(readBy({3, 5, 11, 0xFF, 0xFB, 0xFF}, *layout) ==
+                statement(ScaleStatus::UnderZero, WeightUnit::Ounce, 5, -1));
+    }
+
+    /// Another field of that usage behind a whole number is another number.
+    void twoWeights()
+    {
+        const auto layout =
+            scaleLayout(withOther({0x75, 0x10, 0x09, 0x40, 0x81, 0x02},
+                                  {0x75, 0x10, 0x95, 0x02, 0x09, 0x40, 0x81, 0x02}));
+        QVERIFY(layout);
+        QVERIFY(readBy({3, 4, 11, 0xFF, 12, 0, 13, 0}, *layout) ==
+                statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
+    }
+
+    /// The rest is where the class has it.
+    void fieldsThatAreNotDeclaredPlainly_data()
+    {
+        QTest::addColumn<Bytes>("items");
+        QTest::addColumn<Bytes>("others");
+        const Bytes exponent{0x09, 0x41, 0x81, 0x02};
+        const Bytes unit{0x25, 0x0C, 0x81, 0x00};
+        QTest::newRow("constant exponent") << exponent << Bytes{0x09, 0x41, 0x81, 0x03};
+        QTest::newRow("exponent without usage") << exponent << Bytes{0x81, 0x02};
+        QTest::newRow("exponent as array") << exponent << Bytes{0x09, 0x41, 0x81, 0x00};
+        QTest::newRow("constant unit") << unit << Bytes{0x25, 0x0C, 0x81, 0x01};
+    }
+
+    void fieldsThatAreNotDeclaredPlainly()
+    {
+        QFETCH(Bytes, items);
+        QFETCH(Bytes, others);
+        Bytes descriptor = withOther(items, others);
+        const auto layout = scaleLayout(descriptor);
+        QVERIFY(layout);
+        QVERIFY(readBy({3, 4, 11, 0xFF, 12, 0}, *layout) ==
+                statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
+        // With another number of the report it is not the class's.
+        *(placeOf({0x85, 0x03}, descriptor) + 1) = 0x07;
+        const auto other = scaleLayout(descriptor);
+        QVERIFY(other);
+        QVERIFY(readBy({7, 4, 11, 0xFF, 12, 0}, *other) !=
+                statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, -1));
+    }
+
+    /// What stands in the place of the one is not read as the other.
+    void aUnitInThePlaceOfTheExponent()
+    {
+        Bytes descriptor{0x05, 0x8D, 0x09, 0x20, 0xA1, 0x01, 0x85, 0x03, 0x15, 0x01,
+                         0x75, 0x08, 0x95, 0x01, 0x25, 0x08, 0x19, 0x71, 0x29, 0x78,
+                         0x81, 0x00, 0x81, 0x03, 0x25, 0x0C, 0x19, 0x51, 0x29, 0x5C,
+                         0x81, 0x00, 0x75, 0x10, 0x09, 0x40, 0x81, 0x02, 0xC0};
+        const auto layout = scaleLayout(descriptor);
+        QVERIFY(layout);
+        QVERIFY(readBy({3, 4, 0, 11, 12, 0}, *layout) ==
+                statement(ScaleStatus::Stable, WeightUnit::Ounce, 12, 0));
+    }
+
+    void weightsWithASign_data()
+    {
+        QTest::addColumn<Bytes>("minimum");
+        QTest::addColumn<bool>("isSigned");
+        QTest::newRow("that of the exponent, carried over") << Bytes{} << false;
+        QTest::newRow("a lowest of less bits") << Bytes{0x15, 0x80} << false;
+        QTest::newRow("none") << Bytes{0x15, 0x00} << false;
+        QTest::newRow("the lowest of all") << Bytes{0x16, 0x00, 0x80} << true;
+        QTest::newRow("as low as it is high") << Bytes{0x16, 0x01, 0x80} << true;
+    }
+
+    void weightsWithASign()
+    {
+        QFETCH(Bytes, minimum);
+        QFETCH(bool, isSigned);
+        const auto layout =
+            scaleLayout(withOther({0x15, 0x00, 0x27, 0xFF, 0xFF, 0x00, 0x00, 0x75, 0x10}, [&] {
+                Bytes items = minimum;
+                const Bytes rest{0x27, 0xFF, 0xFF, 0x00, 0x00, 0x75, 0x10};
+                items.insert(items.end(), rest.begin(), rest.end());
+                return items;
+            }()));
+        QVERIFY(layout);
+        ScaleStatement expected = statement(ScaleStatus::Stable, WeightUnit::Gram, 65535, 0);
+        if (isSigned)
+            expected.number = {.digits = 1, .exponent = 0, .isNegative = true};
+        QVERIFY(readBy({3, 4, 2, 0, 0xFF, 0xFF}, *layout) == expected);
     }
 
     /// Nobody could write down what they may say.

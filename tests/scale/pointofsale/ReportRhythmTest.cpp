@@ -12,6 +12,25 @@ namespace {
 
 using Report = ClassScaleDevices::Report;
 
+/// What the next report is the first one after.
+enum class RowBegin { Plugged, Pause, Reopened };
+
+void beginRow(ClassScaleWorld &world, RowBegin begin)
+{
+    world.plugFirst();
+    if (begin == RowBegin::Plugged)
+        return;
+    for (int time = 0; time < 3; ++time) {
+        world.first().reports.push_back(stable(50));
+        world.other.takeReading();
+        fakeclock::advance(200ms);
+    }
+    fakeclock::advance(11s);
+    world.other.takeReading();
+    if (begin == RowBegin::Reopened)
+        world.other.reopenHandle();
+}
+
 /// What is taken after these reports, all of which have come before it is looked for them, or each
 /// of which is looked for.
 void compareRow(const std::vector<Report> &row, bool atOnce)
@@ -53,6 +72,8 @@ void compareRow(const std::vector<Report> &row, bool atOnce)
 
 } // namespace
 
+Q_DECLARE_METATYPE(RowBegin)
+
 /// Which reports of a scale of the class count, and when it is silent.
 class ReportRhythmTest : public QObject
 {
@@ -86,7 +107,7 @@ private slots:
         world.plugFirst();
         world.first().reports.push_back(stable(12));
         QVERIFY(!world.other.takeReading());
-        fakeclock::advance(2900ms);
+        fakeclock::advance(9900ms);
         QVERIFY(!world.other.takeReading());
         fakeclock::advance(200ms);
         QVERIFY(world.other.takeReading());
@@ -96,6 +117,84 @@ private slots:
         QVERIFY(!world.other.takeReading());
         QVERIFY(!world.other.isReadingOpen());
         QCOMPARE(world.interface.readings.size(), std::size_t{2});
+    }
+
+    void whatASlowScaleSendsFirstNeverLeaves_data()
+    {
+        QTest::addColumn<RowBegin>("begin");
+        QTest::addColumn<int>("gap");
+        for (const int gap : {400, 2900, 4000, 5000, 9000, 9900}) {
+            QTest::addRow("plugged in, %d ms", gap) << RowBegin::Plugged << gap;
+            QTest::addRow("after a pause, %d ms", gap) << RowBegin::Pause << gap;
+            QTest::addRow("opened anew, %d ms", gap) << RowBegin::Reopened << gap;
+        }
+    }
+
+    void whatASlowScaleSendsFirstNeverLeaves()
+    {
+        QFETCH(RowBegin, begin);
+        QFETCH(int, gap);
+        ClassScaleWorld world;
+        beginRow(world, begin);
+        world.interface.clip = true;
+        world.first().reports.push_back({3, 4, 2, 0, 0xD2, 0x04}); // of the weighing before
+        for (int time = 0; time < gap; time += 100) {
+            QVERIFY(!world.other.takeReading());
+            QVERIFY(!world.interface.readings.back().isConfirmed);
+            fakeclock::advance(100ms);
+        }
+        QCOMPARE(world.lastDigits(), 1234U);
+        world.first().reports.push_back(stable(12));
+        QVERIFY(world.other.takeReading());
+        QVERIFY(world.interface.readings.back().isConfirmed);
+        QCOMPARE(world.interface.clipboard, QStringList{"0.075"});
+    }
+
+    /// It used to repeat itself, or its load was in motion: what it sent last is not of now.
+    void silenceOfAScaleThatShouldSendConfirmsNothing()
+    {
+        for (const Report &last : {stable(13), Report{3, 3, 11, 0xFF, 13, 0}}) {
+            ClassScaleWorld world;
+            beginRow(world, RowBegin::Pause);
+            world.interface.clip = true;
+            world.first().reports.push_back(last);
+            for (int time = 0; time < 300; ++time) {
+                QVERIFY(!world.other.takeReading());
+                fakeclock::advance(100ms);
+            }
+            QVERIFY(world.other.isReadingOpen());
+            QVERIFY(!world.interface.readings.back().isConfirmed);
+            QCOMPARE(world.interface.clipboard, QStringList());
+        }
+    }
+
+    void afterMoreReportsThanTheKernelKeepsTheLastIsInDoubt_data()
+    {
+        QTest::addColumn<int>("reports");
+        QTest::addColumn<int>("stall");
+        QTest::addColumn<bool>("isConfirmed");
+        QTest::newRow("there was room for more") << 62 << 6200 << true;
+        QTest::newRow("full") << 63 << 6300 << false;
+        QTest::newRow("full long since") << 63 << 60000 << false;
+        QTest::newRow("full, and one came meanwhile") << 64 << 6300 << false;
+        QTest::newRow("a quick scale that is read in time") << 64 << 400 << true;
+    }
+
+    void afterMoreReportsThanTheKernelKeepsTheLastIsInDoubt()
+    {
+        QFETCH(int, reports);
+        QFETCH(int, stall);
+        QFETCH(bool, isConfirmed);
+        ClassScaleWorld world;
+        world.plugAndBegin();
+        fakeclock::advance(std::chrono::milliseconds(stall));
+        world.first().reports.assign(static_cast<std::size_t>(reports), stable(99));
+        QCOMPARE(world.other.takeReading(), isConfirmed);
+        QCOMPARE(world.interface.readings.back().isConfirmed, isConfirmed);
+        fakeclock::advance(400ms);
+        world.first().reports.push_back(stable(12));
+        QVERIFY(world.other.takeReading());
+        QVERIFY(world.interface.readings.back().isConfirmed);
     }
 
     void afterALongSilenceTheFirstOneIsInDoubtAgain()
