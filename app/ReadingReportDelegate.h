@@ -22,6 +22,8 @@ public:
     ReadingReport readingReport() const;
     /// The same for those who ask at each reading: the machine's devices are not listed for it.
     ReadingReport followedReport() const;
+    /// The same with the age of a reading, however young.
+    ReadingReport signOfLife() const;
     /// From here on, what may be of the weighing before is told too: nothing better has come.
     void takeUnconfirmed() { m_takesUnconfirmed = true; }
 

@@ -5,6 +5,8 @@
 import contextlib
 import fcntl
 import json
+import os
+import socket
 import subprocess
 
 import harness
@@ -15,6 +17,8 @@ from waiting import wait_until
 
 SOURCE = "postal-scale --for-followers"
 RESTARTS = 10
+PEERS = 16
+MOST_FOLLOWERS = 32
 WINDOW_MODEL = "KV-B100"
 
 
@@ -101,9 +105,19 @@ class FollowWindowTest(FollowTest):
         self.assertGreaterEqual(len(self.program.log.since(polls, "readData$")), 10)
         first, latest = follower.reports(mark - 1)[:2]
         self.assertEqual(latest["count"], first["count"] + 1)
+        self.assertLess(latest["age"], 10)
+        assert_valid(latest)
         for changing in "count", "time", "age":
             del first[changing], latest[changing]
         self.assertEqual(latest, first)
+
+    def test_a_sign_of_life_in_words(self):
+        follower = self.session.spawn([harness.binaries() / "postal-scale", "--follow"],
+                                      self.environment(), stdout=subprocess.PIPE, text=True)
+        lines = LogLines(follower.stdout)
+        self.addCleanup(lines.finish)
+        self.addCleanup(harness.end, follower)
+        lines.wait_for(r"^1234 grams \(still, \d+ s old\)$")
 
     def test_settled_weights_are_one_line_each(self):
         follower = self.follow("--settled")
@@ -115,25 +129,86 @@ class FollowWindowTest(FollowTest):
         follower.wait_for(weight=500)
         self.assertEqual([report["weight"] for report in follower.reports()], [1234, 1234, 500])
 
-    def test_a_reader_that_stops_holds_up_nobody(self):
-        follower = self.session.spawn(
-            [harness.binaries() / "postal-scale", "--follow", "--json"], self.environment(),
-            stdout=subprocess.PIPE)
-        self.addCleanup(harness.end, follower)
-        fcntl.fcntl(follower.stdout, fcntl.F_SETPIPE_SZ, 4096)
+    def test_readers_that_stop_hold_up_nobody(self):
+        """For longer than a window takes to count as hanging."""
+        waits, refuses = self.follow_unread(blocking=True), self.follow_unread(blocking=False)
         for weight in range(100, 160):
             self.program.scale.tell(f"weight {weight}")
             self.program.wait_for_polls(1)
         self.program.wait_for_reading("159 grams")
-        counts = []
-        with follower.stdout:
-            while True:
-                report = json.loads(follower.stdout.readline())
-                counts.append(report["count"])
-                if report["weight"] == 159:
-                    break
-            self.assertGreater(counts[-1], len(counts), "some were left out")
-            self.assertEqual(counts, sorted(set(counts)))
+        for kind, output in (("waits", waits), ("refuses", refuses)):
+            with self.subTest(pipe=kind):
+                counts = []
+                weight = None
+                while weight != 159:
+                    report = json.loads(output.readline())
+                    self.assertEqual(report["state"], "weight")
+                    counts.append(report["count"])
+                    weight = report["weight"]
+                self.assertGreater(counts[-1], len(counts), "some were left out")
+                self.assertEqual(counts, sorted(set(counts)))
+
+    def follow_unread(self, blocking):
+        """The reading end of a short pipe. @param blocking whether it makes its writer wait"""
+        reading, writing = os.pipe()
+        fcntl.fcntl(writing, fcntl.F_SETPIPE_SZ, 4096)
+        os.set_blocking(writing, blocking)
+        follower = self.session.spawn(
+            [harness.binaries() / "postal-scale", "--follow", "--json"], self.environment(),
+            stdout=writing)
+        self.addCleanup(harness.end, follower)
+        os.close(writing)
+        output = os.fdopen(reading, encoding="utf-8")
+        self.addCleanup(output.close)
+        return output
+
+    def test_one_parcel_is_one_line_in_whatever_unit(self):
+        follower, everything = self.follow("--settled"), self.follow()
+        follower.wait_for(weight=1234)
+        for row, unit in (("rg1", "oz"), ("rg5", "g")):
+            mark = everything.lines.mark()
+            self.program.window.click(row)
+            everything.wait_for(mark, unit=unit, settled=True)
+        self.program.scale.tell("weight 500")
+        follower.wait_for(weight=500)
+        self.assertEqual([report["weight"] for report in follower.reports()], [1234, 500])
+
+    def test_the_same_parcel_under_one_window_after_another(self):
+        follower, everything = self.follow("--settled"), self.follow()
+        follower.wait_for(weight=1234)
+        for _ in range(RESTARTS):
+            self.assertEqual(self.program.stop(), 0)
+            mark = everything.lines.mark()
+            self.program = self.start("--weight", "1234")
+            everything.wait_for(mark, settled=True)
+        self.program.scale.tell("weight 500")
+        follower.wait_for(weight=500)
+        self.assertEqual([report["weight"] for report in follower.reports()], [1234, 500])
+
+    def test_followers_leave_room_for_others(self):
+        self.fill_with_followers(PEERS)
+        self.assertEqual(self.run_program("--print").output, "1234 grams\n")
+        self.fill_with_followers(MOST_FOLLOWERS - PEERS)
+        self.assertEqual(self.run_program("--print").output, "1234 grams\n")
+        refused = self.run_program("--follow")
+        self.assertEqual((refused.status, refused.output, refused.errors),
+                         (69, "", "Too many programs follow the scale already; "
+                                  "end one of them first\n"))
+
+    def fill_with_followers(self, number):
+        path = str(self.session.folder / "runtime" / "postal-scale.socket")
+        for _ in range(number):
+            peer = socket.socket(socket.AF_UNIX)
+            self.addCleanup(peer.close)
+            peer.connect(path)
+            peer.sendall(b'{"request":"follow"}\n')
+            self.assertIn(b"1234", peer.recv(4096))
+
+    def test_two_and_a_print_at_once(self):
+        followers = [self.follow(), self.follow("--settled")]
+        self.assertEqual(self.run_program("--print").output, "1234 grams\n")
+        for follower in followers:
+            follower.wait_for(weight=1234)
 
     def test_windows_come_and_go(self):
         follower = self.follow("--settled")
@@ -170,13 +245,25 @@ class FollowWindowTest(FollowTest):
         follower.process.terminate()
         self.assertEqual(follower.process.wait(30), -15)
 
-    def test_a_full_disk_is_told(self):
-        with open("/dev/full", "wb") as full:
-            result = subprocess.run([harness.binaries() / "postal-scale", "--follow"],
-                                    env=self.environment(), stdout=full, stderr=subprocess.PIPE,
-                                    text=True, timeout=30, check=False)
-        self.assertEqual((result.returncode, result.stderr),
-                         (74, "Cannot write: No space left on device\n"))
+    def test_an_output_that_takes_nothing_is_told(self):
+        for option in ("--follow", "--print", "--tare", "--version", "--help", "--doctor"):
+            for output, reason in (("> /dev/full", "No space left on device"),
+                                   (">&-", "Bad file descriptor")):
+                with self.subTest(option=option, output=output):
+                    result = self.run_shell(f'"$0" {option} {output}')
+                    self.assertEqual((result.returncode, result.stderr),
+                                     (74, f"Cannot write: {reason}\n"))
+
+    def test_streams_that_are_closed(self):
+        for closed in ("<&-", "2>&-", "<&- 2>&-"):
+            with self.subTest(closed=closed):
+                result = self.run_shell(f'"$0" --follow {closed} | head -n 1')
+                self.assertEqual(result.stdout, "1234 grams\n")
+
+    def run_shell(self, script):
+        return subprocess.run(["bash", "-c", script, harness.binaries() / "postal-scale"],
+                              env=self.environment(), stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True, timeout=30, check=False)
 
 
 class FollowScaleTest(FollowTest):
@@ -191,11 +278,37 @@ class FollowScaleTest(FollowTest):
         self.assertEqual((result.report["weight"], result.report["settled"]), (1234, True))
         assert_valid(result.report)
 
-    def test_two_and_a_print_at_once(self):
+    def test_two_and_a_print_at_once_without_a_window(self):
         result = self.run_script(
             '"$0" --follow --settled | head -n 1 & "$0" --follow --settled | head -n 1 & '
             'sleep 1; "$0" --print; wait')
         self.assertEqual(result.output, "1234 grams\n" * 3)
+
+    def test_whoever_reads_the_scale_dies(self):
+        result = self.run_script(
+            'cd "$XDG_CONFIG_HOME"; "$0" --follow --settled --json > settled & '
+            '"$0" --follow --json > lines & '
+            'until grep -q 1234 settled && grep -q \'"settled":true\' lines; do sleep 0.1; done; '
+            'had=$(wc -l < lines); for process in $(pgrep -f "for-follower[s]$"); do '
+            '  if grep -qzxF "XDG_CONFIG_HOME=$XDG_CONFIG_HOME" /proc/$process/environ; '
+            '    then kill -9 $process; fi; done; '
+            'until tail -n +$((had + 1)) lines | grep -q \'"settled":true\'; do sleep 0.1; done; '
+            'kill %1 %2; cat settled')
+        self.assertEqual(result.report["weight"], 1234)
+
+    def test_nobody_who_could_read_it(self):
+        lock = self.session.folder / "runtime" / "postal-scale.lock"
+        with open(lock, "w", encoding="ascii") as file:
+            fcntl.flock(file, fcntl.LOCK_EX)
+            follower = Follower(self, environment=self.environment())
+            self.assertIn("The scale cannot be read at present",
+                          follower.wait_for(state="no-answer")["text"])
+
+    def test_the_doctor_tells_of_it(self):
+        result = self.run_script('"$0" --follow > "$XDG_CONFIG_HOME/lines" & '
+                                 'until grep -q 1234 "$XDG_CONFIG_HOME/lines"; do sleep 0.1; done; '
+                                 '"$0" --doctor; kill %1')
+        self.assertIn("The scale is read for a script", result.output)
 
     def test_a_window_takes_the_scale_over(self):
         result = self.run_script(
