@@ -1,8 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
-"""--follow, on which scripts rely for every change."""
+"""--follow, on which scripts rely for every change, beside a window."""
 
-import contextlib
 import fcntl
 import json
 import os
@@ -10,60 +9,14 @@ import socket
 import subprocess
 
 import harness
-from command_line import CommandLineTest
+from follower import FollowTest, Follower
 from harness import LogLines
 from reading_schema import assert_valid
 from waiting import wait_until
 
-SOURCE = "postal-scale --for-followers"
 RESTARTS = 10
 PEERS = 16
 MOST_FOLLOWERS = 32
-WINDOW_MODEL = "KV-B100"
-
-
-class Follower:
-    """A run of the program with --follow --json, and the objects that it prints."""
-
-    def __init__(self, test, *arguments, environment):
-        self.process = test.session.spawn(
-            [harness.binaries() / "postal-scale", "--follow", "--json", *arguments], environment,
-            stdout=subprocess.PIPE, text=True)
-        self.lines = LogLines(self.process.stdout)
-        test.addCleanup(self.end)
-
-    def end(self):
-        harness.end(self.process)
-        self.lines.finish()
-
-    def reports(self, since=0):
-        return [json.loads(line) for line in self.lines.since(since)]
-
-    def wait_for(self, since=0, **expected):
-        """The first object with these values."""
-        def found():
-            for report in self.reports(since):
-                if all(report[key] == value for key, value in expected.items()):
-                    return report
-            return None
-        return wait_until(found, lambda: f"{expected}; there is {self.reports(since)[-3:]}")
-
-
-class FollowTest(CommandLineTest):
-    """Whoever reads the scale without a window ends with the last follower; the next test has
-    another scale."""
-
-    def setUp(self):
-        super().setUp()
-        self.addCleanup(self.wait_for_the_source_s_end)
-
-    def wait_for_the_source_s_end(self):
-        wait_until(lambda: not self.sources(), "the end of the process that read the scale")
-
-    def sources(self):
-        running = subprocess.run(["pgrep", "-f", SOURCE], capture_output=True, text=True,
-                                 check=False).stdout.split()
-        return [pid for pid in running if str(self.session.folder) in environment_of(pid)]
 
 
 class FollowWindowTest(FollowTest):
@@ -239,6 +192,18 @@ class FollowWindowTest(FollowTest):
             env=self.environment(), capture_output=True, text=True, check=True, timeout=30)
         self.assertEqual(result.stdout, "1234 grams\n0\n")
 
+    def test_it_ends_with_a_reader_at_a_socket(self):
+        """While there is nothing to write."""
+        ours, output = socket.socketpair()
+        follower = self.session.spawn(
+            [harness.binaries() / "postal-scale", "--follow", "--settled"], self.environment(),
+            stdout=output)
+        self.addCleanup(harness.end, follower)
+        output.close()
+        with ours:
+            self.assertEqual(ours.recv(100), b"1234 grams\n")
+        self.assertEqual(follower.wait(30), 0)
+
     def test_a_signal_ends_it(self):
         follower = self.follow()
         follower.wait_for(weight=1234)
@@ -264,99 +229,6 @@ class FollowWindowTest(FollowTest):
         return subprocess.run(["bash", "-c", script, harness.binaries() / "postal-scale"],
                               env=self.environment(), stdout=subprocess.PIPE,
                               stderr=subprocess.PIPE, text=True, timeout=30, check=False)
-
-
-class FollowScaleTest(FollowTest):
-
-    def run_script(self, script, **options):
-        return self.run_with_scale(
-            scale=["--weight", "1234"],
-            command=["bash", "-c", script, harness.binaries() / "postal-scale"], **options)
-
-    def test_the_scale_itself(self):
-        result = self.run_script('"$0" --follow --json --settled | head -n 1')
-        self.assertEqual((result.report["weight"], result.report["settled"]), (1234, True))
-        assert_valid(result.report)
-
-    def test_two_and_a_print_at_once_without_a_window(self):
-        result = self.run_script(
-            '"$0" --follow --settled | head -n 1 & "$0" --follow --settled | head -n 1 & '
-            'sleep 1; "$0" --print; wait')
-        self.assertEqual(result.output, "1234 grams\n" * 3)
-
-    def test_whoever_reads_the_scale_dies(self):
-        result = self.run_script(
-            'cd "$XDG_CONFIG_HOME"; "$0" --follow --settled --json > settled & '
-            '"$0" --follow --json > lines & '
-            'until grep -q 1234 settled && grep -q \'"settled":true\' lines; do sleep 0.1; done; '
-            'had=$(wc -l < lines); for process in $(pgrep -f "for-follower[s]$"); do '
-            '  if grep -qzxF "XDG_CONFIG_HOME=$XDG_CONFIG_HOME" /proc/$process/environ; '
-            '    then kill -9 $process; fi; done; '
-            'until tail -n +$((had + 1)) lines | grep -q \'"settled":true\'; do sleep 0.1; done; '
-            'kill %1 %2; cat settled')
-        self.assertEqual(result.report["weight"], 1234)
-
-    def test_nobody_who_could_read_it(self):
-        lock = self.session.folder / "runtime" / "postal-scale.lock"
-        with open(lock, "w", encoding="ascii") as file:
-            fcntl.flock(file, fcntl.LOCK_EX)
-            follower = Follower(self, environment=self.environment())
-            self.assertIn("The scale cannot be read at present",
-                          follower.wait_for(state="no-answer")["text"])
-
-    def test_the_doctor_tells_of_it(self):
-        result = self.run_script('"$0" --follow > "$XDG_CONFIG_HOME/lines" & '
-                                 'until grep -q 1234 "$XDG_CONFIG_HOME/lines"; do sleep 0.1; done; '
-                                 '"$0" --doctor; kill %1')
-        self.assertIn("The scale is read for a script", result.output)
-
-    def test_a_window_takes_the_scale_over(self):
-        result = self.run_script(
-            'cd "$XDG_CONFIG_HOME"; mkdir -p window/postal-scale; '
-            "printf '[General]\\nlastSelectedValue=2\\n' > window/postal-scale/postal-scale.ini; "
-            '"$0" --follow --json > lines & follower=$!; '
-            'until grep -q 1234 lines; do sleep 0.1; done; '
-            'QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME="$PWD/window" "$0" & window=$!; '
-            # The window has another model.
-            f'until grep {WINDOW_MODEL} lines | grep -q 1234; do sleep 0.1; done; kill $window; '
-            # A window that is closed switches the scale off.
-            'until grep -q \'"state":"off"\' lines; do sleep 0.1; done; kill $follower; cat lines')
-        reports = [json.loads(line) for line in result.output.splitlines()]
-        self.assertEqual([report["count"] for report in reports],
-                         list(range(1, len(reports) + 1)))
-
-    def test_no_setting_is_changed(self):
-        for option in ("--print", "--follow --settled | head -n 1"):
-            for settings in (None, "[General]\nlastSelectedValue=7\n\n[defaultValue]\n"
-                                   "3=selected\n9=selected\n", "\x01 damaged"):
-                with self.subTest(option=option, settings=settings):
-                    result = self.run_script(
-                        'cd "$XDG_CONFIG_HOME" && mkdir postal-scale; '
-                        f'{self.write(settings)} ls -la --time-style=full-iso postal-scale; '
-                        f'"$0" {option} >&2; ls -la --time-style=full-iso postal-scale; '
-                        'cat postal-scale/*; true')
-                    before, after = halves(result.output, settings or "")
-                    self.assertEqual(after, before)
-                    self.assertIn("1234 grams", result.errors)
-                    self.wait_for_the_source_s_end()
-
-    @staticmethod
-    def write(settings):
-        if settings is None:
-            return ""
-        return f"printf '{json.dumps(settings)[1:-1]}' > postal-scale/postal-scale.ini;"
-
-
-def halves(output, settings):
-    listing = output.removesuffix(settings).splitlines()
-    return listing[:len(listing) // 2], listing[len(listing) // 2:]
-
-
-def environment_of(pid):
-    with contextlib.suppress(OSError):
-        with open(f"/proc/{pid}/environ", encoding="utf-8", errors="replace") as file:
-            return file.read()
-    return ""
 
 
 if __name__ == "__main__":
