@@ -46,11 +46,13 @@ void PostalScaleAppDelegate::fillPage(int carrier)
     m_parcel.noteSent(safari->hasSent());
 }
 
-bool PostalScaleAppDelegate::captureReading()
+CaptureOutcome PostalScaleAppDelegate::captureReading()
 {
-    if (!m_parcel.mayLeaveNow(Destination::Clipboard) || !m_clipboard.copy(exportLabelText()))
-        return false;
-    m_parcel.noteCopied();
+    if (!m_parcel.mayLeaveNow(Destination::Clipboard))
+        return CaptureOutcome::NotAllowed;
+    const bool isCopied = m_clipboard.copy(exportLabelText());
+    if (isCopied)
+        m_parcel.noteCopied();
     const std::initializer_list<std::pair<int, int>> carriers{
         {carrier::usps, SendtoUSPS}, {carrier::ups, SendtoUPS}, {carrier::fedex, SendtoFedex}};
     for (const auto &[number, isOn] : carriers) {
@@ -59,7 +61,7 @@ bool PostalScaleAppDelegate::captureReading()
     }
     emit readingLeaves();
     showNotes();
-    return true;
+    return isCopied ? CaptureOutcome::Left : CaptureOutcome::ClipboardRefused;
 }
 
 void PostalScaleAppDelegate::notePageFilled(const QString &carrier)

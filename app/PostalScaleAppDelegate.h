@@ -36,6 +36,13 @@ class Settings;
 /// of MainWindow.ui), the state of the scale's use and of the exports, and the scale link. It is
 /// the place where all operations are found; those that are not the application's own are done by
 /// the object of their subsystem. Lives on the main thread.
+/// What has become of a weight that was to leave at once.
+enum class CaptureOutcome {
+    Left,
+    NotAllowed,       ///< it has not settled, or its texts do not tell it; nothing has left
+    ClipboardRefused, ///< by the desktop; it has left to all other places
+};
+
 class PostalScaleAppDelegate : public QObject,
                                public ScaleDelegate,
                                public Ui::MainWindow,
@@ -120,8 +127,7 @@ public:
     void Autofill(int carrier);
     /// Has the settled weight on the pan leave now, whatever is chosen for every reading: onto the
     /// clipboard, and into the pages of the carriers that are switched on.
-    /// @returns false where it has not settled, or its texts do not tell it
-    bool captureReading();
+    CaptureOutcome captureReading();
     /// The latest reading, for a field of whatever page.
     BrowserWeight fieldWeight() const { return m_parcel.fieldWeight(); }
     /// @param text one short line on the link to the user's browsers

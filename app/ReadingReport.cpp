@@ -145,6 +145,14 @@ ReadingReport ReadingReport::ofHangingWindow()
     return report;
 }
 
+ReadingReport ReadingReport::ofMissingSource()
+{
+    ReadingReport report = of(ReportState::NoAnswer);
+    report.words = QStringLiteral("The scale cannot be read at present; "
+                                  "postal-scale --doctor tells what helps");
+    return report;
+}
+
 bool ReadingReport::hasReading() const
 {
     return exitStatus() == 0;

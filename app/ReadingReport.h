@@ -36,7 +36,7 @@ struct ReadingReport
     std::optional<bool> settled; ///< of a reading alone
     QString settledSince;        ///< ISO 8601; empty unless it is settled
     std::optional<int> parcel;   ///< of a settled reading: which parcel since the start, from 1
-    std::optional<double> age;   ///< in seconds; nothing up to one second
+    std::optional<double> age;   ///< in seconds; nothing up to one second, but for signs of life
     QString advice;              ///< what is to be done about the reading
     QString exported;            ///< the export text
     QString exportUnit;          ///< of it
@@ -52,6 +52,8 @@ struct ReadingReport
     static ReadingReport of(ReportState state);
     /// There is a window, but it does not answer; the scale is not to blame.
     static ReadingReport ofHangingWindow();
+    /// There is nobody who could read the scale.
+    static ReadingReport ofMissingSource();
 
     bool hasReading() const;
     /// 0 reading, 1 no scale, 2 not readable, 3 no permission.

@@ -101,6 +101,14 @@ ReadingReport ReadingReportDelegate::followedReport() const
     return reportOf(isWell ? stateOfReadings() : state());
 }
 
+ReadingReport ReadingReportDelegate::signOfLife() const
+{
+    ReadingReport report = followedReport();
+    if (report.hasReading() && !report.age)
+        report.age = static_cast<double>(parcel().notes().age.count()) / 1000;
+    return report;
+}
+
 ReadingReport ReadingReportDelegate::reportOf(ReportState state) const
 {
     ReadingReport report = ReadingReport::of(state);

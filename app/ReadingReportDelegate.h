@@ -22,6 +22,8 @@ public:
     ReadingReport readingReport() const;
     /// The same for those who ask at each reading: the machine's devices are not listed for it.
     ReadingReport followedReport() const;
+    /// The same with the age of a reading, however young.
+    ReadingReport signOfLife() const;
 
     void setStatusString(bool connected) override;
     void Draw5Digit(qint64 nValue) override;

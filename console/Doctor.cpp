@@ -111,6 +111,8 @@ Finding running(const DoctorFacts &facts)
     switch (facts.running) {
     case DoctorFacts::Running::No: break;
     case DoctorFacts::Running::Yes: return good(QStringLiteral("Postal Scale is running"));
+    case DoctorFacts::Running::ForScript:
+        return good(QStringLiteral("The scale is read for a script (postal-scale --follow)"));
     case DoctorFacts::Running::NotAnswering:
         return trouble(QStringLiteral("Postal Scale is running, but does not answer"),
                        facts.runningProcess == 0

@@ -97,6 +97,9 @@ void askWindow(SingleInstance &instance, DoctorFacts &facts)
         return;
     facts.running = claim.outcome == Outcome::Answered ? DoctorFacts::Running::Yes
                                                        : DoctorFacts::Running::NotAnswering;
+    // What reads for followers has no window that it could tell of.
+    if (claim.outcome == Outcome::Answered && claim.answer.isEmpty())
+        facts.running = DoctorFacts::Running::ForScript;
     facts.window = WindowSituation::fromJson(claim.answer);
     if (facts.window.platform.startsWith(QLatin1String("wayland")))
         facts.desktop = Desktop::Wayland;

@@ -17,7 +17,7 @@ class SingleInstance;
 /// What --doctor has found out about this machine and session.
 struct DoctorFacts
 {
-    enum class Running { No, Yes, NotAnswering };
+    enum class Running { No, Yes, ForScript, NotAnswering };
 
     ScaleNode node;
     QString rule;             ///< the udev rules file that names the scale; empty if there is none

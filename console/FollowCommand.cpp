@@ -14,6 +14,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
 #include <poll.h>
 #include <sysexits.h>
 #include <unistd.h>
@@ -32,6 +33,19 @@ constexpr auto startInterval = 5s;
 /// How long nobody notices that the reader has gone.
 constexpr auto lookInterval = 500ms;
 
+bool canBeWritten(int descriptor)
+{
+    const int flags = fcntl(descriptor, F_GETFL);
+    return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+}
+
+/// Of a pipe that does not make its writers wait.
+void waitForRoom(int descriptor)
+{
+    pollfd output{.fd = descriptor, .events = POLLOUT, .revents = 0};
+    poll(&output, 1, -1);
+}
+
 } // namespace
 
 FollowCommand::FollowCommand(const QString &socketPath)
@@ -46,6 +60,8 @@ int FollowCommand::run(const CommandLine &line)
         std::fputs("Nothing can be followed; postal-scale --doctor tells what helps\n", stderr);
         return ReadingReport::of(ReportState::NoAnswer).exitStatus();
     }
+    if (!canBeWritten(STDOUT_FILENO))
+        endWith(EBADF);
     std::signal(SIGPIPE, SIG_IGN);
     m_line = line;
     while (!m_isOver) {
@@ -64,23 +80,26 @@ int FollowCommand::run(const CommandLine &line)
 
 void FollowCommand::follow(QLocalSocket &source)
 {
+    m_isConnected = true;
     m_count.beginConnection();
     m_parcels.beginConnection();
     source.write(QJsonDocument(followRequest()).toJson(QJsonDocument::Compact) + '\n');
     source.flush();
     while (!m_isOver) {
-        if (source.canReadLine())
+        if (source.canReadLine()) {
             take(source.readLine());
-        else if (!source.waitForReadyRead(lookInterval.count()) &&
-                 source.state() != QLocalSocket::ConnectedState)
-            return;
-        tellOfHang();
+        } else if (!source.waitForReadyRead(lookInterval.count())) {
+            if (source.state() != QLocalSocket::ConnectedState)
+                return;
+            tellOfHang();
+        }
         lookForReader();
     }
 }
 
 void FollowCommand::startSource()
 {
+    m_isConnected = false;
     if (!m_nextStart.hasExpired())
         return;
     UnseenSource::start(m_line.infoFile);
@@ -93,12 +112,25 @@ void FollowCommand::take(const QByteArray &line)
     // Such as the answer of a program that does not know followers.
     if (object.isEmpty())
         return;
+    if (isTooMany(object)) {
+        refuse();
+        return;
+    }
     m_hang.setRemainingTime(hangTime);
     const ReadingReport report = ReadingReport::fromJson(object);
     object.insert(QStringLiteral("count"), m_count.next(object));
     if (m_line.settledOnly && !m_parcels.takes(report))
         return;
-    tell(report.words, QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
+    // A parcel is news by itself.
+    const QString words = m_line.settledOnly ? report.words : m_words.next(report);
+    tell(words, QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
+}
+
+void FollowCommand::refuse()
+{
+    std::fputs("Too many programs follow the scale already; end one of them first\n", stderr);
+    m_isOver = true;
+    m_status = EX_UNAVAILABLE;
 }
 
 void FollowCommand::tellOfHang()
@@ -106,9 +138,10 @@ void FollowCommand::tellOfHang()
     if (!m_hang.hasExpired())
         return;
     m_hang.setRemainingTime(hangTime);
-    const ReadingReport report = ReadingReport::ofHangingWindow();
+    const ReadingReport report =
+        m_isConnected ? ReadingReport::ofHangingWindow() : ReadingReport::ofMissingSource();
     if (!m_line.settledOnly)
-        tell(report.words, followerLine(report, m_count.next()));
+        tell(m_words.next(report), followerLine(report, m_count.next()));
 }
 
 void FollowCommand::tell(const QString &words, const QByteArray &json)
@@ -123,9 +156,13 @@ void FollowCommand::write(const QByteArray &line)
                                      static_cast<std::size_t>(line.size() - written));
         if (part >= 0)
             written += part;
+        else if (errno == EAGAIN)
+            waitForRoom(STDOUT_FILENO);
         else if (errno != EINTR)
             endWith(errno);
     }
+    // However long the reader took, it says nothing of whom it hears.
+    m_hang.setRemainingTime(hangTime);
 }
 
 void FollowCommand::endWith(int error)
@@ -140,6 +177,10 @@ void FollowCommand::endWith(int error)
 void FollowCommand::lookForReader()
 {
     pollfd output{.fd = STDOUT_FILENO, .events = 0, .revents = 0};
-    if (poll(&output, 1, 0) > 0 && (output.revents & POLLERR) != 0)
+    if (poll(&output, 1, 0) <= 0)
+        return;
+    if ((output.revents & POLLNVAL) != 0)
+        endWith(EBADF);
+    else if ((output.revents & (POLLERR | POLLHUP)) != 0)
         endWith(EPIPE);
 }

@@ -26,6 +26,7 @@ private:
     void follow(QLocalSocket &source);
     void startSource();
     void take(const QByteArray &line);
+    void refuse();
     /// Where there has been nobody to follow, or he has said nothing, for too long.
     void tellOfHang();
     void tell(const QString &words, const QByteArray &json);
@@ -38,6 +39,8 @@ private:
     CommandLine m_line;
     FollowedCount m_count;
     ParcelFilter m_parcels;
+    FollowedWords m_words;
+    bool m_isConnected = false;
     QDeadlineTimer m_hang;
     QDeadlineTimer m_nextStart{0};
     bool m_isOver = false;

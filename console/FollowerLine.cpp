@@ -18,6 +18,17 @@ ReadingReport withoutAge(ReadingReport report)
     return report;
 }
 
+bool isShownWeight(const ReadingReport &report)
+{
+    return report.state == ReportState::Weight && report.shown;
+}
+
+/// Whatever its unit, where there are grams of it.
+bool isSameLoad(const ReadingReport &one, const ReadingReport &other)
+{
+    return one.grams || other.grams ? one.grams == other.grams : one.shown == other.shown;
+}
+
 } // namespace
 
 QByteArray followerLine(const ReadingReport &report, int number)
@@ -55,14 +66,23 @@ int FollowedCount::next(const QJsonObject &line)
     return m_own;
 }
 
+QString FollowedWords::next(const ReadingReport &report)
+{
+    const bool isSignOfLife = withoutAge(report) == withoutAge(m_latest);
+    m_latest = report;
+    if (!isSignOfLife)
+        return report.words;
+    if (!report.age)
+        return report.words + QStringLiteral(" (still)");
+    const auto seconds = static_cast<qint64>(*report.age);
+    return report.words + QStringLiteral(" (still, %1 s old)").arg(seconds);
+}
+
 bool ParcelFilter::takes(const ReadingReport &report)
 {
-    const bool isWeight = report.state == ReportState::Weight && report.shown;
-    if (!isWeight || !report.parcel) {
-        // What is settling may still be what was there; an empty pan is not.
-        m_isOnPan = m_isOnPan && !(isWeight && report.shown->weight <= 0);
+    m_isOnPan = m_isOnPan && !tellsOfAnother(report);
+    if (!isShownWeight(report) || !report.parcel)
         return false;
-    }
     const bool isKnown = isLatest(report);
     m_latest = report;
     m_isOnPan = true;
@@ -72,7 +92,12 @@ bool ParcelFilter::takes(const ReadingReport &report)
 
 bool ParcelFilter::isLatest(const ReadingReport &report) const
 {
-    if (m_isNewConnection)
-        return m_isOnPan && report.grams == m_latest.grams;
-    return report.parcel == m_latest.parcel;
+    return m_isOnPan || (!m_isNewConnection && report.parcel == m_latest.parcel);
+}
+
+bool ParcelFilter::tellsOfAnother(const ReadingReport &report) const
+{
+    if (isShownWeight(report))
+        return report.shown->weight <= 0 || !isSameLoad(report, m_latest);
+    return report.state == ReportState::Overload || report.state == ReportState::UnderLoad;
 }

@@ -45,19 +45,32 @@ private:
     int m_own = 0;
 };
 
+/// What is said of each in words.
+class FollowedWords
+{
+public:
+    /// One that says what the one before said is a sign of life, and tells the age.
+    QString next(const ReadingReport &report);
+
+private:
+    ReadingReport m_latest;
+};
+
 /// One line for each parcel.
 class ParcelFilter
 {
 public:
-    /// Another process may have settled the same parcel, and numbers its own.
+    /// Another process may have settled the same parcel, and numbers its own. So does the same one
+    /// after a unit was chosen, and there, too, it is one parcel.
     void beginConnection() { m_isNewConnection = true; }
     /// Whether it is the first line of a parcel that has settled.
     bool takes(const ReadingReport &report);
 
 private:
     bool isLatest(const ReadingReport &report) const;
+    bool tellsOfAnother(const ReadingReport &report) const;
 
     ReadingReport m_latest; ///< that was taken
-    bool m_isOnPan = false; ///< since then no other weight was on the pan
+    bool m_isOnPan = false; ///< since then nothing has told of another load, nor of none
     bool m_isNewConnection = false;
 };

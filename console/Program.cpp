@@ -13,6 +13,7 @@
 #include "console/RemoteControl.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
+#include "console/StandardStreams.h"
 #include "console/UnseenSource.h"
 #include "console/WindowCommand.h"
 
@@ -32,7 +33,7 @@ int showWindow(Application &application, const CommandLine &line, const Activati
 int printReading(Application &application, const CommandLine &line)
 {
     SingleInstance instance(SingleInstance::defaultFolder());
-    return ReadingReportCommand(application, instance).run(line);
+    return statusOfOutput(ReadingReportCommand(application, instance).run(line));
 }
 
 int followReadings(const CommandLine &line)
@@ -55,7 +56,7 @@ int operateWindow(const CommandLine &line)
                                     ? RemoteAnswer::hanging()
                                     : RemoteAnswer::fromJson(claim.answer);
     std::fprintf(answer.exitStatus == 0 ? stdout : stderr, "%s\n", qPrintable(answer.words));
-    return answer.exitStatus;
+    return statusOfOutput(answer.exitStatus);
 }
 
 int diagnoseMachine(Application &application)
@@ -63,20 +64,20 @@ int diagnoseMachine(Application &application)
     SingleInstance instance(SingleInstance::defaultFolder());
     const QList<Finding> findings = diagnose(DoctorFacts::gather(application.devices(), instance));
     std::fputs(qPrintable(reportText(findings)), stdout);
-    return exitStatus(findings);
+    return statusOfOutput(exitStatus(findings));
 }
 
 int showVersion()
 {
     std::printf("%s %s\n", qPrintable(QCoreApplication::applicationName()),
                 qPrintable(QCoreApplication::applicationVersion()));
-    return 0;
+    return statusOfOutput(0);
 }
 
 int showHelp(const CommandLine &line)
 {
     std::fputs(qPrintable(line.text), stdout);
-    return 0;
+    return statusOfOutput(0);
 }
 
 int refuse(const CommandLine &line)

@@ -44,7 +44,7 @@ ReadingFeed::ReadingFeed(const ReadingReportDelegate &source)
 
 bool ReadingFeed::adopt(const QJsonObject &request, QLocalSocket &peer)
 {
-    if (requestOf(request) != InstanceRequest::Follow)
+    if (requestOf(request) != InstanceRequest::Follow || m_followers.size() >= mostFollowers)
         return false;
     add(peer);
     return true;
@@ -61,10 +61,19 @@ void ReadingFeed::add(QLocalSocket &peer)
         connect(&m_source, &ReadingReportDelegate::reportDue, this, &ReadingFeed::tellNews);
         m_silence.start();
     }
-    tellNews();
-    write(peer, m_lines.present(m_source.followedReport()));
+    write(peer, greeting());
     m_followers.append({.socket = &peer});
     emit followersChanged();
+}
+
+QByteArray ReadingFeed::greeting()
+{
+    // The others are told when the reading under way has ended, and this one with them.
+    if (m_followers.isEmpty()) {
+        const ReadingReport report = m_source.followedReport();
+        m_newest = m_lines.next(report).value_or(m_lines.present(report));
+    }
+    return m_newest;
 }
 
 void ReadingFeed::tellNews()
@@ -75,7 +84,7 @@ void ReadingFeed::tellNews()
 
 void ReadingFeed::tellAgain()
 {
-    tellAll(m_lines.again(m_source.followedReport()));
+    tellAll(m_lines.again(m_source.signOfLife()));
 }
 
 void ReadingFeed::tellAll(const QByteArray &line)

@@ -24,7 +24,11 @@ public:
     /// @param source must outlive the object
     explicit ReadingFeed(const ReadingReportDelegate &source);
 
-    /// Whether it asks to follow; then it does so from now on, and has been told how it stands.
+    /// At a time: what they cost is the window's.
+    static constexpr qsizetype mostFollowers = 32;
+
+    /// Whether it asks to follow, and may; then it does so from now on, and has been told how it
+    /// stands.
     bool adopt(const QJsonObject &request, QLocalSocket &peer);
     bool hasFollowers() const { return !m_followers.isEmpty(); }
 
@@ -33,6 +37,7 @@ signals:
 
 private:
     void add(QLocalSocket &peer);
+    QByteArray greeting();
 
     struct Follower
     {

@@ -37,6 +37,27 @@ const std::array<UnitName, 7> unitNames{{
     {QLatin1String("lboz-whole"), &Ui::MainWindow::rg7},
 }};
 
+/// A scale in this state would not do what is asked of it.
+bool isInVain(const QString &verb, ReportState state)
+{
+    const bool isTare = verb == QLatin1String("tare");
+    const bool isUnit = verb == QLatin1String("unit");
+    switch (state) {
+    case ReportState::NoScale:
+    case ReportState::NoPermission:
+    case ReportState::NotOpened: return true;
+    case ReportState::NoAnswer: return isTare || isUnit || verb == QLatin1String("power");
+    case ReportState::Off: return isTare || isUnit;
+    case ReportState::Overload:
+    case ReportState::UnderLoad:
+    case ReportState::NotReady: return isTare;
+    case ReportState::Weight:
+    case ReportState::Hold:
+    case ReportState::Waiting: break;
+    }
+    return false;
+}
+
 RemoteAnswer done(const QString &words)
 {
     return {.exitStatus = 0, .words = words};
@@ -85,8 +106,7 @@ RemoteAnswer RemoteControl::perform(const QString &verb, const QString &value)
     if (verb == QLatin1String("compact"))
         return compact(value);
     const ReadingReport report = m_window.readingReport();
-    if (report.state == ReportState::NoScale || report.state == ReportState::NoPermission ||
-        report.state == ReportState::NotOpened)
+    if (isInVain(verb, report.state))
         return {.exitStatus = report.exitStatus(), .words = report.words};
     if (verb == QLatin1String("tare"))
         return tare();
@@ -166,16 +186,20 @@ RemoteAnswer RemoteControl::chooseUnit(const QString &unit)
 
 RemoteAnswer RemoteControl::capture()
 {
-    if (m_window.captureReading())
+    const CaptureOutcome outcome = m_window.captureReading();
+    if (outcome == CaptureOutcome::Left)
         return done(QStringLiteral("%1 has left").arg(m_window.exportLabelText()));
+    if (outcome == CaptureOutcome::ClipboardRefused)
+        return refused(QStringLiteral("The desktop does not let the window write the clipboard; "
+                                      "fields that are switched on get %1 all the same")
+                           .arg(m_window.exportLabelText()));
     const ReadingReport report = m_window.readingReport();
     if (!report.hasReading())
         return refused(report.words);
     if (report.state == ReportState::Hold)
         return refused(QStringLiteral("The reading is held; only what lies on the pan leaves"));
-    if (!report.parcel)
+    if (!report.parcel || report.age)
         return refused(QStringLiteral("The weight has not settled"));
-    return refused(report.leaves.isEmpty()
-                       ? QStringLiteral("The clipboard cannot be written")
-                       : QStringLiteral("Nothing leaves: %1").arg(report.leaves));
+    return refused(QStringLiteral("Nothing leaves: %1")
+                       .arg(report.leaves.isEmpty() ? report.words : report.leaves));
 }

@@ -14,6 +14,7 @@
 #include <QLocalSocket>
 #include <QStandardPaths>
 #include <QThread>
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -152,10 +153,11 @@ void SingleInstance::greet()
 {
     while (QLocalSocket *peer = m_server.nextPendingConnection()) {
         connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
-        // Never admitted: all that a later start has to say is one line, and it waits for another.
+        // Few are ever admitted: all that a later start has to say is one line, and it waits for
+        // another.
         auto *limits = new PeerLimits(peer);
         if (!isOfSameUser(static_cast<int>(peer->socketDescriptor())) ||
-            m_server.findChildren<PeerLimits *>().size() > PeerLimits::mostPeers) {
+            strangers() > PeerLimits::mostPeers) {
             peer->abort();
             continue;
         }
@@ -166,6 +168,13 @@ void SingleInstance::greet()
                 peer->abort();
         });
     }
+}
+
+qsizetype SingleInstance::strangers() const
+{
+    const auto peers = m_server.findChildren<const PeerLimits *>();
+    return std::count_if(peers.begin(), peers.end(),
+                         [](const PeerLimits *peer) { return !peer->isAdmitted(); });
 }
 
 void SingleInstance::hear(QLocalSocket &peer, PeerLimits &limits)

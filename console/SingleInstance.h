@@ -61,6 +61,8 @@ public:
 private:
     std::optional<Claim> ask(const QJsonObject &request) const;
     void greet();
+    /// Peers that have not been adopted.
+    qsizetype strangers() const;
     void hear(QLocalSocket &peer, PeerLimits &limits);
     /// @param trouble something that lies where its files belong
     void beHidden(const QString &trouble);

@@ -14,6 +14,7 @@ const QString operate = QStringLiteral("operate");
 const QString verbKey = QStringLiteral("verb");
 const QString valueKey = QStringLiteral("value");
 const QString yields = QStringLiteral("yields");
+const QString tooMany = QStringLiteral("tooMany");
 
 } // namespace
 
@@ -62,6 +63,16 @@ QJsonObject yieldAnswer()
 bool isYield(const QJsonObject &answer)
 {
     return answer.value(yields).toBool();
+}
+
+QJsonObject tooManyAnswer()
+{
+    return {{tooMany, true}};
+}
+
+bool isTooMany(const QJsonObject &answer)
+{
+    return answer.value(tooMany).toBool();
 }
 
 InstanceRequest requestOf(const QJsonObject &object)

@@ -29,4 +29,8 @@ QString valueOf(const QJsonObject &request);
 QJsonObject yieldAnswer();
 bool isYield(const QJsonObject &answer);
 
+/// The answer to one that wants to follow where there is no place for a further one.
+QJsonObject tooManyAnswer();
+bool isTooMany(const QJsonObject &answer);
+
 InstanceRequest requestOf(const QJsonObject &object);

@@ -75,10 +75,11 @@ void UnseenSource::serve()
         case InstanceRequest::Raise:
             QTimer::singleShot(0, [] { Application::exit(); });
             return yieldAnswer();
+        // Those that there is a place for are the feed's.
+        case InstanceRequest::Follow: return tooManyAnswer();
         // What a window has, and this has not.
         case InstanceRequest::Situation:
         case InstanceRequest::Operate:
-        case InstanceRequest::Follow:
         case InstanceRequest::Unknown: break;
         }
         return QJsonObject();

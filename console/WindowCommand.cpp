@@ -109,7 +109,8 @@ QJsonObject WindowCommand::answer(const QJsonObject &laterStart)
         return RemoteControl(*m_application.delegate())
             .perform(verbOf(laterStart), valueOf(laterStart))
             .toJson();
-    case InstanceRequest::Follow:
+    // Those that there is a place for are the feed's.
+    case InstanceRequest::Follow: return tooManyAnswer();
     case InstanceRequest::Unknown: break;
     }
     return {};

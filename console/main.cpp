@@ -5,10 +5,12 @@
 #include "console/CommandLine.h"
 #include "console/Program.h"
 #include "console/SingleInstanceActivation.h"
+#include "console/StandardStreams.h"
 #include "session/EndSignals.h"
 
 int main(int argc, char **argv)
 {
+    occupyStandardStreams();
     EndSignals endSignals;
     const ActivationRight right = ActivationRight::fromEnvironment();
     ToolkitArguments arguments(argc, argv, DesktopEnvironment::ofSession());

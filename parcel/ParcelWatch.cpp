@@ -92,13 +92,10 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
 
 void ParcelWatch::settleStated(const ScaleReading &reading, bool hasTexts)
 {
-    const bool wasSettled = m_weight.state() == SettledWeight::State::Settled;
     settle(m_weight.takeStated(reading.statement, hasTexts));
-    // What cannot leave settles all the same, and is counted.
-    if (hasTexts || wasSettled)
-        return;
-    m_settledSince = QDateTime::currentDateTime();
-    ++m_parcels;
+    // What cannot leave settles all the same.
+    if (!hasTexts && m_weight.hasJustSettled())
+        countParcel();
 }
 
 void ParcelWatch::beginReading()
@@ -121,8 +118,12 @@ void ParcelWatch::noteWeighed(bool isWeighed)
 void ParcelWatch::settle(SettledWeight::Leaves leaves)
 {
     m_leaves = leaves == SettledWeight::Leaves::Yes;
-    if (!m_leaves)
-        return;
+    if (m_leaves)
+        countParcel();
+}
+
+void ParcelWatch::countParcel()
+{
     m_settledSince = QDateTime::currentDateTime();
     ++m_parcels;
 }

@@ -108,6 +108,7 @@ private:
     void beginReading();
     void noteWeighed(bool isWeighed);
     void settle(SettledWeight::Leaves leaves);
+    void countParcel();
     Choice choice() const;
     Places places() const;
     void noticeChoices();

@@ -66,14 +66,19 @@ SettledWeight::Leaves SettledWeight::takeStated(const ScaleStatement &statement,
     const bool isSame = isStatedWeight(statement) == isStatedWeight(m_latestStatement) &&
                         statement.number == m_latestStatement.number &&
                         statement.unit == m_latestStatement.unit;
-    if (!isSame)
+    if (!isSame) {
         m_hasLeft = false;
+        m_hasSettled = false;
+    }
+    m_hasJustSettled = false;
     m_latestStatement = statement;
     if (!isStatedWeight(statement)) {
         m_state = statement.status == ScaleStatus::OverLimit ? State::Settling : State::Empty;
         return Leaves::No;
     }
     m_state = statement.isSettled() ? State::Settled : State::Settling;
+    m_hasJustSettled = statement.isSettled() && !m_hasSettled;
+    m_hasSettled = m_hasSettled || statement.isSettled();
     return hasTexts ? leaveOnce() : Leaves::No;
 }
 
@@ -94,6 +99,7 @@ void SettledWeight::changeUnit()
 {
     startAnew();
     m_hasLeft = false;
+    m_hasSettled = false;
 }
 
 void SettledWeight::changeHold()

@@ -42,6 +42,8 @@ public:
     State state() const { return m_state; }
     /// The latest report's weight has left, whether or not it is looked at anew.
     bool hasLeft() const { return m_hasLeft; }
+    /// Of a scale that says itself when: the latest statement is the first that has settled.
+    bool hasJustSettled() const { return m_hasJustSettled; }
 
 private:
     void startAnew();
@@ -51,7 +53,9 @@ private:
     WeightReport m_latest;
     ScaleStatement m_latestStatement;
     int m_equalReports = 0;
-    bool m_hasLeft = false; ///< the latest report's weight has
+    bool m_hasLeft = false;    ///< the latest report's weight has
+    bool m_hasSettled = false; ///< the latest statement's weight has, at some time
+    bool m_hasJustSettled = false;
 };
 
 /// A status, without its sign, that comes with a weight.

@@ -22,6 +22,7 @@ public:
 
     /// It has introduced itself, and may stay.
     void admit() { m_isAdmitted = true; }
+    bool isAdmitted() const { return m_isAdmitted; }
     /// It has sent more at once than anything that makes sense.
     bool isFull() const;
     /// It no longer takes in what it is sent.

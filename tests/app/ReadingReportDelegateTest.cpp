@@ -187,6 +187,36 @@ private slots:
         QCOMPARE(report.shown, (ShownWeight{1234, QStringLiteral("g")}));
     }
 
+    /// Nothing of the program takes taels, and yet each is a parcel of its own.
+    void whatCannotLeaveIsCountedAllTheSame()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        const auto parcelOf = [&app](unsigned taels) {
+            app.delegate.takeReading(
+                {.statement = {ScaleStatus::Stable, WeightUnit::Tael, {taels, 0, false}}});
+            app.delegate.panel().announceReading();
+            return reportOf(app).parcel.value_or(0);
+        };
+        QCOMPARE(parcelOf(5), 1);
+        QCOMPARE(parcelOf(5), 1);
+        QCOMPARE(parcelOf(6), 2);
+        QVERIFY(app.delegate.parcel().recentWeights().all().isEmpty());
+    }
+
+    void aSignOfLifeHasAnAge()
+    {
+        LaunchedApplication app(Scale::Present);
+        app.stopPolling();
+        app.read(grams1234);
+        LaunchedApplication::turn();
+        QVERIFY(!app.application.delegate()->followedReport().age);
+        const double age = app.application.delegate()->signOfLife().age.value_or(-1);
+        QVERIFY(age >= 0 && age < 1);
+        app.unplug();
+        QVERIFY(!app.application.delegate()->signOfLife().age);
+    }
+
     void theModelIsTheOneThatIsShown()
     {
         storedsettings::store("[General]\nlastSelectedValue=3\n");

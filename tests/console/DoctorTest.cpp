@@ -75,6 +75,8 @@ const std::vector<Case> cases{
      Kind::Trouble, "weigher (process 42)", "End it"},
     {"not running", [](auto &facts) { facts.running = DoctorFacts::Running::No; }, Kind::Note,
      "not running", ""},
+    {"read for a script", [](auto &facts) { facts.running = DoctorFacts::Running::ForScript; },
+     Kind::Good, "is read for a script", ""},
     {"hanging", [](auto &facts) { facts.running = DoctorFacts::Running::NotAnswering; },
      Kind::Trouble, "does not answer", "End it and start it again"},
     {"hanging, by number",

@@ -37,7 +37,13 @@ struct Heard
     double grams;
     std::optional<int> parcel;
     bool isNewSource = false;
+    ReportState state = ReportState::Weight;
 };
+
+Heard withoutWeight(ReportState state)
+{
+    return {.grams = 0, .parcel = {}, .isNewSource = false, .state = state};
+}
 
 } // namespace
 
@@ -97,7 +103,15 @@ private slots:
         row("it wobbles", {{500, 1}, {501, {}}, {500, 1}}, {500});
         row("another weight", {{500, 1}, {700, 2}}, {500, 700});
         row("the same weight again", {{500, 1}, {0, {}}, {500, 2}}, {500, 500});
-        row("the unit was changed", {{500, 1}, {500, 2}}, {500, 500});
+        row("the unit was changed", {{500, 1}, {500, {}}, {500, 2}}, {500});
+        row("another weight that did not settle", {{500, 1}, {700, {}}, {500, 2}}, {500, 500});
+        row("overload in between", {{500, 1}, withoutWeight(ReportState::Overload), {500, 2}},
+            {500, 500});
+        row("lifted with the pan", {{500, 1}, withoutWeight(ReportState::UnderLoad), {500, 2}},
+            {500, 500});
+        row("silent in between", {{500, 1}, withoutWeight(ReportState::NoAnswer), {500, 2}}, {500});
+        row("no scale for another source",
+            {{500, 1}, withoutWeight(ReportState::NoScale), {500, 1, newSource}}, {500});
         row("another source settles what lies there",
             {{500, 1}, {500, {}, newSource}, {500, 1}, {500, 1}}, {500});
         row("another source counts further", {{500, 1}, {500, 4, newSource}}, {500});
@@ -118,10 +132,42 @@ private slots:
         for (const Heard &each : heard) {
             if (each.isNewSource)
                 filter.beginConnection();
-            if (filter.takes(weighed(each.grams, each.parcel)))
+            ReadingReport report = weighed(each.grams, each.parcel);
+            if (each.state != ReportState::Weight)
+                report = ReadingReport::of(each.state);
+            if (filter.takes(report))
                 lines.append(each.grams);
         }
         QCOMPARE(lines, taken);
+    }
+
+    /// Of units that are no grams, such as the tael.
+    void withoutGramsTheNumberCounts()
+    {
+        ReadingReport parcel = weighed(5, 1);
+        parcel.grams.reset();
+        ParcelFilter filter;
+        QVERIFY(filter.takes(parcel));
+        filter.beginConnection();
+        QVERIFY(!filter.takes(parcel));
+        parcel.shown->weight = 6;
+        filter.beginConnection();
+        QVERIFY(filter.takes(parcel));
+    }
+
+    void aSignOfLifeSaysSo()
+    {
+        FollowedWords words;
+        ReadingReport report = weighed(500);
+        QCOMPARE(words.next(report), QStringLiteral("500 grams"));
+        report.age = 0.3;
+        QCOMPARE(words.next(report), QStringLiteral("500 grams (still, 0 s old)"));
+        report.age = 12.7;
+        QCOMPARE(words.next(report), QStringLiteral("500 grams (still, 12 s old)"));
+        const ReadingReport gone = ReadingReport::of(ReportState::NoScale);
+        QCOMPARE(words.next(gone), QStringLiteral("No scale connected"));
+        QCOMPARE(words.next(gone), QStringLiteral("No scale connected (still)"));
+        QCOMPARE(words.next(report), QStringLiteral("500 grams"));
     }
 
     void aHeldWeightIsNoParcel()

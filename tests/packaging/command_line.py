@@ -7,6 +7,7 @@ import subprocess
 
 import harness
 from emulated_scale import EmulatedScale
+from reading_schema import assert_valid
 from waiting import PATIENCE
 
 # Neither a display nor a session bus is needed.
@@ -23,7 +24,9 @@ class Result:
     def report(self):
         """What --json has printed: one line, one object."""
         (line,) = self.output.splitlines()
-        return json.loads(line)
+        report = json.loads(line)
+        assert_valid(report)
+        return report
 
 
 class CommandLineTest(harness.DeviceTest):

@@ -1,65 +1,22 @@
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
-"""--follow, on which scripts rely for every change."""
+"""--follow, on which scripts rely for every change, beside a window."""
 
-import contextlib
 import fcntl
 import json
+import os
+import socket
 import subprocess
 
 import harness
-from command_line import CommandLineTest
+from follower import FollowTest, Follower
 from harness import LogLines
 from reading_schema import assert_valid
 from waiting import wait_until
 
-SOURCE = "postal-scale --for-followers"
 RESTARTS = 10
-WINDOW_MODEL = "KV-B100"
-
-
-class Follower:
-    """A run of the program with --follow --json, and the objects that it prints."""
-
-    def __init__(self, test, *arguments, environment):
-        self.process = test.session.spawn(
-            [harness.binaries() / "postal-scale", "--follow", "--json", *arguments], environment,
-            stdout=subprocess.PIPE, text=True)
-        self.lines = LogLines(self.process.stdout)
-        test.addCleanup(self.end)
-
-    def end(self):
-        harness.end(self.process)
-        self.lines.finish()
-
-    def reports(self, since=0):
-        return [json.loads(line) for line in self.lines.since(since)]
-
-    def wait_for(self, since=0, **expected):
-        """The first object with these values."""
-        def found():
-            for report in self.reports(since):
-                if all(report[key] == value for key, value in expected.items()):
-                    return report
-            return None
-        return wait_until(found, lambda: f"{expected}; there is {self.reports(since)[-3:]}")
-
-
-class FollowTest(CommandLineTest):
-    """Whoever reads the scale without a window ends with the last follower; the next test has
-    another scale."""
-
-    def setUp(self):
-        super().setUp()
-        self.addCleanup(self.wait_for_the_source_s_end)
-
-    def wait_for_the_source_s_end(self):
-        wait_until(lambda: not self.sources(), "the end of the process that read the scale")
-
-    def sources(self):
-        running = subprocess.run(["pgrep", "-f", SOURCE], capture_output=True, text=True,
-                                 check=False).stdout.split()
-        return [pid for pid in running if str(self.session.folder) in environment_of(pid)]
+PEERS = 16
+MOST_FOLLOWERS = 32
 
 
 class FollowWindowTest(FollowTest):
@@ -101,9 +58,19 @@ class FollowWindowTest(FollowTest):
         self.assertGreaterEqual(len(self.program.log.since(polls, "readData$")), 10)
         first, latest = follower.reports(mark - 1)[:2]
         self.assertEqual(latest["count"], first["count"] + 1)
+        self.assertLess(latest["age"], 10)
+        assert_valid(latest)
         for changing in "count", "time", "age":
             del first[changing], latest[changing]
         self.assertEqual(latest, first)
+
+    def test_a_sign_of_life_in_words(self):
+        follower = self.session.spawn([harness.binaries() / "postal-scale", "--follow"],
+                                      self.environment(), stdout=subprocess.PIPE, text=True)
+        lines = LogLines(follower.stdout)
+        self.addCleanup(lines.finish)
+        self.addCleanup(harness.end, follower)
+        lines.wait_for(r"^1234 grams \(still, \d+ s old\)$")
 
     def test_settled_weights_are_one_line_each(self):
         follower = self.follow("--settled")
@@ -115,25 +82,86 @@ class FollowWindowTest(FollowTest):
         follower.wait_for(weight=500)
         self.assertEqual([report["weight"] for report in follower.reports()], [1234, 1234, 500])
 
-    def test_a_reader_that_stops_holds_up_nobody(self):
-        follower = self.session.spawn(
-            [harness.binaries() / "postal-scale", "--follow", "--json"], self.environment(),
-            stdout=subprocess.PIPE)
-        self.addCleanup(harness.end, follower)
-        fcntl.fcntl(follower.stdout, fcntl.F_SETPIPE_SZ, 4096)
+    def test_readers_that_stop_hold_up_nobody(self):
+        """For longer than a window takes to count as hanging."""
+        waits, refuses = self.follow_unread(blocking=True), self.follow_unread(blocking=False)
         for weight in range(100, 160):
             self.program.scale.tell(f"weight {weight}")
             self.program.wait_for_polls(1)
         self.program.wait_for_reading("159 grams")
-        counts = []
-        with follower.stdout:
-            while True:
-                report = json.loads(follower.stdout.readline())
-                counts.append(report["count"])
-                if report["weight"] == 159:
-                    break
-            self.assertGreater(counts[-1], len(counts), "some were left out")
-            self.assertEqual(counts, sorted(set(counts)))
+        for kind, output in (("waits", waits), ("refuses", refuses)):
+            with self.subTest(pipe=kind):
+                counts = []
+                weight = None
+                while weight != 159:
+                    report = json.loads(output.readline())
+                    self.assertEqual(report["state"], "weight")
+                    counts.append(report["count"])
+                    weight = report["weight"]
+                self.assertGreater(counts[-1], len(counts), "some were left out")
+                self.assertEqual(counts, sorted(set(counts)))
+
+    def follow_unread(self, blocking):
+        """The reading end of a short pipe. @param blocking whether it makes its writer wait"""
+        reading, writing = os.pipe()
+        fcntl.fcntl(writing, fcntl.F_SETPIPE_SZ, 4096)
+        os.set_blocking(writing, blocking)
+        follower = self.session.spawn(
+            [harness.binaries() / "postal-scale", "--follow", "--json"], self.environment(),
+            stdout=writing)
+        self.addCleanup(harness.end, follower)
+        os.close(writing)
+        output = os.fdopen(reading, encoding="utf-8")
+        self.addCleanup(output.close)
+        return output
+
+    def test_one_parcel_is_one_line_in_whatever_unit(self):
+        follower, everything = self.follow("--settled"), self.follow()
+        follower.wait_for(weight=1234)
+        for row, unit in (("rg1", "oz"), ("rg5", "g")):
+            mark = everything.lines.mark()
+            self.program.window.click(row)
+            everything.wait_for(mark, unit=unit, settled=True)
+        self.program.scale.tell("weight 500")
+        follower.wait_for(weight=500)
+        self.assertEqual([report["weight"] for report in follower.reports()], [1234, 500])
+
+    def test_the_same_parcel_under_one_window_after_another(self):
+        follower, everything = self.follow("--settled"), self.follow()
+        follower.wait_for(weight=1234)
+        for _ in range(RESTARTS):
+            self.assertEqual(self.program.stop(), 0)
+            mark = everything.lines.mark()
+            self.program = self.start("--weight", "1234")
+            everything.wait_for(mark, settled=True)
+        self.program.scale.tell("weight 500")
+        follower.wait_for(weight=500)
+        self.assertEqual([report["weight"] for report in follower.reports()], [1234, 500])
+
+    def test_followers_leave_room_for_others(self):
+        self.fill_with_followers(PEERS)
+        self.assertEqual(self.run_program("--print").output, "1234 grams\n")
+        self.fill_with_followers(MOST_FOLLOWERS - PEERS)
+        self.assertEqual(self.run_program("--print").output, "1234 grams\n")
+        refused = self.run_program("--follow")
+        self.assertEqual((refused.status, refused.output, refused.errors),
+                         (69, "", "Too many programs follow the scale already; "
+                                  "end one of them first\n"))
+
+    def fill_with_followers(self, number):
+        path = str(self.session.folder / "runtime" / "postal-scale.socket")
+        for _ in range(number):
+            peer = socket.socket(socket.AF_UNIX)
+            self.addCleanup(peer.close)
+            peer.connect(path)
+            peer.sendall(b'{"request":"follow"}\n')
+            self.assertIn(b"1234", peer.recv(4096))
+
+    def test_two_and_a_print_at_once(self):
+        followers = [self.follow(), self.follow("--settled")]
+        self.assertEqual(self.run_program("--print").output, "1234 grams\n")
+        for follower in followers:
+            follower.wait_for(weight=1234)
 
     def test_windows_come_and_go(self):
         follower = self.follow("--settled")
@@ -164,86 +192,43 @@ class FollowWindowTest(FollowTest):
             env=self.environment(), capture_output=True, text=True, check=True, timeout=30)
         self.assertEqual(result.stdout, "1234 grams\n0\n")
 
+    def test_it_ends_with_a_reader_at_a_socket(self):
+        """While there is nothing to write."""
+        ours, output = socket.socketpair()
+        follower = self.session.spawn(
+            [harness.binaries() / "postal-scale", "--follow", "--settled"], self.environment(),
+            stdout=output)
+        self.addCleanup(harness.end, follower)
+        output.close()
+        with ours:
+            self.assertEqual(ours.recv(100), b"1234 grams\n")
+        self.assertEqual(follower.wait(30), 0)
+
     def test_a_signal_ends_it(self):
         follower = self.follow()
         follower.wait_for(weight=1234)
         follower.process.terminate()
         self.assertEqual(follower.process.wait(30), -15)
 
-    def test_a_full_disk_is_told(self):
-        with open("/dev/full", "wb") as full:
-            result = subprocess.run([harness.binaries() / "postal-scale", "--follow"],
-                                    env=self.environment(), stdout=full, stderr=subprocess.PIPE,
-                                    text=True, timeout=30, check=False)
-        self.assertEqual((result.returncode, result.stderr),
-                         (74, "Cannot write: No space left on device\n"))
+    def test_an_output_that_takes_nothing_is_told(self):
+        for option in ("--follow", "--print", "--tare", "--version", "--help", "--doctor"):
+            for output, reason in (("> /dev/full", "No space left on device"),
+                                   (">&-", "Bad file descriptor")):
+                with self.subTest(option=option, output=output):
+                    result = self.run_shell(f'"$0" {option} {output}')
+                    self.assertEqual((result.returncode, result.stderr),
+                                     (74, f"Cannot write: {reason}\n"))
 
+    def test_streams_that_are_closed(self):
+        for closed in ("<&-", "2>&-", "<&- 2>&-"):
+            with self.subTest(closed=closed):
+                result = self.run_shell(f'"$0" --follow {closed} | head -n 1')
+                self.assertEqual(result.stdout, "1234 grams\n")
 
-class FollowScaleTest(FollowTest):
-
-    def run_script(self, script, **options):
-        return self.run_with_scale(
-            scale=["--weight", "1234"],
-            command=["bash", "-c", script, harness.binaries() / "postal-scale"], **options)
-
-    def test_the_scale_itself(self):
-        result = self.run_script('"$0" --follow --json --settled | head -n 1')
-        self.assertEqual((result.report["weight"], result.report["settled"]), (1234, True))
-        assert_valid(result.report)
-
-    def test_two_and_a_print_at_once(self):
-        result = self.run_script(
-            '"$0" --follow --settled | head -n 1 & "$0" --follow --settled | head -n 1 & '
-            'sleep 1; "$0" --print; wait')
-        self.assertEqual(result.output, "1234 grams\n" * 3)
-
-    def test_a_window_takes_the_scale_over(self):
-        result = self.run_script(
-            'cd "$XDG_CONFIG_HOME"; mkdir -p window/postal-scale; '
-            "printf '[General]\\nlastSelectedValue=2\\n' > window/postal-scale/postal-scale.ini; "
-            '"$0" --follow --json > lines & follower=$!; '
-            'until grep -q 1234 lines; do sleep 0.1; done; '
-            'QT_QPA_PLATFORM=offscreen XDG_CONFIG_HOME="$PWD/window" "$0" & window=$!; '
-            # The window has another model.
-            f'until grep {WINDOW_MODEL} lines | grep -q 1234; do sleep 0.1; done; kill $window; '
-            # A window that is closed switches the scale off.
-            'until grep -q \'"state":"off"\' lines; do sleep 0.1; done; kill $follower; cat lines')
-        reports = [json.loads(line) for line in result.output.splitlines()]
-        self.assertEqual([report["count"] for report in reports],
-                         list(range(1, len(reports) + 1)))
-
-    def test_no_setting_is_changed(self):
-        for option in ("--print", "--follow --settled | head -n 1"):
-            for settings in (None, "[General]\nlastSelectedValue=7\n\n[defaultValue]\n"
-                                   "3=selected\n9=selected\n", "\x01 damaged"):
-                with self.subTest(option=option, settings=settings):
-                    result = self.run_script(
-                        'cd "$XDG_CONFIG_HOME" && mkdir postal-scale; '
-                        f'{self.write(settings)} ls -la --time-style=full-iso postal-scale; '
-                        f'"$0" {option} >&2; ls -la --time-style=full-iso postal-scale; '
-                        'cat postal-scale/*; true')
-                    before, after = halves(result.output, settings or "")
-                    self.assertEqual(after, before)
-                    self.assertIn("1234 grams", result.errors)
-                    self.wait_for_the_source_s_end()
-
-    @staticmethod
-    def write(settings):
-        if settings is None:
-            return ""
-        return f"printf '{json.dumps(settings)[1:-1]}' > postal-scale/postal-scale.ini;"
-
-
-def halves(output, settings):
-    listing = output.removesuffix(settings).splitlines()
-    return listing[:len(listing) // 2], listing[len(listing) // 2:]
-
-
-def environment_of(pid):
-    with contextlib.suppress(OSError):
-        with open(f"/proc/{pid}/environ", encoding="utf-8", errors="replace") as file:
-            return file.read()
-    return ""
+    def run_shell(self, script):
+        return subprocess.run(["bash", "-c", script, harness.binaries() / "postal-scale"],
+                              env=self.environment(), stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True, timeout=30, check=False)
 
 
 if __name__ == "__main__":

@@ -59,6 +59,31 @@ class OperateTest(CommandLineTest, ClipboardTest):
         self.assertEqual(status, 2)
         self.assertIn("this scale does not have it here", words)
 
+    def test_what_a_scale_would_not_do(self):
+        overload = "Overload: there is too much on the pan\n"
+        lifted = "Under load: the pan is missing or is being lifted\n"
+        silent = "The scale does not answer; unplug it and plug it in again\n"
+        off = "The scale is switched off\n"
+        for command, state, answers in (
+                ("weight 20000", "overload", {"--tare": overload}),
+                ("weight -500", "under-load", {"--tare": lifted}),
+                ("silence on", "no-answer", {"--tare": silent, "--power": silent,
+                                             "--unit=oz": silent}),
+                ("silence off", "weight", {"--power": "Switching the scale off\n"}),
+                ("weight 100", "off", {"--tare": off, "--unit=oz": off,
+                                       "--power": "Switching the scale on\n"})):
+            self.program.scale.tell(command)
+            if state == "weight":
+                self.program.scale.tell_all("weight 1234", "burst 1")
+            wait_until(lambda state=state: self.state() == state, f"the state {state}")
+            for verb, words in answers.items():
+                with self.subTest(state=state, verb=verb):
+                    status = 0 if words.startswith("Switching") else 2
+                    self.assertEqual(self.operate(verb), (status, words))
+
+    def state(self):
+        return self.run_program("--print", "--json").report["state"]
+
     def test_what_is_not_known(self):
         for arguments in (["--unit", "stone"], ["--hold", "maybe"], ["--tare", "--power"],
                           ["--unit"]):

@@ -15,6 +15,8 @@ import tempfile
 import unittest
 import xml.etree.ElementTree
 
+import jsonschema
+
 SOURCES = pathlib.Path(__file__).parents[2]
 BUILD = pathlib.Path(os.environ["POSTAL_SCALE_BUILD"])
 
@@ -117,6 +119,12 @@ class PackageDataTest(unittest.TestCase):
         information = json.loads(self.installed("xdg/postal-scale/Info.json").read_text())
         self.assertEqual(len(information["KayForUSPS"]), 9)
 
+    def test_scripts_find_the_description_of_readings(self):
+        schema = json.loads(self.installed("doc/postal-scale/reading.schema.json").read_text())
+        jsonschema.Draft7Validator.check_schema(schema)
+        with self.assertRaises(jsonschema.ValidationError):
+            jsonschema.validate({"format": 1}, schema)
+
     def test_the_browsers_find_the_host(self):
         host = self.installed("postal-scale/postal-scale-browser-host")
         for browser in ("chromium", "mozilla"):
@@ -149,6 +157,11 @@ class PackageDataTest(unittest.TestCase):
             ("postal-scale --follow --", ["--json", "--settled", "--info"]),
             ("postal-scale --hold t", ["toggle"]),
             ("postal-scale --unit l", ["lboz", "lboz-fraction", "lb", "lboz-whole"]),
+            ("postal-scale --unit = l", ["lboz", "lboz-fraction", "lb", "lboz-whole"]),
+            ("postal-scale --hold =", ["on", "off", "toggle"]),
+            ("postal-scale --settled --f", ["--follow"]),
+            ("postal-scale --json --", ["--print", "--follow", "--info"]),
+            ("postal-scale --settled --json --", ["--follow", "--json", "--info"]),
             ("postal-scale --info CMakeL", ["CMakeLists.txt"]),
             ("postal-scale --replay CMakeL", ["CMakeLists.txt"]),
         ):
@@ -157,8 +170,12 @@ class PackageDataTest(unittest.TestCase):
 
     def test_the_other_shells_know_the_same_options(self):
         zsh = self.installed("zsh/vendor-completions/_postal-scale").read_text()
-        self.assertEqual(set(re.findall(r"--[a-z]+(?=\[)", zsh)) |
+        self.assertEqual(set(re.findall(r"--[a-z]+(?==?\[)", zsh)) |
                          {"--help", "--version"}, {*EVERY_OPTION, "--json", "--settled"})
+        program_help = output_of(self.installed("bin/postal-scale"), "--help")
+        with_value = re.findall(r"(--[a-z]+) <", program_help)
+        self.assertIn("--unit", with_value)
+        self.assertEqual(set(re.findall(r"--[a-z]+(?==\[)", zsh)), set(with_value))
         fish = self.installed("fish/vendor_completions.d/postal-scale.fish")
         offered = output_of("fish", "-N", "-c",
                             f"source {fish}; complete -C 'postal-scale --'").splitlines()

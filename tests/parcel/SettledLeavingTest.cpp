@@ -6,6 +6,7 @@
 
 #include <QClipboard>
 #include <QMenu>
+#include <QSignalSpy>
 
 using namespace std::chrono_literals;
 
@@ -187,6 +188,28 @@ private slots:
         // The label follows every reading.
         read(grams567);
         QCOMPARE(window().lbLBL->text(), QStringLiteral("0.567"));
+    }
+
+    /// On this desktop, which is none, the clipboard is never a window's own: so it counts as
+    /// refused, and the rest goes its way.
+    void whatIsCapturedLeavesWithoutTheClipboard()
+    {
+        start();
+        window().checkUSPS->click();
+        window().checkSettledOnly->click();
+        chooseUnit(window().rg1);
+        readAll({ounces1234, ounces1234});
+        const QSignalSpy toFields(&window(), &PostalScaleAppDelegate::readingLeaves);
+        QCOMPARE(window().captureReading(), CaptureOutcome::NotAllowed);
+        QCOMPARE(m_browser.take(), QStringList());
+        QCOMPARE(toFields.count(), 0);
+        read(ounces1234);
+        const QStringList fills = m_browser.take();
+        QVERIFY(!fills.isEmpty());
+        QCOMPARE(toFields.count(), 1);
+        QCOMPARE(window().captureReading(), CaptureOutcome::ClipboardRefused);
+        QCOMPARE(m_browser.take(), fills);
+        QCOMPARE(toFields.count(), 2);
     }
 
     void anotherUnitLeavesAnew()

@@ -92,6 +92,25 @@ private slots:
         QVERIFY(pan.takeStated(weight) == SettledWeight::Leaves::Yes);
     }
 
+    void eachParcelSettlesOnce()
+    {
+        const auto settles = [](SettledWeight &pan, ScaleStatus status, unsigned digits) {
+            pan.takeStated(stated(status, digits), false);
+            return pan.hasJustSettled();
+        };
+        SettledWeight pan;
+        QVERIFY(!settles(pan, ScaleStatus::InMotion, 12));
+        QVERIFY(settles(pan, ScaleStatus::Stable, 12));
+        QVERIFY(!settles(pan, ScaleStatus::Stable, 12));
+        QVERIFY2(!settles(pan, ScaleStatus::InMotion, 12), "it is touched");
+        QVERIFY(!settles(pan, ScaleStatus::Stable, 12));
+        QVERIFY2(settles(pan, ScaleStatus::Stable, 13), "another one at once");
+        QVERIFY(!settles(pan, ScaleStatus::StableAtZero, 0));
+        QVERIFY2(settles(pan, ScaleStatus::Stable, 13), "the same again");
+        pan.changeUnit();
+        QVERIFY(settles(pan, ScaleStatus::Stable, 13));
+    }
+
 private:
     static void walk(const std::string &word, const SettledWeight &before)
     {
