@@ -10,15 +10,18 @@
     const fields = globalThis[Symbol.for('org.postalscale.fields')] ??= {};
 
     const numberTypes = ['text', 'number', 'tel', 'search'];
-    const neverFilledIn = /^(?:cc-.*|(?:current|new)-password|one-time-code|username|email)$/;
+    const neverFilledIn = /^(?:cc-.*|(?:current|new)-password|one-time-code|username|email)$/i;
 
     const unitShapes = {
-        lb: /\b(?:lbs?|pounds?|libras?|livres?)\b/i,
-        oz: /\b(?:oz|ounces?|onzas?|onces?|unzen?)\b/i,
-        kg: /\b(?:kgs?|kilos?|(?:k|ch)ilogr\w*)\b/i,
-        g: /\b(?:g|gr|gram(?:m\w*|s|os|as)?)\b/i,
+        // After a number too: "0.5kg".
+        lb: /(?<![a-z])(?:lbs?|pounds?|libras?|livres?)\b/i,
+        oz: /(?<![a-z])(?:oz|ounces?|onzas?|onces|unzen?)\b/i,
+        kg: /(?<![a-z])(?:kgs?|kilos?|(?:k|ch)ilogr\w*)\b/i,
+        // But not in "e.g. 2", "G.W." and "Gr. weight".
+        g: /(?<![a-z.])(?:g|gr|gram(?:m\w*|s|os|as)?)(?!\w|\.\s?\w)/i,
     };
     const longestSuffix = 24; // characters
+    const longestUnit = 16; // characters, such as "Kilograms (kg)"
     const levelsAround = 3;
 
     // Where elements are
@@ -73,7 +76,7 @@
 
     function isForSecrets(element) {
         return element.type === 'password' ||
-               (element.autocomplete ?? '').split(/\s+/).some((word) => neverFilledIn.test(word));
+               (element.getAttribute('autocomplete') ?? '').split(/\s+/).some((word) => neverFilledIn.test(word));
     }
 
     /** Empty if it may. */
@@ -126,28 +129,39 @@
     }
 
     /** What a person reads as the name of the field; empty where there is none. */
-    const labelOf = (element) => joinedLabel(element) || textBeside(element, 'previousSibling');
+    const labelOf = (element) => joinedLabel(element) || textBeside(element, 'previousSibling').text;
 
     const hasField = (node) => node instanceof HTMLElement &&
         (node.matches('input, select, textarea') ||
          node.querySelector('input, select, textarea') !== null);
 
-    /** Up to the next field on that side. */
+    /** Up to the next field on that side. @returns {text, meetsField} */
     function textBeside(element, side) {
         let text = '';
+        let meetsField = false;
         for (let here = element, level = 0; here && level < 2; here = here.parentElement, ++level) {
-            for (let node = here[side]; node && !hasField(node); node = node[side])
+            let node = here[side];
+            for (; node && !hasField(node); node = node[side])
                 text = side === 'nextSibling' ? `${text} ${ownText(node)}` : `${ownText(node)} ${text}`;
+            meetsField = node !== null;
             if (tidy(text) !== '' || (here[side] && hasField(here[side])))
                 break;
         }
-        return tidy(text);
+        return {text: tidy(text), meetsField};
     }
 
+    /** What stands between two fields may be the one's suffix, or the other's label. */
     function unitInSuffix(element) {
-        const suffix = textBeside(element, 'nextSibling');
-        return suffix.length <= longestSuffix ? unitIn(suffix) : null;
+        const after = textBeside(element, 'nextSibling');
+        const before = textBeside(element, 'previousSibling');
+        const unit = after.text.length <= longestSuffix ? unitIn(after.text) : null;
+        const isNextOnes = after.meetsField && !before.meetsField && unitIn(before.text) !== null;
+        return isNextOnes ? unitIn(before.text) : unit;
     }
+
+    /** Of an entry that is a unit and no more: "Letter up to 50 g" is a size. */
+    const unitOfEntry = (text) => tidy(text).length <= longestUnit && !/\d/.test(text) ? unitIn(text)
+                                                                                       : null;
 
     /** A list or buttons of units that belong to no other field. */
     function unitInList(element) {
@@ -159,12 +173,12 @@
                 return null;
             for (const list of around.querySelectorAll('select')) {
                 const chosen = list.selectedOptions[0];
-                const unit = chosen && (unitIn(chosen.textContent) ?? unitIn(chosen.value));
+                const unit = chosen && (unitOfEntry(chosen.textContent) ?? unitOfEntry(chosen.value));
                 if (unit)
                     return unit;
             }
             for (const button of around.querySelectorAll('input[type=radio]:checked')) {
-                const unit = unitIn(labelOf(button)) ?? unitIn(button.value);
+                const unit = unitOfEntry(labelOf(button)) ?? unitOfEntry(button.value);
                 if (unit)
                     return unit;
             }
@@ -179,7 +193,7 @@
         // What stands before it may be the unit of the field before.
         return unitIn(joinedLabel(element)) ?? unitInSuffix(element) ??
                unitIn(`${element.placeholder} ${element.title}`) ?? unitInList(element) ??
-               unitIn(textBeside(element, 'previousSibling')) ?? unitInName(element.name) ?? unitInName(element.id);
+               unitIn(textBeside(element, 'previousSibling').text) ?? unitInName(element.name) ?? unitInName(element.id);
     }
 
     // A field of pounds directly before one of ounces

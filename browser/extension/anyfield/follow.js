@@ -30,7 +30,7 @@
 
     /** By recipe; as long as the page stays as it is. */
     let found = null;
-    const watched = new WeakSet();
+    let watched = new WeakSet();
     const seen = new Map(); // by recipe: what the extension was told of it
 
     const observer = new MutationObserver(() => {
@@ -74,7 +74,7 @@
         writing = setTimeout(() => {
             writing = 0;
             if (latest && performance.now() - latest.time < freshFor)
-                writeAll();
+                writeAll((recipe) => !latest.told.has(recipe.id));
             else
                 findAll();
         }, 100);
@@ -91,11 +91,15 @@
         return element.value !== last.held || last.element !== element;
     }
 
-    function writeAll() {
-        for (const recipe of recipes) {
+    /** Once for each reading: what the person has typed since then stays. */
+    function writeAll(isWanted = () => true) {
+        for (const recipe of recipes.filter(isWanted)) {
             const {element} = findAll().get(recipe.id);
-            if (element)
-                writeTo(element, recipe);
+            // It may have been hidden or closed by something that is not watched.
+            if (!element || fields.whyNot(element) !== '')
+                continue;
+            latest.told.add(recipe.id);
+            writeTo(element, recipe);
         }
     }
 
@@ -143,6 +147,7 @@
         }
         if (recipes.length === 0) {
             observer.disconnect();
+            watched = new WeakSet();
             return;
         }
         watch(document);
@@ -159,7 +164,7 @@
             if (message.recipes)
                 takeRecipes(message);
             if (message.texts && recipes.length > 0) {
-                latest = {texts: message.texts, time: performance.now()};
+                latest = {texts: message.texts, time: performance.now(), told: new Set()};
                 writeAll();
             }
         });

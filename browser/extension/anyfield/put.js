@@ -11,6 +11,7 @@
 
     const units = ['lb', 'oz', 'kg', 'g'];
     const nextUnitTime = 3000; // ms
+    const longestLabel = 80; // characters, in the list of what is remembered
 
     let last = {element: null, time: -Infinity, unit: null, first: null};
 
@@ -34,6 +35,9 @@
         const isAgain = last.element === element && performance.now() - last.time < nextUnitTime;
         if (!isAgain)
             return {unit: firstUnit(element, panelUnit), first: firstUnit(element, panelUnit)};
+        // The other half would keep what was put there before.
+        if (last.first === 'lb oz')
+            return {unit: last.first, first: last.first};
         const order = [last.first, ...units.filter((unit) => unit !== last.first)];
         return {unit: order[(order.indexOf(last.unit) + 1) % order.length], first: last.first};
     }
@@ -77,7 +81,8 @@
         if (fields.isFreeText(element))
             return {why: 'Only fields of one line can be remembered'};
         const inputs = fields.allInputs();
-        const known = recipes.find(({signs}) => fields.find(signs, inputs).element === element);
+        const halves = fields.pairOf(element) ?? [element];
+        const known = recipes.find(({signs}) => halves.includes(fields.find(signs, inputs).element));
         if (known)
             return {known: known.id};
         const signs = fields.signsOf(element);
@@ -87,7 +92,7 @@
         if (found.element !== element)
             return {why: 'Another field here looks the same, so neither can be remembered'};
         const chosen = chosenUnit(element);
-        return {signs, label: fields.labelOf(element), isChosen: chosen !== null,
+        return {signs, label: fields.labelOf(element).slice(0, longestLabel), isChosen: chosen !== null,
                 unit: chosen ?? (fields.pairOf(element) ? 'lb oz' : fields.unitOf(element))};
     }
 

@@ -50,6 +50,8 @@ function makeMenu() {
 
 // The weight
 
+const fieldUnits = ['lb oz', 'lb', 'oz', 'kg', 'g'];
+
 let asking = [];
 
 /** With the state alone where there is none. */
@@ -58,7 +60,10 @@ function askForWeight() {
         asking.push(resolve);
         if (isLinked())
             send({weight: 'once'});
-        setTimeout(() => resolve({state: isLinked() ? 'silent' : 'unlinked'}), patience);
+        setTimeout(() => {
+            asking = asking.filter((each) => each !== resolve);
+            resolve({state: isLinked() ? 'silent' : 'unlinked'});
+        }, patience);
     });
 }
 
@@ -161,17 +166,20 @@ async function alwaysPut(info, tab) {
     }
     const site = address.hostname;
     const permission = {origins: [`https://${site}/*`]};
+    let isNewSite = false;
     askedSites.add(site);
     try {
         const before = fieldApi().permissions.contains(permission);
         // A browser asks its user only while the click is fresh: nothing may be waited for before.
         const asked = fieldApi().permissions.request(permission);
-        const isNewSite = !await before;
+        isNewSite = !await before;
         if (!await asked)
             await explain(tab, frame, `Not remembered: the browser was told not to allow ${site}`);
         else
             await toggle({tab, frame, origin: address.origin, isNewSite});
     } catch {
+        if (isNewSite && !fieldSites.has(site))
+            await giveBack(site);
         await explain(tab, frame, 'The browser lets no extension into this page');
     } finally {
         askedSites.delete(site);
@@ -204,15 +212,23 @@ async function toggle({tab, frame, origin, isNewSite}) {
             await giveBack(siteOfOrigin(origin));
         return;
     }
-    await remember(await recipeOf(field, origin), isNewSite);
+    const recipe = await recipeOf(field, origin);
+    if (!recipe) {
+        await sayIn(tab, frame, 'Not remembered: neither the field nor the scale says a unit for it');
+        if (isNewSite)
+            await giveBack(siteOfOrigin(origin));
+        return;
+    }
+    await remember(recipe, isNewSite);
     await fieldApi().scripting.executeScript({
         target: {tabId: tab.id, frameIds: [frame]}, files: followScripts});
     await sayIn(tab, frame, 'This field follows the scale from now on', false);
 }
 
-/** Where the field does not say its unit, the panel's stays. */
+/** Where the field does not say its unit, the panel's stays; null where that is none of a field's. */
 async function recipeOf({signs, label, unit, isChosen}, origin) {
     const {unit: panelUnit} = unit ? {} : await askForWeight();
     const simple = panelUnit === 'lb oz' ? 'lb' : panelUnit;
-    return {origin, signs, label, isChosen, unit: unit ?? (simple || 'lb')};
+    const wanted = unit ?? simple;
+    return fieldUnits.includes(wanted) ? {origin, signs, label, isChosen, unit: wanted} : null;
 }

@@ -82,11 +82,13 @@ async function remember(recipe, isNewSite) {
 
 /** A site that was asked for its fields alone is given back with the last of them. */
 async function forgetRecipe(id) {
+    await recipesLoaded;
     const origin = recipes.find((recipe) => recipe.id === id)?.origin;
     recipes = recipes.filter((recipe) => recipe.id !== id);
     const site = origin && siteOfOrigin(origin);
     const isLeft = fieldSites.has(site) &&
                    !recipes.some((recipe) => siteOfOrigin(recipe.origin) === site);
+    await keepRecipes();
     await followSites();
     if (isLeft)
         await giveBack(site);
@@ -163,7 +165,8 @@ function hearFollower({told, deed, seen}, tab, origin) {
         noteSeen(new Map(seen));
 }
 
-function noteSeen(seen) {
+async function noteSeen(seen) {
+    await recipesLoaded;
     for (const recipe of recipes)
         recipe.seen = seen.get(recipe.id) ?? recipe.seen;
     keepRecipes();

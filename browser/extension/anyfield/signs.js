@@ -75,10 +75,9 @@
 
     /** On another page of the site, a label alone is too little. */
     function isOtherPages(wanted, there) {
-        const isNamed = wanted.name !== '' || wanted.id !== '';
         const isSame = ['name', 'id'].some((each) => wanted[each] !== '' &&
                                                      wanted[each] === there[each]);
-        return wanted.place !== there.place && isNamed && !isSame;
+        return wanted.place !== there.place && !isSame;
     }
 
     function rate(wanted, element) {

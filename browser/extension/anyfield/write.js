@@ -6,9 +6,12 @@
 
 (() => {
     const fields = globalThis[Symbol.for('org.postalscale.fields')] ??= {};
+    // The badge of an earlier copy of this file would stay beside that of this one.
+    if (fields.say)
+        return;
 
     const badgeTag = 'postal-scale-badge';
-    const badgeTime = 2500; // ms
+    const badgeTime = 5000; // ms; as long as a sentence takes to be noticed and read
     const goodColor = '#1a7f37';
     const troubleColor = '#b35900';
 
@@ -63,6 +66,8 @@
     function partsFor(element, unit, texts) {
         const pair = unit === 'lb oz' ? fields.pairOf(element) : null;
         const numbers = pair ? texts['lb oz'].split(' ') : [texts[unit]];
+        if (numbers.some((number) => typeof number !== 'string'))
+            return {why: 'The scale has no weight in this unit'};
         const parts = (pair ?? [element]).map((each, index) =>
             ({element: each, ...fields.fit(numbers[index], each)}));
         const why = parts.find((part) => part.why)?.why;
