@@ -109,7 +109,16 @@ _BODIES = {
                        '<p><input name="held" placeholder="grams"></p>'
                        '<p><label>Plain <input name="plain"></label></p>'
                        '<p><label>Plain 2 <input name="ship_weight_lbs"></label></p>',
+    # What names a unit, and what only looks like it.
+    "words": lambda _: '<p><label>A <input name="example" placeholder="e.g. 2.5"></label></p>'
+                       '<p><label>B <input name="gross" title="G.W. (kg)"></label></p>'
+                       '<p><label>C <input name="glued" placeholder="0.5kg"></label></p>'
+                       '<p><label>D <input name="sized"></label> <select><option>Letter up to 50 g'
+                       '</option></select></p>',
+    "table": lambda _: '<table><tr><td>Pounds</td><td><input name="pounds"></td><td>Ounces</td>'
+                       '<td><input name="ounces"></td></tr></table>',
     "never": lambda _: '<p><label>C <input name="card" autocomplete="billing cc-number"></label></p>'
+                       '<p><label>N <input name="number" autocomplete="CC-NUMBER"></label></p>'
                        '<p><label>R <input name="fixed" readonly></label></p>'
                        '<p><label>D <input name="date" type="date"></label></p>'
                        '<p><label>E <input name="mail" type="email"></label></p>'

@@ -80,6 +80,22 @@ class CursorTest(AnyFieldTest):
         self.page.evaluate("void (document.querySelector('select').value = 'LBS')")
         self.put_by_key(field("listed"), "2.205")
 
+    def test_words_that_look_like_units(self):
+        self.page.go(f"{SHOP}/words")
+        for name, text in {"example": "2.205", "gross": "1", "glued": "1",
+                           "sized": "2.205"}.items():
+            with self.subTest(name):
+                self.put_by_key(field(name), text)
+
+    def test_units_in_front_of_their_fields(self):
+        self.page.go(f"{SHOP}/table")
+        self.put_by_key(field("pounds"), "2")
+        self.wait_for_value(field("ounces"), "4")
+        # The other half would keep what was there.
+        self.hands.press_put_key()
+        self.wait_for_badge("2 lb 4 oz")
+        self.assertEqual(self.page.evaluate(f"{field('pounds')}.value"), "2")
+
     def test_the_next_unit(self):
         self.page.go(f"{SHOP}/shop")
         self.hands.focus(self.page, field("shipWeight"))
@@ -145,6 +161,7 @@ class CursorTest(AnyFieldTest):
     def test_what_is_never_written(self):
         self.page.go(f"{SHOP}/never")
         for name, words in {"card": "Passwords and cards are never written",
+                            "number": "Passwords and cards are never written",
                             "fixed": "This field cannot be changed",
                             "date": "This field takes no number",
                             "mail": "This field takes no number",
