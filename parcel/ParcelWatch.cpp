@@ -40,25 +40,25 @@ void ParcelWatch::takeReport(const WeightReport &report, ReadOutcome outcome)
     m_isConfirmed = true;
     m_sendsByItself = false;
     m_statement.reset();
-    m_stated.reset();
     if (outcome == ReadOutcome::Failed) {
         m_pan = PanReading::Missed;
         m_weight.missReport();
         return;
     }
     m_pan = panReading(report);
-    m_grams = weighedGrams(report, m_around.link.currentScale(),
-                           capacityOf(m_around.session.selectedModelName()));
-    if (fitsScale(report, m_around.link.currentScale()))
-        m_statement = statementOf(report, m_around.link.currentScale(),
-                                  capacityOf(m_around.session.selectedModelName()));
+    const auto scale = m_around.link.currentScale();
+    const auto capacity = capacityOf(m_around.session.selectedModelName());
+    const bool fits = fitsScale(report, scale);
+    m_grams = weighedGrams(report, scale, capacity);
+    if (fits)
+        m_statement = statementOf(report, scale, capacity);
     noteWeighed(m_pan != PanReading::PanLifted && !isHolding());
     // The request rides on the next poll; what comes with it was weighed before.
     if ((m_around.link.scaleCommand() & powerOffBit) != 0)
         m_weight.loseScale();
     // A held report repeats what was, and one of the other type is not read as what it is: neither
     // tells of the pan.
-    if (!fitsScale(report, m_around.link.currentScale()))
+    if (!fits)
         m_weight.missReport();
     else if (!isHolding())
         settle(m_weight.take(report));
@@ -71,9 +71,6 @@ void ParcelWatch::takeReading(const ScaleReading &reading)
     m_canTare = reading.canTare;
     m_isConfirmed = reading.isConfirmed;
     m_sendsByItself = true;
-    m_stated.reset();
-    if (statement.isWeighed())
-        m_stated = statedWeight(statement);
     m_pan = statedPanReading(statement);
     m_statement = statement;
     if (m_pan == PanReading::Missed) {
@@ -187,7 +184,6 @@ void ParcelWatch::loseScale()
     m_weight.loseScale();
     m_leaves = false;
     m_isRead = false;
-    m_stated.reset();
     m_pan = PanReading::None;
     m_statement.reset();
     m_sinceWeighed.invalidate();
@@ -212,7 +208,11 @@ LeavingTexts ParcelWatch::texts() const
 std::optional<ShownWeight> ParcelWatch::shown() const
 {
     const PanelContents &contents = m_around.panel.contents();
-    return contents.words.isEmpty() ? shownWeight(contents) : m_stated;
+    if (contents.words.isEmpty())
+        return shownWeight(contents);
+    if (m_sendsByItself && m_statement && m_statement->isWeighed())
+        return statedWeight(*m_statement);
+    return std::nullopt;
 }
 
 bool ParcelWatch::lets(Destination destination) const

@@ -139,10 +139,9 @@ private:
     bool m_fillIsOfLatest = false; ///< what pages were last filled with is the newest parcel
     bool m_isSilent = false;
     bool m_canTare = true;
-    bool m_isConfirmed = true;           ///< the latest reading
-    bool m_sendsByItself = false;        ///< the scale: what it has said is so until it says more
-    bool m_isRead = false;               ///< since the scale was plugged in
-    std::optional<ShownWeight> m_stated; ///< by a scale that tells number and unit itself
+    bool m_isConfirmed = true;    ///< the latest reading
+    bool m_sendsByItself = false; ///< the scale: what it has said is so until it says more
+    bool m_isRead = false;        ///< since the scale was plugged in
     PanReading m_pan = PanReading::None;
     double m_grams = 0;
     std::optional<ScaleStatement> m_statement; ///< of the latest reading; none: no weight

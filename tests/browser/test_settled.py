@@ -111,8 +111,8 @@ class SettledCarriersTest(SettledTest):
         self.assertEqual(self.values(self.page, fields(1000)), fields(1000))
         self.lift()
 
-    def test_a_page_that_is_busy_while_weights_settle(self):
-        """It gets the latest, whole, when it comes back, though nothing is weighed any more."""
+    def weigh_two_while_usps_is_busy(self):
+        """1000 g, and then 3000 g, which stay. Returns what the fields hold of a weight."""
         address, fields = CARRIERS["USPS"]
         self.page.go(address)
         self.wait_for_indicator(self.program, "USPS page open")
@@ -122,6 +122,11 @@ class SettledCarriersTest(SettledTest):
         self.wait_for_indicator(self.program, "Page not answering")
         self.lift()
         self.put_on_the_pan(3000)
+        return fields
+
+    def test_a_page_that_is_busy_while_weights_settle(self):
+        """It gets the latest, whole, when it comes back, though nothing is weighed any more."""
+        fields = self.weigh_two_while_usps_is_busy()
         self.lift()
         for weight in self.recent_weights()[:2]:
             self.assertTrue(weight.endswith("went nowhere"), weight)
@@ -131,21 +136,13 @@ class SettledCarriersTest(SettledTest):
         # Its late answer was not taken for one of the weight that is meant by then.
         self.assertTrue(self.recent_weights()[1].endswith("went nowhere"), self.recent_weights())
 
-
     def toggle_ups(self):
         """As a screen reader does: the browser's window may be in front."""
         self.program.window.widget("checkUPS").act("Toggle")
 
     def test_a_carrier_that_is_switched_off_leaves_the_others_theirs(self):
         """What waits for the page of one that is still ticked reaches it."""
-        address, fields = CARRIERS["USPS"]
-        self.page.go(address)
-        self.wait_for_indicator(self.program, "USPS page open")
-        self.page.start("const end = Date.now() + 20000; while (Date.now() < end) {}")
-        self.put_on_the_pan(1000)
-        self.wait_for_indicator(self.program, "Page not answering")
-        self.lift()
-        self.put_on_the_pan(3000)
+        fields = self.weigh_two_while_usps_is_busy()
         self.toggle_ups()
         self.addCleanup(self.toggle_ups)
         self.assertFalse(self.program.window.widget("checkUPS").is_checked)

@@ -206,15 +206,10 @@ async function toggle({tab, frame, origin, isNewSite}) {
         await sayIn(tab, frame, 'This field follows the scale no more', false);
         return;
     }
-    if (field.why) {
-        await sayIn(tab, frame, field.why);
-        if (isNewSite)
-            await giveBack(siteOfOrigin(origin));
-        return;
-    }
-    const recipe = await recipeOf(field, origin);
+    const recipe = field.why ? null : await recipeOf(field, origin);
     if (!recipe) {
-        await sayIn(tab, frame, 'Not remembered: neither the field nor the scale says a unit for it');
+        await sayIn(tab, frame, field.why ??
+            'Not remembered: neither the field nor the scale says a unit for it');
         if (isNewSite)
             await giveBack(siteOfOrigin(origin));
         return;
