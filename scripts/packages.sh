@@ -22,7 +22,7 @@ package_packages=(build-essential debhelper)
 package_check_packages=("${package_packages[@]}" lintian devscripts)
 check_packages=(
     "${demo_packages[@]}"
-    clang-14 libclang-rt-14-dev lld clang-format-14 clang-tidy-14
+    clang-19 libclang-rt-19-dev lld clang-format-19 clang-tidy-19
     xdotool xclip wmctrl x11-utils locales socat faketime python3-jsonschema
     mosquitto mosquitto-clients jq fish
     sway wtype xfwm4 gir1.2-gtk-3.0
@@ -60,16 +60,19 @@ install_packages() {
         "${missing[@]}"
 }
 
+# configure PRESET OPTION...
+configure() {
+    local folder=build/$1
+    say "Configuring $folder"
+    mkdir -p "$folder"
+    cmake --preset "$@" > "$folder/configure.log" 2>&1 || { cat "$folder/configure.log"; return 1; }
+}
+
 # build PRESET TARGET...: quiet when there is nothing to do
 build() {
-    local preset=$1 folder=build/$1
+    local preset=$1
     shift
-    if [ ! -f "$folder/build.ninja" ]; then
-        say "Configuring $folder"
-        mkdir -p "$folder"
-        cmake --preset "$preset" > "$folder/configure.log" 2>&1 ||
-            { cat "$folder/configure.log"; return 1; }
-    fi
+    [ -f "build/$preset/build.ninja" ] || configure "$preset"
     say "Building $preset: ${*:-everything}"
     cmake --build --preset "$preset" ${1:+--target "$@"}
 }

@@ -303,15 +303,11 @@ private slots:
         const auto row = [](const char *name, const Command &command, int poll) {
             QTest::newRow(name) << command << poll;
         };
-        row(
-            "hold", [](FaultyWorld &world) { world.app.link.set_device_HOLD(); }, 0xF2);
-        row(
-            "tare", [](FaultyWorld &world) { world.app.link.set_device_ON_TARE(); }, 0xF4);
-        row(
-            "power off", [](FaultyWorld &world) { world.app.link.set_device_OFF(); }, 0xF7);
+        row("hold", [](FaultyWorld &world) { world.app.link.set_device_HOLD(); }, 0xF2);
+        row("tare", [](FaultyWorld &world) { world.app.link.set_device_ON_TARE(); }, 0xF4);
+        row("power off", [](FaultyWorld &world) { world.app.link.set_device_OFF(); }, 0xF7);
         // It begins in the unit of every start.
-        row(
-            "power on", [](FaultyWorld &world) { world.app.link.set_device_ON(); }, 0xDE);
+        row("power on", [](FaultyWorld &world) { world.app.link.set_device_ON(); }, 0xDE);
     }
 
     /// A command for something else is sent while the report is late.

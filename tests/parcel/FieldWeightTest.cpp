@@ -91,8 +91,7 @@ private slots:
         const auto on = [](PanReading pan) {
             return [pan](ReadingNotes &notes) { notes.pan = pan; };
         };
-        row(
-            "settled", [](ReadingNotes &) {}, WeightState::Settled, true);
+        row("settled", [](ReadingNotes &) {}, WeightState::Settled, true);
         row(
             "settling", [](ReadingNotes &notes) { notes.state = SettledWeight::State::Settling; },
             WeightState::Moving, true);
@@ -101,8 +100,7 @@ private slots:
         row("below zero", on(PanReading::BelowZero), WeightState::BelowZero, false);
         row("lifted", on(PanReading::PanLifted), WeightState::Unclear, false);
         row("nothing certain", on(PanReading::None), WeightState::Unclear, false);
-        row(
-            "held", [](ReadingNotes &) {}, WeightState::Held, true, true);
+        row("held", [](ReadingNotes &) {}, WeightState::Held, true, true);
         row(
             "unplugged", [](ReadingNotes &notes) { notes.isConnected = false; },
             WeightState::NoScale, false);

@@ -82,9 +82,7 @@ struct ReplayedScale
 
     ReplayedHidDevices devices;
     LogCapture log;
-    Interface interface {
-        devices
-    };
+    Interface interface{devices};
     HIDManager link;
 };
 
@@ -107,9 +105,7 @@ struct RecordedScale
 
     RecordedHidDevices devices{std::make_unique<SystemHidDevices>()};
     LogCapture log;
-    Interface interface {
-        devices
-    };
+    Interface interface{devices};
     FakeHidapi &hidapi = FakeHidapi::instance();
     HIDManager link;
 };
