@@ -3,6 +3,8 @@
 
 #include "export/AutofillScripts.h"
 
+#include "base/SinglePrecision.h"
+
 #include <array>
 #include <charconv>
 

@@ -4,6 +4,7 @@
 #include "lcd/DigitLayout.h"
 
 #include "base/NumberText.h"
+#include "base/SinglePrecision.h"
 
 #include <cmath>
 

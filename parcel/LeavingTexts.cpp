@@ -4,6 +4,7 @@
 #include "parcel/LeavingTexts.h"
 
 #include "base/NumberText.h"
+#include "base/SinglePrecision.h"
 #include "export/AutofillScripts.h"
 
 #include <QStringList>

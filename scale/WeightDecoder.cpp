@@ -3,6 +3,7 @@
 
 #include "scale/WeightDecoder.h"
 
+#include "base/SinglePrecision.h"
 #include "scale/OunceFraction.h"
 
 #include <cmath>

@@ -4,6 +4,7 @@
 #include "scale/WeightText.h"
 
 #include "base/NumberText.h"
+#include "base/SinglePrecision.h"
 
 namespace {
 
