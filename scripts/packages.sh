@@ -28,7 +28,7 @@ check_packages=(
     sway wtype xfwm4 gir1.2-gtk-3.0
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
-    qemu-system-x86 busybox-static libkmod2 systemd polkitd
+    qemu-system-x86 busybox-static libkmod2 zstd systemd polkitd
     valgrind
     shellcheck pyflakes3 nodejs
 )

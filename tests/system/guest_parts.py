@@ -11,6 +11,7 @@ import lzma
 import pathlib
 import re
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -26,7 +27,11 @@ MODULES = [
 # The hardware data base knows neither scales nor the emulated machine. The program that asks each
 # hidraw node whether it is a security key would take a fifth of the whole run.
 UNUSED_UDEV = ["hwdb.d", "60-fido-id.rules", "fido_id"]
+# How Debian 12 and 13 pack their kernels.
 XZ_MAGIC = b"\xfd7zXZ\x00"
+ZSTD_MAGIC = b"\x28\xb5\x2f\xfd"
+# Where a package of Debian 12 has a file in the left folder, one of 13 has it in the right one.
+MERGED_FOLDERS = {"bin": "usr/bin", "lib": "usr/lib", "lib64": "usr/lib64", "sbin": "usr/sbin"}
 
 
 class Packages:
@@ -63,24 +68,59 @@ class Packages:
         return self.directory.glob("*.deb")
 
 
+def make_tree(tree):
+    """Where all files come to lie below usr."""
+    for name, target in MERGED_FOLDERS.items():
+        (tree / target).mkdir(parents=True)
+        (tree / name).symlink_to(target)
+
+
+def unpack(package, tree):
+    with subprocess.Popen(["dpkg-deb", "--fsys-tarfile", package],
+                          stdout=subprocess.PIPE) as files:
+        # dpkg-deb by itself would put a folder in the place of a link.
+        subprocess.run(["tar", "--extract", "--keep-directory-symlink", "--directory", tree],
+                       check=True, stdin=files.stdout)
+    if files.returncode != 0:
+        sys.exit(f"{package} cannot be unpacked")
+
+
+def payload(image):
+    """Of a self-extracting kernel, as its header tells: in the "boot protocol" of the kernel's
+    documentation. The size that it has once unpacked stands behind it."""
+    sectors = image[0x1F1] + 1
+    offset, length = struct.unpack_from("<II", image, 0x248)
+    begin = sectors * 512 + offset
+    return image[begin:begin + length - 4]
+
+
+def unpacked(packed):
+    if packed.startswith(XZ_MAGIC):
+        return lzma.decompress(packed)
+    if packed.startswith(ZSTD_MAGIC):
+        return subprocess.run(["zstd", "--decompress", "--stdout"], check=True, input=packed,
+                              stdout=subprocess.PIPE).stdout
+    return packed
+
+
 def extract_kernel(tree, parts):
     """The plain image inside the self-extracting one boots twice as fast under emulation."""
-    [packed] = (tree / "boot").glob("vmlinuz-*")
-    image = packed.read_bytes()
-    kernel = lzma.LZMADecompressor().decompress(image[image.index(XZ_MAGIC):])
-    (parts / "vmlinux").write_bytes(kernel)
+    [image] = (tree / "boot").glob("vmlinuz-*")
+    (parts / "vmlinux").write_bytes(unpacked(payload(image.read_bytes())))
 
 
 def extract_modules(tree, parts):
     (parts / "modules").mkdir()
     for module in MODULES:
-        [path] = (tree / "lib/modules").rglob(module.split()[0] + ".ko")
-        shutil.copy(path, parts / "modules")
+        name = module.split()[0] + ".ko"
+        [path] = (tree / "usr/lib/modules").rglob(name + "*")
+        (parts / "modules" / name).write_bytes(unpacked(path.read_bytes()))
 
 
 def extract_udev(tree, parts):
-    shutil.copytree(tree / "lib/udev", parts / "udev", ignore=shutil.ignore_patterns(*UNUSED_UDEV))
-    shutil.copy(tree / "bin/udevadm", parts / "udev")
+    shutil.copytree(tree / "usr/lib/udev", parts / "udev",
+                    ignore=shutil.ignore_patterns(*UNUSED_UDEV))
+    shutil.copy(tree / "usr/bin/udevadm", parts / "udev")
 
 
 def is_complete(parts):
@@ -92,8 +132,9 @@ def fetch(parts):
     parts.parent.mkdir(parents=True, exist_ok=True)
     with tempfile.TemporaryDirectory(dir=parts.parent) as scratch:
         tree = pathlib.Path(scratch) / "tree"
+        make_tree(tree)
         for package in Packages(pathlib.Path(scratch)).fetch():
-            subprocess.run(["dpkg-deb", "-x", package, tree], check=True)
+            unpack(package, tree)
         fresh = pathlib.Path(scratch) / "parts"
         fresh.mkdir()
         extract_kernel(tree, fresh)

@@ -13,21 +13,22 @@ PACKAGES = ["systemd", "libsystemd-shared", "libpam-systemd", "libpam-modules", 
             "dbus", "dbus-system-bus-common", "util-linux", "polkitd", "libpolkit-gobject-1-0",
             "libduktape207"]
 
-# What is taken from them. Of systemd's units only those of a seat, of a sleep and of the way down;
-# others that these name are no trouble to systemd where they are missing.
-UNITS = "lib/systemd/system"
+# What is taken from them, as far as they have it. Of systemd's units only those of a seat, of a sleep
+# and of the way down; others that these name are no trouble to systemd where they are missing.
+SYSTEMD = "usr/lib/systemd"
+UNITS = f"{SYSTEMD}/system"
 FILES = [
-    "lib/systemd/systemd", "lib/systemd/systemd-logind", "lib/systemd/systemd-sleep",
-    "lib/systemd/systemd-shutdown", "lib/systemd/systemd-user-runtime-dir",
-    "bin/systemctl", "bin/loginctl", "bin/systemd-inhibit", "usr/bin/busctl",
+    f"{SYSTEMD}/systemd", f"{SYSTEMD}/systemd-executor", f"{SYSTEMD}/systemd-logind",
+    f"{SYSTEMD}/systemd-sleep", f"{SYSTEMD}/systemd-shutdown", f"{SYSTEMD}/systemd-user-runtime-dir",
+    "usr/bin/systemctl", "usr/bin/loginctl", "usr/bin/systemd-inhibit", "usr/bin/busctl",
     f"{UNITS}/*.target", f"{UNITS}/*.slice", f"{UNITS}/user@.service",
     f"{UNITS}/user-runtime-dir@.service", f"{UNITS}/systemd-logind.service",
     f"{UNITS}/systemd-suspend.service", f"{UNITS}/systemd-poweroff.service",
     f"{UNITS}/dbus.service", f"{UNITS}/dbus.socket",
-    "usr/lib/systemd/user/*", f"{LIBRARIES}/systemd/*.so",
+    f"{SYSTEMD}/user/*", f"{LIBRARIES}/systemd/*.so",
     "usr/bin/dbus-daemon", "usr/share/dbus-1/**/*",
-    "lib/x86_64-linux-gnu/security/pam_permit.so", "lib/x86_64-linux-gnu/security/pam_rootok.so",
-    "lib/x86_64-linux-gnu/security/pam_systemd.so", "sbin/runuser",
+    f"{LIBRARIES}/security/pam_permit.so", f"{LIBRARIES}/security/pam_rootok.so",
+    f"{LIBRARIES}/security/pam_systemd.so", "usr/sbin/runuser",
     f"{UNITS}/polkit.service", "usr/lib/polkit-1/polkitd", "usr/share/polkit-1/**/*",
     f"{LIBRARIES}/libpolkit-gobject-1.so.0", f"{LIBRARIES}/libduktape.so.207",
 ]
