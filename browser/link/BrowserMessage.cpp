@@ -134,7 +134,8 @@ void appendEscaped(std::string &json, const QByteArray &bytes)
 {
     static const char digits[] = "0123456789abcdef";
     for (const char byte : bytes) {
-        if (byte >= 0 && byte < ' ') {
+        // Whether a char has a sign is the processor's choice.
+        if (static_cast<unsigned char>(byte) < ' ') {
             json += "\\u00";
             json += digits[byte / 16];
             json += digits[byte % 16];

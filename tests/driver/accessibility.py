@@ -96,6 +96,18 @@ class Accessible:
             yield child
             yield from child.descendants()
 
+    def focused(self):
+        """What has the keyboard, or None. An item of a closed pop-up says that it does, and that it
+        shows; its list does not show."""
+        for child in _unless_gone(lambda: self.children, []):
+            if not _unless_gone(lambda child=child: child.is_showing, False):
+                continue
+            if _unless_gone(lambda child=child: child.is_focused, False):
+                return child
+            if found := child.focused():
+                return found
+        return None
+
     def names(self):
         """Of all that it holds, without those that have none."""
         return [name for each in self.descendants()
@@ -140,8 +152,9 @@ class AccessibilityBus:
         told = []
 
         def take(_bus, _sender, _path, _interface, _signal, parameters):
-            # The toolkit sends whose name it is, not which.
-            told.append(Accessible(self._bus, parameters.unpack()[3]).name)
+            # Qt 6.4 sends whose name it is, 6.8 which.
+            what = parameters.unpack()[3]
+            told.append(what if isinstance(what, str) else Accessible(self._bus, what).name)
 
         self._bus.signal_subscribe(None, _EVENT, "PropertyChange", None, "accessible-name",
                                    Gio.DBusSignalFlags.NONE, take)

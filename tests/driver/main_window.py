@@ -152,7 +152,7 @@ class MainWindow:
         return list(self._accessible.descendants())
 
     def focused_name(self):
-        focused = next(self._accessible.descendants_that(lambda each: each.is_focused), None)
+        focused = self._accessible.focused()
         return focused and focused.name
 
     def press(self, key):
