@@ -20,7 +20,7 @@ QIcon builtInIcon()
 {
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128})
-        icon.addFile(QStringLiteral(":/icon/%1.png").arg(size), QSize(size, size));
+        icon.addFile(QStringLiteral(":/icon/icon-%1.png").arg(size), QSize(size, size));
     return icon;
 }
 
