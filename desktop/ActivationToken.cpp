@@ -87,7 +87,7 @@ QString requestActivationToken(const QString &applicationId)
         return {};
     wl_proxy *activation = nullptr;
     wl_registry *registry = wl_display_get_registry(display.get());
-    wl_registry_add_listener(registry, &registryEvents, &activation);
+    wl_registry_add_listener(registry, &registryEvents, static_cast<void *>(&activation));
     wl_display_roundtrip(display.get());
     wl_registry_destroy(registry);
     if (activation == nullptr)
