@@ -69,7 +69,11 @@ class PackageDataTest(unittest.TestCase):
         metainfo = self.installed(f"metainfo/{self.application_id}.metainfo.xml")
         said = output_of("appstreamcli", "validate", "--pedantic", "--no-net", "--no-color",
                          metainfo)
-        self.assertRegex(said, r"^\S+ Validation was successful\.\n$")
+        notes = re.findall(r"^[IWEP]: \S+ (.*)", said, re.MULTILINE)
+        # The tag came with 1.0; Debian 12 has a checker of before.
+        before = re.search(r"AppStream version: 0\.", output_of("appstreamcli", "--version"))
+        self.assertEqual(notes, ["unknown-tag developer"] if before else [])
+        self.assertRegex(said, r"\S+ Validation was successful")
 
     def test_the_manual_page_has_no_warnings(self):
         page = self.installed("man1/postal-scale.1")
