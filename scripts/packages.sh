@@ -20,7 +20,7 @@ demo_packages=(
 )
 package_packages=(build-essential debhelper)
 package_check_packages=("${package_packages[@]}" lintian devscripts)
-release_packages=("${package_check_packages[@]}" rpm makepkg pacman-package-manager xz-utils)
+release_packages=("${package_check_packages[@]}" rpm makepkg libarchive-tools pacman-package-manager xz-utils)
 check_packages=(
     "${demo_packages[@]}"
     clang-14 libclang-rt-14-dev lld clang-format-14 clang-tidy-14
