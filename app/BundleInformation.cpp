@@ -3,6 +3,8 @@
 
 #include "app/BundleInformation.h"
 
+#include "base/InstalledFolders.h"
+#include "base/InstalledPath.h"
 #include "base/Log.h"
 #include "base/RegularFile.h"
 
@@ -41,6 +43,17 @@ BundleInformation builtIn()
     return *BundleInformation::parse(text, &none);
 }
 
+/// The user's, or the system's, or that of an installation of its own; empty if there is none.
+QString chosenFile()
+{
+    const QString found = QStandardPaths::locate(QStandardPaths::GenericConfigLocation,
+                                                 QStringLiteral("postal-scale/Info.json"));
+    if (!found.isEmpty())
+        return found;
+    const QString own = installedPath(systemInformationFolder) + QStringLiteral("/Info.json");
+    return QFile::exists(own) ? own : QString();
+}
+
 bool hasTooManyModels(const QJsonObject &object)
 {
     return std::any_of(object.begin(), object.end(),
@@ -51,10 +64,7 @@ bool hasTooManyModels(const QJsonObject &object)
 
 BundleInformation BundleInformation::load(const QString &file)
 {
-    const QString path = file.isEmpty()
-                             ? QStandardPaths::locate(QStandardPaths::GenericConfigLocation,
-                                                      QStringLiteral("postal-scale/Info.json"))
-                             : file;
+    const QString path = file.isEmpty() ? chosenFile() : file;
     if (path.isEmpty())
         return builtIn();
     QString trouble;

@@ -79,6 +79,11 @@ Finding permission(const DoctorFacts &facts)
 
 Finding rule(const DoctorFacts &facts)
 {
+    if (facts.rule.isEmpty() && !facts.unreadRule.isEmpty())
+        return trouble(QStringLiteral("udev does not read the rule %1").arg(facts.unreadRule),
+                       QStringLiteral("Link it: sudo ln -s \"%1\" /etc/udev/rules.d/, and plug the "
+                                      "scale in again.")
+                           .arg(facts.unreadRule));
     if (facts.rule.isEmpty())
         return trouble(QStringLiteral("No udev rule for the scale"),
                        (facts.ruleLine.isEmpty()
@@ -158,6 +163,11 @@ Finding onTop(const DoctorFacts &facts)
 
 Finding browser(const DoctorFacts &facts)
 {
+    if (facts.linkedBrowsers.isEmpty() && !facts.unreadLinks.isEmpty())
+        return trouble(
+            QStringLiteral("Browser link: the browsers do not look into this installation"),
+            QStringLiteral("Link its files: %1; and load the extension into the browser.")
+                .arg(facts.unreadLinks.join(QStringLiteral("; "))));
     if (facts.linkedBrowsers.isEmpty())
         return trouble(QStringLiteral("Browser link: not set up for any browser"),
                        QStringLiteral("Install the package and start the browser again; from the "

@@ -3,6 +3,8 @@
 
 #include "console/DoctorFacts.h"
 
+#include "base/InstalledFolders.h"
+#include "base/InstalledPath.h"
 #include "browser/link/HostRegistration.h"
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
@@ -28,6 +30,28 @@ const QStringList ruleFolders{
     QStringLiteral("/usr/local/lib/udev/rules.d"), QStringLiteral("/usr/lib/udev/rules.d"),
     QStringLiteral("/lib/udev/rules.d"),
 };
+
+/// Where this installation has its host's manifests, beside the folders that the browsers are known
+/// for.
+struct InstalledHosts
+{
+    const char *browser;
+    const char *folder;
+};
+constexpr std::array installedHosts{InstalledHosts{"Chromium", chromiumHostsFolder},
+                                    InstalledHosts{"Firefox", firefoxHostsFolder}};
+
+/// Only somebody who knows the system gives an absolute folder.
+bool isGiven(const char *folder)
+{
+    return QDir::isAbsolutePath(QString::fromUtf8(folder));
+}
+
+QStringList readRuleFolders()
+{
+    return isGiven(udevRulesFolder) ? ruleFolders + QStringList(installedPath(udevRulesFolder))
+                                    : ruleFolders;
+}
 
 bool namesTheScale(const QString &ruleFile, std::uint16_t vendorId, std::uint16_t productId)
 {
@@ -77,13 +101,27 @@ QString folderOfUser(const HostFolders &folders)
         .replace(QLatin1String("$HOME"), QDir::homePath());
 }
 
+QString hostManifest()
+{
+    return QStringLiteral("/%1.json").arg(QLatin1String(browserHostName));
+}
+
+bool isGivenFor(const char *browser)
+{
+    return std::any_of(installedHosts.begin(), installedHosts.end(),
+                       [&](const InstalledHosts &hosts) {
+                           return qstrcmp(hosts.browser, browser) == 0 && isGiven(hosts.folder) &&
+                                  QFileInfo::exists(installedPath(hosts.folder) + hostManifest());
+                       });
+}
+
 QStringList linkedBrowsers()
 {
-    const QString file = QStringLiteral("/%1.json").arg(QLatin1String(browserHostName));
+    const QString file = hostManifest();
     QStringList linked;
     for (const HostFolders &folders : browserHostFolders) {
         if (QFileInfo::exists(QLatin1String(folders.ofEveryUser) + file) ||
-            QFileInfo::exists(folderOfUser(folders) + file))
+            QFileInfo::exists(folderOfUser(folders) + file) || isGivenFor(folders.browser))
             linked.append(QLatin1String(folders.browser));
     }
     return linked;
@@ -129,6 +167,24 @@ QString findRule(const QStringList &folders, std::uint16_t vendorId, std::uint16
     return {};
 }
 
+QStringList linksFor(const QString &programFolder)
+{
+    QStringList links;
+    for (const InstalledHosts &hosts : installedHosts) {
+        const QString manifest = installedPath(hosts.folder, programFolder) + hostManifest();
+        const auto *const known = std::find_if(
+            browserHostFolders.begin(), browserHostFolders.end(), [&](const HostFolders &folders) {
+                return qstrcmp(folders.browser, hosts.browser) == 0;
+            });
+        if (isGiven(hosts.folder) || known == browserHostFolders.end() ||
+            !QFileInfo::exists(manifest))
+            continue;
+        links.append(QStringLiteral("sudo ln -s \"%1\" %2/")
+                         .arg(manifest, QLatin1String(known->ofEveryUser)));
+    }
+    return links;
+}
+
 QStringList holdersOf(const QString &node, qint64 exceptProcess)
 {
     QStringList holders;
@@ -149,12 +205,14 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
     const AnyScale scale = findAnyScale(devices);
     facts.node = scale.node;
     facts.scaleName = scale.name;
-    if (scale.name.isEmpty()) {
-        facts.rule = findRule(ruleFolders);
-    } else {
-        facts.rule = findRule(ruleFolders, scale.device.vendorId, scale.device.productId);
+    const bool isDescribed = scale.name.isEmpty();
+    const std::uint16_t vendorId = isDescribed ? scaleVendorId : scale.device.vendorId;
+    const std::uint16_t productId = isDescribed ? scaleProductId : scale.device.productId;
+    facts.rule = findRule(readRuleFolders(), vendorId, productId);
+    if (facts.rule.isEmpty())
+        facts.unreadRule = findRule({installedPath(udevRulesFolder)}, vendorId, productId);
+    if (!isDescribed)
         facts.ruleLine = udevRuleFor(scale.device);
-    }
     facts.seats = activeSeats();
     const DesktopEnvironment environment = DesktopEnvironment::ofSession();
     facts.desktop = expectedDesktop(environment);
@@ -163,6 +221,7 @@ DoctorFacts DoctorFacts::gather(HidDevices &devices, SingleInstance &instance)
     facts.hasX11Display = environment.hasX11Display;
     facts.controlsClipboard = ClipboardControl().isOffered();
     facts.linkedBrowsers = ::linkedBrowsers();
+    facts.unreadLinks = linksFor(QCoreApplication::applicationDirPath());
     facts.runtimeFolder = UserFolder::ofSession();
     askWindow(instance, facts);
     facts.runningProcess = instance.ownerProcess();

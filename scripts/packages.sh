@@ -20,6 +20,7 @@ demo_packages=(
 )
 package_packages=(build-essential debhelper)
 package_check_packages=("${package_packages[@]}" lintian devscripts)
+release_packages=("${package_check_packages[@]}" rpm makepkg libarchive-tools pacman-package-manager xz-utils)
 check_packages=(
     "${demo_packages[@]}"
     clang-19 libclang-rt-19-dev lld clang-format-19 clang-tidy-19
@@ -30,7 +31,7 @@ check_packages=(
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2 zstd systemd polkitd
     valgrind
-    shellcheck pyflakes3 nodejs
+    shellcheck pyflakes3 nodejs reuse
 )
 # Node of another origin than Debian brings its own npm, and will not have Debian's beside it.
 if ! command -v npm > /dev/null; then check_packages+=(npm); fi

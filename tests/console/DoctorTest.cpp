@@ -67,6 +67,19 @@ const std::vector<Case> cases{
      Kind::Trouble, "No permission", "Plug the scale in again"},
     {"no rule", [](auto &facts) { facts.rule.clear(); }, Kind::Trouble, "No udev rule",
      "ATTRS{idVendor}==\"04d9\", ATTRS{idProduct}==\"8010\", TAG+=\"uaccess\""},
+    {"rule of an installation elsewhere",
+     [](auto &facts) {
+         facts.rule.clear();
+         facts.unreadRule = QStringLiteral("/opt/x/lib/udev/rules.d/60-postal-scale.rules");
+     },
+     Kind::Trouble, "udev does not read the rule /opt/x/lib/udev/rules.d/60-postal-scale.rules",
+     "ln -s \"/opt/x/lib/udev/rules.d/60-postal-scale.rules\" /etc/udev/rules.d/"},
+    {"rule of an installation elsewhere beside one that is read",
+     [](auto &facts) {
+         facts.rule = QStringLiteral("/etc/udev/rules.d/60-scale.rules");
+         facts.unreadRule = QStringLiteral("/opt/x/lib/udev/rules.d/60-postal-scale.rules");
+     },
+     Kind::Good, "udev rule /etc/udev/rules.d/60-scale.rules", ""},
     {"late rule",
      [](auto &facts) { facts.rule = QStringLiteral("/etc/udev/rules.d/99-scale.rules"); },
      Kind::Trouble, "too late", "60"},
@@ -89,6 +102,12 @@ const std::vector<Case> cases{
      "does not offer it", "_NET_WM_STATE_ABOVE"},
     {"no browser", [](auto &facts) { facts.linkedBrowsers.clear(); }, Kind::Trouble,
      "not set up for any browser", "Install the package"},
+    {"browsers that do not look into the installation",
+     [](auto &facts) {
+         facts.linkedBrowsers.clear();
+         facts.unreadLinks = QStringList{QStringLiteral("sudo ln -s \"/opt/x/a.json\" /etc/b/")};
+     },
+     Kind::Trouble, "do not look into this installation", "sudo ln -s \"/opt/x/a.json\" /etc/b/"},
     {"no link", [](auto &facts) { facts.window = {}; }, Kind::Note, "up while Postal Scale runs",
      ""},
     {"no browser runs", [](auto &facts) { facts.window.hasBrowser = false; }, Kind::Note,

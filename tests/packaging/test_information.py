@@ -19,6 +19,7 @@ class InformationTest(CommandLineTest):
         subprocess.run(["cmake", "--install", harness.binaries().parent], check=True,
                        env=os.environ | {"DESTDIR": str(folder)}, stdout=subprocess.DEVNULL)
         (cls.file,) = folder.rglob("xdg/postal-scale/Info.json")
+        (cls.installed_program,) = folder.rglob("bin/postal-scale")
         cls.text = cls.file.read_text(encoding="utf-8")
 
     def setUp(self):
@@ -30,10 +31,10 @@ class InformationTest(CommandLineTest):
         information["KayForUSPS"][0] = "Counter 3"
         self.file.write_text(json.dumps(information), encoding="utf-8")
 
-    def model(self, *arguments, folders="/nowhere"):
+    def model(self, *arguments, folders="/nowhere", program=None):
         """@param folders those of the machine's settings"""
-        command = ["env", f"XDG_CONFIG_DIRS={folders}", harness.binaries() / "postal-scale",
-                   "--print", "--json", *arguments]
+        program = program or harness.binaries() / "postal-scale"
+        command = ["env", f"XDG_CONFIG_DIRS={folders}", program, "--print", "--json", *arguments]
         return self.run_with_scale(command=command).report["model"]
 
     def test_what_is_installed_is_what_is_built_in(self):
@@ -42,6 +43,18 @@ class InformationTest(CommandLineTest):
     def test_the_installed_file_counts(self):
         self.change()
         self.assertEqual(self.model(folders=self.file.parents[1]), "Counter 3")
+
+    def test_an_installation_anywhere_reads_its_own(self):
+        self.change()
+        self.assertEqual(self.model(program=self.installed_program), "Counter 3")
+
+    def test_what_the_system_has_comes_first(self):
+        """It may be the administrator's, beside an installation for trial."""
+        folder = self.session.new_folder("system")
+        (folder / "postal-scale").mkdir()
+        (folder / "postal-scale/Info.json").write_text(self.text, encoding="utf-8")
+        self.change()
+        self.assertEqual(self.model(program=self.installed_program, folders=folder), self.model())
 
     def test_the_file_that_is_named_counts(self):
         self.change()
