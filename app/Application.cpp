@@ -5,6 +5,7 @@
 
 #include "app/BundleInformation.h"
 #include "browser/link/BrowserLink.h"
+#include "desktop/DarkStyle.h"
 #include "scale/SystemHidDevices.h"
 #include "settings/Settings.h"
 #include "widgets/WindowStyle.h"
@@ -57,6 +58,9 @@ void Application::useDevices(std::unique_ptr<HidDevices> devices)
 void Application::launch(const QString &infoFile)
 {
     prepare(infoFile, std::make_unique<Settings>());
+    m_voice = std::make_unique<ReadingVoice>(*m_delegate);
+    if (DarkStyle::isNeeded())
+        m_darkStyle = std::make_unique<DarkStyle>();
     m_delegate->window->show();
 }
 

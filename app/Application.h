@@ -4,12 +4,14 @@
 #pragma once
 
 #include "app/ReadingReportDelegate.h"
+#include "app/ReadingVoice.h"
 #include "scale/ScaleDelegate.h"
 
 #include <QApplication>
 #include <memory>
 
 class BrowserLink;
+class DarkStyle;
 struct BrowserSituation;
 class Settings;
 
@@ -45,7 +47,9 @@ private:
 
     std::unique_ptr<HidDevices> m_devices;
     std::unique_ptr<Settings> m_settings;
+    std::unique_ptr<DarkStyle> m_darkStyle; ///< null where the toolkit has one
     std::unique_ptr<BrowserLink> m_browserLink;
     BrowserBridge *m_browsers;
     std::unique_ptr<ReadingReportDelegate> m_delegate;
+    std::unique_ptr<ReadingVoice> m_voice; ///< of a window that is shown
 };

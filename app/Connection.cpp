@@ -107,7 +107,10 @@ void PostalScaleAppDelegate::setSilent(bool silent)
 
 void PostalScaleAppDelegate::showStaleness()
 {
-    m_panel.setStale(m_look.isActive() || m_isUnconfirmed);
+    if (m_look.isActive())
+        m_panel.setDoubt(Panel::Doubt::Silence);
+    else
+        m_panel.setDoubt(m_isUnconfirmed ? Panel::Doubt::Unconfirmed : Panel::Doubt::None);
 }
 
 void PostalScaleAppDelegate::lookForReport()

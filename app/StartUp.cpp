@@ -11,6 +11,7 @@
 #include "widgets/WindowProportion.h"
 
 #include <QActionGroup>
+#include <QGraphicsOpacityEffect>
 #include <QSysInfo>
 
 namespace {
@@ -48,17 +49,26 @@ QString describeOptions(const QList<int> &tags)
     return QStringLiteral("{ %1 }").arg(entries.join(QLatin1Char(' ')));
 }
 
-/// A disabled unit's text is as near to blue as legible text may be, 4.5 to 1.
-constexpr int disabledOpacity = 160;
+/// As near to blue as legible text may be, 4.5 to 1: a disabled unit's, and what nobody has to
+/// read.
+constexpr int paleOpacity = 160;
 
 void setTextColour(QWidget *widget, const QColor &colour)
 {
     QPalette palette = widget->palette();
     palette.setColor(QPalette::WindowText, colour);
     QColor disabled = colour;
-    disabled.setAlpha(disabledOpacity);
+    disabled.setAlpha(paleOpacity);
     palette.setColor(QPalette::Disabled, QPalette::WindowText, disabled);
     widget->setPalette(palette);
+}
+
+/// Its colour stays what it is.
+void makePale(QWidget *widget)
+{
+    auto *effect = new QGraphicsOpacityEffect(widget);
+    effect->setOpacity(paleOpacity / 255.0);
+    widget->setGraphicsEffect(effect);
 }
 
 void setFillColour(QWidget *box, const QColor &colour)
@@ -78,6 +88,7 @@ void PostalScaleAppDelegate::awakeFromNib()
                                             mayTile(situation.desktop, situation.shell)
                                                 ? WindowProportion::Correction::Forbidden
                                                 : WindowProportion::Correction::Allowed);
+    proportion->setSpareRoom(boxContainer);
     auto *place = new WindowPlace(window.get(), m_settings);
     m_compactForm =
         std::make_unique<CompactForm>(CompactForm::Surroundings{.form = *this,
@@ -114,6 +125,7 @@ void PostalScaleAppDelegate::applyUSPSBranding()
     for (QLabel *label : std::initializer_list<QLabel *>{
              connectionStatuslbl, ozLBL, lbLBL, exportCaption, lblModel, settledLbl, leavesLbl})
         setTextColour(label, Qt::white);
+    makePale(ozLBL);
     for (QAbstractButton *cell : radiogroup->buttons())
         setTextColour(cell, Qt::white);
     if (m_information.modelNames().isEmpty())

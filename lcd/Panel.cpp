@@ -223,9 +223,10 @@ PanelContents Panel::contents() const
     return contents;
 }
 
-void Panel::setStale(bool stale)
+void Panel::setDoubt(Doubt doubt)
 {
-    m_form.imageBox->setDimmed(stale);
+    m_doubt = doubt;
+    m_form.imageBox->setDimmed(doubt != Doubt::None);
     announceReading();
 }
 
@@ -241,8 +242,10 @@ void Panel::announceNow()
     m_announced = contents();
     QString words = m_session.isDeviceConnected ? readingWords(m_announced)
                                                 : QStringLiteral("no scale connected");
-    if (m_form.imageBox->isDimmed())
+    if (m_doubt == Doubt::Silence)
         words += QStringLiteral(", the scale does not answer");
+    if (m_doubt == Doubt::Unconfirmed)
+        words += QStringLiteral(", not confirmed yet");
     m_form.imageBox->setReadingText(words);
     emit readingAnnounced();
 }

@@ -49,8 +49,9 @@ public:
     /// At this moment, also between the steps of a reading.
     PanelContents contents() const;
 
-    /// Whether what is shown may be so no longer, as the scale does not answer: it is dimmed then.
-    void setStale(bool stale);
+    /// Why what is shown may not be so now. It is dimmed then.
+    enum class Doubt { None, Silence, Unconfirmed };
+    void setDoubt(Doubt doubt);
 
     /// Tells screen readers what the panel shows, once this turn of the event loop is over.
     void announceReading();
@@ -94,5 +95,6 @@ private:
     PanelContents m_fixed;       ///< what the segments show that are no digits
     std::array<FixedSegment, 13> m_segments;
     PanelContents m_announced;
+    Doubt m_doubt = Doubt::None;
     QTimer m_announcement;
 };

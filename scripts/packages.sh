@@ -25,8 +25,8 @@ check_packages=(
     "${demo_packages[@]}"
     clang-19 libclang-rt-19-dev lld clang-format-19 clang-tidy-19
     xdotool xclip wmctrl x11-utils locales socat faketime python3-jsonschema
-    mosquitto mosquitto-clients jq fish
-    sway wtype xfwm4 gir1.2-gtk-3.0
+    mosquitto mosquitto-clients jq fish zsh
+    sway wtype xfwm4 xfce4-settings gir1.2-gtk-3.0
     chromium firefox-esr openssl
     desktop-file-utils appstream man-db
     qemu-system-x86 busybox-static libkmod2 zstd systemd polkitd

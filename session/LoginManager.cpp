@@ -3,9 +3,9 @@
 
 #include "session/LoginManager.h"
 
-#include <QSocketNotifier>
+#include "session/BusConnection.h"
+
 #include <fcntl.h>
-#include <poll.h>
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
@@ -39,13 +39,6 @@ struct MessageDeleter
 
 } // namespace
 
-void LoginManager::BusCloser::operator()(sd_bus *bus) const
-{
-    // Not flushed: that could wait.
-    sd_bus_close(bus);
-    sd_bus_unref(bus);
-}
-
 LoginManager::LoginManager(QObject *parent)
     : QObject(parent)
 {
@@ -58,10 +51,11 @@ LoginManager::~LoginManager()
 
 void LoginManager::start()
 {
-    sd_bus *bus = nullptr;
-    if (sd_bus_open_system(&bus) < 0)
+    m_connection = std::make_unique<BusConnection>(BusConnection::Bus::System);
+    sd_bus *bus = m_connection->bus();
+    if (!bus)
         return;
-    m_bus.reset(bus);
+    connect(m_connection.get(), &BusConnection::hungUp, this, &LoginManager::hangUp);
     listenFor(
         bus, "PrepareForSleep",
         [](sd_bus_message *message, void *object, sd_bus_error *) {
@@ -79,18 +73,14 @@ void LoginManager::start()
         },
         this);
     holdUp();
-    const int descriptor = sd_bus_get_fd(bus);
-    m_incoming = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Read);
-    m_outgoing = std::make_unique<QSocketNotifier>(descriptor, QSocketNotifier::Write);
-    connect(m_incoming.get(), &QSocketNotifier::activated, this, &LoginManager::process);
-    connect(m_outgoing.get(), &QSocketNotifier::activated, this, &LoginManager::process);
+    m_connection->drive();
 }
 
 void LoginManager::holdUp()
 {
     sd_bus_message *message = nullptr;
-    if (sd_bus_message_new_method_call(m_bus.get(), &message, service, path, managerInterface,
-                                       "Inhibit") < 0)
+    if (sd_bus_message_new_method_call(m_connection->bus(), &message, service, path,
+                                       managerInterface, "Inhibit") < 0)
         return;
     const std::unique_ptr<sd_bus_message, MessageDeleter> call(message);
     // A machine without logind is not to be given one.
@@ -98,7 +88,7 @@ void LoginManager::holdUp()
     sd_bus_message_append(message, "ssss", "sleep:shutdown", "Postal Scale",
                           "The scale is being switched off", "delay");
     sd_bus_call_async(
-        m_bus.get(), nullptr, message,
+        m_connection->bus(), nullptr, message,
         [](sd_bus_message *answer, void *object, sd_bus_error *) {
             int inhibitor = -1;
             if (sd_bus_message_is_method_error(answer, nullptr) == 0 &&
@@ -123,24 +113,9 @@ void LoginManager::letGo()
     m_inhibitor = -1;
 }
 
-void LoginManager::process()
-{
-    int state = 1;
-    while (state > 0)
-        state = sd_bus_process(m_bus.get(), nullptr);
-    const int events = state < 0 ? state : sd_bus_get_events(m_bus.get());
-    if (events < 0) {
-        hangUp();
-        return;
-    }
-    m_outgoing->setEnabled((events & POLLOUT) != 0);
-}
-
 /// The bus is gone, and with it whoever waited, or would have said that the machine is awake.
 void LoginManager::hangUp()
 {
-    m_incoming->setEnabled(false);
-    m_outgoing->setEnabled(false);
     letGo();
     emit wokeUp();
 }

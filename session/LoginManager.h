@@ -6,8 +6,7 @@
 #include <QObject>
 #include <memory>
 
-class QSocketNotifier;
-struct sd_bus;
+class BusConnection;
 
 /// What logind announces: that the machine goes to sleep, wakes up, shuts down. It is asked to wait
 /// with the first and the last until they have been dealt with, which it does for some seconds.
@@ -32,21 +31,13 @@ signals:
     void shuttingDown();
 
 private:
-    struct BusCloser
-    {
-        void operator()(sd_bus *bus) const;
-    };
-
     /// Has logind wait from now on.
     void holdUp();
     void hold(int inhibitor);
     void letGo();
-    void process();
     void hangUp();
     void takeSleep(bool begins);
 
-    std::unique_ptr<sd_bus, BusCloser> m_bus;
-    std::unique_ptr<QSocketNotifier> m_incoming;
-    std::unique_ptr<QSocketNotifier> m_outgoing; ///< on while something waits to be sent
-    int m_inhibitor = -1;                        ///< logind waits while it is open
+    std::unique_ptr<BusConnection> m_connection;
+    int m_inhibitor = -1; ///< logind waits while it is open
 };

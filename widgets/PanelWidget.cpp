@@ -41,6 +41,14 @@ public:
     {
     }
 
+    // Whoever asks is told what is there now.
+    QString text(QAccessible::Text kind) const override
+    {
+        if (kind == QAccessible::Name)
+            return static_cast<const PanelWidget *>(widget())->readingText();
+        return QAccessibleWidget::text(kind);
+    }
+
     int childCount() const override { return static_cast<int>(audibleChildren().size()); }
 
     QAccessibleInterface *child(int index) const override
@@ -92,9 +100,22 @@ void PanelWidget::setDesignSize(QSize size)
 
 void PanelWidget::setReadingText(const QString &words)
 {
+    m_readingText = words;
+    if (!hasFocus())
+        tellReading();
+}
+
+void PanelWidget::tellReading()
+{
     // setAccessibleName tells screen readers, also when the name stays the same.
-    if (words != accessibleName())
-        setAccessibleName(words);
+    if (m_readingText != accessibleName())
+        setAccessibleName(m_readingText);
+}
+
+void PanelWidget::focusOutEvent(QFocusEvent *event)
+{
+    QWidget::focusOutEvent(event);
+    tellReading();
 }
 
 void PanelWidget::setDimmed(bool dimmed)

@@ -29,9 +29,12 @@ public:
     QSize designSize() const { return m_designSize; }
     void setDesignSize(QSize size);
 
-    /// The reading in words, for screen readers; they are told only of changes.
+    /// The reading in words, for screen readers; they are told only of changes. With the keyboard
+    /// on the panel they read each of them out, so then they are told by tellReading() only, or
+    /// when the keyboard has gone.
     void setReadingText(const QString &words);
-    QString readingText() const { return accessibleName(); }
+    void tellReading();
+    QString readingText() const { return m_readingText; }
 
     /// Lit segments become faint, and stay legible.
     void setDimmed(bool dimmed);
@@ -46,6 +49,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 protected:
+    void focusOutEvent(QFocusEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
@@ -76,6 +80,7 @@ private:
     QSize m_designSize;
     qreal m_smallest = 0.75;
     bool m_isDimmed = false;
+    QString m_readingText;
     std::vector<Place> m_places;
     QWidget *m_numerator = nullptr;
     QWidget *m_line = nullptr;

@@ -66,6 +66,12 @@ WindowProportion::WindowProportion(QMainWindow *window, QSize designedSize, Corr
 
 WindowProportion::~WindowProportion() = default;
 
+void WindowProportion::setSpareRoom(QWidget *box)
+{
+    m_spareRoom = box;
+    placeSpareRoom();
+}
+
 void WindowProportion::setDesignedSize(QSize size)
 {
     m_proportion = size;
@@ -74,6 +80,7 @@ void WindowProportion::setDesignedSize(QSize size)
     m_window->setMinimumSize(0, 0);
     setText(1);
     keepMinimum();
+    placeSpareRoom();
 }
 
 bool WindowProportion::eventFilter(QObject *watched, QEvent *event)
@@ -83,6 +90,7 @@ bool WindowProportion::eventFilter(QObject *watched, QEvent *event)
         QMetaObject::invokeMethod(this, &WindowProportion::keepMinimum, Qt::QueuedConnection);
     if (watched == m_window && event->type() == QEvent::Resize) {
         scaleText();
+        placeSpareRoom();
         if (!x11Connection())
             noticeResize();
     }
@@ -149,7 +157,22 @@ QSize WindowProportion::neededSize() const
         const QSize size = part->minimumSizeHint();
         needed = QSize(std::max(needed.width(), size.width()), needed.height() + size.height());
     }
-    return needed;
+    return m_spareRoom ? needed.shrunkBy(m_spareRoom->contentsMargins()) : needed;
+}
+
+void WindowProportion::placeSpareRoom()
+{
+    if (!m_spareRoom)
+        return;
+    const QSize size = m_window->size();
+    QSize spare(0, 0);
+    if (isOff(size))
+        spare = size - m_proportion.scaled(size, Qt::KeepAspectRatio)
+                           .expandedTo(m_window->minimumSize())
+                           .boundedTo(size);
+    const int left = spare.width() / 2;
+    const int above = spare.height() / 2;
+    m_spareRoom->setContentsMargins(left, above, spare.width() - left, spare.height() - above);
 }
 
 void WindowProportion::scaleText()
@@ -171,6 +194,7 @@ void WindowProportion::setText(qreal scale)
     QFont font;
     if (scale > 1)
         font.setPointSizeF(QFontInfo(QApplication::font()).pointSizeF() * scale);
+    m_window->menuBar()->setFont(font);
     m_window->centralWidget()->setFont(font);
     m_window->statusBar()->setFont(font);
 }

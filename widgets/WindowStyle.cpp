@@ -91,6 +91,22 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption *optio
     return size.expandedTo(QSize(qRound(shortestButton * textScale(widget)), 0));
 }
 
+void WindowStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
+                              const QWidget *widget) const
+{
+    const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option);
+    if (element != CE_PushButtonLabel || !button ||
+        !button->features.testFlag(QStyleOptionButton::Flat)) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    // It stands on the window, not on a button, and some desktops have dark buttons in light
+    // windows.
+    QStyleOptionButton onWindow = *button;
+    onWindow.palette.setBrush(QPalette::ButtonText, button->palette.windowText());
+    QProxyStyle::drawControl(element, &onWindow, painter, widget);
+}
+
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,
                                 QPainter *painter, const QWidget *widget) const
 {

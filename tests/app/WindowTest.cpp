@@ -6,6 +6,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QStatusBar>
 #include <algorithm>
 #include <cmath>
@@ -228,6 +229,36 @@ private slots:
         }
     }
 
+    void whatAMaximisedWindowHasToSpareIsAroundItsContents()
+    {
+        LaunchedApplication program(LaunchedApplication::Scale::Absent);
+        const auto &delegate = program.delegate;
+        QMainWindow &window = *delegate.window;
+        const QSize smallest = window.minimumSize();
+        const auto aspect = [&] {
+            return qreal(delegate.imageBox->width()) / delegate.imageBox->height();
+        };
+        const auto heightOfContents = [&] {
+            const auto middle = [&](const QWidget *part) {
+                return part->mapTo(&window, part->rect().center()).y();
+            };
+            return qreal(middle(delegate.exportCaption) - middle(delegate.lblModel)) /
+                   delegate.imageBox->width();
+        };
+        const qreal designedHeight = heightOfContents();
+        const QSizeF glass = delegate.imageBox->designSize();
+        window.showMaximized(); // to a square
+        LaunchedApplication::pass(rest);
+        QVERIFY(window.height() > window.width() * 9 / 10);
+        QVERIFY2(aspect() > glass.width() / glass.height(), qPrintable(QString::number(aspect())));
+        QVERIFY(heightOfContents() < designedHeight * 1.2);
+        QCOMPARE(window.minimumSize(), smallest);
+        window.showNormal();
+        LaunchedApplication::pass(rest);
+        QCOMPARE(window.size(), designed);
+        QCOMPARE(heightOfContents(), designedHeight);
+    }
+
     void textGrowsWithTheWindowAndShrinksWithIt()
     {
         LaunchedApplication program(LaunchedApplication::Scale::Absent);
@@ -238,6 +269,7 @@ private slots:
         resizeTo(window, 1800);
         QVERIFY(textHeight() > designedHeight * 19 / 10);
         QVERIFY(textHeight() < designedHeight * 21 / 10);
+        QCOMPARE(window.menuBar()->fontMetrics().height(), textHeight());
         // In one step, as a window manager does it.
         resizeTo(window, 0);
         QCOMPARE(textHeight(), designedHeight);

@@ -11,7 +11,7 @@ import sys
 
 import harness
 import nobody
-from desktop import chosen_desktop
+from desktops import chosen_desktop
 from test_desktop import DesktopProgram
 
 SCALES = ("1", "1.25", "1.5", "1.75", "2")

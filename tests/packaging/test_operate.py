@@ -119,5 +119,20 @@ class OperateTest(CommandLineTest, ClipboardTest):
                 self.assertEqual(self.operate(*arguments), (1, NOBODY))
 
 
+class NotReadyTest(CommandLineTest):
+    """A scale of the class for points of sale that asks for care."""
+
+    def test_nothing_can_be_tared_or_captured(self):
+        program = self.start("--unplugged")
+        program.scale.tell_all("say class 03010bff0000", "plug class")
+        words = "The scale has a fault"
+        wait_until(lambda: program.window.says(words), words)
+        for verb in ("--tare", "--capture"):
+            with self.subTest(verb=verb):
+                wait_until(lambda verb=verb: self.run_program(verb).errors.startswith(words),
+                           words)
+                self.assertEqual(self.run_program(verb).status, 2)
+
+
 if __name__ == "__main__":
     harness.main()

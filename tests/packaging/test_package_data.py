@@ -16,6 +16,7 @@ import unittest
 import xml.etree.ElementTree
 
 import jsonschema
+from zsh_completion import Zsh
 
 SOURCES = pathlib.Path(__file__).parents[2]
 BUILD = pathlib.Path(os.environ["POSTAL_SCALE_BUILD"])
@@ -185,6 +186,22 @@ class PackageDataTest(unittest.TestCase):
                             f"source {fish}; complete -C 'postal-scale --'").splitlines()
         self.assertEqual({line.split("\t")[0] for line in offered},
                          {*EVERY_OPTION, "--json", "--settled"})
+
+    def test_zsh_completes(self):
+        folder = self.installed("zsh/vendor-completions/_postal-scale").parent
+        with Zsh(folder, SOURCES) as zsh:
+            for line, expected in (
+                ("--doc", "--doctor"),
+                ("--follow --se", "--follow --settled"),
+                ("--print --fo", "--print --fo"),
+                ("--hold=t", "--hold=toggle"),
+                ("--unit=lboz-w", "--unit=lboz-whole"),
+                ("--compact=of", "--compact=off"),
+                ("--capture --p", "--capture --p"),
+                ("--replay=CMakeL", "--replay=CMakeLists.txt"),
+            ):
+                with self.subTest(line=line):
+                    self.assertEqual(zsh.completed(line).strip(), expected)
 
     def completions(self, line):
         file = self.installed("bash-completion/completions/postal-scale")

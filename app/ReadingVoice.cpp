@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/ReadingVoice.h"
+
+#include "app/ReadingReportDelegate.h"
+#include "widgets/Announcer.h"
+
+#include <QAccessible>
+
+ReadingVoice::ReadingVoice(ReadingReportDelegate &delegate)
+    : m_delegate(delegate)
+    , m_announcer(new Announcer(delegate.window.get()))
+{
+    m_clock.start();
+    connect(&delegate, &ReadingReportDelegate::reportDue, this, &ReadingVoice::tellReading);
+    const auto confirmBoth = [this](const QAbstractButton *button, const QAction *item,
+                                    const QString &command) {
+        connect(button, &QAbstractButton::clicked, this, [this, command] { confirm(command); });
+        connect(item, &QAction::triggered, this, [this, command] { confirm(command); });
+    };
+    // What Hold has done is in the reading.
+    confirmBoth(delegate.tareButton, delegate.tareItem, QStringLiteral("Tare"));
+    confirmBoth(delegate.powerButton, delegate.powerItem, QStringLiteral("Power"));
+}
+
+void ReadingVoice::tellReading()
+{
+    if (!QAccessible::isActive())
+        return;
+    const QString words =
+        m_readings.take(m_delegate.followedReport(), std::chrono::milliseconds(m_clock.elapsed()));
+    if (words.isEmpty())
+        return;
+    PanelWidget *panel = m_delegate.imageBox;
+    // Who listens to the panel itself hears its new name.
+    if (panel->hasFocus() && words == panel->readingText())
+        panel->tellReading();
+    else
+        m_announcer->say(words);
+}
+
+void ReadingVoice::confirm(const QString &command)
+{
+    m_announcer->say(m_delegate.isDeviceConnected ? command : QStringLiteral("No scale connected"));
+}

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/ReadingReport.h"
+
+#include <chrono>
+
+/// Which readings are worth a word to who listens: a weight that has settled, once; what goes wrong
+/// and what comes back, at once; nothing of a weight on its way.
+class SpokenReadings
+{
+public:
+    /// @param now of a clock that only goes on
+    /// @return what is to be said; mostly nothing
+    QString take(const ReadingReport &report, std::chrono::milliseconds now);
+
+private:
+    QString weightWords(const ReadingReport &report, std::chrono::milliseconds now);
+
+    ReportState m_state = ReportState::NoScale;
+    QString m_words; ///< of the latest weight
+    std::chrono::milliseconds m_wordsSince{};
+    QString m_told; ///< which weight; empty after anything else
+};
