@@ -8,10 +8,14 @@
 #include "desktop/DarkStyle.h"
 #include "scale/SystemHidDevices.h"
 #include "settings/Settings.h"
+#include "widgets/FirstFrame.h"
 #include "widgets/WindowStyle.h"
 
 #include <QIcon>
+#include <QImageReader>
+#include <QPixmap>
 
+#include <malloc.h>
 #include <utility>
 
 namespace {
@@ -20,8 +24,12 @@ namespace {
 QIcon builtInIcon()
 {
     QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128})
-        icon.addFile(QStringLiteral(":/icon/icon-%1.png").arg(size), QSize(size, size));
+    for (const int size : {16, 24, 32, 48, 64, 128}) {
+        // An icon that reads its files itself finds out their format by the plugins of all.
+        QImageReader reader(QStringLiteral(":/icon/icon-%1.png").arg(size), "PNG");
+        reader.setAutoDetectImageFormat(false);
+        icon.addPixmap(QPixmap::fromImage(reader.read()));
+    }
     return icon;
 }
 
@@ -36,7 +44,6 @@ Application::Application(int &argc, char **argv)
     setApplicationName(QStringLiteral("postal-scale"));
     setApplicationVersion(QStringLiteral(POSTALSCALE_VERSION));
     setDesktopFileName(QStringLiteral(POSTALSCALE_APPLICATION_ID));
-    setWindowIcon(builtInIcon());
     setStyle(new WindowStyle);
     // The delegate has a word to say before the program ends.
     setQuitOnLastWindowClosed(false);
@@ -62,6 +69,12 @@ void Application::launch(const QString &infoFile)
     if (DarkStyle::isNeeded())
         m_darkStyle = std::make_unique<DarkStyle>();
     m_delegate->window->show();
+    new FirstFrame(*m_delegate->window, [] {
+        // Unpacking its six pictures would take a twentieth of the start.
+        setWindowIcon(builtInIcon());
+        // What only the start needed goes back to the system.
+        malloc_trim(0);
+    });
 }
 
 void Application::launchUnseen(const QString &infoFile)

@@ -14,11 +14,11 @@
 #include "browser/link/BrowserFrame.h"
 #include "browser/link/BrowserLink.h"
 #include "browser/link/BrowserMessage.h"
+#include "sockets/LocalSocket.h"
 #include "tests/browser/CarrierFill.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QLocalSocket>
 #include <QLoggingCategory>
 #include <cstdio>
 #include <poll.h>
@@ -34,8 +34,8 @@ double milliseconds(const QElapsedTimer &time)
 class BareClient
 {
 public:
-    BareClient(qintptr socketDescriptor, std::uint32_t pageId)
-        : m_descriptor(static_cast<int>(socketDescriptor))
+    BareClient(int socketDescriptor, std::uint32_t pageId)
+        : m_descriptor(socketDescriptor)
         , m_page(pageId)
     {
     }
@@ -102,7 +102,7 @@ public:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         const double answered = milliseconds(time);
 
-        BareClient bare(client->findChild<QLocalSocket *>()->socketDescriptor(), page);
+        BareClient bare(client->findChild<LocalSocket *>()->descriptor(), page);
         time.start();
         bare.run(carrierPlan(carrier));
         std::printf("%.3f %.3f %.3f\n", held, answered, milliseconds(time));

@@ -51,16 +51,16 @@ public:
     Display()
         : m_connection(xcb_connect(nullptr, nullptr))
     {
-        if (xcb_connection_has_error(connection) != 0)
+        if (xcb_connection_has_error(m_connection) != 0)
             throw std::runtime_error("no X server");
         const xcb_query_extension_reply_t *extension =
-            xcb_get_extension_data(connection, &xcb_damage_id);
+            xcb_get_extension_data(m_connection, &xcb_damage_id);
         if (extension == nullptr || extension->present == 0)
             throw std::runtime_error("the X server does not report damage");
-        damageEvent = static_cast<std::uint8_t>(extension->first_event + XCB_DAMAGE_NOTIFY);
+        m_damageEvent = static_cast<std::uint8_t>(extension->first_event + XCB_DAMAGE_NOTIFY);
         const auto version = xcb_damage_query_version(m_connection, 1, 1);
         const Owned<xcb_damage_query_version_reply_t> reply(
-            xcb_damage_query_version_reply(connection, version, nullptr));
+            xcb_damage_query_version_reply(m_connection, version, nullptr));
     }
 
     ~Display() { xcb_disconnect(m_connection); }
@@ -76,14 +76,14 @@ public:
     void reportCreations() const
     {
         const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-        xcb_change_window_attributes(connection, root(), XCB_CW_EVENT_MASK, &mask);
+        xcb_change_window_attributes(m_connection, root(), XCB_CW_EVENT_MASK, &mask);
         const Owned<xcb_get_input_focus_reply_t> done(
-            xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+            xcb_get_input_focus_reply(m_connection, xcb_get_input_focus(m_connection), nullptr));
     }
 
     void reportDamage(xcb_window_t window) const
     {
-        xcb_damage_create(connection, xcb_generate_id(connection), window,
+        xcb_damage_create(m_connection, xcb_generate_id(m_connection), window,
                           XCB_DAMAGE_REPORT_LEVEL_RAW_RECTANGLES);
         xcb_flush(m_connection);
     }
@@ -95,7 +95,7 @@ public:
 
     const xcb_damage_notify_event_t *asDamage(const xcb_generic_event_t &event) const
     {
-        if ((event.response_type & ~0x80) != damageEvent)
+        if ((event.response_type & ~0x80) != m_damageEvent)
             return nullptr;
         return reinterpret_cast<const xcb_damage_notify_event_t *>(&event);
     }
@@ -103,9 +103,10 @@ public:
     /// Empty where the window is gone.
     std::vector<std::uint8_t> grab(xcb_window_t window, const xcb_rectangle_t &area) const
     {
-        const auto request = xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, area.x,
+        const auto request = xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, area.x,
                                            area.y, area.width, area.height, ~std::uint32_t{0});
-        const Owned<xcb_get_image_reply_t> reply(xcb_get_image_reply(connection, request, nullptr));
+        const Owned<xcb_get_image_reply_t> reply(
+            xcb_get_image_reply(m_connection, request, nullptr));
         if (!reply)
             return {};
         const std::uint8_t *pixels = xcb_get_image_data(reply.get());
@@ -115,7 +116,7 @@ public:
     xcb_rectangle_t size(xcb_window_t window) const
     {
         const Owned<xcb_get_geometry_reply_t> reply(
-            xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr));
+            xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
         if (!reply)
             throw std::runtime_error("no such window");
         return {.x = 0, .y = 0, .width = reply->width, .height = reply->height};

@@ -17,14 +17,15 @@
 #include "app/ReadingReportDelegate.h"
 #include "console/ReadingFeed.h"
 #include "console/SingleInstanceRequest.h"
+#include "sockets/LocalSocket.h"
 #include "tests/support/LaunchedApplication.h"
 
-#include <QLocalSocket>
 #include <QMainWindow>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <sys/socket.h>
@@ -184,11 +185,11 @@ public:
     {
         if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, m_ends.data()) != 0)
             return;
-        m_socket.setSocketDescriptor(m_ends[0]);
+        m_socket.emplace(m_ends[0]);
         // Who waits for a signal is told in the order of coming.
         QObject::connect(&source, &ReadingReportDelegate::reportDue, &m_feed,
                          [this] { m_start = now(); });
-        m_feed.adopt(followRequest(), m_socket);
+        m_feed.adopt(followRequest(), *m_socket);
         QObject::connect(&source, &ReadingReportDelegate::reportDue, &m_feed,
                          [this] { m_taken += now() - m_start; });
         read();
@@ -209,7 +210,7 @@ public:
 
 private:
     std::array<int, 2> m_ends{-1, -1};
-    QLocalSocket m_socket;
+    std::optional<LocalSocket> m_socket;
     ReadingFeed m_feed;
     std::int64_t m_start = 0;
     std::int64_t m_taken = 0;

@@ -4,16 +4,18 @@
 
 import contextlib
 import itertools
+import os
 import statistics
 import subprocess
 import time
 
+import first_weight
 import poll_instructions
 from browser_harness import start_browser
 from carrier_site import CarrierSite
 from harness import POLL_INTERVAL
-from programs import (CLIPBOARD_ON, Started, Weighing, binary, processor_seconds, settled_pss,
-                      wake_ups)
+from programs import (CLIPBOARD_ON, EVERYTHING_ON, Started, Weighing, binary,
+                      processor_seconds, settled_pss, wake_ups)
 from samples import Figure, Samples
 from waiting import wait_until
 
@@ -31,30 +33,38 @@ CARRIER_PAGES = {
 
 
 def start(session):
-    names = ("bench-empty-window", "bench-stock-widgets", "postal-scale")
-    times = {name: [] for name in names}
-    memory = {name: [] for name in names}
-    for _, name in itertools.product(range(RUNS), names):
-        program = Started(session, binary(name))
+    """POSTAL_SCALE_BEFORE names the binary of an earlier build, for a comparison in one run."""
+    stock, empty = "the stock window", "the empty window"
+    programs = {
+        stock: (binary("bench-stock-widgets"), None),
+        empty: (binary("bench-empty-window"), None),
+        "the program": (binary("postal-scale"), None),
+        "with every option on": (binary("postal-scale"), EVERYTHING_ON),
+    }
+    if "POSTAL_SCALE_BEFORE" in os.environ:
+        programs["before"] = (os.environ["POSTAL_SCALE_BEFORE"], None)
+    times = {name: [] for name in programs}
+    memory = {name: [] for name in programs}
+    for _, (name, (command, settings)) in itertools.product(range(RUNS), programs.items()):
+        program = Started(session, command, settings=settings)
         times[name].append(program.milliseconds)
         memory[name].append(settled_pss(program.process_id))
         program.end()
-    empty, stock, own = (Samples(times[name]) for name in names)
-    empty_memory, stock_memory, own_memory = (Samples(memory[name]) for name in names)
-    return [
-        Figure("start to first frame, to the empty window", 1.3, "", own.over(empty),
-               f"{own.median:.0f} ms, empty window {empty.median:.0f} ms"),
-        Figure("the same, stock widgets to the empty window", None, "", stock.over(empty),
-               "what no program with such a window goes below"),
-        Figure("the same, to the stock widgets", None, "", own.over(stock)),
-        Figure("memory (PSS) after the start, to the empty window", 1.3, "",
-               own_memory.over(empty_memory),
-               f"{own_memory.median / 1024:.1f} MiB, empty window "
-               f"{empty_memory.median / 1024:.1f} MiB"),
-        Figure("the same, stock widgets to the empty window", None, "",
-               stock_memory.over(empty_memory)),
-        Figure("the same, to the stock widgets", None, "", own_memory.over(stock_memory)),
-    ]
+    return [*_beside(times, stock, "start to first frame", 1.12, "ms", 1),
+            *_beside(memory, stock, "memory (PSS) after the start", 1.1, "MiB", 1024)]
+
+
+def _beside(values, floor, what, goal, unit, scale):
+    """Each program by itself, and to the floor."""
+    rows = []
+    for name, own in values.items():
+        samples = Samples([value / scale for value in own])
+        rows.append(Figure(f"{what}: {name}", None, unit, samples))
+        if name != floor:
+            held_to = goal if name in ("the program", "with every option on") else None
+            rows.append(Figure(f"{what}: {name}, to {floor}", held_to, "",
+                               samples.over(Samples([value / scale for value in values[floor]]))))
+    return rows
 
 
 def rest(session):
@@ -131,6 +141,30 @@ def pixels(session):
                    "with the request to the emulator and the grab of the frame")]
 
 
+def weight(session):
+    plugged = list(zip(*first_weight.from_plug(session, RUNS)))
+    started = list(zip(*first_weight.from_start(session, RUNS)))
+    return [
+        Figure("first weight, from the plug to its frame", None, "ms", Samples(plugged[-1]),
+               "0.4 s to the first poll and, as that brings the scale's type, 0.4 s to the second"),
+        *_parts(plugged),
+        Figure("first weight, from the start, with the scale plugged in", None, "ms",
+               Samples(started[-1]), "to the weight decoded"),
+        *_parts(started),
+    ]
+
+
+def _parts(columns):
+    """What lies between the steps, by run."""
+    steps = ("until the program hears of the scale", "until it is open", "until the first poll",
+             "until a weight has come", "until its frame is shown")
+    before = [0] * len(columns[0])
+    for name, after in zip(steps, columns):
+        yield Figure(f"of these, {name}", None, "ms",
+                     Samples([end - start for start, end in zip(before, after)]))
+        before = after
+
+
 def held(session):
     log = session.new_folder("loop") / "turns"
     weighing = Weighing(session, settings=CLIPBOARD_ON, preload="loop-watch.so",
@@ -192,4 +226,4 @@ def instructions(_session):
 
 
 ALL = {each.__name__: each
-       for each in (start, rest, poll, follow, pixels, held, fill, growth, instructions)}
+       for each in (start, weight, rest, poll, follow, pixels, held, fill, growth, instructions)}

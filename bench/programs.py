@@ -11,7 +11,10 @@ from emulated_scale import EmulatedScale
 from session import end
 from waiting import wait_until
 
+LOGGING = {"QT_FORCE_STDERR_LOGGING": "1", "QT_LOGGING_RULES": "postalscale*.info=true"}
 CLIPBOARD_ON = "[defaultValue]\n300=selected\n"
+EVERYTHING_ON = ("[General]\nsettledOnly=true\n\n[defaultValue]\n"
+                 + "".join(f"{tag}=selected\n" for tag in range(100, 700, 100)))
 
 
 def binary(name):
@@ -50,9 +53,12 @@ def wake_ups(process_id):
 class Started:
     """A program whose window has been painted for the first time."""
 
-    def __init__(self, session, *command):
+    def __init__(self, session, *command, settings=None):
+        folder = session.new_folder("started")
+        _write_settings(folder, settings)
+        environment = session.environment | {"XDG_CONFIG_HOME": str(folder)}
         self._watch = subprocess.Popen(
-            [binary("frame-watch"), "start", *command], env=session.environment, text=True,
+            [binary("frame-watch"), "start", *command], env=environment, text=True,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         milliseconds, process_id = self._watch.stdout.readline().split()
         self.milliseconds = float(milliseconds)
@@ -67,23 +73,25 @@ class Started:
 class Weighing:
     """The program with the emulated scale, a parcel on the pan."""
 
-    def __init__(self, session, *, settings=None, preload=None, environment=None):
+    def __init__(self, session, *, settings=None, preload=None, environment=None, wrapper=(),
+                 log_pattern=None):
+        """@param wrapper a command that starts the program in its turn
+        @param log_pattern of the lines that log has then"""
         folder = session.new_folder("weighing")
-        command = [binary("postal-scale")]
+        command = [*wrapper, binary("postal-scale")]
         if preload:
             command = ["sh", "-c", 'LD_PRELOAD="$LD_PRELOAD:$0" exec "$@"', binary(preload),
                        *command]
-        if settings:
-            file = folder / "postal-scale" / "postal-scale.ini"
-            file.parent.mkdir()
-            file.write_text(settings, encoding="utf-8")
+        _write_settings(folder, settings)
         before = set(self._windows(session))
         self._emulator = session.spawn(
             [binary("postal-scale-emulator"), "--socket", folder / "socket", "--weight", "1234",
              "--", *command],
             session.environment | {"XDG_CONFIG_HOME": str(folder),
-                                   "XDG_RUNTIME_DIR": str(folder)} | (environment or {}),
-            stderr=subprocess.DEVNULL)
+                                   "XDG_RUNTIME_DIR": str(folder)} | (environment or {})
+            | ({"QT_MESSAGE_PATTERN": log_pattern} | LOGGING if log_pattern else {}),
+            stderr=subprocess.PIPE if log_pattern else subprocess.DEVNULL, text=True)
+        self.log = harness.LogLines(self._emulator.stderr) if log_pattern else None
         self.scale = EmulatedScale(str(folder / "socket"))
         self.scale.wait_for_reports(5)
         self.window = wait_until(lambda: set(self._windows(session)) - before, "a window").pop()
@@ -93,10 +101,19 @@ class Weighing:
     def end(self):
         self.scale.close()
         end(self._emulator)
+        if self.log:
+            self.log.finish()
 
     @staticmethod
     def _windows(session):
         return session.managed_windows().get("postal-scale", [])
+
+
+def _write_settings(folder, settings):
+    if settings:
+        file = folder / "postal-scale" / "postal-scale.ini"
+        file.parent.mkdir()
+        file.write_text(settings, encoding="utf-8")
 
 
 def _smaps_value(process_id, key):

@@ -5,9 +5,9 @@
 
 #include "console/SingleInstanceRequest.h"
 #include "console/UnseenSource.h"
+#include "sockets/LocalCall.h"
 
 #include <QJsonDocument>
-#include <QLocalSocket>
 #include <QThread>
 #include <cerrno>
 #include <chrono>
@@ -65,9 +65,8 @@ int FollowCommand::run(const CommandLine &line)
     std::signal(SIGPIPE, SIG_IGN);
     m_line = line;
     while (!m_isOver) {
-        QLocalSocket source;
-        source.connectToServer(m_socketPath);
-        if (source.waitForConnected(sourceConnectTime.count()))
+        LocalCall source(m_socketPath, sourceConnectTime);
+        if (source.isConnected())
             follow(source);
         else
             startSource();
@@ -78,21 +77,20 @@ int FollowCommand::run(const CommandLine &line)
     return m_status;
 }
 
-void FollowCommand::follow(QLocalSocket &source)
+void FollowCommand::follow(LocalCall &source)
 {
     m_isConnected = true;
     m_count.beginConnection();
     m_parcels.beginConnection();
-    source.write(QJsonDocument(followRequest()).toJson(QJsonDocument::Compact) + '\n');
-    source.flush();
+    source.send(QJsonDocument(followRequest()).toJson(QJsonDocument::Compact) + '\n',
+                sourceConnectTime);
     while (!m_isOver) {
-        if (source.canReadLine()) {
-            take(source.readLine());
-        } else if (!source.waitForReadyRead(lookInterval.count())) {
-            if (source.state() != QLocalSocket::ConnectedState)
-                return;
+        if (const auto line = source.line(lookInterval))
+            take(*line);
+        else if (!source.isConnected())
+            return;
+        else
             tellOfHang();
-        }
         lookForReader();
     }
 }

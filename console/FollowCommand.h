@@ -8,7 +8,7 @@
 
 #include <QDeadlineTimer>
 
-class QLocalSocket;
+class LocalCall;
 
 /// --follow: a line on standard output for each reading that is news, from the window that runs or
 /// else from an unseen one, until whoever reads the lines goes.
@@ -23,7 +23,7 @@ public:
 
 private:
     /// Until it hangs up, or the reader has gone.
-    void follow(QLocalSocket &source);
+    void follow(LocalCall &source);
     void startSource();
     void take(const QByteArray &line);
     void refuse();

@@ -5,8 +5,8 @@
 
 #include "app/ReadingReportDelegate.h"
 #include "console/SingleInstanceRequest.h"
+#include "sockets/LocalSocket.h"
 
-#include <QLocalSocket>
 #include <algorithm>
 #include <chrono>
 #include <sys/socket.h>
@@ -20,16 +20,9 @@ constexpr auto longestSilence = 10s;
 /// Of a socket's queue, in bytes: about ten lines, four seconds. What lies there is no longer new.
 constexpr int queueSize = 4608;
 
-void shortenQueue(const QLocalSocket &socket)
+void shortenQueue(const LocalSocket &socket)
 {
-    setsockopt(static_cast<int>(socket.socketDescriptor()), SOL_SOCKET, SO_SNDBUF, &queueSize,
-               sizeof queueSize);
-}
-
-void write(QLocalSocket &socket, const QByteArray &line)
-{
-    socket.write(line);
-    socket.flush();
+    setsockopt(socket.descriptor(), SOL_SOCKET, SO_SNDBUF, &queueSize, sizeof queueSize);
 }
 
 } // namespace
@@ -42,7 +35,7 @@ ReadingFeed::ReadingFeed(const ReadingReportDelegate &source)
     connect(&m_silence, &QTimer::timeout, this, &ReadingFeed::tellAgain);
 }
 
-bool ReadingFeed::adopt(const QJsonObject &request, QLocalSocket &peer)
+bool ReadingFeed::adopt(const QJsonObject &request, LocalSocket &peer)
 {
     if (requestOf(request) != InstanceRequest::Follow || m_followers.size() >= mostFollowers)
         return false;
@@ -50,18 +43,17 @@ bool ReadingFeed::adopt(const QJsonObject &request, QLocalSocket &peer)
     return true;
 }
 
-void ReadingFeed::add(QLocalSocket &peer)
+void ReadingFeed::add(LocalSocket &peer)
 {
     shortenQueue(peer);
-    connect(&peer, &QLocalSocket::bytesWritten, this, [this, &peer] { catchUp(&peer); });
+    connect(&peer, &LocalSocket::sent, this, [this, &peer] { catchUp(&peer); });
     // Later: a peer may be found to be gone while all are being told.
-    connect(&peer, &QLocalSocket::disconnected, this, &ReadingFeed::removeTheGone,
-            Qt::QueuedConnection);
+    connect(&peer, &LocalSocket::closed, this, &ReadingFeed::removeTheGone, Qt::QueuedConnection);
     if (m_followers.isEmpty()) {
         connect(&m_source, &ReadingReportDelegate::reportDue, this, &ReadingFeed::tellNews);
         m_silence.start();
     }
-    write(peer, greeting());
+    peer.write(greeting());
     m_followers.append({.socket = &peer});
     emit followersChanged();
 }
@@ -101,10 +93,10 @@ void ReadingFeed::tell(Follower &follower)
         return;
     follower.isBehind = follower.socket->bytesToWrite() > 0;
     if (!follower.isBehind)
-        write(*follower.socket, m_newest);
+        follower.socket->write(m_newest);
 }
 
-void ReadingFeed::catchUp(const QLocalSocket *socket)
+void ReadingFeed::catchUp(const LocalSocket *socket)
 {
     for (Follower &follower : m_followers) {
         if (follower.socket == socket && follower.isBehind)
@@ -115,7 +107,7 @@ void ReadingFeed::catchUp(const QLocalSocket *socket)
 void ReadingFeed::removeTheGone()
 {
     m_followers.removeIf([](const Follower &follower) {
-        return !follower.socket || follower.socket->state() != QLocalSocket::ConnectedState;
+        return !follower.socket || !follower.socket->isConnected();
     });
     if (m_followers.isEmpty()) {
         m_source.disconnect(this);

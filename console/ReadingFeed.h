@@ -10,7 +10,7 @@
 #include <QPointer>
 #include <QTimer>
 
-class QLocalSocket;
+class LocalSocket;
 class ReadingReportDelegate;
 
 /// Tells those that follow the readings of each one that is news, and gives a sign of life where
@@ -29,19 +29,19 @@ public:
 
     /// Whether it asks to follow, and may; then it does so from now on, and has been told how it
     /// stands.
-    bool adopt(const QJsonObject &request, QLocalSocket &peer);
+    bool adopt(const QJsonObject &request, LocalSocket &peer);
     bool hasFollowers() const { return !m_followers.isEmpty(); }
 
 signals:
     void followersChanged();
 
 private:
-    void add(QLocalSocket &peer);
+    void add(LocalSocket &peer);
     QByteArray greeting();
 
     struct Follower
     {
-        QPointer<QLocalSocket> socket;
+        QPointer<LocalSocket> socket;
         bool isBehind = false; ///< the newest line waits for it
     };
 
@@ -49,7 +49,7 @@ private:
     void tellAgain();
     void tellAll(const QByteArray &line);
     void tell(Follower &follower);
-    void catchUp(const QLocalSocket *socket);
+    void catchUp(const LocalSocket *socket);
     void removeTheGone();
 
     const ReadingReportDelegate &m_source;

@@ -6,12 +6,13 @@
 #include "base/Log.h"
 #include "base/UserFolder.h"
 #include "browser/link/PeerLimits.h"
-#include "browser/link/SameUser.h"
 #include "console/SingleInstanceRequest.h"
+#include "sockets/LocalCall.h"
+#include "sockets/LocalSocket.h"
+#include "sockets/SameUser.h"
 
 #include <QDeadlineTimer>
 #include <QJsonDocument>
-#include <QLocalSocket>
 #include <QStandardPaths>
 #include <QThread>
 #include <algorithm>
@@ -48,25 +49,14 @@ UserFolder unsafeFolder()
         QStringLiteral("the runtime folder %1 is not the user's alone").arg(folder.path));
 }
 
-bool waitForLine(QLocalSocket &socket)
-{
-    const QDeadlineTimer deadline(claimPatience);
-    while (!socket.canReadLine()) {
-        if (!socket.waitForReadyRead(static_cast<int>(deadline.remainingTime())))
-            return socket.canReadLine();
-    }
-    return true;
-}
-
 } // namespace
 
 SingleInstance::SingleInstance(const QString &folder, QObject *parent)
     : QObject(parent)
     , m_socketPath(folder.isEmpty() ? folder : folder + QStringLiteral("/postal-scale.socket"))
     , m_lock(folder + QStringLiteral("/postal-scale.lock"))
+    , m_server([this](LocalSocket *peer) { greet(peer); })
 {
-    m_server.setSocketOptions(QLocalServer::UserAccessOption);
-    connect(&m_server, &QLocalServer::newConnection, this, &SingleInstance::greet);
 }
 
 QString SingleInstance::defaultFolder()
@@ -117,15 +107,13 @@ qint64 SingleInstance::ownerProcess() const
 /// Nothing where nobody listens yet, or no longer.
 std::optional<SingleInstance::Claim> SingleInstance::ask(const QJsonObject &request) const
 {
-    QLocalSocket socket;
-    socket.connectToServer(m_socketPath);
-    if (!socket.waitForConnected(connectTime.count()))
+    LocalCall first(m_socketPath, connectTime);
+    if (!first.isConnected())
         return std::nullopt;
-    socket.write(line(request));
-    socket.flush();
-    if (waitForLine(socket))
-        return Claim{.outcome = Claim::Outcome::Answered, .answer = message(socket.readLine())};
-    if (socket.state() == QLocalSocket::ConnectedState)
+    first.send(line(request), claimPatience);
+    if (const auto answer = first.line(claimPatience))
+        return Claim{.outcome = Claim::Outcome::Answered, .answer = message(*answer)};
+    if (first.isConnected())
         return Claim{.outcome = Claim::Outcome::Unanswered, .answer = {}};
     return std::nullopt;
 }
@@ -136,11 +124,10 @@ void SingleInstance::serve(Handler handler, Adopter adopter)
     m_adopter = std::move(adopter);
     if (!m_trouble.isEmpty())
         return;
-    QLocalServer::removeServer(m_socketPath);
-    if (m_server.listen(m_socketPath))
+    if (m_server.listenAt(m_socketPath))
         return;
-    beHidden(QStringLiteral("%1: %2").arg(m_socketPath, m_server.errorString()));
-    logLine(QStringLiteral("Later starts cannot reach this one: %1").arg(m_server.errorString()));
+    beHidden(QStringLiteral("%1: %2").arg(m_socketPath, m_server.trouble()));
+    logLine(QStringLiteral("Later starts cannot reach this one: %1").arg(m_server.trouble()));
 }
 
 void SingleInstance::beHidden(const QString &trouble)
@@ -149,25 +136,22 @@ void SingleInstance::beHidden(const QString &trouble)
     m_cure = QStringLiteral("Close Postal Scale, and move away what is named here.");
 }
 
-void SingleInstance::greet()
+void SingleInstance::greet(LocalSocket *peer)
 {
-    while (QLocalSocket *peer = m_server.nextPendingConnection()) {
-        connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
-        // Few are ever admitted: all that a later start has to say is one line, and it waits for
-        // another.
-        auto *limits = new PeerLimits(peer);
-        if (!isOfSameUser(static_cast<int>(peer->socketDescriptor())) ||
-            strangers() > PeerLimits::mostPeers) {
-            peer->abort();
-            continue;
-        }
-        connect(peer, &QLocalSocket::readyRead, limits, [this, peer, limits] {
-            if (peer->canReadLine())
-                hear(*peer, *limits);
-            else if (limits->isFull())
-                peer->abort();
-        });
+    connect(peer, &LocalSocket::closed, peer, &QObject::deleteLater);
+    // Few are ever admitted: all that a later start has to say is one line, and it waits for
+    // another.
+    auto *limits = new PeerLimits(peer);
+    if (!isOfSameUser(peer->descriptor()) || strangers() > PeerLimits::mostPeers) {
+        peer->abort();
+        return;
     }
+    connect(peer, &LocalSocket::received, limits, [this, peer, limits] {
+        if (peer->canReadLine())
+            hear(*peer, *limits);
+        else if (limits->isFull())
+            peer->abort();
+    });
 }
 
 qsizetype SingleInstance::strangers() const
@@ -177,7 +161,7 @@ qsizetype SingleInstance::strangers() const
                          [](const PeerLimits *peer) { return !peer->isAdmitted(); });
 }
 
-void SingleInstance::hear(QLocalSocket &peer, PeerLimits &limits)
+void SingleInstance::hear(LocalSocket &peer, PeerLimits &limits)
 {
     const QJsonObject request = message(peer.readLine());
     if (m_adopter && m_adopter(request, peer)) {
@@ -187,5 +171,5 @@ void SingleInstance::hear(QLocalSocket &peer, PeerLimits &limits)
         return;
     }
     peer.write(line(m_handler(request)));
-    peer.disconnectFromServer();
+    peer.closeWhenSent();
 }

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "console/InstanceLock.h"
+#include "sockets/LocalServer.h"
 
 #include <QJsonObject>
-#include <QLocalServer>
 #include <QObject>
 #include <QString>
 #include <functional>
@@ -51,7 +51,7 @@ public:
 
     using Handler = std::function<QJsonObject(const QJsonObject &request)>;
     /// Keeps the connection of one that wants more than an answer; false if it does not.
-    using Adopter = std::function<bool(const QJsonObject &request, QLocalSocket &peer)>;
+    using Adopter = std::function<bool(const QJsonObject &request, LocalSocket &peer)>;
     /// Answers later ones from now on. To be called by the first.
     void serve(Handler handler, Adopter adopter = {});
 
@@ -60,10 +60,10 @@ public:
 
 private:
     std::optional<Claim> ask(const QJsonObject &request) const;
-    void greet();
+    void greet(LocalSocket *peer);
     /// Peers that have not been adopted.
     qsizetype strangers() const;
-    void hear(QLocalSocket &peer, PeerLimits &limits);
+    void hear(LocalSocket &peer, PeerLimits &limits);
     /// @param trouble something that lies where its files belong
     void beHidden(const QString &trouble);
 
@@ -71,7 +71,7 @@ private:
     InstanceLock m_lock;
     QString m_trouble;
     QString m_cure;
-    QLocalServer m_server;
+    LocalServer m_server;
     Handler m_handler;
     Adopter m_adopter;
 };

@@ -9,7 +9,6 @@
 #include "console/SingleInstance.h"
 #include "console/SingleInstanceRequest.h"
 
-#include <QLocalSocket>
 #include <QLoggingCategory>
 #include <QProcess>
 #include <chrono>
@@ -84,7 +83,7 @@ void UnseenSource::serve()
         }
         return QJsonObject();
     };
-    m_instance.serve(answer, [this](const QJsonObject &request, QLocalSocket &peer) {
+    m_instance.serve(answer, [this](const QJsonObject &request, LocalSocket &peer) {
         return m_feed->adopt(request, peer);
     });
 }

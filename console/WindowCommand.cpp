@@ -84,7 +84,7 @@ int WindowCommand::weigh(const CommandLine &line)
     m_application.linkBrowsers();
     ReadingFeed feed(*m_application.delegate());
     m_instance.serve([this](const QJsonObject &laterStart) { return answer(laterStart); },
-                     [&feed](const QJsonObject &laterStart, QLocalSocket &peer) {
+                     [&feed](const QJsonObject &laterStart, LocalSocket &peer) {
                          return feed.adopt(laterStart, peer);
                      });
     if (!m_instance.trouble().isEmpty())

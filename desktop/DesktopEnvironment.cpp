@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QLibraryInfo>
 #include <QStringList>
+#include <algorithm>
 
 namespace {
 
@@ -18,7 +19,11 @@ bool waylandPluginIsThere()
 {
     const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) +
                        QStringLiteral("/platforms"));
-    return !plugins.entryList({QStringLiteral("libqwayland*")}, QDir::Files).isEmpty();
+    // A pattern would cost the start the compilation of a regular expression.
+    const QStringList names = plugins.entryList(QDir::Files, QDir::NoSort);
+    return std::any_of(names.begin(), names.end(), [](const QString &name) {
+        return name.startsWith(QLatin1String("libqwayland"));
+    });
 }
 
 /// A compositor that was started by hand names itself in a variable of its own only.
@@ -54,7 +59,7 @@ DesktopEnvironment DesktopEnvironment::ofSession()
     return {.shell = shellOfSession(),
             .hasX11Display = isSet("DISPLAY"),
             .hasWaylandDisplay = isSet("WAYLAND_DISPLAY"),
-            .hasWaylandPlugin = waylandPluginIsThere(),
+            .hasWaylandPlugin = isSet("WAYLAND_DISPLAY") && waylandPluginIsThere(),
             .wishedPlatform = qEnvironmentVariable("QT_QPA_PLATFORM")};
 }
 

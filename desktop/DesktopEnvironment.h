@@ -17,7 +17,7 @@ struct DesktopEnvironment
     Shell shell = Shell::Other;
     bool hasX11Display = false; ///< may be Xwayland's
     bool hasWaylandDisplay = false;
-    bool hasWaylandPlugin = true; ///< the toolkit can draw there
+    bool hasWaylandPlugin = true; ///< the toolkit can draw there; false without a display
     QString wishedPlatform;       ///< the user's own QT_QPA_PLATFORM; empty if there is none
 
     static DesktopEnvironment ofSession();

@@ -5,9 +5,8 @@
 # of address.
 file(CONFIGURE OUTPUT QtHeaders.cpp CONTENT "// Nothing but its headers.")
 add_library(qt_headers OBJECT ${CMAKE_CURRENT_BINARY_DIR}/QtHeaders.cpp)
-target_link_libraries(qt_headers PRIVATE project_options Qt6::Widgets Qt6::Network)
-target_precompile_headers(qt_headers PRIVATE <QElapsedTimer> <QFile> <QJsonObject> <QLocalSocket> <QTimer>
-  <QWidget>)
+target_link_libraries(qt_headers PRIVATE project_options Qt6::Widgets)
+target_precompile_headers(qt_headers PRIVATE <QElapsedTimer> <QFile> <QJsonObject> <QTimer> <QWidget>)
 
 # @param folder whose libraries, and its folders', all use Qt
 function(reuse_qt_headers folder)
@@ -17,7 +16,7 @@ function(reuse_qt_headers folder)
     if(type STREQUAL STATIC_LIBRARY)
       target_precompile_headers(${target} REUSE_FROM qt_headers)
       # The compiler refuses what was compiled under other definitions; these are only told, not used.
-      target_compile_definitions(${target} PRIVATE QT_GUI_LIB QT_WIDGETS_LIB QT_NETWORK_LIB)
+      target_compile_definitions(${target} PRIVATE QT_GUI_LIB QT_WIDGETS_LIB)
     endif()
   endforeach()
   get_property(folders DIRECTORY ${folder} PROPERTY SUBDIRECTORIES)

@@ -3,25 +3,17 @@
 
 #include "widgets/PanelWidget.h"
 
+#include "widgets/Glass.h"
 #include "widgets/ImageView.h"
 
 #include <QAccessibleWidget>
 #include <QEvent>
 #include <QLabel>
 #include <QPainter>
-#include <QtWidgets/qdrawutil.h>
 
 #include <algorithm>
 
 namespace {
-
-const QString glassName = QStringLiteral("glass.bmp");
-
-// Bezel and rounded corners, in units of the glass picture: this much of its edge is not stretched.
-constexpr int glassEdge = 24;
-
-// Width of the bezel, in the same units.
-constexpr int glassBezel = 10;
 
 // Strong enough to be made out, too weak to be taken for a digit at a glance.
 constexpr qreal unlitOpacity = 0.055;
@@ -265,28 +257,19 @@ void PanelWidget::paintFocus(QPainter &painter) const
     painter.drawRoundedRect(middleOfBezel, bezel, bezel);
 }
 
+// The glass in device pixels, which its rim is sharp in; the segments as they are painted later.
 QPixmap PanelWidget::backdrop()
-{
-    QPixmap pixmap = glass();
-    pixmap.setDevicePixelRatio(devicePixelRatio());
-    QPainter painter(&pixmap);
-    paintUnlitSegments(painter, Segments::Fixed);
-    return pixmap;
-}
-
-// In device pixels throughout: edges that are not whole pixels would leave a seam where the
-// stretched part meets the corners.
-QPixmap PanelWidget::glass() const
 {
     const qreal ratio = devicePixelRatio();
     QPixmap pixmap((QSizeF(size()) * ratio).toSize());
     pixmap.fill(Qt::transparent);
-    const QSizeF designed = PictureCache::pictureSize(glassName);
-    const QPixmap picture = PictureCache::picture(glassName, (designed * scale() * ratio).toSize());
-    const int edge = qRound(glassEdge * scale() * ratio);
-    const QMargins edges(edge, edge, edge, edge);
+    {
+        QPainter painter(&pixmap);
+        paintGlass(painter, pixmap.size(), scale() * ratio);
+    }
+    pixmap.setDevicePixelRatio(ratio);
     QPainter painter(&pixmap);
-    qDrawBorderPixmap(&painter, pixmap.rect(), edges, picture);
+    paintUnlitSegments(painter, Segments::Fixed);
     return pixmap;
 }
 

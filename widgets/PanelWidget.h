@@ -73,7 +73,6 @@ private:
     bool isOfFraction(const QWidget *view) const;
     bool showsFraction() const;
     QPixmap backdrop();
-    QPixmap glass() const;
     void paintFocus(QPainter &painter) const;
     void paintUnlitSegments(QPainter &painter, Segments segments);
 

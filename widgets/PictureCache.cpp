@@ -3,9 +3,9 @@
 
 #include "widgets/PictureCache.h"
 
-#include <QFile>
-#include <QImageReader>
 #include <QPainter>
+#include <QResource>
+#include <QtEndian>
 
 namespace {
 
@@ -20,25 +20,50 @@ QString resourceName(const QString &name, int variant)
     return QStringLiteral(":/panel/%1@%2x%3").arg(name.left(stem)).arg(variant).arg(name.mid(stem));
 }
 
-/// A picture's file. A reader that were to find out the format would ask the plugins of all.
+/// A picture's file as render_panel writes it: a bitmap of one byte a pixel, from the top down,
+/// whose palette has opacities, which the toolkit's own reader does not take.
 class PictureFile
 {
 public:
     PictureFile(const QString &name, int variant)
-        : m_file(resourceName(name, variant))
-        , m_reader(&m_file, "BMP")
+        : m_bytes(QResource(resourceName(name, variant)).uncompressedData())
     {
-        m_reader.setAutoDetectImageFormat(false);
-        m_isThere = m_file.open(QIODevice::ReadOnly);
     }
 
-    QSize size() { return m_isThere ? m_reader.size() : QSize(); }
-    QImage image() { return m_isThere ? m_reader.read() : QImage(); }
+    QSize size() const
+    {
+        // The first pixel is behind all that is looked at.
+        return m_bytes.isEmpty() ? QSize() : QSize(number(widthAt), -number(heightAt));
+    }
+
+    QImage image() const
+    {
+        if (m_bytes.isEmpty())
+            return QImage();
+        QImage image(at(number(pixelsAt)), size().width(), size().height(),
+                     QImage::Format_Indexed8);
+        QList<QRgb> palette(colours);
+        for (int colour = 0; colour < colours; ++colour)
+            palette[colour] = static_cast<QRgb>(number(paletteAt + 4 * colour));
+        image.setColorTable(palette);
+        return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+    }
 
 private:
-    QFile m_file;
-    QImageReader m_reader;
-    bool m_isThere = false;
+    // Places in the file.
+    static constexpr int pixelsAt = 10;
+    static constexpr int widthAt = 18;
+    static constexpr int heightAt = 22;
+    static constexpr int paletteAt = 54;
+    static constexpr int colours = 256;
+
+    const uchar *at(int place) const
+    {
+        return reinterpret_cast<const uchar *>(m_bytes.constData()) + place;
+    }
+    int number(int place) const { return qFromLittleEndian<qint32>(at(place)); }
+
+    QByteArray m_bytes;
 };
 
 int variantFor(QSize designed, QSize wanted)
@@ -60,13 +85,14 @@ QSize PictureCache::pictureSize(const QString &name)
 
 QPixmap PictureCache::picture(const QString &name, QSize size)
 {
-    const QSize designed = pictureSize(name);
+    PictureFile file(name, 1);
+    const QSize designed = file.size();
     if (designed.isEmpty() || size.isEmpty())
         return QPixmap();
-    const QImage source = PictureFile(name, variantFor(designed, size)).image();
-    if (source.isNull())
-        return QPixmap();
-    return QPixmap::fromImage(source.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    if (const int variant = variantFor(designed, size); variant != 1)
+        file = PictureFile(name, variant);
+    return QPixmap::fromImage(
+        file.image().scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 void PictureCache::paint(QPainter &painter, const QString &name, const QRect &place)

@@ -3,6 +3,8 @@
 
 #include "widgets/WindowStyle.h"
 
+#include "widgets/LateIcon.h"
+
 #include <QFontInfo>
 #include <QPainter>
 #include <QStyleOption>
@@ -105,6 +107,18 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption *option
     QStyleOptionButton onWindow = *button;
     onWindow.palette.setBrush(QPalette::ButtonText, button->palette.windowText());
     QProxyStyle::drawControl(element, &onWindow, painter, widget);
+}
+
+QIcon WindowStyle::standardIcon(StandardPixmap name, const QStyleOption *option,
+                                const QWidget *widget) const
+{
+    // Every menu bar takes it with it, for a window that is too narrow for its menus. Loading it
+    // loads the plugins of all image formats.
+    if (name == SP_ToolBarHorizontalExtensionButton)
+        return lateIcon([this] {
+            return QProxyStyle::standardIcon(SP_ToolBarHorizontalExtensionButton, nullptr, nullptr);
+        });
+    return QProxyStyle::standardIcon(name, option, widget);
 }
 
 void WindowStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *option,

@@ -7,7 +7,7 @@
 
 #include "browser/host/BytePump.h"
 #include "browser/link/BrowserSocketName.h"
-#include "browser/link/SameUser.h"
+#include "sockets/SameUser.h"
 
 #include <chrono>
 #include <csignal>

@@ -4,9 +4,9 @@
 #include "browser/link/BrowserClient.h"
 
 #include "base/Log.h"
+#include "sockets/LocalSocket.h"
 
 #include <QCoreApplication>
-#include <QLocalSocket>
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -19,21 +19,20 @@ constexpr qsizetype mostUnanswered = 64;
 
 } // namespace
 
-BrowserClient::BrowserClient(QLocalSocket *socket, QObject *parent)
+BrowserClient::BrowserClient(LocalSocket *socket, QObject *parent)
     : QObject(parent)
     , m_socket(socket)
     , m_limits(new PeerLimits(socket))
 {
     m_socket->setParent(this);
-    connect(m_socket, &QLocalSocket::readyRead, this, &BrowserClient::receive);
-    connect(m_socket, &QLocalSocket::disconnected, this, &BrowserClient::closed);
+    connect(m_socket, &LocalSocket::received, this, &BrowserClient::receive);
+    connect(m_socket, &LocalSocket::closed, this, &BrowserClient::closed);
     write(browserHelloMessage(QCoreApplication::applicationVersion()));
 }
 
 bool BrowserClient::isLinked() const
 {
-    return m_hello && m_hello->protocol == browserProtocol &&
-           m_socket->state() == QLocalSocket::ConnectedState;
+    return m_hello && m_hello->protocol == browserProtocol && m_socket->isConnected();
 }
 
 bool BrowserClient::isSilent(std::uint32_t page) const
@@ -191,12 +190,11 @@ void BrowserClient::disconnectPeer()
 void BrowserClient::write(const QByteArray &message)
 {
     m_socket->write(browserFrame(message));
-    m_socket->flush();
 }
 
 void BrowserClient::send(std::uint32_t page, const QList<FillPlan> &plans)
 {
-    if (m_socket->state() != QLocalSocket::ConnectedState)
+    if (!m_socket->isConnected())
         return;
     ++m_lastRun;
     m_unanswered.append(

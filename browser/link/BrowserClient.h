@@ -14,7 +14,7 @@
 #include <QObject>
 #include <chrono>
 
-class QLocalSocket;
+class LocalSocket;
 
 /// One attached browser. A peer that says anything but the agreed messages is disconnected.
 class BrowserClient : public QObject
@@ -26,7 +26,7 @@ public:
     static constexpr std::chrono::milliseconds answerTime{150};
 
     /// Takes over @p socket, which is connected.
-    explicit BrowserClient(QLocalSocket *socket, QObject *parent = nullptr);
+    explicit BrowserClient(LocalSocket *socket, QObject *parent = nullptr);
 
     /// Both sides speak the same protocol.
     bool isLinked() const;
@@ -87,7 +87,7 @@ private:
     void send(std::uint32_t page, const QList<FillPlan> &plans);
     bool isUnanswered(std::uint32_t page) const;
 
-    QLocalSocket *m_socket;
+    LocalSocket *m_socket;
     PeerLimits *m_limits;
     BrowserFrameReader m_reader;
     std::optional<BrowserHello> m_hello;

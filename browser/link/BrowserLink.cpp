@@ -3,7 +3,8 @@
 
 #include "browser/link/BrowserLink.h"
 
-#include <QLocalSocket>
+#include "sockets/LocalSocket.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -96,7 +97,7 @@ private:
 
 BrowserLink::BrowserLink(QObject *parent)
     : QObject(parent)
-    , m_server([this](QLocalSocket *peer) { attach(peer); })
+    , m_server([this](LocalSocket *peer) { attach(peer); })
 {
     m_readingFade.setSingleShot(true);
     m_readingFade.setInterval(readingShown);
@@ -151,7 +152,7 @@ bool BrowserLink::listenAt(const QString &path)
     return listens;
 }
 
-void BrowserLink::attach(QLocalSocket *peer)
+void BrowserLink::attach(LocalSocket *peer)
 {
     if (m_clients.size() >= PeerLimits::mostPeers) {
         peer->abort();

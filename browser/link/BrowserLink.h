@@ -54,7 +54,7 @@ signals:
 private:
     friend class LinkedApplication;
 
-    void attach(QLocalSocket *peer);
+    void attach(LocalSocket *peer);
     void detach(BrowserClient *client);
     BrowserClient *frontClient() const;
 

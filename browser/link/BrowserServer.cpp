@@ -6,24 +6,13 @@
 #include "base/Log.h"
 #include "base/UserFolder.h"
 #include "browser/link/BrowserSocketName.h"
-#include "browser/link/SameUser.h"
+#include "sockets/LocalSocket.h"
+#include "sockets/SameUser.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QLocalSocket>
-#include <unistd.h>
 #include <utility>
 
 namespace {
-
-constexpr int connectTime = 100; // ms
-
-bool isInUse(const QString &path)
-{
-    QLocalSocket probe;
-    probe.connectToServer(path);
-    return probe.waitForConnected(connectTime);
-}
 
 /// Empty if nothing keeps the socket from being made.
 QString troubleWith(const QString &path)
@@ -31,16 +20,17 @@ QString troubleWith(const QString &path)
     const UserFolder folder = UserFolder::at(QFileInfo(path).path());
     if (!folder.trouble.isEmpty())
         return folder.trouble;
-    return isInUse(path) ? QStringLiteral("%1 is in use by another program").arg(path) : QString();
+    return LocalServer::isServedAt(path)
+               ? QStringLiteral("%1 is in use by another program").arg(path)
+               : QString();
 }
 
 } // namespace
 
-BrowserServer::BrowserServer(PeerHandler handler, QObject *parent)
-    : QLocalServer(parent)
+BrowserServer::BrowserServer(LocalServer::PeerHandler handler)
+    : m_server([this](LocalSocket *peer) { greet(peer); })
     , m_handler(std::move(handler))
 {
-    setSocketOptions(UserAccessOption);
 }
 
 QString BrowserServer::defaultPath()
@@ -63,25 +53,20 @@ bool BrowserServer::listenAt(const QString &path)
         logLine(QStringLiteral("Browser link: ") + m_trouble);
         return false;
     }
-    removeServer(path);
-    if (!listen(path)) {
-        m_trouble = QStringLiteral("%1: %2").arg(path, errorString());
+    if (!m_server.listenAt(path)) {
+        m_trouble = QStringLiteral("%1: %2").arg(path, m_server.trouble());
         logLine(QStringLiteral("Browser link: ") + m_trouble);
         return false;
     }
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
     return true;
 }
 
-void BrowserServer::incomingConnection(quintptr descriptor)
+void BrowserServer::greet(LocalSocket *peer)
 {
-    const auto peer = static_cast<int>(descriptor);
-    if (!isOfSameUser(peer)) {
-        logLine(QStringLiteral("Browser link: another user was turned away"));
-        ::close(peer);
+    if (isOfSameUser(peer->descriptor())) {
+        m_handler(peer);
         return;
     }
-    auto *socket = new QLocalSocket(this);
-    socket->setSocketDescriptor(peer);
-    m_handler(socket);
+    logLine(QStringLiteral("Browser link: another user was turned away"));
+    delete peer;
 }

@@ -3,23 +3,17 @@
 
 #pragma once
 
-#include <QLocalServer>
-#include <QString>
-#include <functional>
+#include "sockets/LocalServer.h"
 
-class QLocalSocket;
+#include <QString>
 
 /// The socket that browsers attach to. Only the user's own programs can open it, and a peer that
 /// runs as somebody else is turned away all the same.
-class BrowserServer : public QLocalServer
+class BrowserServer
 {
-    Q_OBJECT
-
 public:
-    using PeerHandler = std::function<void(QLocalSocket *peer)>;
-
     /// @param handler takes over each connected peer
-    explicit BrowserServer(PeerHandler handler, QObject *parent = nullptr);
+    explicit BrowserServer(LocalServer::PeerHandler handler);
 
     /// In the user's runtime folder; empty if there is none.
     static QString defaultPath();
@@ -31,8 +25,9 @@ public:
     const QString &trouble() const { return m_trouble; }
 
 private:
-    void incomingConnection(quintptr descriptor) override;
+    void greet(LocalSocket *peer);
 
-    PeerHandler m_handler;
+    LocalServer m_server;
+    LocalServer::PeerHandler m_handler;
     QString m_trouble;
 };

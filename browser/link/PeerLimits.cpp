@@ -4,8 +4,8 @@
 #include "browser/link/PeerLimits.h"
 
 #include "browser/link/BrowserFrame.h"
+#include "sockets/LocalSocket.h"
 
-#include <QLocalSocket>
 #include <QTimer>
 #include <chrono>
 
@@ -14,15 +14,14 @@ namespace {
 /// A peer that does not introduce itself is none.
 constexpr std::chrono::seconds introductionTime{5};
 
-constexpr qint64 mostUnread = longestBrowserMessage;
+constexpr qsizetype mostUnread = longestBrowserMessage;
 
 } // namespace
 
-PeerLimits::PeerLimits(QLocalSocket *socket)
+PeerLimits::PeerLimits(LocalSocket *socket)
     : QObject(socket)
     , m_socket(*socket)
 {
-    m_socket.setReadBufferSize(longestBrowserMessage);
     QTimer::singleShot(introductionTime, this, [this] {
         if (!m_isAdmitted)
             m_socket.abort();
@@ -31,7 +30,7 @@ PeerLimits::PeerLimits(QLocalSocket *socket)
 
 bool PeerLimits::isFull() const
 {
-    return m_socket.bytesAvailable() >= longestBrowserMessage;
+    return m_socket.bytesToRead() >= LocalSocket::mostReceived;
 }
 
 bool PeerLimits::isOverdue() const

@@ -5,7 +5,7 @@
 
 #include <QObject>
 
-class QLocalSocket;
+class LocalSocket;
 
 /// Sees to it that a peer of one of the program's sockets cannot make the program grow, nor keep a
 /// place for nothing: one that is not admitted in time is disconnected.
@@ -18,7 +18,7 @@ public:
     static constexpr qsizetype mostPeers = 16;
 
     /// @param socket connected; becomes the parent
-    explicit PeerLimits(QLocalSocket *socket);
+    explicit PeerLimits(LocalSocket *socket);
 
     /// It has introduced itself, and may stay.
     void admit() { m_isAdmitted = true; }
@@ -29,6 +29,6 @@ public:
     bool isOverdue() const;
 
 private:
-    QLocalSocket &m_socket;
+    LocalSocket &m_socket;
     bool m_isAdmitted = false;
 };

@@ -3,13 +3,15 @@
 
 #include "console/ReadingFeed.h"
 #include "console/SingleInstanceRequest.h"
+#include "sockets/LocalSocket.h"
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/TestClasses.h"
 
 #include <QJsonDocument>
-#include <QLocalServer>
-#include <QLocalSocket>
-#include <QTemporaryDir>
+#include <array>
+#include <memory>
+#include <sys/socket.h>
+#include <unistd.h>
 
 namespace {
 
@@ -19,30 +21,33 @@ class FeedPeer
 public:
     FeedPeer()
     {
-        m_server.listen(m_folder.filePath(QStringLiteral("socket")));
-        m_socket.connectToServer(m_server.fullServerName());
-        m_server.waitForNewConnection(-1);
-        m_end = m_server.nextPendingConnection();
+        if (socketpair(AF_UNIX, SOCK_STREAM, 0, m_ends.data()) == 0)
+            m_end = std::make_unique<LocalSocket>(m_ends[1]);
     }
+    ~FeedPeer() { close(m_ends[0]); }
+    FeedPeer(const FeedPeer &) = delete;
+    FeedPeer &operator=(const FeedPeer &) = delete;
 
-    QLocalSocket &end() { return *m_end; }
+    LocalSocket &end() { return *m_end; }
 
     /// The words of all lines since the last call.
     QStringList heard()
     {
+        std::array<char, 4096> bytes;
+        const ssize_t count = recv(m_ends[0], bytes.data(), bytes.size(), MSG_DONTWAIT);
         QStringList words;
-        while (m_socket.canReadLine() || m_socket.waitForReadyRead(0)) {
-            const auto line = QJsonDocument::fromJson(m_socket.readLine()).object();
-            words.append(line.value(QStringLiteral("text")).toString());
+        if (count <= 0)
+            return words;
+        for (const QByteArray &line : QByteArray(bytes.data(), count - 1).split('\n')) {
+            const auto object = QJsonDocument::fromJson(line).object();
+            words.append(object.value(QStringLiteral("text")).toString());
         }
         return words;
     }
 
 private:
-    QTemporaryDir m_folder;
-    QLocalServer m_server;
-    QLocalSocket m_socket;
-    QLocalSocket *m_end = nullptr; ///< the server's
+    std::array<int, 2> m_ends{-1, -1};
+    std::unique_ptr<LocalSocket> m_end; ///< the feed's
 };
 
 } // namespace

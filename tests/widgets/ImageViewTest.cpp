@@ -43,6 +43,10 @@ QImage resource(const QString &path)
 {
     QImage image;
     image.load(path, "BMP");
+    // A pixel's number is how much of the ink it has, which the toolkit does not take for opacity.
+    for (int opacity = 0; opacity < image.colorCount(); ++opacity)
+        image.setColor(opacity, qRgba(qRed(image.color(opacity)), qGreen(image.color(opacity)),
+                                      qBlue(image.color(opacity)), opacity));
     return image.convertToFormat(QImage::Format_ARGB32_Premultiplied);
 }
 

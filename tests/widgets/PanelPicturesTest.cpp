@@ -33,6 +33,8 @@ QImage load(const QString &name, int variant)
     const QString suffix = variant == 1 ? QString() : QStringLiteral("@%1x").arg(variant);
     QImage image;
     image.load(QStringLiteral(":/panel/%1%2.bmp").arg(name, suffix), "BMP");
+    // A pixel's number is how much of the ink it has.
+    image.reinterpretAsFormat(QImage::Format_Alpha8);
     return image;
 }
 

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#include "widgets/FirstFrame.h"
+
+#include <QEvent>
+#include <QWidget>
+#include <QWindow>
+#include <chrono>
+#include <utility>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto longestWait = 1000ms;
+
+} // namespace
+
+FirstFrame::FirstFrame(QWidget &window, std::function<void()> work)
+    : QObject(&window)
+    , m_work(std::move(work))
+{
+    m_due.setSingleShot(true);
+    connect(&m_due, &QTimer::timeout, this, [this] {
+        m_work();
+        deleteLater();
+    });
+    m_due.start(longestWait);
+    window.windowHandle()->installEventFilter(this);
+}
+
+bool FirstFrame::eventFilter(QObject *watched, QEvent *event)
+{
+    // Whoever is exposed is drawn before the event loop comes round.
+    if (event->type() == QEvent::Expose && static_cast<QWindow *>(watched)->isExposed()) {
+        watched->removeEventFilter(this);
+        m_due.start(0ms);
+    }
+    return false;
+}

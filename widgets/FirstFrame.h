@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 Postal Scale contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+#include <QTimer>
+#include <functional>
+
+class QWidget;
+
+/// Does what can wait until a window has been drawn for the first time, and then goes. A window
+/// that nobody gets to see at first has it done within a second all the same.
+class FirstFrame : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param window shown already; becomes the parent
+    FirstFrame(QWidget &window, std::function<void()> work);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    std::function<void()> m_work;
+    QTimer m_due;
+};
