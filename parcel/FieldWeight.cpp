@@ -87,6 +87,8 @@ BrowserWeight fieldWeight(const ReadingNotes &notes, const FieldWeightFacts &fac
     weight.state = stateOf(notes, facts.isHeld);
     if (comesWithWeight(weight.state))
         weight.texts = textsOf(facts);
+    if (weight.state == WeightState::Settled && !weight.texts)
+        weight.state = WeightState::Unclear;
     weight.unit =
         notes.leaving.shown ? notes.leaving.shown->unit : exportUnit(notes.leaving.texts.form);
     weight.age = notes.age;

@@ -15,13 +15,9 @@
     const checkedShape = new RegExp(String.raw`^document\.getElementById\('${name}'\)\.checked$`);
     // A number as a script spells it. With a leading zero a script means something else.
     const numberShape = /^-?(?:(?:0|[1-9]\d*)(?:\.\d*)?|\.\d+)(?:[eE][+-]?\d+)?$/;
-    /** What a page may show, with no other number after it. */
-    const shownShape = /^\s*([+-]?[\d.,]*\d[.,]?)[^\d,]*$/;
-    const plainShape = /^[+-]?(?:\d+[.,]?\d*|[.,]\d+)$/;
-    const commaGroupsShape = /^[+-]?[1-9]\d{0,2}(?:,\d{3})+(?:\.\d*)?$/;
-    const pointGroupsShape = /^[+-]?[1-9]\d{0,2}(?:\.\d{3})+(?:,\d*)?$/;
     // Not by a name: the page's elements are properties of the global object by theirs.
     const connectKey = Symbol.for('org.postalscale.connect');
+    const {holds} = globalThis[Symbol.for('org.postalscale.fields')];
 
     const badgeTime = 1500; // ms
     const badgeTag = 'postal-scale-badge';
@@ -140,39 +136,6 @@
             return false;
         standing.dispatchEvent(new Event(type, {bubbles: true}));
         return true;
-    }
-
-    /** Whether "1,000" is one, in the language of the page. */
-    function isCommaDecimal(element) {
-        try {
-            const language = element.closest('[lang]')?.lang || 'en';
-            return new Intl.NumberFormat(language).format(0.5).includes(',');
-        } catch {
-            return false; // no such language
-        }
-    }
-
-    /** A number in one of the ways that pages have: with a comma for the point, or in groups. Where
-     *  both could be meant, one is a thousand times the other. */
-    function numberOf(text, element) {
-        const isPlain = plainShape.test(text);
-        const isComma = isPlain && isCommaDecimal(element);
-        if (commaGroupsShape.test(text) && !isComma)
-            return Number(text.replaceAll(',', ''));
-        if (pointGroupsShape.test(text) && (isComma || !isPlain))
-            return Number(text.replaceAll('.', '').replace(',', '.'));
-        return isPlain ? Number(text.replace(',', '.')) : NaN;
-    }
-
-    /** A field may show more than the number, such as a unit, but no second one. */
-    function holds(element, number) {
-        // These have points whatever the page's language.
-        if (element.type === 'number' || element.type === 'range')
-            return element.valueAsNumber === number;
-        const written = String(number);
-        const shown = shownShape.exec(element.value)?.[1];
-        return element.value === written || shown === written ||
-               (shown !== undefined && numberOf(shown, element) === number);
     }
 
     /** What has become of the fields, by name: the page may have made them anew. One that was told

@@ -18,7 +18,7 @@ enum class WeightState : std::uint8_t {
     Held,      ///< of the moment when Hold was pressed
     Silent,    ///< the scale does not answer, or what it has said is of before
     NoScale,
-    Unclear, ///< no weight: overload, switched off, pan lifted
+    Unclear, ///< no weight: overload, switched off, pan lifted, a unit that cannot be converted
 };
 
 /// One weight in each unit that a field may want, as numbers that scripts understand.

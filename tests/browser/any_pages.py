@@ -82,12 +82,47 @@ _SINGLE = """
     document.getElementById("view").innerHTML = views.parcel;
 </script>"""
 
+# As an application has it whose pages are behind the "#": a field of each has the same label, and no
+# name.
+_ROUTES = """
+<div id="view"></div>
+<script>
+    const view = document.getElementById("view");
+    function show() {
+        const kept = location.hash.startsWith("#/named") ? ' name="routed"' : "";
+        view.innerHTML = `<h1>${location.hash}</h1><label>Weight (kg) <input${kept}></label>`;
+    }
+    addEventListener("hashchange", show);
+    show();
+</script>"""
+
+# A word more with each key, as an editor has it that completes what is written.
+_COMPLETED = """
+<div contenteditable id="text">Weight:</div>
+<script>
+    const text = document.getElementById("text");
+    text.addEventListener("input", () => setTimeout(() => {
+        getSelection().getRangeAt(0).insertNode(document.createTextNode(" net"));
+        getSelection().collapseToEnd();
+    }));
+</script>"""
+
 _BODIES = {
     "shop": lambda version: _SHOP[version],
     "pair": lambda _: '<p>Weight <input name="pounds" size="4"> lbs <input name="ounces" size="4"> oz</p>',
     "open": lambda _: _component("open"),
     "closed": lambda _: _component("closed"),
     "framed": lambda _: _framed("/any/inner"),
+    "two": lambda _: '<p><label>First (kg) <input name="first" autofocus></label></p>'
+                     '<p><label>Second (kg) <input name="second"></label></p>',
+    "kept-cursor": lambda _: '<p><label>First (kg) <input name="first"></label></p>'
+                             '<p><label>Second (kg) <input name="second"'
+                             ' onmousedown="event.preventDefault()"></label></p>',
+    "twins": lambda _: _framed("/any/inner") + "<br>" + _framed("/any/inner"),
+    "unlike-twins": lambda _: _framed("/any/inner") + "<br>" + _framed(f"{OTHER_SITE}/any/inner"),
+    "routes": lambda _: _ROUTES,
+    "area": lambda _: '<textarea id="text" name="text" rows="3" cols="30">Weight:</textarea>',
+    "completed": lambda _: _COMPLETED,
     "framed-other": lambda _: _framed(f"{OTHER_SITE}/any/inner"),
     "inner": lambda _: '<label>Framed weight (kg) <input name="framedWeight" style="position: absolute;'
                        ' left: 10px; top: 10px; width: 200px; height: 40px"></label>',
@@ -95,6 +130,23 @@ _BODIES = {
     "number": lambda _: '<label>Weight (lb) <input name="stepped" type="number" min="0" max="70"'
                         ' step="0.1"></label><label>Letter (g) <input name="small" type="number"'
                         ' max="50"></label>',
+    "numbers": lambda _: "".join(f"<p><label>{label} <input {rest}></label></p>" for label, rest in (
+        ("A (lb)", 'name="exponent" type="number" step="1e-3"'),
+        ("B (lb)", 'name="begun" type="number" min="0.05" step="0.5"'),
+        ("C (lb)", 'name="valued" type="number" value="0.25" step="1"'),
+        ("D (lb)", 'name="any" type="number" step="any" lang="de"'),
+        ("E (lb)", 'name="free" type="number"'),
+        ("F (g)", 'name="least" type="number" min="2000"'),
+        ("G (lb)", 'name="grouped" placeholder="1,000"'),
+        ("H (lb)", 'name="both" placeholder="1,234.50"'),
+        ("I (lb)", 'name="comma" placeholder="0,500"'),
+        ("J (lb)", 'name="groups" pattern="[0-9,]+"'),
+        ("K (lb)", 'name="own" lang="fr"'),
+        ("L (lb)", 'name="two" pattern="[0-9]+,[0-9]{2}"')))
+        + '<form><label>M (lb) <input name="whole" type="number"></label></form>'
+        '<form novalidate><label>N (lb) <input name="unheld" type="number"></label></form>'
+        '<p><label>O (g) <input name="shown" onchange="this.value = Number(this.value)'
+        ".toLocaleString('en')\"></label></p>",
     "german": lambda _: '<label>Gewicht (lb) <input name="gewicht"></label>'
                         '<p><label>Kurz (lb) <input name="kurz" maxlength="4"></label></p>',
     "renamed": lambda _: '<label>Weight (kg) <input name="renamedWeight"'

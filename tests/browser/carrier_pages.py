@@ -403,8 +403,9 @@ _INSTRUMENTS = """
 
 def _own_script(start):
     """The extension's script as a script of the page's own, which then sees all that it does."""
-    script = (_EXTENSION / "page.js").read_text(encoding="utf-8")
-    return f"<script>{_LINK}{start}</script><script>{script}</script>"
+    scripts = "".join(f"<script>{(_EXTENSION / name).read_text(encoding='utf-8')}</script>"
+                      for name in ("numbers.js", "page.js"))
+    return f"<script>{_LINK}{start}</script>{scripts}"
 
 
 def _transcript(_):

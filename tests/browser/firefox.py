@@ -108,6 +108,11 @@ class Firefox:
         })()""")
         self._session.pointer_clicks((x, y))
 
+    def toolbar_words(self):
+        """What the extension's button says when the pointer is on it."""
+        return self._evaluate_in_browser("document.getElementById("
+                                         "'browser-link_postal-scale-browser-action').label")
+
     def permissions_page(self):
         """What the browser itself says of the extension."""
         page = self.new_page("about:addons", "tab")

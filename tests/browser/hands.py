@@ -10,7 +10,7 @@ from waiting import wait_until
 PUT_KEYS = {"chromium": "alt+w", "firefox": "alt+shift+w"}
 PUT_ITEM, ALWAYS_ITEM = 0, 1
 
-_FRAME = "document.querySelector('iframe')"
+FRAME = "document.querySelector('iframe')"
 INSIDE_FRAME = 60, 25  # where the pages have the field
 
 _ALLOWED = {}  # sites by profile
@@ -44,11 +44,11 @@ class Hands:
                                  " && document.hasFocus()")
         wait_until(click, f"the cursor in {element}")
 
-    def focus_frame(self, page):
+    def focus_frame(self, page, frame=FRAME):
         """The field in the page's frame. A frame that has just come takes no click at first."""
         def click():
-            self.click(page, _FRAME, inside=INSIDE_FRAME)
-            return page.evaluate("document.activeElement.localName") == "iframe"
+            self.click(page, frame, inside=INSIDE_FRAME)
+            return page.evaluate(f"document.activeElement === {frame}")
         wait_until(click, "the cursor in the frame")
 
     def press(self, keys):

@@ -4,14 +4,13 @@
 
 import json
 
-from hands import ALWAYS_ITEM, INSIDE_FRAME
+from hands import ALWAYS_ITEM, FRAME, INSIDE_FRAME
 from test_any_field import ONE_PAIR, SHOP, AnyFieldTest, field
 from waiting import wait_until
 from weight_stand_in import TEXTS
 
 SITE = "www.shop.example"
 OTHER_SITE = "www.market.example"
-FRAME = "document.querySelector('iframe')"
 HEAVIER = {"lb": "4.409", "oz": "70.55", "kg": "2", "g": "2000", "lb oz": "4 7"}
 LIGHTER = {"lb": "1.102", "oz": "17.64", "kg": "0.5", "g": "500", "lb oz": "1 2"}
 

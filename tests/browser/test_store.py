@@ -57,12 +57,12 @@ class StoreTest(unittest.TestCase):
         for browser in ("chromium", "firefox"):
             own = manifest(browser)
             background = own["background"]
-            named = {*own["icons"].values(), own["options_ui"]["page"], "page.js", "help.html",
+            named = {*own["icons"].values(), own["options_ui"]["page"], "page.js", "numbers.js", "help.html",
                      *background.get("scripts", [background.get("service_worker")]),
                      *(name for each in own.get("content_scripts", []) for name in each["js"]),
                      *(f"anyfield/{name}.js" for name in (
-                         "field", "fit", "follow", "list", "put", "puts", "recipes", "signs",
-                         "write"))}
+                         "aim", "field", "fit", "follow", "list", "put", "puts", "recipes", "signs",
+                         "text", "write"))}
             with zipfile.ZipFile(archive(browser)) as opened:
                 self.assertLessEqual(named, set(opened.namelist()))
 

@@ -3,6 +3,7 @@
 """The program's end of the browser link, for a reading in whatever state. It notes all that is said,
 either way."""
 
+import contextlib
 import os
 import pathlib
 import select
@@ -24,20 +25,22 @@ class WeightStandIn:
         self.answer = {"state": state, "texts": texts or TEXTS, "unit": unit, "age": 5}
         self.heard = []
         self.said = []
+        self.is_slow = False  # what is asked for waits until answer_now()
+        self.is_resting = False  # no reading leaves
+        self._waiting = 0
         self._path = session.environment["XDG_RUNTIME_DIR"] + "/postal-scale-browser.socket"
         pathlib.Path(self._path).unlink(missing_ok=True)  # of a program that was killed
         self._server = socket.socket(socket.AF_UNIX)
         self._server.bind(self._path)
         self._server.listen()
         self._server.settimeout(3 * PATIENCE)
-        self._connection, _ = self._server.accept()
-        self._stream = MessageStream(self._connection)
-        self._send({"hello": {"protocol": PROTOCOL, "version": "9.9"}})
-        self._thread = threading.Thread(target=self._listen, daemon=True)
+        self._greet()
+        self._thread = threading.Thread(target=self._serve, daemon=True)
         self._thread.start()
         wait_until(lambda: any("hello" in message for message in self.heard), "the extension")
 
     def close(self):
+        self._server.shutdown(socket.SHUT_RDWR)
         self._connection.shutdown(socket.SHUT_RDWR)
         self._thread.join()
         self._stream.close()
@@ -47,6 +50,16 @@ class WeightStandIn:
     def weigh(self, texts):
         """Each reading leaves, from now on, where it is wanted."""
         self.answer["texts"] = texts
+
+    def wait_until_asked(self):
+        wait_until(lambda: self._waiting > 0, "the weight asked for")
+
+    def answer_now(self):
+        """What was asked for since it became slow, which it is no more."""
+        self.is_slow = False
+        while self._waiting > 0:
+            self._waiting -= 1
+            self._send({"weight": self.answer | {"news": False}})
 
     def wishes(self):
         return [message["weight"] for message in self.heard if "weight" in message]
@@ -66,17 +79,36 @@ class WeightStandIn:
         self._stream.send(message)
 
     def _is_followed(self):
-        return [wish for wish in self.wishes() if wish != "once"][-1:] == ["follow"]
+        """By the extension's worker of now."""
+        for message in reversed(self.heard):
+            if "hello" in message:
+                return False
+            if message.get("weight") in ("follow", "stop"):
+                return message["weight"] == "follow"
+        return False
+
+    def _greet(self):
+        self._connection, _ = self._server.accept()
+        self._stream = MessageStream(self._connection)
+        self._send({"hello": {"protocol": PROTOCOL, "version": "9.9"}})
+
+    def _serve(self):
+        with contextlib.suppress(OSError):  # closed by this side
+            while True:
+                with contextlib.suppress(OSError):  # closed by the other one, which comes again
+                    self._listen()
+                self._stream.close()
+                self._greet()
 
     def _listen(self):
-        try:
-            while True:
-                while not select.select([self._stream], [], [], _RHYTHM)[0]:
-                    if self._is_followed():
-                        self._send({"weight": self.answer | {"news": True}})
-                message = self._stream.receive()
-                self.heard.append(message)
-                if message == {"weight": "once"}:
-                    self._send({"weight": self.answer | {"news": False}})
-        except OSError:
-            pass  # closed, by either side
+        while True:
+            while not select.select([self._stream], [], [], _RHYTHM)[0]:
+                if self._is_followed() and not self.is_resting:
+                    self._send({"weight": self.answer | {"news": True}})
+            message = self._stream.receive()
+            self.heard.append(message)
+            if message != {"weight": "once"}:
+                continue
+            self._waiting += 1
+            if not self.is_slow:
+                self.answer_now()

@@ -59,7 +59,6 @@ private slots:
         row("2.5 g", weighing(25, -1, WeightUnit::Gram), "0.006 0.09 0.002 2.5 0 1");
         row("150 kg", weighing(150, 0, WeightUnit::Kilogram), "330.693 5291.09 150 150000 330 12");
         row("nothing", weighing(0, 0, WeightUnit::Gram), "0 0 0 0 0 0");
-        row("Hong Kong's or China's", weighing(3, 0, WeightUnit::Tael), "");
         FieldWeightFacts up = weighing(1000, 0, WeightUnit::Gram);
         up.rounding = ExportRounding::UpToWhole;
         row("rounded up", up, "3 36 1 1000 2 4");
@@ -74,6 +73,14 @@ private slots:
         QCOMPARE(weight.state, WeightState::Settled);
         QCOMPARE(weight.age, std::chrono::milliseconds(120ms));
         QVERIFY(!weight.isNews);
+    }
+
+    /// Such as a tael, which is Hong Kong's or China's.
+    void whatCannotBeConverted()
+    {
+        const BrowserWeight weight = fieldWeight(settledOnPan(), weighing(3, 0, WeightUnit::Tael));
+        QCOMPARE(weight.state, WeightState::Unclear);
+        QVERIFY(!weight.texts);
     }
 
     void states_data()

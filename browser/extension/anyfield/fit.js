@@ -10,20 +10,38 @@
 
     const tiny = 1e-9; // what binary fractions of decimals are off by
 
-    const decimalsIn = (text) => /\.(\d+)$/.exec(text)?.[1].length ?? 0;
+    /** Of a number as pages may spell it: "0.05", ".5", "1e-3". */
+    function decimalsIn(text) {
+        const [, fraction = '', exponent = '0'] = /^[+-]?\d*(?:\.(\d+))?(?:e([+-]?\d+))?$/i.exec(text) ?? [];
+        return Math.max(fraction.length - Number(exponent), 0);
+    }
 
     /** Of a postal weight, any fraction counts for more. */
     const roundedUp = (number, decimals) =>
         String(Number((Math.ceil(number * 10 ** decimals - tiny) / 10 ** decimals).toFixed(decimals)));
 
+    const isNumber = (text) => text !== '' && Number.isFinite(Number(text));
+
+    /** A page that says none has steps of one, which count where the browser itself would hold the form
+     *  back for another number. Null where there are none. */
+    function stepOf(element) {
+        const step = (element.getAttribute('step') ?? '').trim();
+        if (step.toLowerCase() === 'any')
+            return null;
+        if (Number(step) > 0)
+            return step;
+        return element.willValidate && element.form?.noValidate === false ? '1' : null;
+    }
+
     function onStep(text, element) {
-        const step = element.getAttribute('step') ?? '';
-        if (!(Number(step) > 0))
+        const step = stepOf(element);
+        if (step === null)
             return text;
-        const base = Number(element.min) || 0;
-        const steps = Math.ceil((Number(text) - base) / Number(step) - tiny);
-        const decimals = Math.max(decimalsIn(step), decimalsIn(element.min));
-        return String(Number((base + steps * Number(step)).toFixed(decimals)));
+        // Where the steps begin.
+        const base = [element.min, element.defaultValue].find(isNumber) ?? '0';
+        const steps = Math.ceil((Number(text) - Number(base)) / Number(step) - tiny);
+        const decimals = Math.max(decimalsIn(step), decimalsIn(base));
+        return String(Number((Number(base) + steps * Number(step)).toFixed(decimals)));
     }
 
     function fitInNumber(text, element) {
@@ -35,19 +53,26 @@
         return {text: stepped};
     }
 
-    function languageHasComma(element) {
-        try {
-            const {lang} = fields.parentOf(element)?.closest('[lang]') ?? document.documentElement;
-            return new Intl.NumberFormat(lang || 'en').format(0.5).includes(',');
-        } catch {
-            return false; // no such language
-        }
+    /** Undefined where it may be a group of thousands: "1,000". */
+    function pointOfExample(example) {
+        const [number = ''] = /\d[\d.,]*\d/.exec(example) ?? [];
+        const marks = number.match(/[.,]/g) ?? [];
+        const last = marks.at(-1);
+        // Two kinds: the last one is the point.
+        if (new Set(marks).size === 2)
+            return last;
+        if (marks.length > 1)
+            return last === ',' ? '.' : ',';
+        return looksGrouped(number) ? undefined : last;
     }
 
-    function wantsComma(element) {
-        const example = /\d([.,])\d/.exec(element.placeholder ?? '')?.[1];
-        return example ? example === ',' : languageHasComma(element);
-    }
+    /** Whether a page that takes this mark may take it for one between thousands, and pass over it. */
+    const mayGroup = (pattern, mark) => pattern.test(`1${mark}000${mark}000`);
+
+    const looksGrouped = (number) => /^[1-9]\d{0,2}[.,]\d{3}$/.test(number);
+
+    const pointFor = (element) =>
+        pointOfExample(element.placeholder) ?? (fields.isCommaDecimal(element) ? ',' : '.');
 
     function patternOf(element) {
         try {
@@ -59,15 +84,17 @@
 
     /** With fewer decimals, if it must. */
     function fitInText(text, element) {
-        const points = wantsComma(element) ? [',', '.'] : ['.', ','];
+        const point = pointFor(element);
         const pattern = patternOf(element);
         const longest = element.maxLength > 0 ? element.maxLength : Infinity;
+        const fits = (candidate) => candidate.length <= longest && pattern.test(candidate);
+        const otherMark = point === ',' ? '.' : ',';
+        const points = mayGroup(pattern, otherMark) ? [point] : [point, otherMark];
         for (let decimals = decimalsIn(text); decimals >= 0; --decimals) {
-            for (const point of points) {
-                const candidate = roundedUp(Number(text), decimals).replace('.', point);
-                if (candidate.length <= longest && pattern.test(candidate))
-                    return {text: candidate};
-            }
+            const number = roundedUp(Number(text), decimals);
+            const candidate = points.map((each) => number.replace('.', each)).find(fits);
+            if (candidate)
+                return {text: candidate};
         }
         return {why: 'The weight does not fit into this field'};
     }
@@ -76,15 +103,13 @@
      *  @returns {text} as it is to be written, or {why} not */
     function fit(text, element) {
         if (fields.isFreeText(element))
-            return {text: languageHasComma(element) ? text.replace('.', ',') : text};
+            return {text: fields.isCommaDecimal(element) ? text.replace('.', ',') : text};
         return element.type === 'number' ? fitInNumber(text, element) : fitInText(text, element);
     }
 
-    /** Whether the field shows the number still, in whatever form. */
-    function shows(element, text) {
-        const number = (shown) => Number(shown.replace(/[^\d.,-]/g, '').replace(',', '.'));
-        return element.value === text || (element.value !== '' && number(element.value) === number(text));
-    }
+    /** Whether the field shows the number still, in whatever form. @param text as it was written */
+    const shows = (element, text) =>
+        element.value === text || fields.holds(element, Number(text.replace(',', '.')));
 
     Object.assign(fields, {fit, shows});
 })();

@@ -30,6 +30,10 @@
 
     /** By recipe; as long as the page stays as it is. */
     let found = null;
+    let placeOfFound = '';
+    let reported = ''; // the recipes of the fields that the extension knows to be here
+    /** Of these: those whose field is in no other frame of this tab, as far as the extension knows. */
+    let granted = new Set();
     let watched = new WeakSet();
     const seen = new Map(); // by recipe: what the extension was told of it
 
@@ -49,10 +53,18 @@
     }
 
     function findAll() {
-        if (found)
+        const place = fields.placeOfPage();
+        if (found && place === placeOfFound)
             return found;
         const inputs = fields.allInputs(watch);
+        placeOfFound = place;
         found = new Map(recipes.map((recipe) => [recipe.id, fields.find(recipe.signs, inputs)]));
+        reportFound();
+        return found;
+    }
+
+    function reportFound() {
+        const ids = [...found.keys()].filter((id) => found.get(id).element);
         // That it is not on another page of the site is no news.
         const isElsewhere = (id) =>
             !fields.isPageOf(recipes.find((recipe) => recipe.id === id).signs);
@@ -60,9 +72,10 @@
             .filter(([id, why]) => seen.get(id) !== why && !(why === 'missing' && isElsewhere(id)));
         for (const [id, why] of news)
             seen.set(id, why);
-        if (news.length > 0)
-            port?.postMessage({seen: news});
-        return found;
+        if (news.length === 0 && ids.join() === reported)
+            return;
+        reported = ids.join();
+        port?.postMessage({found: ids, seen: news});
     }
 
     let writing = 0;
@@ -73,11 +86,14 @@
             return;
         writing = setTimeout(() => {
             writing = 0;
-            if (latest && performance.now() - latest.time < freshFor)
-                writeAll((recipe) => !latest.told.has(recipe.id));
-            else
-                findAll();
+            findAll();
+            writeLatest();
         }, 100);
+    }
+
+    function writeLatest() {
+        if (latest && performance.now() - latest.time < freshFor)
+            writeAll((recipe) => !latest.told.has(recipe.id));
     }
 
     // Writing
@@ -96,7 +112,7 @@
         for (const recipe of recipes.filter(isWanted)) {
             const {element} = findAll().get(recipe.id);
             // It may have been hidden or closed by something that is not watched.
-            if (!element || fields.whyNot(element) !== '')
+            if (!element || !granted.has(recipe.id) || fields.whyNot(element) !== '')
                 continue;
             latest.told.add(recipe.id);
             writeTo(element, recipe);
@@ -140,6 +156,7 @@
         recipes = message.recipes;
         quiet = message.quiet;
         found = null;
+        reported = '';
         // What the page that loaded itself anew was told; one that was kept knows better.
         if (told.size === 0) {
             for (const [id, text] of message.told ?? [])
@@ -163,6 +180,10 @@
             retryDelay = shortestRetry;
             if (message.recipes)
                 takeRecipes(message);
+            if (message.granted) {
+                granted = new Set(message.granted);
+                writeLatest();
+            }
             if (message.texts && recipes.length > 0) {
                 latest = {texts: message.texts, time: performance.now(), told: new Set()};
                 writeAll();

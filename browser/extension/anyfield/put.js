@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-// Puts the weight into the field with the cursor, once, when the person asks for it.
+// Puts the weight into the field that the person has asked for, once.
 'use strict';
 
 (() => {
@@ -15,14 +15,6 @@
 
     let last = {element: null, time: -Infinity, unit: null, first: null};
 
-    /** Where the cursor is, as far as this frame can see. */
-    function cursor() {
-        const element = fields.focusedElement();
-        if (element instanceof HTMLIFrameElement || element instanceof HTMLFrameElement)
-            return 'frame';
-        return element === null || element === document.body ? 'nowhere' : 'field';
-    }
-
     function firstUnit(element, panelUnit) {
         if (!fields.isFreeText(element) && fields.pairOf(element))
             return 'lb oz';
@@ -30,11 +22,15 @@
         return fields.unitOf(element) ?? (units.includes(panel) ? panel : 'lb');
     }
 
+    const isAgain = (element) =>
+        last.element === element && performance.now() - last.time < nextUnitTime;
+
     /** The first one again after the last. */
     function unitFor(element, panelUnit) {
-        const isAgain = last.element === element && performance.now() - last.time < nextUnitTime;
-        if (!isAgain)
-            return {unit: firstUnit(element, panelUnit), first: firstUnit(element, panelUnit)};
+        if (!isAgain(element)) {
+            const first = firstUnit(element, panelUnit);
+            return {unit: first, first};
+        }
         // The other half would keep what was put there before.
         if (last.first === 'lb oz')
             return {unit: last.first, first: last.first};
@@ -47,20 +43,28 @@
         return last.element === element && last.unit !== last.first ? last.unit : null;
     }
 
-    function put({texts, unit: panelUnit}) {
-        const element = fields.focusedElement();
+    /** @param deed of which fields.target() knows the field
+     *  @returns false where its page is gone */
+    function put({deed, texts, unit: panelUnit}) {
+        const {element, isGone} = fields.target(deed);
+        if (isGone)
+            return false;
         const why = fields.whyNot(element);
         if (why)
-            return fields.say(why, {trouble: true});
+            fields.say(why, {trouble: true});
+        else
+            putInto(element, texts, panelUnit);
+        return true;
+    }
+
+    function putInto(element, texts, panelUnit) {
         const {unit, first} = unitFor(element, panelUnit);
-        const {parts, why: unfit} = fields.partsFor(element, unit, texts);
+        const {parts, why} = fields.partsFor(element, unit, texts);
+        if (fields.isFreeText(element) && !why)
+            return putIntoText(element, `${parts[0].text} ${unit}`, {unit, first});
         last = {element, time: performance.now(), unit, first};
-        if (unfit)
-            return fields.say(`${unfit} (${unit})`, {trouble: true});
-        if (fields.isFreeText(element)) {
-            fields.write(element, `${parts[0].text} ${unit}`);
-            return fields.say(fields.words(parts, unit));
-        }
+        if (why)
+            return fields.say(`${why} (${unit})`, {trouble: true});
         for (const part of parts)
             fields.write(part.element, part.text);
         fields.afterPage(() => {
@@ -70,12 +74,20 @@
         });
     }
 
-    /** Of the field with the cursor, to be known again by.
+    /** In place of what the same deed has written just before. */
+    function putIntoText(element, text, chosen) {
+        const why = fields.writeText(element, text, isAgain(element) ? last.text ?? '' : '');
+        if (why === '')
+            last = {element, time: performance.now(), text, ...chosen};
+        fields.say(why || text, {trouble: why !== ''});
+    }
+
+    /** Of the field that the deed was meant for, to be known again by.
      *  @param recipes those of this origin
      *  @returns {why} not, {known: the id of its recipe}, or {signs, unit, isChosen} */
-    function describe(recipes) {
-        const element = fields.focusedElement();
-        const why = fields.whyNot(element);
+    function describe({deed, recipes}) {
+        const {element, isGone} = fields.target(deed);
+        const why = isGone ? 'This page has become another one: try again' : fields.whyNot(element);
         if (why)
             return {why};
         if (fields.isFreeText(element))
@@ -96,5 +108,5 @@
                 unit: chosen ?? (fields.pairOf(element) ? 'lb oz' : fields.unitOf(element))};
     }
 
-    Object.assign(fields, {cursor, put, describe});
+    Object.assign(fields, {put, describe});
 })();

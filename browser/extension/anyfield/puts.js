@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-// What the person asks for: the weight into the field with the cursor, or from now on. The browser
-// lets this extension into the page by that very deed, and into no other.
+// What the person asks for: the weight into a field, now or from now on. The browser lets this
+// extension into the page by that very deed, and into no other.
 'use strict';
 
-const putScripts = ['field.js', 'fit.js', 'signs.js', 'write.js', 'put.js']
-    .map((name) => `anyfield/${name}`);
-const patience = 2000; // ms; for the program
+const putScripts = ['numbers.js', ...['field.js', 'fit.js', 'signs.js', 'write.js', 'text.js', 'put.js', 'aim.js']
+    .map((name) => `anyfield/${name}`)];
+const linkPatience = 2000; // ms; for the program, which may not run
+const answerPatience = 5000; // for its answer
 const toolbarTime = 4000;
 const putItem = 'put-weight';
 const alwaysItem = 'always-put-weight';
@@ -28,7 +29,7 @@ function listenForPuts() {
     contextMenus.removeAll().then(makeMenu);
     contextMenus.onClicked.addListener((info, tab) => {
         if (info.menuItemId === putItem)
-            putWeight(tab, info.frameId ?? 0);
+            putWeight(tab, clickOf(info));
         else if (info.menuItemId === alwaysItem)
             alwaysPut(info, tab); // which must ask the browser before anything is waited for
     });
@@ -38,6 +39,9 @@ function listenForPuts() {
     });
     toolbar().onClicked.addListener((tab) => putWeight(tab));
 }
+
+/** Where the menu was opened. */
+const clickOf = ({frameId, targetElementId}) => ({frame: frameId ?? 0, handle: targetElementId});
 
 const toolbar = () => fieldApi().action ?? fieldApi().browserAction;
 
@@ -60,10 +64,12 @@ function askForWeight() {
         asking.push(resolve);
         if (isLinked())
             send({weight: 'once'});
-        setTimeout(() => {
+        const giveUp = (state) => {
             asking = asking.filter((each) => each !== resolve);
-            resolve({state: isLinked() ? 'silent' : 'unlinked'});
-        }, patience);
+            resolve({state});
+        };
+        setTimeout(() => isLinked() || giveUp('unlinked'), linkPatience);
+        setTimeout(() => giveUp('silent'), answerPatience);
     });
 }
 
@@ -86,54 +92,58 @@ function receiveWeight(weight) {
 
 // The page
 
-/** @param frame where the field is known to be; else all that may be entered are entered */
-async function enterFrames(tab, frame) {
+/** In all frames that may be entered, or in the one that is known. By frame: what a deed is meant for
+ *  if it is meant for that frame, as fields.aim() returns it. */
+async function aim(tab, frame) {
     const target = frame === undefined ? {tabId: tab.id, allFrames: true}
                                        : {tabId: tab.id, frameIds: [frame]};
-    await fieldApi().scripting.executeScript({target, files: putScripts, injectImmediately: true});
+    const aims = await fieldApi().scripting.executeScript(
+        {target, files: putScripts, injectImmediately: true});
+    return aims.filter(({result}) => result);
 }
 
 async function callInFrame(tab, frame, name, argument) {
     const [{result}] = await fieldApi().scripting.executeScript({
         target: {tabId: tab.id, frameIds: [frame]}, injectImmediately: true,
         func: (method, value) =>
-            globalThis[Symbol.for('org.postalscale.fields')]?.[method](value) ?? null,
+            globalThis[Symbol.for('org.postalscale.fields')]?.[method]?.(value) ?? null,
         args: [name, argument]});
     return result;
 }
 
-/** The frame with the cursor; undefined where it is in one that may not be entered. */
-async function frameWithCursor(tab) {
-    const results = await fieldApi().scripting.executeScript({
-        target: {tabId: tab.id, allFrames: true}, injectImmediately: true,
-        func: () => {
-            const fields = globalThis[Symbol.for('org.postalscale.fields')];
-            return fields ? {hasFocus: document.hasFocus(), cursor: fields.cursor()} : null;
-        }});
-    const inField = results.filter(({result}) => result?.cursor === 'field');
-    const focused = inField.find(({result}) => result.hasFocus) ??
-                    (inField.length === 1 ? inField[0] : undefined);
-    const isElsewhere = results.some(({result}) => result?.cursor === 'frame');
-    return focused?.frameId ?? (isElsewhere ? undefined : 0);
+/** Of those that were entered; undefined where the cursor is in one that may not be. */
+function frameWithCursor(aims) {
+    // Those around it have the focus as well; a frame beside it only remembers where its cursor was.
+    const holder = aims.find(({result}) => result.hasFocus && result.cursor !== 'frame');
+    const outermost = aims.find(({frameId}) => frameId === 0);
+    return holder ?? (outermost?.result.cursor === 'frame' ? undefined : outermost);
 }
 
 const foreignFrame = 'This part of the page belongs to another site: right-click into the field and '
     + 'choose “Always put the weight here”';
+const otherPage = 'This page has become another one: try again';
 
-async function putWeight(tab, frame) {
+/** @param click none where the deed was none of a menu */
+async function putWeight(tab, click) {
     try {
+        // Before all else: the person goes on to the next field meanwhile.
+        const aims = await aim(tab, click?.frame);
+        const place = click ? aims[0] : frameWithCursor(aims);
         const weight = await askForWeight();
-        await enterFrames(tab, frame);
-        const place = frame ?? await frameWithCursor(tab);
         if (weight.state !== 'settled')
-            await sayIn(tab, place ?? 0, stateWords[weight.state] ?? stateWords.unclear);
-        else if (place === undefined)
+            await explain(tab, place?.frameId ?? 0, stateWords[weight.state] ?? stateWords.unclear);
+        else if (!place)
             await sayIn(tab, 0, foreignFrame);
-        else
-            await callInFrame(tab, place, 'put', {texts: weight.texts, unit: weight.unit});
+        else if (!await putAt(tab, place, click, weight))
+            await explain(tab, 0, otherPage);
     } catch {
-        await explain(tab, 0, frame ? foreignFrame : 'The browser lets no extension into this page');
+        await explain(tab, 0, click?.frame ? foreignFrame : 'The browser lets no extension into this page');
     }
+}
+
+/** @returns whether the page is there still */
+function putAt(tab, {frameId, result: {id}}, click, {texts, unit}) {
+    return callInFrame(tab, frameId, 'put', {deed: {id, menu: click}, texts, unit});
 }
 
 function sayIn(tab, frame, words, trouble = true) {
@@ -158,10 +168,10 @@ function sayOnToolbar(tab, words) {
 const askedSites = new Set();
 
 async function alwaysPut(info, tab) {
-    const frame = info.frameId ?? 0;
+    const click = clickOf(info);
     const address = addressOf(info.frameUrl ?? info.pageUrl);
     if (address?.protocol !== 'https:') {
-        await explain(tab, frame, 'Only a field of an encrypted page can be remembered');
+        await explain(tab, click.frame, 'Only a field of an encrypted page can be remembered');
         return;
     }
     const site = address.hostname;
@@ -172,15 +182,16 @@ async function alwaysPut(info, tab) {
         const before = fieldApi().permissions.contains(permission);
         // A browser asks its user only while the click is fresh: nothing may be waited for before.
         const asked = fieldApi().permissions.request(permission);
+        const aimed = aim(tab, click.frame).catch(() => null);
         isNewSite = !await before;
         if (!await asked)
-            await explain(tab, frame, `Not remembered: the browser was told not to allow ${site}`);
+            await explain(tab, click.frame, `Not remembered: the browser was told not to allow ${site}`);
         else
-            await toggle({tab, frame, origin: address.origin, isNewSite});
+            await toggle({tab, click, origin: address.origin, isNewSite, aimed: await aimed});
     } catch {
-        if (isNewSite && !fieldSites.has(site))
+        if (isNewSite && !isRemembered(site))
             await giveBack(site);
-        await explain(tab, frame, 'The browser lets no extension into this page');
+        await explain(tab, click.frame, 'The browser lets no extension into this page');
     } finally {
         askedSites.delete(site);
         refresh();
@@ -189,41 +200,62 @@ async function alwaysPut(info, tab) {
 
 async function explain(tab, frame, words) {
     try {
-        await enterFrames(tab, frame);
+        await aim(tab, frame);
         await sayIn(tab, frame, words);
     } catch {
         sayOnToolbar(tab, words);
     }
 }
 
-/** Remembers the field with the cursor, or takes that back. */
-async function toggle({tab, frame, origin, isNewSite}) {
+/** Remembers the field, or takes that back.
+ *  @param aimed null where its frame could not be entered before the browser's question */
+async function toggle({tab, click, origin, isNewSite, aimed}) {
     await recipesLoaded;
-    await enterFrames(tab, frame);
-    const field = await callInFrame(tab, frame, 'describe', recipesOf(origin));
-    if (field.known) {
+    const {frame} = click;
+    const [{result}] = aimed ?? await aim(tab, frame);
+    const deed = {id: result.id, menu: {...click, isLate: aimed === null}};
+    const field = await callInFrame(tab, frame, 'describe', {deed, recipes: recipesOf(origin)}) ??
+                  {why: otherPage};
+    if (field.known && !isNewSite) {
         await forgetRecipe(field.known);
         await sayIn(tab, frame, 'This field follows the scale no more', false);
         return;
     }
-    const recipe = field.why ? null : await recipeOf(field, origin);
-    if (!recipe) {
-        await sayIn(tab, frame, field.why ??
-            'Not remembered: neither the field nor the scale says a unit for it');
-        if (isNewSite)
+    // One that is known has lost its site in the browser's own settings, and has it again.
+    const {recipe, why} = field.why || field.known ? field : await recipeOf(field, {tab, frame, origin});
+    if (why) {
+        await explain(tab, frame, why);
+        if (isNewSite && !isRemembered(siteOfOrigin(origin)))
             await giveBack(siteOfOrigin(origin));
         return;
     }
-    await remember(recipe, isNewSite);
+    await remember({recipe, newSite: isNewSite && siteOfOrigin(origin)});
     await fieldApi().scripting.executeScript({
         target: {tabId: tab.id, frameIds: [frame]}, files: followScripts});
     await sayIn(tab, frame, 'This field follows the scale from now on', false);
 }
 
-/** Where the field does not say its unit, the panel's stays; null where that is none of a field's. */
-async function recipeOf({signs, label, unit, isChosen}, origin) {
+/** @returns {recipe} or {why} not */
+async function recipeOf({signs, label, unit, isChosen}, {tab, frame, origin}) {
+    if (await isInAnotherFrame(signs, {tab, frame, origin}))
+        return {why: 'Another field here looks the same, so neither can be remembered'};
+    // Where the field does not say its unit, the panel's stays.
     const {unit: panelUnit} = unit ? {} : await askForWeight();
-    const simple = panelUnit === 'lb oz' ? 'lb' : panelUnit;
-    const wanted = unit ?? simple;
-    return fieldUnits.includes(wanted) ? {origin, signs, label, isChosen, unit: wanted} : null;
+    const wanted = unit ?? (panelUnit === 'lb oz' ? 'lb' : panelUnit);
+    return fieldUnits.includes(wanted)
+        ? {recipe: {origin, signs, label, isChosen, unit: wanted}}
+        : {why: 'Not remembered: neither the field nor the scale says a unit for it'};
+}
+
+async function isInAnotherFrame(signs, {tab, frame, origin}) {
+    await aim(tab);
+    const results = await fieldApi().scripting.executeScript({
+        target: {tabId: tab.id, allFrames: true}, injectImmediately: true,
+        func: (wanted, place) => {
+            const fields = globalThis[Symbol.for('org.postalscale.fields')];
+            return location.origin === place &&
+                   fields?.find(wanted, fields.allInputs()).why !== 'missing';
+        },
+        args: [signs, origin]});
+    return results.some(({frameId, result}) => frameId !== frame && result);
 }

@@ -5,8 +5,8 @@
 // page, and told to no one.
 'use strict';
 
-const followScripts = ['field.js', 'fit.js', 'signs.js', 'write.js', 'follow.js']
-    .map((name) => `anyfield/${name}`);
+const followScripts = ['numbers.js', ...['field.js', 'fit.js', 'signs.js', 'write.js', 'follow.js']
+    .map((name) => `anyfield/${name}`)];
 const followers = 'any-field-followers';
 const toldTime = 10000; // ms; within which a page that loads itself anew is back
 
@@ -31,6 +31,7 @@ function keepRecipes() {
 }
 
 const siteOfOrigin = (origin) => new URL(origin).hostname;
+const isRemembered = (site) => recipes.some(({origin}) => siteOfOrigin(origin) === site);
 const recipesOf = (origin) => recipes.filter((recipe) => recipe.origin === origin);
 
 /** Whether a page of this address may be entered for its remembered fields alone. */
@@ -70,11 +71,13 @@ function followSites() {
     return sitesEntered;
 }
 
-/** @param isNewSite the browser was asked for it just now */
-async function remember(recipe, isNewSite) {
-    recipes.push({id: crypto.randomUUID(), seen: 'found', ...recipe});
-    if (isNewSite)
-        fieldSites.add(siteOfOrigin(recipe.origin));
+/** @param recipe none where it is kept already
+ *  @param newSite for which the browser was asked just now */
+async function remember({recipe, newSite}) {
+    if (recipe)
+        recipes.push({id: crypto.randomUUID(), seen: 'found', ...recipe});
+    if (newSite)
+        fieldSites.add(newSite);
     await keepRecipes();
     await followSites();
     tellRecipes();
@@ -86,8 +89,7 @@ async function forgetRecipe(id) {
     const origin = recipes.find((recipe) => recipe.id === id)?.origin;
     recipes = recipes.filter((recipe) => recipe.id !== id);
     const site = origin && siteOfOrigin(origin);
-    const isLeft = fieldSites.has(site) &&
-                   !recipes.some((recipe) => siteOfOrigin(recipe.origin) === site);
+    const isLeft = fieldSites.has(site) && !isRemembered(site);
     await keepRecipes();
     await followSites();
     if (isLeft)
@@ -113,7 +115,7 @@ async function serveSite(site) {
 
 // The pages with such fields
 
-/** By port: its tab and origin. */
+/** By port: its tab, its origin, and the recipes of the fields that are in it. */
 const following = new Map();
 /** By tab: what its page was told, for the one that comes of it. */
 const toldOfTab = new Map();
@@ -138,22 +140,23 @@ async function addFollower(port) {
         return;
     const origin = senderOrigin ?? new URL(url).origin;
     let isGone = false;
-    port.onMessage.addListener((message) => hearFollower(message, tab.id, origin));
+    port.onMessage.addListener((message) => hearFollower(message, {port, tab: tab.id, origin}));
     port.onDisconnect.addListener(() => {
         void fieldApi().runtime.lastError;
         isGone = true;
         following.delete(port);
+        grantFields(tab.id, origin);
         subscribe();
     });
     await recipesLoaded;
     if (isGone)
         return;
-    following.set(port, {tab: tab.id, origin});
+    following.set(port, {tab: tab.id, origin, found: []});
     port.postMessage({recipes: recipesOf(origin), quiet, told: toldBefore(tab.id, origin)});
     subscribe();
 }
 
-function hearFollower({told, deed, seen}, tab, origin) {
+function hearFollower({told, deed, found, seen}, {port, tab, origin}) {
     if (deed)
         toldOfTab.delete(tab);
     if (told) {
@@ -161,15 +164,29 @@ function hearFollower({told, deed, seen}, tab, origin) {
         texts.set(origin, new Map([...(texts.get(origin) ?? []), ...told]));
         toldOfTab.set(tab, {time: performance.now(), texts});
     }
-    if (seen)
-        noteSeen(new Map(seen));
+    if (!found || !following.has(port))
+        return;
+    following.get(port).found = found;
+    noteSeen(new Map(seen));
+    grantFields(tab, origin);
 }
 
-async function noteSeen(seen) {
-    await recipesLoaded;
-    for (const recipe of recipes)
-        recipe.seen = seen.get(recipe.id) ?? recipe.seen;
-    keepRecipes();
+/** A field that is in several frames of a tab may be either: none of them gets the weight. */
+function grantFields(tab, origin) {
+    const frames = [...following].filter(([, page]) => page.tab === tab && page.origin === origin);
+    const all = frames.flatMap(([, {found}]) => found);
+    const isOnce = (id) => all.indexOf(id) === all.lastIndexOf(id);
+    for (const [port, {found}] of frames)
+        port.postMessage({granted: found.filter(isOnce)});
+    noteSeen(new Map(all.map((id) => [id, isOnce(id) ? 'found' : 'alike'])));
+}
+
+function noteSeen(seen) {
+    const news = recipes.filter((recipe) => (seen.get(recipe.id) ?? recipe.seen) !== recipe.seen);
+    for (const recipe of news)
+        recipe.seen = seen.get(recipe.id);
+    if (news.length > 0)
+        keepRecipes();
 }
 
 function tellRecipes() {

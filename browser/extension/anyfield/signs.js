@@ -37,6 +37,12 @@
         return steps.join('>');
     }
 
+    /** The page of its site. Some applications keep theirs behind the "#". */
+    function placeOfPage() {
+        const [route = ''] = /^#!?\/[^?]*/.exec(location.hash) ?? [];
+        return lasting(location.pathname + route);
+    }
+
     function signsOf(element) {
         return {
             id: sign(element.id),
@@ -45,7 +51,7 @@
             placeholder: sign(element.placeholder.toLowerCase()),
             type: element.type,
             path: pathOf(element),
-            place: lasting(location.pathname),
+            place: placeOfPage(),
         };
     }
 
@@ -103,7 +109,7 @@
 
     const isKnowable = (signs) => most(identity, signs) > 0;
 
-    const isPageOf = (signs) => signs.place === lasting(location.pathname);
+    const isPageOf = (signs) => signs.place === placeOfPage();
 
-    Object.assign(fields, {isPageOf, signsOf, find, isKnowable});
+    Object.assign(fields, {placeOfPage, isPageOf, signsOf, find, isKnowable});
 })();

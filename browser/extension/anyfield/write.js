@@ -50,10 +50,6 @@
 
     /** As the browser would, had it been typed: one event of each kind. */
     function write(element, text, {quiet = false} = {}) {
-        if (fields.isFreeText(element)) {
-            document.execCommand('insertText', false, text);
-            return;
-        }
         element.value = text;
         if (quiet)
             return;

@@ -1,0 +1,96 @@
+# SPDX-FileCopyrightText: 2026 Postal Scale contributors
+# SPDX-License-Identifier: MIT
+"""What the person's deed is meant for: the field of that moment, in its frame, whatever comes until
+the program has answered."""
+
+from browser_harness import SLOW_START
+from hands import INSIDE_FRAME, PUT_ITEM
+from test_any_field import SHOP, AnyFieldTest, field
+from waiting import wait_until
+
+FIRST_FRAME, SECOND_FRAME = (f"document.querySelectorAll('iframe')[{number}]" for number in (0, 1))
+FOREIGN = ("This part of the page belongs to another site: right-click into the field and choose "
+           "“Always put the weight here”")
+
+
+def framed_field(frame):
+    return f"{frame}.contentDocument.getElementsByName('framedWeight')[0]"
+
+
+class DeedTest(AnyFieldTest):
+    def setUp(self):
+        self.addCleanup(self.program_end.answer_now)
+
+    def ask_slowly(self):
+        self.program_end.is_slow = True
+        self.hands.press_put_key()
+        self.program_end.wait_until_asked()
+
+    def value(self, element):
+        return self.page.evaluate(f"{element}.value")
+
+    def test_the_cursor_goes_on_meanwhile(self):
+        self.page.go(f"{SHOP}/two")
+        self.hands.focus(self.page, field("first"))
+        self.ask_slowly()
+        self.hands.press("Tab")
+        wait_until(lambda: self.page.evaluate(f"document.activeElement === {field('second')}"),
+                   "the cursor in the next field")
+        self.program_end.answer_now()
+        self.wait_for_value(field("first"), "1")
+        self.assertEqual(self.value(field("second")), "")
+
+    def test_the_page_becomes_another_meanwhile(self):
+        self.page.go(f"{SHOP}/two")
+        self.hands.focus(self.page, field("first"))
+        self.ask_slowly()
+        self.page.go(f"{SHOP}/two?visit=2")
+        self.program_end.answer_now()
+        words = "This page has become another one: try again"
+        if self.browser.name == "firefox":  # which lets no extension into the next page of a tab
+            wait_until(lambda: self.browser.toolbar_words() == f"Postal Scale: {words}", words)
+        else:
+            self.wait_for_badge(words)
+        self.assertEqual(self.value(field("first")), "")
+
+    def test_the_cursor_leaves_a_text_meanwhile(self):
+        self.page.go(f"{SHOP}/area")
+        self.hands.focus(self.page, "document.getElementById('text')")
+        self.ask_slowly()
+        self.page.evaluate("void document.activeElement.blur()")
+        self.program_end.answer_now()
+        self.wait_for_badge("The cursor has left the text: click there again")
+        self.assertEqual(self.events(), {})
+
+    def test_a_menu_without_the_cursor(self):
+        """The page keeps the cursor where it is."""
+        self.page.go(f"{SHOP}/kept-cursor")
+        self.put_by_key(field("first"), "1")
+        self.hands.choose(self.page, field("second"), PUT_ITEM)
+        self.wait_for_value(field("second"), "1")
+        self.assertTrue(self.page.evaluate(f"document.activeElement === {field('first')}"))
+        self.assertEqual(self.value(field("first")), "1")
+
+    def test_two_frames(self):
+        self.page.go(f"{SHOP}/twins")
+        first, second = framed_field(FIRST_FRAME), framed_field(SECOND_FRAME)
+        self.hands.focus_frame(self.page, FIRST_FRAME)
+        self.hands.choose(self.page, SECOND_FRAME, PUT_ITEM, INSIDE_FRAME)
+        self.wait_for_value(second, "1")
+        self.assertEqual(self.value(first), "")
+        self.hands.focus_frame(self.page, FIRST_FRAME)
+        self.hands.press_put_key()
+        self.wait_for_value(first, "1")
+        self.assertEqual(self.value(second), "1")
+
+    def test_a_frame_that_only_had_the_cursor(self):
+        self.page.go(f"{SHOP}/unlike-twins")
+        self.hands.focus_frame(self.page, FIRST_FRAME)
+        self.hands.focus_frame(self.page, SECOND_FRAME)
+        self.hands.press_put_key()
+        if self.browser.name == "firefox":  # which lets an extension into the whole of a tab
+            wait_until(lambda: self.page.evaluate("document.documentElement.dataset.framed") == "1",
+                       "the weight in the frame", SLOW_START)
+        else:
+            self.wait_for_badge(FOREIGN)
+        self.assertEqual(self.value(framed_field(FIRST_FRAME)), "")
