@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
-// Build-time program: the program's icon in the sizes, in pixels, that browsers want of an extension,
-// and a desktop of a window whose installed icon it does not find. It draws outlines only, so it needs
-// no QGuiApplication, no display and no font.
+// Build-time program: the program's icon in the sizes, in pixels, that browsers want of an
+// extension, and a desktop of a window whose installed icon it does not find. It draws outlines
+// only, so it needs no QGuiApplication, no display and no font.
 
 #include <QFile>
 #include <QImage>
