@@ -104,6 +104,11 @@ struct Parser
     }
 
     bool has(const QCommandLineOption &option) const { return line.isSet(option); }
+    /// Empty of one that takes none: Qt 6.8 warns who asks.
+    QString valueOf(const QCommandLineOption &option) const
+    {
+        return option.valueName().isEmpty() ? QString() : line.value(option);
+    }
 };
 
 QString exitStatuses()
@@ -203,13 +208,11 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         return {.action = Action::Refuse, .text = reason};
     const auto wanted = wantedActions(parser);
     const bool isVerb = !wanted.empty() && wanted.front().second == Action::Operate;
-    // The toolkit warns of who asks for a value where there is none.
-    const bool takesValue = isVerb && !wanted.front().first->valueName().isEmpty();
     return {.action = wantedAction(parser),
             .format = parser.has(parser.json) ? ReportFormat::Json : ReportFormat::Text,
             .settledOnly = parser.has(parser.settled),
             .verb = isVerb ? wanted.front().first->names().constFirst() : QString(),
-            .value = takesValue ? parser.line.value(*wanted.front().first) : QString(),
+            .value = isVerb ? parser.valueOf(*wanted.front().first) : QString(),
             .infoFile = parser.line.value(parser.info),
             .recordFile = parser.line.value(parser.record),
             .replayFile = parser.line.value(parser.replay),

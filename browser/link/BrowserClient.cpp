@@ -149,7 +149,7 @@ bool BrowserClient::handle(const BrowserRan &message)
         return false;
     for (const int note : message.notes)
         logLine(QString::fromLatin1(notes.at(note)));
-    const Run run = *found;
+    const Run run = std::move(*found);
     m_unanswered.erase(found);
     const QList<FillPlan> next = m_next.take(run.page);
     emit ran(run.page, run.plans, message.fields);

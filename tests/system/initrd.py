@@ -72,8 +72,8 @@ class Archive:
 
 
 def libraries(programs, folders):
-    """The host's shared libraries that these load, and the loader.
-    @param folders: of libraries that are the guest's own"""
+    """The shared libraries that these load, and the loader: the host's, but where @param folders, of
+    libraries that are the guest's own, have one of that name."""
     path = ":".join(map(str, folders))
     listing = subprocess.run(["ldd", *programs], check=True, text=True, stdout=subprocess.PIPE,
                              env={**os.environ, "LD_LIBRARY_PATH": path}).stdout
@@ -82,8 +82,7 @@ def libraries(programs, folders):
         sys.exit("libraries to be installed: " + ", ".join(missing))
     words = {word for line in listing.splitlines() if line.startswith("\t")
              for word in line.split()}
-    return sorted(word for word in words
-                  if word.startswith("/") and pathlib.Path(word).parent not in folders)
+    return sorted(pathlib.Path(word) for word in words if word.startswith("/"))
 
 
 def add_python(archive):
@@ -144,5 +143,5 @@ def make(path, parts, program, gadget, rule, qt_plugins, package, with_session):
     programs = add_python(archive) + add_programs(archive, program, gadget, qt_plugins)
     programs += add_udev(archive, parts, rule) + session_programs
     for library in libraries(programs, session_initrd.library_folders(parts)):
-        archive.copy(library)
+        archive.copy(library, session_initrd.name_in_guest(parts, library))
     archive.close()

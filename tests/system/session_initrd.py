@@ -53,6 +53,12 @@ def library_folders(parts):
     return [folder, folder / "systemd"]
 
 
+def name_in_guest(parts, library):
+    """Of one of the packages', or of the host's."""
+    own = parts / "session"
+    return str(library.relative_to(own if library.is_relative_to(own) else "/"))
+
+
 def add(archive, parts, qt_plugins):
     """The programs among it, whose libraries are needed too."""
     # Its own come first, so that they stand in the place of the packages'.
