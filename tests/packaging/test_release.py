@@ -33,7 +33,8 @@ class ReleaseTest(unittest.TestCase):
     def test_whose_every_file_is(self):
         said = run("reuse", "--root", SOURCES, "lint")
         self.assertEqual(said.returncode, 0, said.stdout)
-        self.assertEqual(said.stderr, "")
+        # Later versions warn of the form of .reuse/dep5, which Debian 12's alone reads.
+        self.assertNotIn("ERROR", said.stderr)
 
     def test_all_texts_are_of_one_release(self):
         said = run(SOURCES / PROGRAM, "--check")
