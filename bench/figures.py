@@ -146,7 +146,7 @@ def weight(session):
     started = list(zip(*first_weight.from_start(session, RUNS)))
     return [
         Figure("first weight, from the plug to its frame", None, "ms", Samples(plugged[-1]),
-               "0.4 s to the first poll and, as that brings the scale's type, 0.4 s to the second"),
+               "0.4 s of it is the rhythm of the polls"),
         *_parts(plugged),
         Figure("first weight, from the start, with the scale plugged in", None, "ms",
                Samples(started[-1]), "to the weight decoded"),
