@@ -64,12 +64,15 @@ void Application::useDevices(std::unique_ptr<HidDevices> devices)
 
 void Application::launch(const QString &infoFile)
 {
-    prepare(infoFile, std::make_unique<Settings>());
+    auto settings = std::make_unique<Settings>();
+    settings->holdBack();
+    prepare(infoFile, std::move(settings));
     m_voice = std::make_unique<ReadingVoice>(*m_delegate);
     if (DarkStyle::isNeeded())
         m_darkStyle = std::make_unique<DarkStyle>();
     m_delegate->window->show();
-    new FirstFrame(*m_delegate->window, [] {
+    new FirstFrame(*m_delegate->window, [this] {
+        m_settings->writeHeldBack();
         // Unpacking its six pictures would take a twentieth of the start.
         setWindowIcon(builtInIcon());
         // What only the start needed goes back to the system.

@@ -15,7 +15,7 @@ from browser_harness import start_browser
 from carrier_site import CarrierSite
 from harness import POLL_INTERVAL
 from programs import (CLIPBOARD_ON, EVERYTHING_ON, Started, Weighing, binary,
-                      processor_seconds, settled_pss, wake_ups)
+                      processor_seconds, processor_time_of_start, settled_pss, wake_ups)
 from samples import Figure, Samples
 from waiting import wait_until
 
@@ -45,12 +45,15 @@ def start(session):
         programs["before"] = (os.environ["POSTAL_SCALE_BEFORE"], None)
     times = {name: [] for name in programs}
     memory = {name: [] for name in programs}
+    costs = {name: [] for name in programs}
     for _, (name, (command, settings)) in itertools.product(range(RUNS), programs.items()):
         program = Started(session, command, settings=settings)
         times[name].append(program.milliseconds)
         memory[name].append(settled_pss(program.process_id))
         program.end()
+        costs[name].append(processor_time_of_start(session, command, settings))
     return [*_beside(times, stock, "start to first frame", 1.12, "ms", 1),
+            *_beside(costs, stock, "processor time to the first frame", 1.12, "ms", 1),
             *_beside(memory, stock, "memory (PSS) after the start", 1.1, "MiB", 1024)]
 
 
@@ -146,7 +149,7 @@ def weight(session):
     started = list(zip(*first_weight.from_start(session, RUNS)))
     return [
         Figure("first weight, from the plug to its frame", None, "ms", Samples(plugged[-1]),
-               "0.4 s to the first poll and, as that brings the scale's type, 0.4 s to the second"),
+               "0.4 s of it is the rhythm of the polls"),
         *_parts(plugged),
         Figure("first weight, from the start, with the scale plugged in", None, "ms",
                Samples(started[-1]), "to the weight decoded"),

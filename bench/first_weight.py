@@ -28,9 +28,8 @@ def from_plug(session, runs):
     for _ in range(runs):
         mark = program.log.mark()
         program.scale.tell("unplug")
-        program.log.wait_for("DeviceRemoved$", mark)
         # Its timer ends at the next tick.
-        program.log.wait_for(POLLED, program.log.mark())
+        wait_until(lambda since=mark: _has_ended(program.log.since(since)), "the last tick")
         mark = program.log.mark()
         begun = time.monotonic() * 1000
         program.scale.tell("plug")
@@ -50,6 +49,11 @@ def from_start(session, runs):
         program.end()
         start = float(begun.read_text(encoding="ascii")) * 1000
         yield [each - start for each in times]
+
+
+def _has_ended(lines):
+    removed = [place for place, line in enumerate(lines) if line.endswith("DeviceRemoved")]
+    return bool(removed) and any(line.endswith("readData") for line in lines[removed[0]:])
 
 
 def _steps(log, mark):

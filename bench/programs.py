@@ -70,6 +70,17 @@ class Started:
         self._watch.stdout.close()
 
 
+def processor_time_of_start(session, command, settings):
+    """Milliseconds, of all threads, until the first frame is handed to the X server."""
+    folder = session.new_folder("started")
+    _write_settings(folder, settings)
+    output = subprocess.run(
+        [command], check=True, text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
+        env=session.environment | {"XDG_CONFIG_HOME": str(folder),
+                                   "LD_PRELOAD": binary("start-cost.so")}).stdout
+    return float(output)
+
+
 class Weighing:
     """The program with the emulated scale, a parcel on the pan."""
 

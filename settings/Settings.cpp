@@ -6,6 +6,7 @@
 #include "base/Log.h"
 #include "base/RegularFile.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
@@ -274,8 +275,31 @@ void Settings::setAside(const QString &reason)
         m_name += QStringLiteral(".new");
 }
 
+void Settings::holdBack()
+{
+    m_holdsBack = true;
+    m_file->installEventFilter(this);
+}
+
+void Settings::writeHeldBack()
+{
+    m_holdsBack = false;
+    m_file->removeEventFilter(this);
+    if (std::exchange(m_isWriteOwed, false))
+        write();
+}
+
+bool Settings::eventFilter(QObject *, QEvent *event)
+{
+    // By which the file reminds itself to write what was changed.
+    return event->type() == QEvent::UpdateRequest;
+}
+
 void Settings::write()
 {
+    m_isWriteOwed = m_holdsBack;
+    if (m_holdsBack)
+        return;
     // A status stays what it once was. Another object for the same file has one of its own, and
     // shares what has not been written yet.
     if (m_file->status() != QSettings::NoError) {

@@ -14,8 +14,8 @@
 class QSettings;
 
 /// What is kept between runs, in an INI file under the user's configuration folder. Every change
-/// is written at once, as a whole file that takes the old one's place: a crash leaves the old or
-/// the new one.
+/// is written at once, unless it is held back, as a whole file that takes the old one's place: a
+/// crash leaves the old or the new one.
 ///
 /// | key               | type              | default |
 /// |-------------------|-------------------|---------|
@@ -63,6 +63,15 @@ public:
     bool settledOnly() const;
     void setSettledOnly(bool settledOnly);
 
+    /// A write waits for the disk, often for longer than a window needs to be drawn. From here on a
+    /// change is kept in the memory.
+    void holdBack();
+    /// Writes what was held back, all in one, and each change at once from here on. Otherwise it is
+    /// written when the object goes.
+    void writeHeldBack();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
     /// What is wrong with the file or its folder, in words for the user; empty if nothing.
     const QString &trouble() const { return m_currentTrouble; }
 
@@ -85,4 +94,6 @@ private:
     QString m_name;
     std::unique_ptr<QSettings> m_file;
     QString m_currentTrouble;
+    bool m_holdsBack = false;
+    bool m_isWriteOwed = false;
 };

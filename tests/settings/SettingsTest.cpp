@@ -101,6 +101,41 @@ private slots:
         QCOMPARE(Settings().lastSelectedValue(), std::optional(index));
     }
 
+    void heldBackChangesAreWrittenInOne()
+    {
+        Settings settings;
+        settings.holdBack();
+        settings.setLastSelectedValue(3);
+        settings.setSelectedOptions({300});
+        QCoreApplication::processEvents();
+        QVERIFY(storedsettings::text().isNull());
+        QCOMPARE(settings.lastSelectedValue(), std::optional(3));
+        settings.writeHeldBack();
+        QCOMPARE(storedsettings::text(),
+                 "[General]\nlastSelectedValue=3\n\n[defaultValue]\n300=selected\n");
+        settings.setSelectedOptions({});
+        QCOMPARE(storedsettings::text(), "[General]\nlastSelectedValue=3\n");
+    }
+
+    void heldBackChangesAreWrittenAtTheEnd()
+    {
+        {
+            Settings settings;
+            settings.holdBack();
+            settings.setLastSelectedValue(3);
+        }
+        QCOMPARE(storedsettings::text(), "[General]\nlastSelectedValue=3\n");
+    }
+
+    /// A file that is as it should be is not touched.
+    void nothingHeldBackNothingWritten()
+    {
+        Settings settings;
+        settings.holdBack();
+        settings.writeHeldBack();
+        QVERIFY(storedsettings::text().isNull());
+    }
+
     void options_data()
     {
         QTest::addColumn<QList<int>>("tags");
