@@ -79,10 +79,10 @@ class Chromium:
 
     def act_and_allow(self, act, before_allowing=lambda: None):
         """Then the browser asks, over its dimmed window; the first button there denies."""
-        before = sum(self._picture())
+        before = sum(self.picture())
 
         def is_asking():
-            return sum(self._picture()) < 0.7 * before
+            return sum(self.picture()) < 0.7 * before
 
         def allow():
             # Longer than the half second in which Chromium takes a key to be meant for what was
@@ -99,7 +99,19 @@ class Chromium:
         self._session.output_of("xdotool", "key", "Tab")
         wait_until(allow, "the browser's dialog closed")
 
-    def _picture(self):
+    def act_and_refuse(self, act):
+        self.act_and_allow(act, before_allowing=lambda: self._session.output_of(
+            "xdotool", "key", "Escape"))
+
+    def end_worker(self):
+        """The extension's, as the browser does by itself when it has nothing to do."""
+        worker = wait_until(self._workers, "the extension")[0]["targetId"]
+        self.call("Target.closeTarget", targetId=worker)
+        wait_until(lambda: all(each["targetId"] != worker for each in self._workers()),
+                   "the worker's end")
+
+    def picture(self):
+        """The window in front, as bytes of its pixels."""
         window = self._session.output_of("xdotool", "getwindowfocus").strip()
         return subprocess.run(["import", "-window", window, "rgb:-"], check=True,
                               env=self._session.environment, capture_output=True).stdout

@@ -94,6 +94,10 @@ class Firefox:
         before_allowing()
         wait_until(allow, "the browser's dialog closed")
 
+    def act_and_refuse(self, act):
+        self.act_and_allow(act, before_allowing=lambda: self._evaluate_in_browser(
+            "PopupNotifications.panel.firstElementChild.secondaryButton.click()"))
+
     def text_in_closed_root(self, page, tag):
         """Of the first element of that name; None where there is none. No page can look there."""
         return page.evaluate(
@@ -110,8 +114,8 @@ class Firefox:
 
     def toolbar_words(self):
         """What the extension's button says when the pointer is on it."""
-        return self._evaluate_in_browser("document.getElementById("
-                                         "'browser-link_postal-scale-browser-action').label")
+        return self._evaluate_in_browser(
+            "document.getElementById('browser-link_postal-scale-BAP').label")
 
     def permissions_page(self):
         """What the browser itself says of the extension."""

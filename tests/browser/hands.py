@@ -4,6 +4,7 @@
 the browser asks. All of it goes through the X server, as from a mouse and a keyboard."""
 
 import contextlib
+import operator
 
 from waiting import wait_until
 
@@ -12,6 +13,8 @@ PUT_ITEM, ALWAYS_ITEM = 0, 1
 
 FRAME = "document.querySelector('iframe')"
 INSIDE_FRAME = 60, 25  # where the pages have the field
+
+_LARGE = 30000  # bytes of pixels; more than a tooltip has, and less than a menu
 
 _ALLOWED = {}  # sites by profile
 
@@ -57,6 +60,26 @@ class Hands:
     def press_put_key(self):
         self.press(PUT_KEYS[self._browser.name])
 
+    def widen(self, page, width):
+        """The browser's window."""
+        self._session.output_of("wmctrl", "-r", ":ACTIVE:", "-e", f"0,-1,-1,{width},600")
+        wait_until(lambda: page.evaluate("outerWidth") == width, f"a window {width} wide")
+
+    def press_toolbar_button(self, page):
+        """The extension's own. Chromium has it in a menu of all extensions, as long as nobody has moved
+        it out; in a window of 1100 pixels, the button of that menu is the last but two."""
+        if self._browser.name == "firefox":
+            self._browser.click_toolbar_button()
+            return
+        # The menu is white.
+        page.evaluate("void (document.documentElement.style.background = 'black')")
+        before = wait_until(self._dark_picture, "a dark page")
+        for key in ("F10", "Left", "Left", "Return"):
+            self.press(key)
+        wait_until(lambda: _difference(before, self._browser.picture()) > _LARGE, "the menu")
+        for key in ("Tab", "Tab", "Return"):
+            self.press(key)
+
     def choose(self, page, element, item, inside=("null", "null")):
         """In the menu of a field. @param item one of those above"""
         with self.menu(page, element, item, inside):
@@ -94,7 +117,16 @@ class Hands:
         if self._browser.name == "firefox":
             self._allowed.clear()
 
+    def _dark_picture(self):
+        picture = self._browser.picture()
+        return picture if picture.count(0) > len(picture) / 2 else None
+
     def _windows(self):
         return set(self._session.output_of(
             "bash", "-c", "xwininfo -root -children | grep -o '^ *0x[0-9a-f]*' | while read -r w; do"
             " xwininfo -id $w | grep -q IsViewable && echo $w; done; true").split())
+
+
+def _difference(one, other):
+    """In bytes of pixels."""
+    return sum(map(operator.ne, one, other))

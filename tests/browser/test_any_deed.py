@@ -65,11 +65,14 @@ class DeedTest(AnyFieldTest):
     def test_a_menu_without_the_cursor(self):
         """The page keeps the cursor where it is."""
         self.page.go(f"{SHOP}/kept-cursor")
-        self.put_by_key(field("first"), "1")
+        if self.browser.name == "chromium":  # which does not tell of which field a menu is
+            self.put_by_key(field("first"), "1")
+        self.hands.focus(self.page, field("first"))
+        before = self.value(field("first"))
         self.hands.choose(self.page, field("second"), PUT_ITEM)
         self.wait_for_value(field("second"), "1")
         self.assertTrue(self.page.evaluate(f"document.activeElement === {field('first')}"))
-        self.assertEqual(self.value(field("first")), "1")
+        self.assertEqual(self.value(field("first")), before)
 
     def test_two_frames(self):
         self.page.go(f"{SHOP}/twins")

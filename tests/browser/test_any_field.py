@@ -68,12 +68,16 @@ class CursorTest(AnyFieldTest):
         self.assertEqual(self.events(), {"shipWeight": ONE_PAIR})
 
     def test_the_toolbar(self):
-        if self.browser.name == "chromium":
-            self.skipTest("its buttons have no place that a script could ask for")
+        self.addCleanup(self.hands.widen, self.page, 700)
+        self.hands.widen(self.page, 1100)
         self.page.go(f"{SHOP}/shop")
         self.hands.focus(self.page, field("shipWeight"))
-        self.browser.click_toolbar_button()
+        self.hands.press_toolbar_button(self.page)
         self.wait_for_value(field("shipWeight"), "1")
+        self.page.go(f"{SHOP}/framed")
+        self.hands.focus_frame(self.page)
+        self.hands.press_toolbar_button(self.page)
+        self.wait_for_framed("1")
 
     def test_what_the_field_says_of_its_unit(self):
         self.page.go(f"{SHOP}/units")

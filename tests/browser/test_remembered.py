@@ -5,49 +5,14 @@
 import json
 
 from hands import ALWAYS_ITEM, FRAME, INSIDE_FRAME
-from test_any_field import ONE_PAIR, SHOP, AnyFieldTest, field
+from remembering import ALIKE, HEAVIER, LIGHTER, SITE, RememberingTest
+from test_any_field import ONE_PAIR, SHOP, field
 from waiting import wait_until
-from weight_stand_in import TEXTS
 
-SITE = "www.shop.example"
 OTHER_SITE = "www.market.example"
-HEAVIER = {"lb": "4.409", "oz": "70.55", "kg": "2", "g": "2000", "lb oz": "4 7"}
-LIGHTER = {"lb": "1.102", "oz": "17.64", "kg": "0.5", "g": "500", "lb oz": "1 2"}
 
 
-class RememberedTest(AnyFieldTest):
-    def setUp(self):
-        self.forget_all()
-        self.program_end.weigh(TEXTS)
-
-    def forget_all(self):
-        options = self.options_page()
-        wait_until(lambda: options.evaluate(
-            "!document.getElementById('fields').hasAttribute('aria-busy')"), "the list")
-        options.evaluate("document.querySelectorAll('#fields button').forEach((each) => each.click())")
-        wait_until(lambda: options.evaluate(
-            "!document.getElementById('noFields').hidden"
-            " && document.querySelectorAll('#fields button').length === 0"), "nothing remembered")
-        options.close()
-        self.hands.note_given_back()
-
-    def remembered(self):
-        options = self.options_page()
-        wait_until(lambda: options.evaluate("document.querySelector('#fields li') !== null"),
-                   "the list")
-        found = options.evaluate("[...document.querySelectorAll('#fields li span')]"
-                                 ".map((each) => each.textContent)")
-        options.close()
-        return found
-
-    def remember(self, element):
-        self.hands.always(self.page, element, SITE)
-        self.program_end.wait_until_followed()
-
-    def weigh(self, texts, element, expected):
-        self.program_end.weigh(texts)
-        self.wait_for_value(element, expected)
-
+class RememberedTest(RememberingTest):
     def test_from_now_on(self):
         self.page.go(f"{SHOP}/shop")
         self.program_end.weigh(HEAVIER)
@@ -127,7 +92,7 @@ class RememberedTest(AnyFieldTest):
     def test_two_that_are_alike(self):
         self.page.go(f"{SHOP}/similar")
         self.hands.always(self.page, "document.querySelectorAll('input')[1]", SITE)
-        self.wait_for_badge("Another field here looks the same, so neither can be remembered")
+        self.wait_for_badge(ALIKE)
         self.hands.note_given_back()
         self.page.go(f"{SHOP}/similar-later")
         self.remember(field("gross"))
@@ -145,10 +110,7 @@ class RememberedTest(AnyFieldTest):
         self.hands.choose(self.page, field("shipWeight"), ALWAYS_ITEM)
         self.wait_for_badge("This field follows the scale no more")
         wait_until(lambda: self.program_end.wishes()[-1] == "stop", "nothing asked for any more")
-        options = self.options_page()
-        self.assertEqual(options.evaluate(
-            "(globalThis.browser ?? chrome).permissions.contains("
-            "{origins: ['https://www.shop.example/*']})"), False)
+        self.assertFalse(self.is_allowed())
 
     def test_the_unit_that_the_person_chose(self):
         self.page.go(f"{SHOP}/shop")

@@ -16,7 +16,8 @@
     const aims = new Map();
     let underMenu = null;
 
-    /** @returns {id, hasFocus, cursor}: "field", "frame" or "nowhere", as far as this frame can see */
+    /** @returns {id, hasFocus, isReached, cursor}: "field", "frame" or "nowhere", as far as this frame
+     *  can see */
     fields.aim = () => {
         const focused = fields.focusedElement();
         const hasFocus = document.hasFocus();
@@ -24,13 +25,27 @@
         aims.set(id, {focused, hasFocus, underMenu});
         if (aims.size > mostDeeds)
             aims.delete(aims.keys().next().value);
-        return {id, hasFocus, cursor: cursorIn(focused)};
+        return {id, hasFocus, isReached: isReached(), cursor: cursorIn(focused)};
     };
 
     function cursorIn(focused) {
         if (focused instanceof HTMLIFrameElement || focused instanceof HTMLFrameElement)
             return 'frame';
         return focused === null || focused === document.body ? 'nowhere' : 'field';
+    }
+
+    /** Whether the cursor of each frame around is in the frame on the way here. It is no more than that:
+     *  with the focus in the browser's own toolbar, no frame has it. */
+    function isReached() {
+        try {
+            for (let here = window; here !== here.parent; here = here.parent) {
+                if (here.parent.document.activeElement !== here.frameElement)
+                    return false;
+            }
+            return true;
+        } catch {
+            return false; // of another site
+        }
     }
 
     function isAround(outer, inner) {
@@ -52,18 +67,17 @@
     /** Firefox tells by a handle which element the menu was opened on. Chromium does not: there it is
      *  seen from the second menu of a page on, and the first one is of the field with the cursor, which
      *  a click with the right button places as well, unless the page prevents it. */
-    function elementOfMenu({handle, isLate}, {focused, hasFocus, underMenu: seen}) {
+    function elementOfMenu({handle, wasAsked}, {focused, hasFocus, underMenu: seen}) {
         if (handle !== undefined)
             return wholeOf(globalThis.browser.menus.getTargetElement(handle));
         // What a closed shadow tree holds is not seen from outside.
         if (seen && !isAround(seen, focused))
             return wholeOf(seen);
-        return hasFocus || isLate ? focused : null;
+        return hasFocus || wasAsked ? focused : null;
     }
 
     /** @param menu none where the deed was none of a menu; else the browser's handle of the element, if
-     *  it has one, and whether this frame could be entered only after a question to the person, which
-     *  takes the focus away
+     *  it has one, and whether it has asked the person for the site, which takes the focus away
      *  @returns {isGone: true} where another document stands there by now, or {element} */
     fields.target = ({id, menu}) => {
         const aim = aims.get(id);

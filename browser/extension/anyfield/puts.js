@@ -25,9 +25,9 @@ const stateWords = {
 };
 
 function listenForPuts() {
-    const {commands, contextMenus} = fieldApi();
-    contextMenus.removeAll().then(makeMenu);
-    contextMenus.onClicked.addListener((info, tab) => {
+    const {commands} = fieldApi();
+    menus().removeAll().then(makeMenu);
+    menus().onClicked.addListener((info, tab) => {
         if (info.menuItemId === putItem)
             putWeight(tab, clickOf(info));
         else if (info.menuItemId === alwaysItem)
@@ -45,11 +45,12 @@ const clickOf = ({frameId, targetElementId}) => ({frame: frameId ?? 0, handle: t
 
 const toolbar = () => fieldApi().action ?? fieldApi().browserAction;
 
+const menus = () => fieldApi().menus ?? fieldApi().contextMenus;
+
 function makeMenu() {
-    const {contextMenus} = fieldApi();
     for (const [id, title] of [[putItem, 'Put the weight here'],
                                [alwaysItem, 'Always put the weight here']])
-        contextMenus.create({id, title, contexts: ['editable']});
+        menus().create({id, title, contexts: ['editable']});
 }
 
 // The weight
@@ -111,23 +112,25 @@ async function callInFrame(tab, frame, name, argument) {
     return result;
 }
 
-/** Of those that were entered; undefined where the cursor is in one that may not be. */
+/** Of those that were entered; undefined where the cursor is in one that may not be. Those around it
+ *  have the focus as well; a frame beside it only remembers where its cursor was. */
 function frameWithCursor(aims) {
-    // Those around it have the focus as well; a frame beside it only remembers where its cursor was.
-    const holder = aims.find(({result}) => result.hasFocus && result.cursor !== 'frame');
-    const outermost = aims.find(({frameId}) => frameId === 0);
-    return holder ?? (outermost?.result.cursor === 'frame' ? undefined : outermost);
+    const inside = aims.filter(({result}) => result.cursor !== 'frame');
+    const isInPage = aims.some(({result}) => result.hasFocus);
+    return inside.find(({result}) => isInPage ? result.hasFocus : result.isReached);
 }
 
 const foreignFrame = 'This part of the page belongs to another site: right-click into the field and '
     + 'choose “Always put the weight here”';
+const closedPage = 'The browser lets no extension into this page';
 const otherPage = 'This page has become another one: try again';
 
 /** @param click none where the deed was none of a menu */
 async function putWeight(tab, click) {
+    let aims = null;
     try {
         // Before all else: the person goes on to the next field meanwhile.
-        const aims = await aim(tab, click?.frame);
+        aims = await aim(tab, click?.frame);
         const place = click ? aims[0] : frameWithCursor(aims);
         const weight = await askForWeight();
         if (weight.state !== 'settled')
@@ -137,7 +140,7 @@ async function putWeight(tab, click) {
         else if (!await putAt(tab, place, click, weight))
             await explain(tab, 0, otherPage);
     } catch {
-        await explain(tab, 0, click?.frame ? foreignFrame : 'The browser lets no extension into this page');
+        await explain(tab, 0, aims ? otherPage : click?.frame ? foreignFrame : closedPage);
     }
 }
 
@@ -191,7 +194,7 @@ async function alwaysPut(info, tab) {
     } catch {
         if (isNewSite && !isRemembered(site))
             await giveBack(site);
-        await explain(tab, click.frame, 'The browser lets no extension into this page');
+        await explain(tab, click.frame, closedPage);
     } finally {
         askedSites.delete(site);
         refresh();
@@ -213,7 +216,7 @@ async function toggle({tab, click, origin, isNewSite, aimed}) {
     await recipesLoaded;
     const {frame} = click;
     const [{result}] = aimed ?? await aim(tab, frame);
-    const deed = {id: result.id, menu: {...click, isLate: aimed === null}};
+    const deed = {id: result.id, menu: {...click, wasAsked: isNewSite}};
     const field = await callInFrame(tab, frame, 'describe', {deed, recipes: recipesOf(origin)}) ??
                   {why: otherPage};
     if (field.known && !isNewSite) {
