@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 Postal Scale contributors
 # SPDX-License-Identifier: MIT
 """What the person's deed is meant for: the field of that moment, in its frame, whatever comes until
-the program has answered."""
+the program has answered; and in which form it takes the weight."""
 
 from browser_harness import SLOW_START
 from hands import INSIDE_FRAME, PUT_ITEM
@@ -11,6 +11,11 @@ from waiting import wait_until
 FIRST_FRAME, SECOND_FRAME = (f"document.querySelectorAll('iframe')[{number}]" for number in (0, 1))
 FOREIGN = ("This part of the page belongs to another site: right-click into the field and choose "
            "“Always put the weight here”")
+
+# Of 2.205 lb and 1000 g.
+NUMBERS = {"exponent": "2.205", "begun": "2.55", "valued": "2.25", "any": "2.205", "free": "2.205",
+           "grouped": "2.205", "both": "2.205", "comma": "2,205", "groups": "3", "own": "2,205",
+           "two": "2,21", "whole": "3", "unheld": "2.205", "shown": "1,000"}
 
 
 def framed_field(frame):
@@ -97,3 +102,35 @@ class DeedTest(AnyFieldTest):
         else:
             self.wait_for_badge(FOREIGN)
         self.assertEqual(self.value(framed_field(FIRST_FRAME)), "")
+
+    def test_the_toolbar(self):
+        self.addCleanup(self.hands.widen, self.page, 700)
+        self.hands.widen(self.page, 1100)
+        self.page.go(f"{SHOP}/shop")
+        self.hands.focus(self.page, field("shipWeight"))
+        self.hands.press_toolbar_button(self.page)
+        self.wait_for_value(field("shipWeight"), "1")
+        self.page.go(f"{SHOP}/framed")
+        self.hands.focus_frame(self.page)
+        self.hands.press_toolbar_button(self.page)
+        self.wait_for_framed("1")
+
+    def test_numbers(self):
+        self.page.go(f"{SHOP}/numbers")
+        for name, text in NUMBERS.items():
+            with self.subTest(name):
+                self.put_by_key(field(name), text)
+                # Outside of a form that is held back, fractions are what a page without steps takes.
+                self.assertTrue(name in ("free", "unheld") or
+                                self.page.evaluate(f"{field(name)}.checkValidity()"))
+        self.wait_for_badge("1000 g")
+
+    def test_free_text_that_goes_on(self):
+        self.page.go(f"{SHOP}/completed")
+        self.hands.focus(self.page, "document.getElementById('text')")
+        self.hands.press("End")
+        self.put_into_text("Weight:2.205 lb net")
+        self.hands.press_put_key()
+        self.wait_for_badge("The text has changed: put the cursor where the weight is to stand, and "
+                            "wait a moment")
+        self.assertEqual(self.text(), "Weight:2.205 lb net")
