@@ -6,12 +6,12 @@
 #include "app/ReadingReportDelegate.h"
 #include "widgets/Announcer.h"
 
-#include <QAccessible>
-
 ReadingVoice::ReadingVoice(ReadingReportDelegate &delegate)
     : m_delegate(delegate)
     , m_announcer(new Announcer(delegate.window.get()))
+    , m_isHeard(QAccessible::isActive())
 {
+    QAccessible::installActivationObserver(this);
     m_clock.start();
     connect(&delegate, &ReadingReportDelegate::reportDue, this, &ReadingVoice::tellReading);
     const auto confirmBoth = [this](const QAbstractButton *button, const QAction *item,
@@ -24,9 +24,14 @@ ReadingVoice::ReadingVoice(ReadingReportDelegate &delegate)
     confirmBoth(delegate.powerButton, delegate.powerItem, QStringLiteral("Power"));
 }
 
+ReadingVoice::~ReadingVoice()
+{
+    QAccessible::removeActivationObserver(this);
+}
+
 void ReadingVoice::tellReading()
 {
-    if (!QAccessible::isActive())
+    if (!m_isHeard)
         return;
     const QString words =
         m_readings.take(m_delegate.followedReport(), std::chrono::milliseconds(m_clock.elapsed()));

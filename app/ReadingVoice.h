@@ -5,6 +5,7 @@
 
 #include "app/SpokenReadings.h"
 
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QObject>
 
@@ -13,20 +14,25 @@ class ReadingReportDelegate;
 
 /// Has a screen reader say what a person who looks at the window sees: readings and troubles by
 /// SpokenReadings, and that a command was taken. Costs nothing while no screen reader runs.
-class ReadingVoice : public QObject
+class ReadingVoice : public QObject, private QAccessible::ActivationObserver
 {
     Q_OBJECT
 
 public:
     /// @p delegate must outlive the object, and has its window.
     explicit ReadingVoice(ReadingReportDelegate &delegate);
+    ~ReadingVoice() override;
+    ReadingVoice(const ReadingVoice &) = delete;
+    ReadingVoice &operator=(const ReadingVoice &) = delete;
 
 private:
+    void accessibilityActiveChanged(bool active) override { m_isHeard = active; }
     void tellReading();
     void confirm(const QString &command);
 
     ReadingReportDelegate &m_delegate;
     Announcer *m_announcer;
+    bool m_isHeard; ///< by a screen reader
     SpokenReadings m_readings;
     QElapsedTimer m_clock;
 };

@@ -4,14 +4,22 @@
 #include "widgets/Announcer.h"
 
 #include <QAccessibleWidget>
+#include <QWidget>
 
 namespace {
 
-class AnnouncerAccessible : public QAccessibleWidget
+/// Hidden, and yet told of.
+class AnnouncedLine : public QWidget
 {
 public:
-    explicit AnnouncerAccessible(Announcer *announcer)
-        : QAccessibleWidget(announcer, QAccessible::Notification)
+    using QWidget::QWidget;
+};
+
+class AnnouncedLineAccessible : public QAccessibleWidget
+{
+public:
+    explicit AnnouncedLineAccessible(AnnouncedLine *line)
+        : QAccessibleWidget(line, QAccessible::Notification)
     {
     }
 
@@ -25,28 +33,34 @@ public:
     }
 };
 
-QAccessibleInterface *makeAnnouncerAccessible(const QString &, QObject *object)
+QAccessibleInterface *makeAnnouncedLineAccessible(const QString &, QObject *object)
 {
-    auto *announcer = qobject_cast<Announcer *>(object);
-    return announcer ? new AnnouncerAccessible(announcer) : nullptr;
+    auto *line = dynamic_cast<AnnouncedLine *>(object);
+    return line ? new AnnouncedLineAccessible(line) : nullptr;
 }
 
 } // namespace
 
 Announcer::Announcer(QWidget *window)
-    : QWidget(window)
+    : QObject(window)
 {
     static const bool registered = [] {
-        QAccessible::installFactory(makeAnnouncerAccessible);
+        QAccessible::installFactory(makeAnnouncedLineAccessible);
         return true;
     }();
     Q_UNUSED(registered)
-    hide();
+    for (QWidget *&line : m_lines) {
+        line = new AnnouncedLine(window);
+        line->hide();
+    }
 }
 
 void Announcer::say(const QString &words)
 {
-    setAccessibleName(words);
-    QAccessibleEvent shown(this, QAccessible::ObjectShow);
+    m_words = words;
+    QWidget *line = m_lines.at(m_next);
+    m_next = (m_next + 1) % m_lines.size();
+    line->setAccessibleName(words);
+    QAccessibleEvent shown(line, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&shown);
 }

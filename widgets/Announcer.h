@@ -3,17 +3,30 @@
 
 #pragma once
 
-#include <QWidget>
+#include <QObject>
+#include <QString>
+#include <array>
+
+class QWidget;
 
 /// Has screen readers say a line of words, wherever the focus is: a notification is what all of
 /// them read out unasked. Nothing of it is to be seen.
-class Announcer : public QWidget
+class Announcer : public QObject
 {
     Q_OBJECT
 
 public:
+    /// The object becomes a child of @p window.
     explicit Announcer(QWidget *window);
 
     /// Also the same words again.
     void say(const QString &words);
+    /// That were said last.
+    const QString &words() const { return m_words; }
+
+private:
+    /// A screen reader that is behind asks for the words when it gets to them.
+    std::array<QWidget *, 4> m_lines{};
+    std::size_t m_next = 0;
+    QString m_words;
 };

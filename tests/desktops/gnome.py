@@ -24,13 +24,16 @@ idle-delay=uint32 0
     more_arguments = ()
     has_x11 = True
 
+    def _make_environment(self):
+        # Of the bus too: it starts the portal.
+        return super()._make_environment() | {
+            "XDG_CURRENT_DESKTOP": "GNOME", "XDG_SESSION_TYPE": "wayland",
+            "XDG_SESSION_DESKTOP": "gnome", "GSETTINGS_BACKEND": "keyfile"}
+
     def _start_window_manager(self):
         keyfile = self.folder / "config/glib-2.0/settings/keyfile"
         keyfile.parent.mkdir(parents=True)
         keyfile.write_text(self.settings + self._key_settings(), encoding="utf-8")
-        self.environment |= {
-            "XDG_CURRENT_DESKTOP": "GNOME", "XDG_SESSION_TYPE": "wayland",
-            "XDG_SESSION_DESKTOP": "gnome", "GSETTINGS_BACKEND": "keyfile"}
         self._bus = Gio.DBusConnection.new_for_address_sync(
             self.environment["DBUS_SESSION_BUS_ADDRESS"],
             Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT

@@ -68,6 +68,8 @@ class Kwin(WaylandDesktop):
                              f"[services][{entry}]\n_launch={key}\n")
         configuration = self.folder / "config"
         configuration.mkdir(exist_ok=True)
+        # The program has a folder of its own for its settings.
+        self.environment["XDG_CONFIG_DIRS"] = f"{configuration}:/etc/xdg"
         if self.colours:
             shutil.copy(f"/usr/share/color-schemes/{self.colours}.colors",
                         configuration / "kdeglobals")

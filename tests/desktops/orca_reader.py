@@ -16,26 +16,43 @@ _SAID = re.compile(r"SPEECH OUTPUT: '(.*)' ?\{")
 _KIND = re.compile(r"^notification ?|\.$")
 
 
+# Orca writes its log now and then only; so each line is written at once.
+_LINE_BY_LINE = """
+import builtins, runpy, sys
+
+real_open = builtins.open
+
+def open_for_lines(file, mode="r", buffering=-1, *arguments, **options):
+    return real_open(file, mode, 1 if mode == "w" else buffering, *arguments, **options)
+
+builtins.open = open_for_lines
+runpy.run_path("/usr/bin/orca", run_name="__main__")
+"""
+
+
 class Orca:
     def __init__(self, session):
         """@param session where the window is that is to be read"""
         self._file = session.folder / "orca.log"
-        self._process = session.spawn(["orca", "--replace", "--debug-file", str(self._file)],
-                                      stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        # Without a voice: one without sound waits for it now and then, and Orca with it.
+        self._process = session.spawn(
+            ["/usr/bin/python3", "-c", _LINE_BY_LINE, "--replace", "--debug-file", str(self._file)],
+            session.environment | {"SPEECHD_CMD": "/bin/false"},
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         wait_until(self.said, "Orca's first words", PATIENCE)
 
     def said(self, mark=0):
         """Since then, utterance by utterance, without the word for what kind it is."""
-        return [words for words in (_KIND.sub("", each) for each in self.utterances()[mark:]) if words]
+        said = [_KIND.sub("", each) for each in self._utterances()[mark:]]
+        return [words for words in said if words]
 
-    def utterances(self):
-        """As they stand in the log."""
+    def mark(self):
+        return len(self._utterances())
+
+    def _utterances(self):
         if not self._file.exists():
             return []
         return _SAID.findall(self._file.read_text(encoding="utf-8", errors="replace"))
-
-    def mark(self):
-        return len(self.utterances())
 
     def end(self):
         self._process.kill()

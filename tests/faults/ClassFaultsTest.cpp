@@ -22,7 +22,7 @@ QString statusLine(const ClassFaultyWorld &world)
 
 QString panelWords(const ClassFaultyWorld &world)
 {
-    return world.app.delegate.imageBox->accessibleName();
+    return world.app.delegate.imageBox->readingText();
 }
 
 QStringList seen(ClassFaultyWorld &world)
