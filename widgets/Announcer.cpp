@@ -44,11 +44,8 @@ QAccessibleInterface *makeAnnouncedLineAccessible(const QString &, QObject *obje
 Announcer::Announcer(QWidget *window)
     : QObject(window)
 {
-    static const bool registered = [] {
-        QAccessible::installFactory(makeAnnouncedLineAccessible);
-        return true;
-    }();
-    Q_UNUSED(registered)
+    // Known already unless this is the application's first; each application forgets its own.
+    QAccessible::installFactory(makeAnnouncedLineAccessible);
     for (QWidget *&line : m_lines) {
         line = new AnnouncedLine(window);
         line->hide();

@@ -89,6 +89,18 @@ private slots:
         QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("Scale connected")});
     }
 
+    void whoeverAsksThePanelIsToldWhatIsThereNow()
+    {
+        ListeningApplication listening;
+        PanelWidget *panel = listening.app.delegate.imageBox;
+        listening.app.delegate.window->activateWindow();
+        panel->setFocus();
+        listening.read({0x01, 0x34, 0x12}, 5);
+        listening.read({0x01, 0x99, 0x12}, 2);
+        QCOMPARE(QAccessible::queryAccessibleInterface(panel)->text(QAccessible::Name),
+                 QStringLiteral("1299 grams"));
+    }
+
     void commandsAreConfirmed()
     {
         ListeningApplication listening;
