@@ -28,6 +28,7 @@ class WeightStandIn:
         self.is_slow = False  # what is asked for waits until answer_now()
         self.is_resting = False  # no reading leaves
         self._waiting = 0
+        self._is_closing = False
         self._path = session.environment["XDG_RUNTIME_DIR"] + "/postal-scale-browser.socket"
         pathlib.Path(self._path).unlink(missing_ok=True)  # of a program that was killed
         self._server = socket.socket(socket.AF_UNIX)
@@ -40,9 +41,12 @@ class WeightStandIn:
         wait_until(lambda: any("hello" in message for message in self.heard), "the extension")
 
     def close(self):
-        self._server.shutdown(socket.SHUT_RDWR)
-        self._connection.shutdown(socket.SHUT_RDWR)
-        self._thread.join()
+        self._is_closing = True
+        with contextlib.suppress(OSError):  # gone already
+            self._connection.shutdown(socket.SHUT_RDWR)
+        with socket.socket(socket.AF_UNIX) as waker:  # where no extension comes any more
+            waker.connect(self._path)
+            self._thread.join()
         self._stream.close()
         self._server.close()
         os.unlink(self._path)
@@ -94,7 +98,7 @@ class WeightStandIn:
 
     def _serve(self):
         with contextlib.suppress(OSError):  # closed by this side
-            while True:
+            while not self._is_closing:
                 with contextlib.suppress(OSError):  # closed by the other one, which comes again
                     self._listen()
                 self._stream.close()
