@@ -41,10 +41,11 @@ LocalServer::LocalServer(PeerHandler handler, QObject *parent)
 LocalServer::~LocalServer()
 {
     m_arrivals.reset();
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
+    // Before nobody listens: the file that stands there then may be the next server's.
     if (!m_path.isEmpty())
         QFile::remove(m_path);
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
 }
 
 bool LocalServer::isServedAt(const QString &path)

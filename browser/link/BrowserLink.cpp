@@ -171,6 +171,9 @@ void BrowserLink::attach(LocalSocket *peer)
             [this, client] { client->tell(m_weightSource ? m_weightSource() : BrowserWeight()); });
     connect(client, &BrowserClient::sent, &m_silenceCheck, qOverload<>(&QTimer::start));
     connect(client, &BrowserClient::closed, this, [this, client] { detach(client); });
+    // Whoever only looked whether somebody serves here had gone before it was greeted.
+    if (!peer->isConnected())
+        detach(client);
 }
 
 void BrowserLink::detach(BrowserClient *client)

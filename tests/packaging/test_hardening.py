@@ -23,6 +23,11 @@ class HardeningTest(unittest.TestCase):
                 self.assertIn("NOW", told(program, "--dynamic"))
                 self.assertIn("GNU_RELRO", told(program, "--segments"))
 
+    def test_the_start_reads_no_network_library(self):
+        for program in PROGRAMS:
+            with self.subTest(program=program):
+                self.assertNotIn("libQt6Network", told(program, "--dynamic"))
+
     def test_the_program_may_be_anywhere(self):
         for program in PROGRAMS:
             with self.subTest(program=program):

@@ -163,6 +163,14 @@ private slots:
         m_fixture->waitForStatus("Browser linked, USPS page open");
     }
 
+    void whoHasGoneAlreadyTakesNobodysPlace()
+    {
+        for (int gone = 0; gone <= PeerLimits::mostPeers; ++gone)
+            QVERIFY(BrowserPeer(m_fixture->path()).isConnected());
+        const auto peer = m_fixture->attachedPeer();
+        m_fixture->waitForStatus("Browser linked, USPS page open");
+    }
+
     void aSocketLeftBehindIsReplaced()
     {
         const QString left = m_fixture->folder.filePath(QStringLiteral("left.socket"));
