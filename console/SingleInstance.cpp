@@ -25,7 +25,6 @@ namespace {
 
 /// The first may just be reading without a window, which takes eight seconds at worst.
 constexpr auto claimPatience = 10000ms;
-constexpr auto connectTime = 200ms;
 constexpr auto claimInterval = 50ms;
 
 QByteArray line(const QJsonObject &message)
@@ -107,7 +106,9 @@ qint64 SingleInstance::ownerProcess() const
 /// Nothing where nobody listens yet, or no longer.
 std::optional<SingleInstance::Claim> SingleInstance::ask(const QJsonObject &request) const
 {
-    LocalCall first(m_socketPath, connectTime);
+    LocalCall first(m_socketPath, claimPatience);
+    if (first.isBusy())
+        return Claim{.outcome = Claim::Outcome::Unanswered, .answer = {}};
     if (!first.isConnected())
         return std::nullopt;
     first.send(line(request), claimPatience);

@@ -38,9 +38,12 @@ void LocalCall::connectTo(const QString &path, const QDeadlineTimer &deadline)
     const LocalAddress address(path);
     for (;;) {
         const int error = address.connect(m_descriptor);
-        if (error == 0)
+        if (error == 0) {
+            m_isBusy = false;
             return;
-        if (!isPassingError(error) || deadline.hasExpired())
+        }
+        m_isBusy = isPassingError(error);
+        if (!m_isBusy || deadline.hasExpired())
             break;
         QThread::msleep(queueInterval.count());
     }

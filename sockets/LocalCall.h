@@ -27,6 +27,9 @@ public:
     /// The other end has not hung up, as far as is known.
     bool isConnected() const { return m_descriptor >= 0; }
 
+    /// Somebody listens, but took nobody in for all that time.
+    bool isBusy() const { return m_isBusy; }
+
     /// Waits until the system has taken all of it, for so long at most, and else hangs up.
     void send(const QByteArray &bytes, std::chrono::milliseconds patience);
 
@@ -43,5 +46,6 @@ private:
     void hangUp();
 
     int m_descriptor = -1;
+    bool m_isBusy = false;
     QByteArray m_received;
 };

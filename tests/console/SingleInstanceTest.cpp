@@ -4,6 +4,9 @@
 #include "console/SingleInstance.h"
 #include "console/InstanceLock.h"
 #include "console/SingleInstanceRequest.h"
+#include "sockets/LocalAddress.h"
+#include "sockets/LocalCall.h"
+#include "tests/sockets/SocketEnd.h"
 #include "tests/support/TestClasses.h"
 
 #include <QFile>
@@ -105,6 +108,16 @@ private slots:
         constexpr auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                 QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
         QCOMPARE(socket.permissions() & others, QFile::Permissions());
+    }
+
+    void oneThatTakesNobodyInIsThereAllTheSame()
+    {
+        SocketEnd hangs(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        const QString path = m_folder->filePath(QStringLiteral("postal-scale.socket"));
+        QCOMPARE(LocalAddress(path).bind(hangs.descriptor), 0);
+        QCOMPARE(listen(hangs.descriptor, 0), 0);
+        const LocalCall waiting(path, 0ms); // all the places there are
+        QCOMPARE(SingleInstance(m_folder->path()).askFirst({}).outcome, Outcome::Unanswered);
     }
 
     void theNextOneTakesOverFromOneThatHasEnded()

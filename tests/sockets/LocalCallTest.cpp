@@ -160,6 +160,7 @@ private slots:
         QElapsedTimer time;
         time.start();
         QVERIFY(!LocalCall(m_path, longTime).isConnected());
+        QVERIFY(!LocalCall(m_path, longTime).isBusy());
         QVERIFY(!LocalCall(m_folder->filePath(QStringLiteral("none")), longTime).isConnected());
         QVERIFY(!LocalCall(QString(), longTime).isConnected());
         QVERIFY(time.elapsed() < longTime.count());
@@ -171,6 +172,7 @@ private slots:
         do
             waiting.push_back(std::make_unique<LocalCall>(m_path, noTime));
         while (waiting.back()->isConnected());
+        QVERIFY(waiting.back()->isBusy());
         std::thread later([&] {
             std::this_thread::sleep_for(100ms);
             SocketEnd(accepted()).hangUp();
@@ -178,6 +180,7 @@ private slots:
         const LocalCall patient(m_path, longTime);
         later.join();
         QVERIFY(patient.isConnected());
+        QVERIFY(!patient.isBusy());
     }
 
 private:
