@@ -166,7 +166,22 @@ _BODIES = {
                        '<p><label>B <input name="gross" title="G.W. (kg)"></label></p>'
                        '<p><label>C <input name="glued" placeholder="0.5kg"></label></p>'
                        '<p><label>D <input name="sized"></label> <select><option>Letter up to 50 g'
-                       '</option></select></p>',
+                       '</option></select></p>'
+                       '<p><label>E (max. 150 lbs) <input name="limited"></label> <select><option>lb'
+                       '</option><option selected>kg</option></select></p>'
+                       # Lists that the page has built itself.
+                       '<p><label>F <input name="beside"></label><input role="combobox" readonly size="1">'
+                       '<span>kg</span></p><div><label>G <input name="inside"></label>'
+                       '<input readonly size="4" value="kg"></div>',
+    "limits": lambda _: '<textarea id="text" name="text" maxlength="10">Weight:</textarea>',
+    "unwilling": lambda _: '<textarea id="text" name="text" oninput="this.value = \'Weight:\'">'
+                           'Weight:</textarea>',
+    "anew": lambda _: '<div id="place"><label>Weight (kg) <input name="anew"'
+                      ' onchange="place.innerHTML = place.innerHTML"></label></div>',
+    "reworded": lambda version: "".join(
+        f'<p><label>{label} <input{rest}></label></p>' for label, rest in (
+            (("Weight (kg)", ""), ("Mass of the box", ' name="value"')) if version == 1 else
+            (("Weight limit (kg)", ""), ("Price", ' name="value"')))),
     "table": lambda _: '<table><tr><td>Pounds</td><td><input name="pounds"></td><td>Ounces</td>'
                        '<td><input name="ounces"></td></tr></table>',
     "never": lambda _: '<p><label>C <input name="card" autocomplete="billing cc-number"></label></p>'

@@ -125,6 +125,46 @@ class DeedTest(AnyFieldTest):
                                 self.page.evaluate(f"{field(name)}.checkValidity()"))
         self.wait_for_badge("1000 g")
 
+    def test_the_page_changes_its_unit_meanwhile(self):
+        """The same deed right after is a new one then."""
+        self.page.go(f"{SHOP}/units")
+        for unit, text in {"LBS": "2.205", "KGS": "1"}.items():
+            self.page.evaluate(f"void (document.querySelector('select').value = '{unit}')")
+            self.put_by_key(field("listed"), text)
+
+    def test_one_of_two_fields_goes_meanwhile(self):
+        self.page.go(f"{SHOP}/pair")
+        self.put_by_key(field("pounds"), "2")
+        self.page.evaluate(f"{field('ounces')}.remove()")
+        self.put_by_key(field("pounds"), "2.205")
+
+    def test_a_page_that_makes_its_field_anew(self):
+        self.page.go(f"{SHOP}/anew")
+        self.hands.focus(self.page, field("anew"))
+        self.hands.press_put_key()
+        self.wait_for_badge("The page has made this field anew: see whether the weight is in it")
+
+    def test_free_text_that_is_not_taken(self):
+        for page, words in {"limits": "The weight does not fit into this text",
+                            "unwilling": "The page did not take the weight"}.items():
+            with self.subTest(page):
+                self.page.go(f"{SHOP}/{page}")
+                self.hands.focus(self.page, "document.getElementById('text')")
+                self.hands.press("End")
+                self.hands.press_put_key()
+                self.wait_for_badge(words)
+                self.assertEqual(self.text(), "Weight:")
+
+    def test_free_text_in_place_of_the_same(self):
+        self.page.go(f"{SHOP}/area")
+        text = "document.getElementById('text')"
+        self.page.evaluate(f"void ({text}.value = '2.205 lb')")
+        self.hands.focus(self.page, text)
+        self.page.evaluate(f"{text}.select()")
+        self.hands.press_put_key()
+        self.wait_for_badge("2.205 lb")
+        self.assertEqual(self.text(), "2.205 lb")
+
     def test_free_text_that_goes_on(self):
         self.page.go(f"{SHOP}/completed")
         self.hands.focus(self.page, "document.getElementById('text')")

@@ -62,6 +62,28 @@ class OtherFieldTest(RememberingTest):
         self.page.evaluate("document.querySelectorAll('iframe')[1].remove()")
         self.wait_for_framed("0.5")
 
+    def test_labels_that_have_become_others(self):
+        self.page.go(f"{SHOP}/reworded")
+        for element, text in ((INPUT, "1"), (field("value"), "2.205")):
+            self.remember(element)
+            self.wait_for_value(element, text)
+        self.page.go(f"{SHOP}/reworded?version=2")
+        self.pass_readings(HEAVIER)
+        self.assertEqual(self.events(), {})
+        missing = "was not found when its page was last open: it may have become another one"
+        wait_until(lambda: self.remembered() == [
+            f"{label} on {SITE}, in {unit}: {missing}"
+            for label, unit in (("Weight (kg)", "kilograms"), ("Mass of the box", "pounds"))],
+            lambda: f"what is missing; the list says {self.remembered()}")
+
+    def test_a_label_that_becomes_another_in_place(self):
+        self.page.go(f"{SHOP}/reworded")
+        self.remember(field("value"))
+        self.weigh(HEAVIER, field("value"), "4.409")
+        self.page.evaluate(f"void ({field('value')}.labels[0].firstChild.data = 'Price')")
+        self.pass_readings(LIGHTER)
+        self.assertEqual(self.page.evaluate(f"{field('value')}.value"), "4.409")
+
     def test_the_cursor_goes_on_while_the_browser_asks(self):
         self.page.go(f"https://{OWN_SITE}/any/two")
         self.hands.focus(self.page, field("first"))

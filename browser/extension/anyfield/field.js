@@ -131,9 +131,13 @@
     /** What a person reads as the name of the field; empty where there is none. */
     const labelOf = (element) => joinedLabel(element) || textBeside(element, 'previousSibling').text;
 
+    /** Of a list that the page has built itself: what it shows stands in it, or beside it. */
+    const isInner = (element) => element.matches('input:is([role=combobox], [aria-hidden=true])') ||
+        (element.readOnly === true && unitOfEntry(element.value) !== null);
+
     const hasField = (node) => node instanceof HTMLElement &&
-        (node.matches('input, select, textarea') ||
-         node.querySelector('input, select, textarea') !== null);
+        [node, ...node.querySelectorAll('input, select, textarea')]
+            .some((each) => each.matches('input, select, textarea') && !isInner(each));
 
     /** Up to the next field on that side. @returns {text, meetsField} */
     function textBeside(element, side) {
@@ -169,8 +173,11 @@
         for (let level = 0; around && level < levelsAround; around = parentOf(around), ++level) {
             const others = [...around.querySelectorAll('input')]
                 .filter((each) => each !== element && numberTypes.includes(each.type));
-            if (others.length > 0)
+            if (!others.every(isInner))
                 return null;
+            const shown = others.map((each) => unitOfEntry(each.value)).find(Boolean);
+            if (shown)
+                return shown;
             for (const list of around.querySelectorAll('select')) {
                 const chosen = list.selectedOptions[0];
                 const unit = chosen && (unitOfEntry(chosen.textContent) ?? unitOfEntry(chosen.value));
@@ -191,8 +198,9 @@
         if (isFreeText(element))
             return null;
         // What stands before it may be the unit of the field before.
-        return unitIn(joinedLabel(element)) ?? unitInSuffix(element) ??
-               unitIn(`${element.placeholder} ${element.title}`) ?? unitInList(element) ??
+        // A label or an example may name a limit: "max. 150 lbs".
+        return unitInList(element) ?? unitIn(joinedLabel(element)) ?? unitInSuffix(element) ??
+               unitIn(`${element.placeholder} ${element.title}`) ??
                unitIn(textBeside(element, 'previousSibling').text) ?? unitInName(element.name) ?? unitInName(element.id);
     }
 

@@ -47,8 +47,10 @@
             return;
         watched.add(root);
         observer.observe(root, {
-            childList: true, subtree: true,
-            attributeFilter: ['id', 'name', 'type', 'placeholder', 'disabled', 'readonly', 'hidden'],
+            // A label may be reworded in place.
+            childList: true, subtree: true, characterData: true,
+            attributeFilter: ['id', 'name', 'type', 'placeholder', 'disabled', 'readonly', 'hidden',
+                              'aria-label', 'aria-labelledby', 'for'],
         });
     }
 
@@ -139,9 +141,7 @@
             fields.write(part.element, part.text, {quiet});
         fields.afterPage(() => {
             entry.held = element.value;
-            const isOther = parts.some((part) => !fields.shows(part.element, part.text));
-            fields.say(isOther ? 'the field shows another number' : wanted.text,
-                       {trouble: isOther});
+            fields.sayOutcome(parts, wanted.text);
         });
     }
 

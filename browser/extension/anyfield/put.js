@@ -22,20 +22,20 @@
         return fields.unitOf(element) ?? (units.includes(panel) ? panel : 'lb');
     }
 
-    const isAgain = (element) =>
-        last.element === element && performance.now() - last.time < nextUnitTime;
+    /** But not where the page has another unit by now. */
+    const isAgain = (element, first) => last.element === element && last.first === first &&
+                                        performance.now() - last.time < nextUnitTime;
 
     /** The first one again after the last. */
     function unitFor(element, panelUnit) {
-        if (!isAgain(element)) {
-            const first = firstUnit(element, panelUnit);
+        const first = firstUnit(element, panelUnit);
+        if (!isAgain(element, first))
             return {unit: first, first};
-        }
         // The other half would keep what was put there before.
-        if (last.first === 'lb oz')
-            return {unit: last.first, first: last.first};
-        const order = [last.first, ...units.filter((unit) => unit !== last.first)];
-        return {unit: order[(order.indexOf(last.unit) + 1) % order.length], first: last.first};
+        if (first === 'lb oz')
+            return {unit: first, first};
+        const order = [first, ...units.filter((unit) => unit !== first)];
+        return {unit: order[(order.indexOf(last.unit) + 1) % order.length], first};
     }
 
     /** In which the person has put the weight there, if it was not the first. */
@@ -67,19 +67,20 @@
             return fields.say(`${why} (${unit})`, {trouble: true});
         for (const part of parts)
             fields.write(part.element, part.text);
-        fields.afterPage(() => {
-            const isOther = parts.some((part) => !fields.shows(part.element, part.text));
-            fields.say(isOther ? 'the field shows another number' : fields.words(parts, unit),
-                       {trouble: isOther});
-        });
+        fields.afterPage(() => fields.sayOutcome(parts, fields.words(parts, unit)));
     }
 
     /** In place of what the same deed has written just before. */
     function putIntoText(element, text, chosen) {
-        const why = fields.writeText(element, text, isAgain(element) ? last.text ?? '' : '');
-        if (why === '')
-            last = {element, time: performance.now(), text, ...chosen};
-        fields.say(why || text, {trouble: why !== ''});
+        const before = isAgain(element, chosen.first) ? last.text ?? '' : '';
+        const {why, isThere} = fields.writeText(element, text, before);
+        if (why)
+            return fields.say(why, {trouble: true});
+        last = {element, time: performance.now(), text, ...chosen};
+        fields.afterPage(() => {
+            const isTaken = isThere();
+            fields.say(isTaken ? text : 'The page did not take the weight', {trouble: !isTaken});
+        });
     }
 
     /** Of the field that the deed was meant for, to be known again by.

@@ -187,10 +187,13 @@ async function alwaysPut(info, tab) {
         const asked = fieldApi().permissions.request(permission);
         const aimed = aim(tab, click.frame).catch(() => null);
         isNewSite = !await before;
-        if (!await asked)
+        if (!await asked) {
             await explain(tab, click.frame, `Not remembered: the browser was told not to allow ${site}`);
-        else
-            await toggle({tab, click, origin: address.origin, isNewSite, aimed: await aimed});
+            return;
+        }
+        if (isNewSite)
+            await noteFieldSite(site);
+        await toggle({tab, click, origin: address.origin, isNewSite, aimed: await aimed});
     } catch {
         if (isNewSite && !isRemembered(site))
             await giveBack(site);
@@ -232,7 +235,7 @@ async function toggle({tab, click, origin, isNewSite, aimed}) {
             await giveBack(siteOfOrigin(origin));
         return;
     }
-    await remember({recipe, newSite: isNewSite && siteOfOrigin(origin)});
+    await remember(recipe);
     await fieldApi().scripting.executeScript({
         target: {tabId: tab.id, frameIds: [frame]}, files: followScripts});
     await sayIn(tab, frame, 'This field follows the scale from now on', false);

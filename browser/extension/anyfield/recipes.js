@@ -71,16 +71,20 @@ function followSites() {
     return sitesEntered;
 }
 
-/** @param recipe none where it is kept already
- *  @param newSite for which the browser was asked just now */
-async function remember({recipe, newSite}) {
+/** @param recipe none where it is kept already */
+async function remember(recipe) {
     if (recipe)
         recipes.push({id: crypto.randomUUID(), seen: 'found', ...recipe});
-    if (newSite)
-        fieldSites.add(newSite);
     await keepRecipes();
     await followSites();
     tellRecipes();
+}
+
+/** At once: should this script end now, the site would count as one that the person has added. */
+async function noteFieldSite(site) {
+    await recipesLoaded;
+    fieldSites.add(site);
+    await keepRecipes();
 }
 
 /** A site that was asked for its fields alone is given back with the last of them. */
@@ -94,13 +98,13 @@ async function forgetRecipe(id) {
     await followSites();
     if (isLeft)
         await giveBack(site);
-    await keepRecipes();
     tellRecipes();
 }
 
 async function giveBack(site) {
     await fieldApi().permissions.remove({origins: [`https://${site}/*`]});
     fieldSites.delete(site);
+    await keepRecipes();
 }
 
 /** The person has added the site for all that carriers' pages get. */

@@ -11,6 +11,7 @@
     // The first four say which field it is; where it stands, and of which type it is, only adds to it.
     const identity = {name: 4, label: 4, id: 3, placeholder: 2};
     const surroundings = {path: 2, type: 1};
+    const leastKnown = 3;   // more than half a label, or all that the field had
     const leastShare = 0.5; // of the weights of all signs that the field had
     const leastLead = 2;    // before the next best, by identity alone
     const levels = 4;
@@ -86,9 +87,16 @@
         return wanted.place !== there.place && !isSame;
     }
 
+    /** A page may give the name of one field to another one, but people read the label. */
+    function isOtherByLabel(wanted, there) {
+        return wanted.label !== '' && there.label !== '' && likeness(wanted.label, there.label) === 0 &&
+               (wanted.id === '' || wanted.id !== there.id);
+    }
+
     function rate(wanted, element) {
         const there = signsOf(element);
-        const known = isOtherPages(wanted, there) ? 0 : points(identity, wanted, there);
+        const isOther = isOtherPages(wanted, there) || isOtherByLabel(wanted, there);
+        const known = isOther ? 0 : points(identity, wanted, there);
         const share = (known + points(surroundings, wanted, there)) /
                       (most(identity, wanted) + most(surroundings, wanted));
         return {element, known, share};
@@ -100,7 +108,8 @@
         const [best, next] = inputs.filter((each) => fields.whyNot(each) === '')
             .map((each) => rate(wanted, each))
             .sort((one, other) => other.known - one.known || other.share - one.share);
-        if (!best || best.known === 0 || best.share < leastShare)
+        const least = Math.min(leastKnown, most(identity, wanted));
+        if (!best || best.known < least || best.share < leastShare)
             return {why: 'missing'};
         // Where it stands does not tell it from another one: rows change their places.
         return next && best.known - next.known < leastLead ? {why: 'alike'}

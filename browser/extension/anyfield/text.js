@@ -34,15 +34,31 @@
     const select = (element, text) => element instanceof HTMLTextAreaElement
         ? selectInArea(element, text) : selectInEditable(element, text);
 
+    const count = (text, whole) => whole.replaceAll('\u00a0', ' ').split(text).length - 1;
+    const wholeText = (element) => element.value ?? element.textContent;
+
+    function selectedText(element) {
+        if (element instanceof HTMLTextAreaElement)
+            return element.value.slice(element.selectionStart, element.selectionEnd);
+        return String(element.getRootNode().getSelection?.() ?? document.getSelection());
+    }
+
+    /** The browser would cut off the rest without a word. @param room that becomes free, in characters */
+    const isTooLong = (element, text, room) => element instanceof HTMLTextAreaElement &&
+        element.maxLength >= 0 && element.value.length - room + text.length > element.maxLength;
+
     /** @param before what is to be replaced, which stands before the cursor; empty if nothing
-     *  @returns why it could not be written, else empty */
+     *  @returns {why} not, or {isThere} that tells whether the page has kept it */
     function writeText(element, text, before) {
         if (fields.focusedElement() !== element)
-            return 'The cursor has left the text: click there again';
+            return {why: 'The cursor has left the text: click there again'};
+        if (isTooLong(element, text, before.length || selectedText(element).length))
+            return {why: 'The weight does not fit into this text'};
         if (before !== '' && !select(element, before))
-            return 'The text has changed: put the cursor where the weight is to stand, and wait a moment';
+            return {why: 'The text has changed: put the cursor where the weight is to stand, and wait a moment'};
+        const kept = count(text, wholeText(element)) - count(text, selectedText(element));
         document.execCommand('insertText', false, text);
-        return '';
+        return {isThere: () => count(text, wholeText(element)) > kept};
     }
 
     Object.assign(fields, {writeText});

@@ -57,10 +57,20 @@
         element.dispatchEvent(new Event('change', {bubbles: true}));
     }
 
+    /** What the page has made of it. @param whole the words where it is as it was written */
+    function sayOutcome(parts, whole) {
+        const isAnew = parts.some(({element}) => !element.isConnected);
+        const isOther = parts.some(({element, text}) => !fields.shows(element, text));
+        fields.say(isAnew ? 'The page has made this field anew: see whether the weight is in it'
+            : isOther ? 'the field shows another number' : whole, {trouble: isAnew || isOther});
+    }
+
     /** One number for one field, or two for a pair: [{element, text}], as they are to be written.
      *  @returns {parts} or {why} not */
     function partsFor(element, unit, texts) {
         const pair = unit === 'lb oz' ? fields.pairOf(element) : null;
+        if (unit === 'lb oz' && !pair)
+            return {why: 'Pounds and ounces need two fields'};
         const numbers = pair ? texts['lb oz'].split(' ') : [texts[unit]];
         if (numbers.some((number) => typeof number !== 'string'))
             return {why: 'The scale has no weight in this unit'};
@@ -73,5 +83,5 @@
     const words = (parts, unit) => parts.length === 2
         ? `${parts[0].text} lb ${parts[1].text} oz` : `${parts[0].text} ${unit}`;
 
-    Object.assign(fields, {say, afterPage, write, partsFor, words});
+    Object.assign(fields, {say, sayOutcome, afterPage, write, partsFor, words});
 })();
