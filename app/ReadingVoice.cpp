@@ -19,14 +19,25 @@ ReadingVoice::ReadingVoice(ReadingReportDelegate &delegate)
         connect(button, &QAbstractButton::clicked, this, [this, command] { confirm(command); });
         connect(item, &QAction::triggered, this, [this, command] { confirm(command); });
     };
-    // What Hold has done is in the reading.
     confirmBoth(delegate.tareButton, delegate.tareItem, QStringLiteral("Tare"));
     confirmBoth(delegate.powerButton, delegate.powerItem, QStringLiteral("Power"));
+    connect(delegate.holdButton, &QAbstractButton::clicked, this, &ReadingVoice::confirmHold);
+    connect(delegate.holdItem, &QAction::triggered, this, &ReadingVoice::confirmHold);
 }
 
 ReadingVoice::~ReadingVoice()
 {
     QAccessible::removeActivationObserver(this);
+}
+
+void ReadingVoice::accessibilityActiveChanged(bool active)
+{
+    m_isHeard = active;
+    m_readings = {};
+    // Who comes later is told of no connection: it was made before.
+    if (m_delegate.isDeviceConnected)
+        m_readings.take(ReadingReport::of(ReportState::Waiting),
+                        std::chrono::milliseconds(m_clock.elapsed()));
 }
 
 void ReadingVoice::tellReading()
@@ -38,8 +49,8 @@ void ReadingVoice::tellReading()
     if (words.isEmpty())
         return;
     PanelWidget *panel = m_delegate.imageBox;
-    // Who listens to the panel itself hears its new name.
-    if (panel->hasFocus() && words == panel->readingText())
+    // Who listens to the panel itself hears its new name; of the same one again nothing is told.
+    if (panel->hasFocus() && words == panel->readingText() && words != panel->accessibleName())
         panel->tellReading();
     else
         m_announcer->say(words);
@@ -48,4 +59,13 @@ void ReadingVoice::tellReading()
 void ReadingVoice::confirm(const QString &command)
 {
     m_announcer->say(m_delegate.isDeviceConnected ? command : QStringLiteral("No scale connected"));
+}
+
+void ReadingVoice::confirmHold()
+{
+    const ReportState state = m_delegate.followedReport().state;
+    // There it is in the reading.
+    if (state == ReportState::Weight || state == ReportState::Hold)
+        return;
+    confirm(m_delegate.onhold ? QStringLiteral("Hold is on") : QStringLiteral("Hold is off"));
 }

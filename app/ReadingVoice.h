@@ -26,9 +26,10 @@ public:
     ReadingVoice &operator=(const ReadingVoice &) = delete;
 
 private:
-    void accessibilityActiveChanged(bool active) override { m_isHeard = active; }
+    void accessibilityActiveChanged(bool active) override;
     void tellReading();
     void confirm(const QString &command);
+    void confirmHold();
 
     ReadingReportDelegate &m_delegate;
     Announcer *m_announcer;

@@ -28,7 +28,8 @@ QString SpokenReadings::take(const ReadingReport &report, std::chrono::milliseco
         said.append(QStringLiteral("Hold is off"));
     if (m_state == ReportState::Weight) {
         said.append(weightWords(report, now));
-    } else if (m_state != before) {
+    } else if (m_state != before || isOtherTrouble(report)) {
+        m_trouble = report.words;
         // A weight that was held is still on the pan.
         if (m_state != ReportState::Hold)
             m_told.clear();
@@ -37,6 +38,12 @@ QString SpokenReadings::take(const ReadingReport &report, std::chrono::milliseco
     }
     said.removeAll(QString());
     return said.join(QStringLiteral(". "));
+}
+
+/// A scale that tells what is wrong may go from one thing to the next.
+bool SpokenReadings::isOtherTrouble(const ReadingReport &report) const
+{
+    return !report.hasReading() && report.words != m_trouble;
 }
 
 QString SpokenReadings::weightWords(const ReadingReport &report, std::chrono::milliseconds now)

@@ -17,10 +17,13 @@ public:
     QString take(const ReadingReport &report, std::chrono::milliseconds now);
 
 private:
+    bool isOtherTrouble(const ReadingReport &report) const;
     QString weightWords(const ReadingReport &report, std::chrono::milliseconds now);
 
     ReportState m_state = ReportState::NoScale;
     QString m_words; ///< of the latest weight
     std::chrono::milliseconds m_wordsSince{};
+    /// Or what else there is in place of a weight.
+    QString m_trouble = ReadingReport::of(ReportState::NoScale).words;
     QString m_told; ///< which weight; empty after anything else
 };

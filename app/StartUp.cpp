@@ -53,6 +53,9 @@ QString describeOptions(const QList<int> &tags)
 /// read.
 constexpr int paleOpacity = 160;
 
+/// The same on grey, where black itself has 5.3 to 1 only.
+constexpr int paleOpacityOnGrey = 217;
+
 void setTextColour(QWidget *widget, const QColor &colour)
 {
     QPalette palette = widget->palette();
@@ -64,10 +67,10 @@ void setTextColour(QWidget *widget, const QColor &colour)
 }
 
 /// Its colour stays what it is.
-void makePale(QWidget *widget)
+void makePale(QWidget *widget, int opacity)
 {
     auto *effect = new QGraphicsOpacityEffect(widget);
-    effect->setOpacity(paleOpacity / 255.0);
+    effect->setOpacity(opacity / 255.0);
     widget->setGraphicsEffect(effect);
 }
 
@@ -125,7 +128,7 @@ void PostalScaleAppDelegate::applyUSPSBranding()
     for (QLabel *label : std::initializer_list<QLabel *>{
              connectionStatuslbl, ozLBL, lbLBL, exportCaption, lblModel, settledLbl, leavesLbl})
         setTextColour(label, Qt::white);
-    makePale(ozLBL);
+    makePale(ozLBL, paleOpacity);
     for (QAbstractButton *cell : radiogroup->buttons())
         setTextColour(cell, Qt::white);
     if (m_information.modelNames().isEmpty())
@@ -140,6 +143,7 @@ void PostalScaleAppDelegate::applyPlainBranding()
         return;
     setWindowTitle(optionButton->currentText());
     setFillColour(boxContainer, QColor(128, 128, 128));
+    makePale(ozLBL, paleOpacityOnGrey);
     listModels(ItemLog::Named);
 }
 

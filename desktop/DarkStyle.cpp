@@ -54,7 +54,9 @@ bool isLight(const QPalette &palette)
 
 bool DarkStyle::isNeeded()
 {
-    return DesktopEnvironment::ofSession().shell == Shell::Gnome &&
+    const bool isChosen = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORMTHEME") ||
+                          !qEnvironmentVariableIsEmpty("QT_STYLE_OVERRIDE");
+    return !isChosen && DesktopEnvironment::ofSession().shell == Shell::Gnome &&
            isLight(QApplication::palette());
 }
 

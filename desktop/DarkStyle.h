@@ -19,7 +19,8 @@ public:
     DarkStyle();
     ~DarkStyle() override;
 
-    /// Whether the toolkit leaves it to the program on this desktop.
+    /// Whether the toolkit leaves it to the program on this desktop, and the person has not given
+    /// the toolkit a style or theme of their own choice.
     static bool isNeeded();
 
 private:

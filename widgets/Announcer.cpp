@@ -6,14 +6,26 @@
 #include <QAccessibleWidget>
 #include <QWidget>
 
-namespace {
-
 /// Hidden, and yet told of.
 class AnnouncedLine : public QWidget
 {
 public:
     using QWidget::QWidget;
+
+    /// Who goes through the window finds what was said last alone.
+    void setLatest(bool latest)
+    {
+        m_isLatest = latest;
+        QAccessibleEvent change(this, latest ? QAccessible::ObjectShow : QAccessible::ObjectHide);
+        QAccessible::updateAccessibility(&change);
+    }
+    bool isLatest() const { return m_isLatest; }
+
+private:
+    bool m_isLatest = false;
 };
+
+namespace {
 
 class AnnouncedLineAccessible : public QAccessibleWidget
 {
@@ -27,8 +39,9 @@ public:
     QAccessible::State state() const override
     {
         QAccessible::State state = QAccessibleWidget::state();
-        state.invisible = false;
-        state.offscreen = false;
+        const bool isLatest = static_cast<const AnnouncedLine *>(widget())->isLatest();
+        state.invisible = !isLatest;
+        state.offscreen = !isLatest;
         return state;
     }
 };
@@ -46,8 +59,10 @@ Announcer::Announcer(QWidget *window)
 {
     // Known already unless this is the application's first; each application forgets its own.
     QAccessible::installFactory(makeAnnouncedLineAccessible);
-    for (QWidget *&line : m_lines) {
+    for (AnnouncedLine *&line : m_lines) {
         line = new AnnouncedLine(window);
+        // By itself a child has a place and a size, in the corner.
+        line->setGeometry(0, 0, 0, 0);
         line->hide();
     }
 }
@@ -55,9 +70,11 @@ Announcer::Announcer(QWidget *window)
 void Announcer::say(const QString &words)
 {
     m_words = words;
-    QWidget *line = m_lines.at(m_next);
+    AnnouncedLine *line = m_lines.at(m_next);
     m_next = (m_next + 1) % m_lines.size();
     line->setAccessibleName(words);
-    QAccessibleEvent shown(line, QAccessible::ObjectShow);
-    QAccessible::updateAccessibility(&shown);
+    if (m_latest)
+        m_latest->setLatest(false);
+    m_latest = line;
+    line->setLatest(true);
 }

@@ -7,6 +7,7 @@
 #include <QString>
 #include <array>
 
+class AnnouncedLine;
 class QWidget;
 
 /// Has screen readers say a line of words, wherever the focus is: a notification is what all of
@@ -26,7 +27,8 @@ public:
 
 private:
     /// A screen reader that is behind asks for the words when it gets to them.
-    std::array<QWidget *, 4> m_lines{};
+    std::array<AnnouncedLine *, 4> m_lines{};
     std::size_t m_next = 0;
+    AnnouncedLine *m_latest = nullptr;
     QString m_words;
 };

@@ -10,16 +10,28 @@
 
 namespace {
 
-/// A screen reader, from the start on.
+using Scale = LaunchedApplication::Scale;
+
+const std::vector<std::uint8_t> overloaded{0x04, 0x00, 0x00};
+
+/// A screen reader, and a scale that is connected at last.
 class ListeningApplication
 {
 public:
-    ListeningApplication()
+    /// @param before the reader
+    explicit ListeningApplication(Scale before = Scale::Absent)
+        : app(before)
     {
         QAccessible::setActive(true);
-        app.stopPolling();
         listen();
         forget();
+        if (before == Scale::Absent) {
+            app.plug();
+            LaunchedApplication::turn();
+            listen();
+            began.second = panelNames.size();
+        }
+        app.stopPolling();
     }
 
     void read(const std::vector<std::uint8_t> &report, int times = 1)
@@ -52,7 +64,17 @@ public:
     QStringList newlySaid() const { return said.mid(began.first); }
     QStringList newPanelNames() const { return panelNames.mid(began.second); }
 
-    LaunchedApplication app{LaunchedApplication::Scale::Present};
+    QList<QWidget *> notifications() const
+    {
+        QList<QWidget *> found = app.delegate.window->findChildren<QWidget *>();
+        found.removeIf([](QWidget *widget) {
+            return QAccessible::queryAccessibleInterface(widget)->role() !=
+                   QAccessible::Notification;
+        });
+        return found;
+    }
+
+    LaunchedApplication app;
     QStringList said;       ///< whatever has the focus
     QStringList panelNames; ///< told; read out by most while the panel has the focus
     std::pair<qsizetype, qsizetype> began;
@@ -89,6 +111,42 @@ private slots:
         QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("Scale connected")});
     }
 
+    /// The name of the panel is the same as before.
+    void onThePanelAWeightThatIsBackIsSaidAgain()
+    {
+        ListeningApplication listening;
+        listening.app.delegate.window->activateWindow();
+        listening.app.delegate.imageBox->setFocus();
+        listening.read({0x01, 0x34, 0x12}, 5);
+        listening.read(overloaded, 3);
+        listening.forget();
+        listening.read({0x01, 0x34, 0x12}, 5);
+        QCOMPARE(listening.newPanelNames(), QStringList());
+        QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("1234 grams")});
+    }
+
+    void aReaderThatComesLaterIsNotToldOfAScaleThatWasThere()
+    {
+        ListeningApplication listening(Scale::Present);
+        listening.read({0x01, 0x34, 0x12}, 5);
+        QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("1234 grams")});
+    }
+
+    void onlyTheLatestWordsAreThereToBeFound()
+    {
+        ListeningApplication listening;
+        listening.app.delegate.tareButton->click();
+        listening.app.delegate.powerItem->trigger();
+        QStringList found;
+        for (QWidget *line : listening.notifications()) {
+            QVERIFY(line->size().isEmpty());
+            const QAccessibleInterface *seen = QAccessible::queryAccessibleInterface(line);
+            if (!seen->state().invisible && !seen->state().offscreen)
+                found.append(seen->text(QAccessible::Name));
+        }
+        QCOMPARE(found, QStringList{QStringLiteral("Power")});
+    }
+
     void whoeverAsksThePanelIsToldWhatIsThereNow()
     {
         ListeningApplication listening;
@@ -104,6 +162,7 @@ private slots:
     void commandsAreConfirmed()
     {
         ListeningApplication listening;
+        listening.forget();
         listening.app.delegate.tareButton->click();
         listening.listen();
         listening.app.delegate.powerItem->trigger();
@@ -117,6 +176,30 @@ private slots:
         listening.app.delegate.tareItem->trigger();
         QCOMPARE(listening.app.delegate.window->findChild<Announcer *>()->words(),
                  QStringLiteral("No scale connected"));
+    }
+
+    void holdIsConfirmedWhereNoReadingTellsOfIt()
+    {
+        ListeningApplication listening;
+        const auto &delegate = listening.app.delegate;
+        listening.read({0x01, 0x34, 0x12}, 5);
+        listening.forget();
+        delegate.holdButton->click();
+        listening.listen();
+        QCOMPARE(listening.newlySaid(), QStringList());
+        delegate.holdButton->click();
+        listening.read(overloaded, 3);
+        listening.forget();
+        delegate.holdButton->click();
+        listening.listen();
+        delegate.holdItem->trigger();
+        listening.listen();
+        QCOMPARE(listening.newlySaid(),
+                 (QStringList{QStringLiteral("Hold is on"), QStringLiteral("Hold is off")}));
+        listening.app.unplug();
+        delegate.holdItem->trigger();
+        listening.listen();
+        QCOMPARE(listening.newlySaid().constLast(), QStringLiteral("No scale connected"));
     }
 };
 

@@ -49,6 +49,13 @@ ReadingReport of(ReportState state)
     return ReadingReport::of(state);
 }
 
+ReadingReport notReady(const char *words)
+{
+    ReadingReport report = ReadingReport::of(ReportState::NotReady);
+    report.words = QLatin1String(words);
+    return report;
+}
+
 struct Course
 {
     const char *name;
@@ -82,6 +89,10 @@ const std::vector<Course> courses{
     {"silent",
      {of(ReportState::NoAnswer), of(ReportState::NoAnswer), weight(100, 1)},
      {"The scale does not answer; unplug it and plug it in again", "100 grams"}},
+    {"one trouble after another of the scale's own",
+     {notReady("needs its zero"), notReady("needs its zero"), notReady("has a fault"),
+      notReady("has a fault"), notReady("needs its zero")},
+     {"needs its zero", "has a fault", "needs its zero"}},
     {"nothing certain", {of(ReportState::Waiting), weight(100, 1)}, {}},
 };
 

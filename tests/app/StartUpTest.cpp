@@ -4,6 +4,7 @@
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/TestClasses.h"
 
+#include <QGraphicsOpacityEffect>
 #include <QRegularExpression>
 
 namespace {
@@ -208,6 +209,26 @@ private slots:
         for (int row = 0; row < 7; ++row)
             QCOMPARE(textColour(unitCells(app.delegate).at(row)),
                      textColour(unitCells(designed.form).at(row)));
+    }
+
+    void theVersionIsPale_data()
+    {
+        QTest::addColumn<QByteArray>("isUSPS");
+        QTest::newRow("USPS") << uspsInformation;
+        QTest::newRow("Kelvane") << kelvane;
+    }
+
+    /// Nobody has to read it.
+    void theVersionIsPale()
+    {
+        QFETCH(QByteArray, isUSPS);
+        LaunchedApplication app(Scale::Absent, bundleInformation(isUSPS, nineModels));
+        for (const QLabel *label : brandedLabels(app.delegate)) {
+            const auto *effect = qobject_cast<QGraphicsOpacityEffect *>(label->graphicsEffect());
+            const qreal opacity = effect ? effect->opacity() : 1;
+            QVERIFY2(label == app.delegate.ozLBL ? opacity <= 0.9 : opacity == 1,
+                     qPrintable(label->objectName()));
+        }
     }
 
     void brandingKey_data()

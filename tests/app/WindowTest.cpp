@@ -4,6 +4,7 @@
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/TestClasses.h"
 
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
@@ -68,8 +69,10 @@ qreal contrast(const QColor &one, const QColor &other)
 QColor seenColour(const QWidget &widget, QPalette::ColorGroup group, const QColor &background)
 {
     const QColor ink = widget.palette().color(group, QPalette::WindowText);
+    const auto *effect = qobject_cast<QGraphicsOpacityEffect *>(widget.graphicsEffect());
+    const qreal opacity = ink.alphaF() * (effect ? effect->opacity() : 1);
     const auto mixed = [&](int inkPart, int backgroundPart) {
-        return qRound(backgroundPart + (inkPart - backgroundPart) * qreal(ink.alphaF()));
+        return qRound(backgroundPart + (inkPart - backgroundPart) * opacity);
     };
     return QColor(mixed(ink.red(), background.red()), mixed(ink.green(), background.green()),
                   mixed(ink.blue(), background.blue()));

@@ -95,6 +95,11 @@ class DesktopTest(harness.DeviceTest):
             check=False, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         return result.stdout.splitlines()
 
+    def wait_until_it_is_noticed(self, title):
+        wait_until(lambda: self.session.active_title() == title or self.session.is_marked(title),
+                   lambda: f"the window; in front is {self.session.active_title()!r}")
+        print("in front" if self.session.active_title() == title else "marked", flush=True)
+
     def test_the_clipboard_follows_while_another_program_has_the_focus(self):
         program = self.start_with(CLIPBOARD)
         works = self.session.lets_write_clipboard
@@ -145,8 +150,7 @@ class DesktopTest(harness.DeviceTest):
         second = subprocess.run([binaries() / "postal-scale"], env=self.session.environment,
                                 check=False, timeout=30)
         self.assertEqual(second.returncode, 0)
-        wait_until(lambda: self.session.active_title() == title or self.session.is_marked(title),
-                   lambda: f"the window; in front is {self.session.active_title()!r}")
+        self.wait_until_it_is_noticed(title)
 
     def test_keys_of_the_desktop_operate_it_while_another_program_has_the_focus(self):
         if not self.session.has_keys:
@@ -177,9 +181,7 @@ class DesktopTest(harness.DeviceTest):
         title = self.start_with().window.title
         self.open_field()
         self.session.press("F4")
-        wait_until(lambda: self.session.active_title() == title or self.session.is_marked(title),
-                   lambda: f"the window; in front is {self.session.active_title()!r}")
-        print("in front" if self.session.active_title() == title else "marked", flush=True)
+        self.wait_until_it_is_noticed(title)
 
     def test_its_size_comes_back(self):
         program = self.start_with()

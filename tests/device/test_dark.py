@@ -47,6 +47,20 @@ class DarkTest(harness.DeviceTest):
         program.wait_for_reading("1234 grams")
         self.assertGreater(self.brightness(program), 0.7)
 
+    def start_with_choice(self, choice):
+        self.portal_that_says(DARK)
+        program = self.start("--weight", "1234", environment=GNOME | choice)
+        program.wait_for_reading("1234 grams")
+        return program
+
+    def test_a_style_of_the_person_s_own_choice_stays(self):
+        program = self.start_with_choice({"QT_STYLE_OVERRIDE": "Fusion"})
+        self.assertGreater(self.brightness(program), 0.7)
+
+    def test_a_theme_of_the_person_s_own_choice_stays(self):
+        program = self.start_with_choice({"QT_QPA_PLATFORMTHEME": "none"})
+        self.assertGreater(self.brightness(program), 0.7)
+
 
 if __name__ == "__main__":
     harness.main()
