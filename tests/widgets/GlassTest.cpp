@@ -19,7 +19,7 @@ QImage glass(QSize size, qreal unit)
     return image;
 }
 
-constexpr QSize designed(592, 232);
+constexpr QSize designedGlass(592, 232);
 
 bool isAlike(const QColor &one, const QColor &other)
 {
@@ -37,7 +37,7 @@ class GlassTest : public QObject
     Q_OBJECT
 
 private slots:
-    /// As it was drawn on paper; the places are those of the designed size.
+    /// As it was drawn on paper; the places are those of the designedGlass size.
     void hasItsTones_data()
     {
         QTest::addColumn<QPoint>("place");
@@ -57,7 +57,7 @@ private slots:
     {
         QFETCH(QPoint, place);
         QFETCH(QColor, colour);
-        const QColor drawn = glass(designed, 1).pixelColor(place);
+        const QColor drawn = glass(designedGlass, 1).pixelColor(place);
         QVERIFY2(isAlike(drawn, colour), qPrintable(drawn.name(QColor::HexArgb)));
     }
 
@@ -65,7 +65,7 @@ private slots:
     void theBezelKeepsItsWidth()
     {
         const QImage wide = glass(QSize(900, 232), 1);
-        const QImage usual = glass(designed, 1);
+        const QImage usual = glass(designedGlass, 1);
         for (int x = 0; x < 20; ++x) {
             QCOMPARE(wide.pixelColor(899 - x, 116), usual.pixelColor(591 - x, 116));
             QCOMPARE(wide.pixelColor(x, 116), usual.pixelColor(x, 116));
@@ -74,8 +74,8 @@ private slots:
 
     void growsInProportion()
     {
-        const QImage twice = glass(designed * 2, 2);
-        const QImage once = glass(designed, 1);
+        const QImage twice = glass(designedGlass * 2, 2);
+        const QImage once = glass(designedGlass, 1);
         for (const QPoint place :
              {QPoint(5, 116), QPoint(60, 40), QPoint(300, 116), QPoint(560, 40)})
             QVERIFY(isAlike(twice.pixelColor(place * 2), once.pixelColor(place)));
