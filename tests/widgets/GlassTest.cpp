@@ -37,7 +37,7 @@ class GlassTest : public QObject
     Q_OBJECT
 
 private slots:
-    /// As it was drawn on paper; the places are those of the designedGlass size.
+    /// As it was drawn on paper; the places are those of the designed size.
     void hasItsTones_data()
     {
         QTest::addColumn<QPoint>("place");
