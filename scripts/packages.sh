@@ -23,7 +23,7 @@ package_check_packages=("${package_packages[@]}" lintian devscripts)
 release_packages=("${package_check_packages[@]}" rpm makepkg libarchive-tools pacman-package-manager xz-utils)
 check_packages=(
     "${demo_packages[@]}"
-    clang-19 libclang-rt-19-dev lld clang-format-19 clang-tidy-19
+    clang-19 libclang-rt-19-dev llvm-19 lld clang-format-19 clang-tidy-19
     xdotool xclip wmctrl x11-utils locales socat faketime python3-jsonschema
     mosquitto mosquitto-clients jq fish zsh
     sway wtype xfwm4 xfce4-settings gir1.2-gtk-3.0
