@@ -5,10 +5,10 @@ inhibitors. Only what the program asks of the real one is there."""
 
 import os
 import subprocess
-import threading
 
 from gi.repository import Gio, GLib
 
+from bus_service import BusService
 from session import end
 from waiting import wait_until
 
@@ -55,16 +55,10 @@ class LoginManager:
             stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         self.address = self._bus.stdout.readline().strip()
         self._bus.stdout.close()
-        self._context = GLib.MainContext.new()
-        self._loop = GLib.MainLoop.new(self._context, False)
-        ready = threading.Event()
-        self._thread = threading.Thread(target=self._serve, args=[ready], daemon=True)
-        self._thread.start()
-        ready.wait()
+        self._service = BusService(self.address, _NAME, _PATH, _DESCRIPTION, self._answer)
 
     def close(self):
-        self._loop.quit()
-        self._thread.join()
+        self._service.close()
         end(self._bus)
 
     @property
@@ -76,26 +70,9 @@ class LoginManager:
 
     def announce(self, what, begins):
         """@param what "PrepareForSleep" or "PrepareForShutdown\""""
-        self._connection.emit_signal(None, _PATH, _INTERFACE, what,
-                                     GLib.Variant("(b)", (begins,)))
-        self._connection.flush_sync(None)
+        self._service.signal(what, GLib.Variant("(b)", (begins,)))
 
-    def _serve(self, ready):
-        self._context.push_thread_default()
-        self._connection = Gio.DBusConnection.new_for_address_sync(
-            self.address, Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT
-            | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION, None, None)
-        interface = Gio.DBusNodeInfo.new_for_xml(_DESCRIPTION).interfaces[0]
-        self._connection.register_object(_PATH, interface, self._answer, None, None)
-        self._connection.call_sync("org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                   "org.freedesktop.DBus", "RequestName",
-                                   GLib.Variant("(su)", (_NAME, 0)), None,
-                                   Gio.DBusCallFlags.NONE, -1, None)
-        ready.set()
-        self._loop.run()
-        self._connection.close_sync(None)
-
-    def _answer(self, _connection, _sender, _path, _interface, _method, parameters, invocation):
+    def _answer(self, parameters, invocation):
         what, _who, _why, mode = parameters.unpack()
         inhibitor = Inhibitor(what, mode)
         descriptors = Gio.UnixFDList.new()
