@@ -4,10 +4,15 @@
 #include "tests/support/TestClasses.h"
 #include "widgets/FirstFrame.h"
 #include "widgets/LateIcon.h"
+#include "widgets/WindowStyle.h"
 
 #include <QElapsedTimer>
+#include <QMenuBar>
 #include <QPixmap>
 #include <QPointer>
+#include <QProxyStyle>
+#include <QThread>
+#include <QToolButton>
 #include <QWindow>
 
 namespace {
@@ -26,6 +31,39 @@ QIcon redIcon()
     QPixmap pixmap(16, 16);
     pixmap.fill(Qt::red);
     return pixmap;
+}
+
+struct Look
+{
+    QImage image;
+    QRect extension; ///< the button for what there is no room for; null where there is room
+
+    bool operator==(const Look &) const = default;
+};
+
+Look lookOf(QMenuBar &bar)
+{
+    const QImage image = bar.grab().toImage();
+    const auto *button = bar.findChild<QToolButton *>();
+    return {.image = image, .extension = button->isVisible() ? button->geometry() : QRect()};
+}
+
+/// Of a menu bar that is made in that style, in windows of several widths, twice in each.
+QList<Look> looksOfMenuBar(QStyle *style)
+{
+    QApplication::setStyle(style);
+    QMenuBar bar;
+    for (const char *title : {"File", "Models", "Options", "Help"})
+        bar.addMenu(QLatin1String(title))->addAction(QStringLiteral("Do it"));
+    bar.show();
+    QList<Look> looks;
+    for (const int width : {400, 130, 90, 60, 110, 400, 80}) {
+        bar.resize(width, bar.sizeHint().height());
+        QCoreApplication::processEvents();
+        looks.append(lookOf(bar));
+        looks.append(lookOf(bar));
+    }
+    return looks;
 }
 
 } // namespace
@@ -69,6 +107,37 @@ private slots:
         QVERIFY(!window.isPainted);
     }
 
+    void aStartThatIsHeldUpDrawsFirst()
+    {
+        PaintedWidget window;
+        window.show();
+        bool wasPainted = false;
+        int times = 0;
+        new FirstFrame(window, [&] {
+            wasPainted = window.isPainted;
+            ++times;
+        });
+        QThread::msleep(1500);
+        QTRY_COMPARE(times, 1);
+        QVERIFY(wasPainted);
+    }
+
+    void aWindowThatIsSeenLateIsDrawnAndNothingIsDoneAgain()
+    {
+        PaintedWidget window;
+        window.winId();
+        int times = 0;
+        const QPointer<FirstFrame> frame = new FirstFrame(window, [&] {
+            ++times;
+            // At the worst moment.
+            window.show();
+        });
+        QTRY_VERIFY(window.isPainted);
+        QTRY_VERIFY(!frame);
+        QTest::qWait(100);
+        QCOMPARE(times, 1);
+    }
+
     void aWindowThatGoesTakesItWithIt()
     {
         int times = 0;
@@ -94,6 +163,15 @@ private slots:
         QCOMPARE(icon.pixmap(16, 16).toImage().pixelColor(8, 8), QColor(Qt::red));
         QCOMPARE(copy.pixmap(16, 16).size(), QSize(16, 16));
         QCOMPARE(times, 1);
+    }
+
+    void aMenuBarThatIsTooNarrowLooksAsWithTheIconFromTheStart()
+    {
+        const QList<Look> expected = looksOfMenuBar(new QProxyStyle);
+        const QList<Look> looks = looksOfMenuBar(new WindowStyle);
+        QVERIFY(looks.first().extension.isNull());
+        QVERIFY(!looks.last().extension.isNull());
+        QVERIFY(looks == expected);
     }
 };
 
