@@ -66,9 +66,10 @@ int FollowCommand::run(const CommandLine &line)
     m_line = line;
     while (!m_isOver) {
         LocalCall source(m_socketPath, sourceConnectTime);
+        m_isSourceThere = source.isConnected() || source.isBusy();
         if (source.isConnected())
             follow(source);
-        else
+        else if (!source.isBusy())
             startSource();
         tellOfHang();
         lookForReader();
@@ -79,7 +80,6 @@ int FollowCommand::run(const CommandLine &line)
 
 void FollowCommand::follow(LocalCall &source)
 {
-    m_isConnected = true;
     m_count.beginConnection();
     m_parcels.beginConnection();
     source.send(QJsonDocument(followRequest()).toJson(QJsonDocument::Compact) + '\n',
@@ -97,7 +97,6 @@ void FollowCommand::follow(LocalCall &source)
 
 void FollowCommand::startSource()
 {
-    m_isConnected = false;
     if (!m_nextStart.hasExpired())
         return;
     UnseenSource::start(m_line.infoFile);
@@ -137,7 +136,7 @@ void FollowCommand::tellOfHang()
         return;
     m_hang.setRemainingTime(hangTime);
     const ReadingReport report =
-        m_isConnected ? ReadingReport::ofHangingWindow() : ReadingReport::ofMissingSource();
+        m_isSourceThere ? ReadingReport::ofHangingWindow() : ReadingReport::ofMissingSource();
     if (!m_line.settledOnly)
         tell(m_words.next(report), followerLine(report, m_count.next()));
 }

@@ -40,7 +40,7 @@ private:
     FollowedCount m_count;
     ParcelFilter m_parcels;
     FollowedWords m_words;
-    bool m_isConnected = false;
+    bool m_isSourceThere = false; ///< though it may take nobody in
     QDeadlineTimer m_hang;
     QDeadlineTimer m_nextStart{0};
     bool m_isOver = false;

@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 """--follow, on which scripts rely for every change, beside a window."""
 
+import contextlib
 import fcntl
 import json
 import os
@@ -184,6 +185,28 @@ class FollowWindowTest(FollowTest):
                       follower.wait_for(state="no-answer")["text"])
         self.program.scale.tell("raise-child CONT")
         follower.wait_for(follower.lines.mark(), weight=1234)
+
+    def test_a_window_that_hangs_and_takes_nobody_in(self):
+        """Those who gave up have filled its queue; nobody is to be started beside it."""
+        self.program.scale.tell("raise-child STOP")
+        with self.full_queue():
+            follower = self.follow()
+            self.assertIn("The window that is running does not answer",
+                          follower.wait_for(state="no-answer")["text"])
+            self.assertEqual(self.sources(), [])
+        self.program.scale.tell("raise-child CONT")
+        follower.wait_for(follower.lines.mark(), weight=1234)
+
+    @contextlib.contextmanager
+    def full_queue(self):
+        path = self.session.folder / "runtime" / "postal-scale.socket"
+        with contextlib.ExitStack() as waiting:
+            with contextlib.suppress(BlockingIOError):
+                while True:
+                    peer = waiting.enter_context(socket.socket(socket.AF_UNIX))
+                    peer.setblocking(False)
+                    peer.connect(str(path))
+            yield
 
     def test_it_ends_with_its_reader(self):
         result = subprocess.run(
