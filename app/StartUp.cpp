@@ -11,7 +11,6 @@
 #include "widgets/WindowProportion.h"
 
 #include <QActionGroup>
-#include <QGraphicsOpacityEffect>
 #include <QSysInfo>
 
 namespace {
@@ -64,14 +63,6 @@ void setTextColour(QWidget *widget, const QColor &colour)
     disabled.setAlpha(paleOpacity);
     palette.setColor(QPalette::Disabled, QPalette::WindowText, disabled);
     widget->setPalette(palette);
-}
-
-/// Its colour stays what it is.
-void makePale(QWidget *widget, int opacity)
-{
-    auto *effect = new QGraphicsOpacityEffect(widget);
-    effect->setOpacity(opacity / 255.0);
-    widget->setGraphicsEffect(effect);
 }
 
 void setFillColour(QWidget *box, const QColor &colour)
@@ -128,7 +119,8 @@ void PostalScaleAppDelegate::applyUSPSBranding()
     for (QLabel *label : std::initializer_list<QLabel *>{
              connectionStatuslbl, ozLBL, lbLBL, exportCaption, lblModel, settledLbl, leavesLbl})
         setTextColour(label, Qt::white);
-    makePale(ozLBL, paleOpacity);
+    // Its colour stays what it is.
+    ozLBL->setOpacity(paleOpacity / 255.0);
     for (QAbstractButton *cell : radiogroup->buttons())
         setTextColour(cell, Qt::white);
     if (m_information.modelNames().isEmpty())
@@ -143,7 +135,7 @@ void PostalScaleAppDelegate::applyPlainBranding()
         return;
     setWindowTitle(optionButton->currentText());
     setFillColour(boxContainer, QColor(128, 128, 128));
-    makePale(ozLBL, paleOpacityOnGrey);
+    ozLBL->setOpacity(paleOpacityOnGrey / 255.0);
     listModels(ItemLog::Named);
 }
 

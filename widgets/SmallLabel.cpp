@@ -5,6 +5,8 @@
 
 #include <QEvent>
 #include <QFontInfo>
+#include <QPainter>
+#include <QStyle>
 
 namespace {
 
@@ -24,6 +26,20 @@ bool SmallLabel::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FontChange)
         followParent();
     return QLabel::eventFilter(watched, event);
+}
+
+void SmallLabel::setOpacity(qreal opacity)
+{
+    m_opacity = opacity;
+    update();
+}
+
+void SmallLabel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setOpacity(m_opacity);
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(),
+                          isEnabled(), text(), foregroundRole());
 }
 
 void SmallLabel::followParent()

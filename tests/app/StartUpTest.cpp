@@ -4,7 +4,6 @@
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/TestClasses.h"
 
-#include <QGraphicsOpacityEffect>
 #include <QRegularExpression>
 
 namespace {
@@ -224,8 +223,8 @@ private slots:
         QFETCH(QByteArray, isUSPS);
         LaunchedApplication app(Scale::Absent, bundleInformation(isUSPS, nineModels));
         for (const QLabel *label : brandedLabels(app.delegate)) {
-            const auto *effect = qobject_cast<QGraphicsOpacityEffect *>(label->graphicsEffect());
-            const qreal opacity = effect ? effect->opacity() : 1;
+            const auto *small = qobject_cast<const SmallLabel *>(label);
+            const qreal opacity = small ? small->opacity() : 1;
             QVERIFY2(label == app.delegate.ozLBL ? opacity <= 0.9 : opacity == 1,
                      qPrintable(label->objectName()));
         }

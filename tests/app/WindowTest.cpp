@@ -4,7 +4,6 @@
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/TestClasses.h"
 
-#include <QGraphicsOpacityEffect>
 #include <QLabel>
 #include <QMainWindow>
 #include <QMenuBar>
@@ -69,8 +68,8 @@ qreal contrast(const QColor &one, const QColor &other)
 QColor seenColour(const QWidget &widget, QPalette::ColorGroup group, const QColor &background)
 {
     const QColor ink = widget.palette().color(group, QPalette::WindowText);
-    const auto *effect = qobject_cast<QGraphicsOpacityEffect *>(widget.graphicsEffect());
-    const qreal opacity = ink.alphaF() * (effect ? effect->opacity() : 1);
+    const auto *small = qobject_cast<const SmallLabel *>(&widget);
+    const qreal opacity = ink.alphaF() * (small ? small->opacity() : 1);
     const auto mixed = [&](int inkPart, int backgroundPart) {
         return qRound(backgroundPart + (inkPart - backgroundPart) * opacity);
     };
