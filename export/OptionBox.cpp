@@ -29,12 +29,24 @@ int tagOf(const QCheckBox *box)
     return box == nullptr ? 0 : box->property("tag").toInt();
 }
 
+QList<QCheckBox *> boxesOf(const Ui::MainWindow &form)
+{
+    QList<QCheckBox *> found = form.optionBox->findChildren<QCheckBox *>();
+    // It stands among them, but is kept in another way, and shows the same as its menu item.
+    found.removeOne(form.checkSettledOnly);
+    std::sort(found.begin(), found.end(), [](const QCheckBox *one, const QCheckBox *other) {
+        return tagOf(one) < tagOf(other);
+    });
+    return found;
+}
+
 } // namespace
 
 void Options::connectBox()
 {
+    m_boxes = boxesOf(m_around.form);
     const Ui::MainWindow &form = m_around.form;
-    for (QCheckBox *box : boxes())
+    for (QCheckBox *box : m_boxes)
         connect(box, &QAbstractButton::toggled, this, [this, box] { checkBoxAction(box); });
     connect(form.optionsToggle, &QAbstractButton::clicked, this, &Options::optionAction);
     connect(form.optionLbl, &QAbstractButton::clicked, this, &Options::optionLblAction);
@@ -138,7 +150,7 @@ void Options::applyFedex(bool on)
 void Options::saveOptions()
 {
     QList<int> selected;
-    for (const QCheckBox *box : boxes()) {
+    for (const QCheckBox *box : m_boxes) {
         if (box->isChecked())
             selected.append(tagOf(box));
     }
@@ -164,21 +176,9 @@ void Options::optionLblAction()
     logLine(QStringLiteral("optionLblAction"));
 }
 
-QList<QCheckBox *> Options::boxes() const
-{
-    QList<QCheckBox *> found = m_around.form.optionBox->findChildren<QCheckBox *>();
-    // It stands among them, but is kept in another way, and shows the same as its menu item.
-    found.removeOne(m_around.form.checkSettledOnly);
-    std::sort(found.begin(), found.end(), [](const QCheckBox *one, const QCheckBox *other) {
-        return tagOf(one) < tagOf(other);
-    });
-    return found;
-}
-
 QCheckBox *Options::boxWithTag(int tag) const
 {
-    const QList<QCheckBox *> all = boxes();
-    const auto found = std::find_if(all.begin(), all.end(),
+    const auto found = std::find_if(m_boxes.begin(), m_boxes.end(),
                                     [tag](const QCheckBox *box) { return tagOf(box) == tag; });
-    return found == all.end() ? nullptr : *found;
+    return found == m_boxes.end() ? nullptr : *found;
 }

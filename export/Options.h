@@ -88,11 +88,11 @@ private:
 
     /// Without the box's action.
     static void markBox(QCheckBox *box, bool on);
-    QList<QCheckBox *> boxes() const; ///< ascending by tag
     QCheckBox *boxWithTag(int tag) const;
 
     MenuSwitch toggleMenuItem(QAction *item);
     void toggleCarrier(QAction *item, int number, const QString &name);
 
     Surroundings m_around;
+    QList<QCheckBox *> m_boxes; ///< ascending by tag
 };
