@@ -115,9 +115,9 @@ class Session:
         bus.stdout.close()
 
     def _start_window_manager(self):
-        manager = self.spawn(["openbox", "--sm-disable"],
-                             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        self._ends_with_session(manager)
+        self.window_manager = self.spawn(["openbox", "--sm-disable"],
+                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self._ends_with_session(self.window_manager)
         # The last of what it tells of itself at its start.
         wait_until(lambda: "window id" in self.output_of("xprop", "-root", "_NET_CLIENT_LIST"),
                    "a window manager")
