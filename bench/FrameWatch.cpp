@@ -8,6 +8,7 @@
 //                                  the standard input ends
 //   frame-watch window ID          prints the time of the monotonic clock, in nanoseconds, of each
 //                                  frame that differs from the one before, once it is grabbed
+//   frame-watch window next        the same of the window that is created next
 
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
@@ -174,18 +175,27 @@ int start(char *const command[])
     return 0;
 }
 
-[[noreturn]] void watch(xcb_window_t window)
+xcb_window_t nextWindow(const Display &display)
 {
-    const Display display;
-    const xcb_rectangle_t all = display.size(window);
-    std::vector<std::uint8_t> shown = display.grab(window, all);
+    while (const auto event = display.nextEvent()) {
+        const auto &created = reinterpret_cast<const xcb_create_notify_event_t &>(*event);
+        if ((event->response_type & ~0x80) == XCB_CREATE_NOTIFY &&
+            created.width >= narrowestMainWindow)
+            return created.window;
+    }
+    throw std::runtime_error("the X server is gone");
+}
+
+[[noreturn]] void watch(const Display &display, xcb_window_t window)
+{
+    std::vector<std::uint8_t> shown = display.grab(window, display.size(window));
     display.reportDamage(window);
     std::puts("ready");
     std::fflush(stdout);
     while (const auto event = display.nextEvent()) {
         if (display.asDamage(*event) == nullptr)
             continue;
-        std::vector<std::uint8_t> frame = display.grab(window, all);
+        std::vector<std::uint8_t> frame = display.grab(window, display.size(window));
         if (frame == shown)
             continue;
         std::printf("%lld\n", static_cast<long long>(now()));
@@ -193,6 +203,15 @@ int start(char *const command[])
         shown = std::move(frame);
     }
     throw std::runtime_error("the X server is gone");
+}
+
+[[noreturn]] void watchNext()
+{
+    const Display display;
+    display.reportCreations();
+    std::puts("waiting");
+    std::fflush(stdout);
+    watch(display, nextWindow(display));
 }
 
 } // namespace
@@ -203,12 +222,14 @@ int main(int argc, char *argv[])
     try {
         if (mode == "start")
             return start(argv + 2);
+        if (mode == "window" && std::string_view(argv[2]) == "next")
+            watchNext();
         if (mode == "window")
-            watch(static_cast<xcb_window_t>(std::strtoul(argv[2], nullptr, 0)));
+            watch(Display(), static_cast<xcb_window_t>(std::strtoul(argv[2], nullptr, 0)));
     } catch (const std::runtime_error &problem) {
         std::fprintf(stderr, "frame-watch: %s\n", problem.what());
         return 1;
     }
-    std::fputs("usage: frame-watch start COMMAND... | frame-watch window ID\n", stderr);
+    std::fputs("usage: frame-watch start COMMAND... | frame-watch window ID|next\n", stderr);
     return 2;
 }

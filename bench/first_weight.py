@@ -18,8 +18,10 @@ POLLED = "readData$"
 STEPS = ("DeviceAdded$", "our device$", POLLED, "W Value for Scale")
 
 
+# For each run: heard of, opened, polled for the first time, weight decoded, frame shown.
+
+
 def from_plug(session, runs):
-    """For each run: heard of, opened, polled for the first time, weight decoded, frame shown."""
     program = Weighing(session, log_pattern=LOG_PATTERN)
     watch = session.spawn([binary("frame-watch"), "window", program.window], text=True,
                           stdout=subprocess.PIPE)
@@ -41,14 +43,22 @@ def from_plug(session, runs):
 
 
 def from_start(session, runs):
-    """The same without the frame, with the scale plugged in before the start."""
+    """With the scale plugged in before the start."""
     for _ in range(runs):
         begun = session.new_folder("begun") / "at"
-        program = Weighing(session, log_pattern=LOG_PATTERN, wrapper=(*TIMED_START, str(begun)))
+        watch = session.spawn([binary("frame-watch"), "window", "next"], text=True,
+                              stdout=subprocess.PIPE)
+        watch.stdout.readline()
+        program = Weighing(session, log_pattern=LOG_PATTERN, wrapper=(*TIMED_START, str(begun)),
+                           reports=1)
+        watch.stdout.readline()
         times = _steps(program.log, 0)
+        shown = _Frames(watch.stdout).next_after(times[-1])
+        watch.kill()
+        watch.wait()
         program.end()
         start = float(begun.read_text(encoding="ascii")) * 1000
-        yield [each - start for each in times]
+        yield [each - start for each in (*times, shown)]
 
 
 def _has_ended(lines):

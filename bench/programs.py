@@ -53,10 +53,11 @@ def wake_ups(process_id):
 class Started:
     """A program whose window has been painted for the first time."""
 
-    def __init__(self, session, *command, settings=None):
+    def __init__(self, session, *command, settings=None, environment=None):
         folder = session.new_folder("started")
-        _write_settings(folder, settings)
-        environment = session.environment | {"XDG_CONFIG_HOME": str(folder)}
+        write_settings(folder, settings)
+        environment = (session.environment | {"XDG_CONFIG_HOME": str(folder)}
+                       | (environment or {}))
         self._watch = subprocess.Popen(
             [binary("frame-watch"), "start", *command], env=environment, text=True,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
@@ -73,7 +74,7 @@ class Started:
 def processor_time_of_start(session, command, settings):
     """Milliseconds, of all threads, until the first frame is handed to the X server."""
     folder = session.new_folder("started")
-    _write_settings(folder, settings)
+    write_settings(folder, settings)
     output = subprocess.run(
         [command], check=True, text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
         env=session.environment | {"XDG_CONFIG_HOME": str(folder),
@@ -85,15 +86,16 @@ class Weighing:
     """The program with the emulated scale, a parcel on the pan."""
 
     def __init__(self, session, *, settings=None, preload=None, environment=None, wrapper=(),
-                 log_pattern=None):
+                 log_pattern=None, reports=5):
         """@param wrapper a command that starts the program in its turn
-        @param log_pattern of the lines that log has then"""
+        @param log_pattern of the lines that log has then
+        @param reports that the scale has been sent when this returns"""
         folder = session.new_folder("weighing")
         command = [*wrapper, binary("postal-scale")]
         if preload:
             command = ["sh", "-c", 'LD_PRELOAD="$LD_PRELOAD:$0" exec "$@"', binary(preload),
                        *command]
-        _write_settings(folder, settings)
+        write_settings(folder, settings)
         before = set(self._windows(session))
         self._emulator = session.spawn(
             [binary("postal-scale-emulator"), "--socket", folder / "socket", "--weight", "1234",
@@ -104,7 +106,7 @@ class Weighing:
             stderr=subprocess.PIPE if log_pattern else subprocess.DEVNULL, text=True)
         self.log = harness.LogLines(self._emulator.stderr) if log_pattern else None
         self.scale = EmulatedScale(str(folder / "socket"))
-        self.scale.wait_for_reports(5)
+        self.scale.wait_for_reports(reports)
         self.window = wait_until(lambda: set(self._windows(session)) - before, "a window").pop()
         children = pathlib.Path(f"/proc/{self._emulator.pid}/task/{self._emulator.pid}/children")
         self.process_id = int(children.read_text(encoding="ascii").split()[0])
@@ -120,7 +122,7 @@ class Weighing:
         return session.managed_windows().get("postal-scale", [])
 
 
-def _write_settings(folder, settings):
+def write_settings(folder, settings):
     if settings:
         file = folder / "postal-scale" / "postal-scale.ini"
         file.parent.mkdir()
