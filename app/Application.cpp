@@ -3,6 +3,7 @@
 
 #include "app/Application.h"
 
+#include "app/BuiltInIcon.h"
 #include "app/BundleInformation.h"
 #include "browser/link/BrowserLink.h"
 #include "desktop/DarkStyle.h"
@@ -11,29 +12,8 @@
 #include "widgets/FirstFrame.h"
 #include "widgets/WindowStyle.h"
 
-#include <QIcon>
-#include <QImageReader>
-#include <QPixmap>
-
 #include <malloc.h>
 #include <utility>
-
-namespace {
-
-/// For desktops that do not find the installed one, as where the program runs from its sources.
-QIcon builtInIcon()
-{
-    QIcon icon;
-    for (const int size : {16, 24, 32, 48, 64, 128}) {
-        // An icon that reads its files itself finds out their format by the plugins of all.
-        QImageReader reader(QStringLiteral(":/icon/icon-%1.png").arg(size), "PNG");
-        reader.setAutoDetectImageFormat(false);
-        icon.addPixmap(QPixmap::fromImage(reader.read()));
-    }
-    return icon;
-}
-
-} // namespace
 
 Application::Application(int &argc, char **argv)
     : QApplication(argc, argv)
