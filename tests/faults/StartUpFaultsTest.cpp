@@ -15,9 +15,8 @@ using namespace std::chrono_literals;
 // Outside of any namespace, as the resource system wants it.
 static void takePicturesAway()
 {
-    Q_CLEANUP_RESOURCE(panel_pictures_1x);
-    Q_CLEANUP_RESOURCE(panel_pictures_2x);
-    Q_CLEANUP_RESOURCE(panel_pictures_3x);
+    Q_CLEANUP_RESOURCE(panel_pictures);
+    Q_CLEANUP_RESOURCE(larger_panel_pictures);
 }
 
 namespace {
