@@ -13,6 +13,7 @@ namespace {
 using Scale = LaunchedApplication::Scale;
 
 const std::vector<std::uint8_t> overloaded{0x04, 0x00, 0x00};
+const std::vector<std::uint8_t> ownOff{0x00, 0x00, 0x00};
 
 /// A screen reader, and a scale that is connected at last.
 class ListeningApplication
@@ -176,6 +177,45 @@ private slots:
         listening.app.delegate.tareItem->trigger();
         QCOMPARE(listening.app.delegate.window->findChild<Announcer *>()->words(),
                  QStringLiteral("No scale connected"));
+    }
+
+    void aNoticeIsSaidAsSoonAsItAppears()
+    {
+        ListeningApplication listening;
+        auto &delegate = listening.app.delegate;
+        listening.forget();
+        delegate.showSessionTrouble(QStringLiteral("Nobody finds it. Start it again."));
+        listening.listen();
+        delegate.showSessionTrouble({});
+        listening.listen();
+        delegate.setConnectionTrouble(QStringLiteral("Worn out"));
+        listening.listen();
+        QCOMPARE(listening.newlySaid(),
+                 (QStringList{QStringLiteral("Nobody finds it. Press Alt+D for details"),
+                              QStringLiteral("Worn out")}));
+    }
+
+    void whatANoticeSaysNoReadingRepeats()
+    {
+        ListeningApplication listening;
+        listening.read({0x01, 0x34, 0x12}, 5);
+        listening.forget();
+        listening.read(ownOff, 5);
+        QCOMPARE(listening.newlySaid(),
+                 QStringList{QStringLiteral("The scale has switched itself off. Ctrl+P switches "
+                                            "it on; tare is lost")});
+    }
+
+    void whoComesLaterIsToldOfTheNoticesThatStand()
+    {
+        LaunchedApplication app(Scale::Absent);
+        QAccessible::setActive(false);
+        app.delegate.showSessionTrouble(QStringLiteral("Nobody finds it"));
+        app.delegate.setConnectionTrouble(QStringLiteral("Worn out"));
+        const auto *announcer = app.delegate.window->findChild<Announcer *>();
+        QCOMPARE(announcer->words(), QString());
+        QAccessible::setActive(true);
+        QCOMPARE(announcer->words(), QStringLiteral("Worn out. Nobody finds it"));
     }
 
     void holdIsConfirmedWhereNoReadingTellsOfIt()
