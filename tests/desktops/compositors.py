@@ -84,6 +84,12 @@ class Sway(WaylandDesktop):
     def press(self, key):
         self.run("wtype", "-k", key)
 
+    def take_picture(self, file):
+        self.run("grim", str(file))
+
+    def set_scale(self, scale):
+        self.run("swaymsg", "output", "*", "scale", str(scale))
+
     def tile_of(self, title):
         tile = next(each for each in self._nodes() if each["name"] == title)["window_rect"]
         return tile["width"], tile["height"]

@@ -6,12 +6,13 @@ import os
 
 from compositors import Labwc, Sway
 from gnome import DarkGnome, Gnome, GnomeWithoutX11
-from kwin import DarkKwin, Kwin
+from kwin import DarkKwin, Kwin, KwinAtOneAndAHalf
 from window_managers import I3, KwinX11, Metacity, Openbox, Xfwm4
 
 DESKTOPS = {
     "kwin": Kwin,
     "kwin-dark": DarkKwin,
+    "kwin-1.5": KwinAtOneAndAHalf,
     "gnome": Gnome,
     "gnome-dark": DarkGnome,
     "gnome-no-x11": GnomeWithoutX11,
