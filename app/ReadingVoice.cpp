@@ -77,13 +77,8 @@ void ReadingVoice::tellReading()
     const QString words =
         m_readings.take(report, std::chrono::milliseconds(m_clock.elapsed()),
                         isNoticed ? SpokenReadings::Notice::Said : SpokenReadings::Notice::None);
-    if (words.isEmpty())
-        return;
-    PanelWidget *panel = m_delegate.imageBox;
-    // Who listens to the panel itself hears its new name; of the same one again nothing is told.
-    if (panel->hasFocus() && words == panel->readingText() && words != panel->accessibleName())
-        panel->tellReading();
-    else
+    // On the panel too: there are screen readers that drop the new name of a text.
+    if (!words.isEmpty())
         m_announcer->say(words);
 }
 

@@ -24,7 +24,7 @@ QString shownPart(StatusArea::Notice topic, const QString &notice)
 StatusArea::StatusArea(QMainWindow &window, const QMargins &above, const Settings &settings)
     : m_window(window)
     , m_notice(new ElidedLabel(&window))
-    , m_details(new QPushButton(QStringLiteral("&Details"), &window))
+    , m_details(new QPushButton(QStringLiteral("D&etails"), &window))
     , m_browser(new ElidedLabel(&window))
 {
     QStatusBar &area = *window.statusBar();
@@ -55,7 +55,7 @@ QString StatusArea::spokenNotice(Notice topic) const
 {
     const QString notice = m_notices.value(topic);
     const QString shown = shownPart(topic, notice);
-    return shown == notice ? shown : QStringLiteral("%1. Press Alt+D for details").arg(shown);
+    return shown == notice ? shown : QStringLiteral("%1. Press Alt+E for details").arg(shown);
 }
 
 QString StatusArea::spokenNotices() const

@@ -6,6 +6,7 @@
 #include "widgets/Announcer.h"
 
 #include <QAccessible>
+#include <QMessageBox>
 #include <utility>
 
 namespace {
@@ -77,7 +78,7 @@ public:
 
     LaunchedApplication app;
     QStringList said;       ///< whatever has the focus
-    QStringList panelNames; ///< told; read out by most while the panel has the focus
+    QStringList panelNames; ///< told; read out by some while the panel has the focus
     std::pair<qsizetype, qsizetype> began;
 };
 
@@ -100,19 +101,24 @@ private slots:
                  (QStringList{QStringLiteral("Scale connected"), QStringLiteral("1234 grams")}));
     }
 
-    void onThePanelItIsTheNameThatIsSaid()
+    /// Some speak of the new name of what has the focus, and would say everything twice.
+    void onThePanelTheSameIsSaidAndItsNameWaits()
     {
         ListeningApplication listening;
         listening.app.delegate.window->activateWindow();
-        listening.app.delegate.imageBox->setFocus();
-        QVERIFY(listening.app.delegate.imageBox->hasFocus());
+        PanelWidget *panel = listening.app.delegate.imageBox;
+        panel->setFocus();
+        QVERIFY(panel->hasFocus());
         listening.read({0x01, 0x20, 0x12});
         listening.read({0x01, 0x34, 0x12}, 5);
+        QCOMPARE(listening.newlySaid(),
+                 (QStringList{QStringLiteral("Scale connected"), QStringLiteral("1234 grams")}));
+        QCOMPARE(listening.newPanelNames(), QStringList());
+        panel->clearFocus();
+        listening.listen();
         QCOMPARE(listening.newPanelNames(), QStringList{QStringLiteral("1234 grams")});
-        QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("Scale connected")});
     }
 
-    /// The name of the panel is the same as before.
     void onThePanelAWeightThatIsBackIsSaidAgain()
     {
         ListeningApplication listening;
@@ -122,7 +128,6 @@ private slots:
         listening.read(overloaded, 3);
         listening.forget();
         listening.read({0x01, 0x34, 0x12}, 5);
-        QCOMPARE(listening.newPanelNames(), QStringList());
         QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("1234 grams")});
     }
 
@@ -191,8 +196,24 @@ private slots:
         delegate.setConnectionTrouble(QStringLiteral("Worn out"));
         listening.listen();
         QCOMPARE(listening.newlySaid(),
-                 (QStringList{QStringLiteral("Nobody finds it. Press Alt+D for details"),
+                 (QStringList{QStringLiteral("Nobody finds it. Press Alt+E for details"),
                               QStringLiteral("Worn out")}));
+    }
+
+    void theKeyThatANoticeNamesOpensItsDetails()
+    {
+        ListeningApplication listening;
+        QMainWindow &window = *listening.app.delegate.window;
+        window.activateWindow();
+        listening.app.delegate.showSessionTrouble(
+            QStringLiteral("Nobody finds it. Start it again."));
+        const QString named =
+            window.findChild<Announcer *>()->words().section(QStringLiteral("Alt+"), 1, 1);
+        QTest::keyClick(&window, named.at(0).toLatin1(), Qt::AltModifier);
+        LaunchedApplication::pass(pressTime);
+        const auto *details = window.findChild<QMessageBox *>();
+        QVERIFY(details);
+        QVERIFY(details->isVisible());
     }
 
     void whatANoticeSaysNoReadingRepeats()

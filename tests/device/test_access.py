@@ -40,7 +40,7 @@ class AccessTest(harness.DeviceTest):
     def test_changes_are_told(self):
         program = self.start("--weight", "500")
         program.wait_for_reading("500 grams")
-        # Screen readers speak of the changes of what has the focus.
+        # There the panel's own name waits, and what is to be said is said all the same.
         self.go_to(program.window, "500 grams")
         names = self.session.accessibility.listen_for_names()
 
