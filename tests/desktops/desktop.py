@@ -27,12 +27,14 @@ KEY_VERBS = {
 class Desktop(Session):
     """@cvar window_is_on_wayland rather than on an X server, which may be Xwayland
     @cvar has_keys whether its settings have been made for KEY_VERBS
-    @cvar lets_write_clipboard also while another window has the focus"""
+    @cvar lets_write_clipboard also while another window has the focus
+    @cvar raises_windows for programs, or marks them"""
 
     window_is_on_wayland = False
     is_wayland = False
     has_keys = True
     lets_write_clipboard = True
+    raises_windows = True
 
     def run(self, *arguments):
         """Its output, as far as it succeeds."""

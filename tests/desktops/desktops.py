@@ -4,7 +4,7 @@
 
 import os
 
-from compositors import Labwc, Sway
+from compositors import Labwc, Sway, Weston
 from gnome import DarkGnome, Gnome, GnomeWithoutX11
 from kwin import DarkKwin, Kwin, KwinAtOneAndAHalf
 from window_managers import I3, KwinX11, Metacity, Openbox, Xfwm4
@@ -23,6 +23,7 @@ DESKTOPS = {
     "i3": I3,
     "labwc": Labwc,
     "sway": Sway,
+    "weston": Weston,
 }
 
 
