@@ -25,12 +25,12 @@ KEY_VERBS = {
 
 
 class Desktop(Session):
-    """@cvar window_is_on_wayland rather than on an X server, which may be Xwayland
+    """@cvar lets_place windows where somebody wants them, and tells programs where that is
     @cvar has_keys whether its settings have been made for KEY_VERBS
     @cvar lets_write_clipboard also while another window has the focus
     @cvar raises_windows for programs, or marks them"""
 
-    window_is_on_wayland = False
+    lets_place = True
     is_wayland = False
     has_keys = True
     lets_write_clipboard = True
@@ -162,7 +162,7 @@ class X11Desktop(Desktop):
 class WaylandDesktop(Desktop):
     """Without X server but the compositor's own."""
 
-    window_is_on_wayland = True
+    lets_place = False
     is_wayland = True
 
     def _start_x_server(self):

@@ -25,7 +25,7 @@ idle-delay=uint32 0
 
     more_arguments = ()
     has_x11 = True
-    window_is_on_wayland = False
+    lets_place = True
 
     def _make_environment(self):
         # Of the bus too: it starts the portal.
@@ -159,7 +159,7 @@ class DarkGnome(Gnome):
 class GnomeWithoutX11(Gnome):
     more_arguments = ("--no-x11",)
     has_x11 = False
-    window_is_on_wayland = True
+    lets_place = False
     lets_write_clipboard = False
 
     def _x11_display(self):

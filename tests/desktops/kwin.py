@@ -19,7 +19,7 @@ class Kwin(WaylandDesktop):
     @cvar colours the scheme that the settings name; None as it comes
     @cvar scale of its screen"""
 
-    window_is_on_wayland = False
+    lets_place = True
     colours = None
     scale = "1"
 
