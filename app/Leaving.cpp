@@ -70,8 +70,17 @@ void PostalScaleAppDelegate::notePageFilled(const QString &carrier)
     showNotes();
 }
 
+void PostalScaleAppDelegate::tellExport()
+{
+    // By itself the label would tell of each writing: an overload empties and fills it at each
+    // poll.
+    if (lbLBL->accessibleName() != lbLBL->text())
+        lbLBL->setAccessibleName(lbLBL->text());
+}
+
 void PostalScaleAppDelegate::showNotes()
 {
+    tellExport();
     m_noteLabels.show(m_parcel.notes());
     m_recentWeightsMenu.show(m_parcel.recentWeights().all());
     emit notesShown();

@@ -165,6 +165,7 @@ public:
 
     Panel &panel() { return m_panel; }
     const Panel &panel() const { return m_panel; }
+    const StatusArea &statusArea() const { return m_statusArea; }
     /// Why the attached scale cannot be used; empty where it can.
     const QString &connectionTrouble() const { return m_connectionTrouble; }
     const ParcelWatch &parcel() const { return m_parcel; }
@@ -214,6 +215,8 @@ private:
     /// Beside the panel. To be called with each tick of the poll timer, which is all that makes
     /// readings grow old on the screen.
     void showNotes();
+    /// Has screen readers know the exported text of a reading that is complete.
+    void tellExport();
 
     PointOfSaleLink m_otherLink;
     ScaleChoice m_scaleChoice;

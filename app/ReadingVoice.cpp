@@ -4,7 +4,26 @@
 #include "app/ReadingVoice.h"
 
 #include "app/ReadingReportDelegate.h"
+#include "app/StatusArea.h"
 #include "widgets/Announcer.h"
+
+#include <optional>
+
+namespace {
+
+/// What the window's edge says in that state, beside the reading.
+std::optional<StatusArea::Notice> noticeOf(ReportState state)
+{
+    switch (state) {
+    case ReportState::Off:
+    case ReportState::NotReady: return StatusArea::Notice::Scale;
+    case ReportState::NotOpened:
+    case ReportState::NoPermission: return StatusArea::Notice::Connection;
+    default: return {};
+    }
+}
+
+} // namespace
 
 ReadingVoice::ReadingVoice(ReadingReportDelegate &delegate)
     : m_delegate(delegate)
@@ -14,6 +33,7 @@ ReadingVoice::ReadingVoice(ReadingReportDelegate &delegate)
     QAccessible::installActivationObserver(this);
     m_clock.start();
     connect(&delegate, &ReadingReportDelegate::reportDue, this, &ReadingVoice::tellReading);
+    connect(&delegate.statusArea(), &StatusArea::noticeAppeared, this, &ReadingVoice::tellNotice);
     const auto confirmBoth = [this](const QAbstractButton *button, const QAction *item,
                                     const QString &command) {
         connect(button, &QAbstractButton::clicked, this, [this, command] { confirm(command); });
@@ -38,21 +58,27 @@ void ReadingVoice::accessibilityActiveChanged(bool active)
     if (m_delegate.isDeviceConnected)
         m_readings.take(ReadingReport::of(ReportState::Waiting),
                         std::chrono::milliseconds(m_clock.elapsed()));
+    tellNotice(m_delegate.statusArea().spokenNotices());
+}
+
+void ReadingVoice::tellNotice(const QString &words)
+{
+    if (m_isHeard && !words.isEmpty())
+        m_announcer->say(words);
 }
 
 void ReadingVoice::tellReading()
 {
     if (!m_isHeard)
         return;
+    const ReadingReport report = m_delegate.followedReport();
+    const auto notice = noticeOf(report.state);
+    const bool isNoticed = notice && m_delegate.statusArea().hasNotice(*notice);
     const QString words =
-        m_readings.take(m_delegate.followedReport(), std::chrono::milliseconds(m_clock.elapsed()));
-    if (words.isEmpty())
-        return;
-    PanelWidget *panel = m_delegate.imageBox;
-    // Who listens to the panel itself hears its new name; of the same one again nothing is told.
-    if (panel->hasFocus() && words == panel->readingText() && words != panel->accessibleName())
-        panel->tellReading();
-    else
+        m_readings.take(report, std::chrono::milliseconds(m_clock.elapsed()),
+                        isNoticed ? SpokenReadings::Notice::Said : SpokenReadings::Notice::None);
+    // On the panel too: there are screen readers that drop the new name of a text.
+    if (!words.isEmpty())
         m_announcer->say(words);
 }
 

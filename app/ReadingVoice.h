@@ -13,7 +13,8 @@ class Announcer;
 class ReadingReportDelegate;
 
 /// Has a screen reader say what a person who looks at the window sees: readings and troubles by
-/// SpokenReadings, and that a command was taken. Costs nothing while no screen reader runs.
+/// SpokenReadings, each notice at the window's edge, and that a command was taken. Costs nothing
+/// while no screen reader runs.
 class ReadingVoice : public QObject, private QAccessible::ActivationObserver
 {
     Q_OBJECT
@@ -28,6 +29,7 @@ public:
 private:
     void accessibilityActiveChanged(bool active) override;
     void tellReading();
+    void tellNotice(const QString &words);
     void confirm(const QString &command);
     void confirmHold();
 

@@ -15,7 +15,8 @@ constexpr auto steadyAfter = 1000ms;
 
 } // namespace
 
-QString SpokenReadings::take(const ReadingReport &report, std::chrono::milliseconds now)
+QString SpokenReadings::take(const ReadingReport &report, std::chrono::milliseconds now,
+                             Notice notice)
 {
     // What is not certain yet takes nothing back, but a scale that is there.
     if (report.state == ReportState::Waiting && m_state != ReportState::NoScale)
@@ -33,7 +34,7 @@ QString SpokenReadings::take(const ReadingReport &report, std::chrono::milliseco
         // A weight that was held is still on the pan.
         if (m_state != ReportState::Hold)
             m_told.clear();
-        if (m_state != ReportState::Waiting)
+        if (m_state != ReportState::Waiting && notice == Notice::None)
             said.append(report.words);
     }
     said.removeAll(QString());

@@ -12,9 +12,14 @@
 class SpokenReadings
 {
 public:
+    /// What else says in words that something is wrong.
+    enum class Notice { None, Said };
+
     /// @param now of a clock that only goes on
+    /// @param notice of this very trouble: it needs no words here then
     /// @return what is to be said; mostly nothing
-    QString take(const ReadingReport &report, std::chrono::milliseconds now);
+    QString take(const ReadingReport &report, std::chrono::milliseconds now,
+                 Notice notice = Notice::None);
 
 private:
     bool isOtherTrouble(const ReadingReport &report) const;

@@ -11,10 +11,20 @@
 #include <QPushButton>
 #include <QStatusBar>
 
+namespace {
+
+/// The cure of a trouble with the scale is one key, and it is short.
+QString shownPart(StatusArea::Notice topic, const QString &notice)
+{
+    return topic == StatusArea::Notice::Scale ? notice : notice.section(QStringLiteral(". "), 0, 0);
+}
+
+} // namespace
+
 StatusArea::StatusArea(QMainWindow &window, const QMargins &above, const Settings &settings)
     : m_window(window)
     , m_notice(new ElidedLabel(&window))
-    , m_details(new QPushButton(QStringLiteral("&Details"), &window))
+    , m_details(new QPushButton(QStringLiteral("D&etails"), &window))
     , m_browser(new ElidedLabel(&window))
 {
     QStatusBar &area = *window.statusBar();
@@ -37,6 +47,25 @@ void StatusArea::setNotice(Notice topic, const QString &text)
         return;
     m_notices.insert(topic, text);
     showNotices();
+    if (!text.isEmpty() && topic != Notice::Silence)
+        emit noticeAppeared(spokenNotice(topic));
+}
+
+QString StatusArea::spokenNotice(Notice topic) const
+{
+    const QString notice = m_notices.value(topic);
+    const QString shown = shownPart(topic, notice);
+    return shown == notice ? shown : QStringLiteral("%1. Press Alt+E for details").arg(shown);
+}
+
+QString StatusArea::spokenNotices() const
+{
+    QStringList spoken;
+    for (auto entry = m_notices.cbegin(); entry != m_notices.cend(); ++entry) {
+        if (!entry.value().isEmpty() && entry.key() != Notice::Silence)
+            spoken.append(spokenNotice(entry.key()));
+    }
+    return spoken.join(QStringLiteral(". "));
 }
 
 void StatusArea::showNotices()
@@ -47,9 +76,7 @@ void StatusArea::showNotices()
         const QString &notice = entry.value();
         if (notice.isEmpty())
             continue;
-        // Its cure is one key, and it is short.
-        shown.append(entry.key() == Notice::Scale ? notice
-                                                  : notice.section(QStringLiteral(". "), 0, 0));
+        shown.append(shownPart(entry.key(), notice));
         explained.append(notice);
     }
     m_shown = shown.join(QStringLiteral(" \u00b7 "));

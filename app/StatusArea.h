@@ -38,13 +38,22 @@ public:
     /// The first sentence is shown, of the scale all of them; the whole text on hover. Empty takes
     /// the notice away.
     void setNotice(Notice topic, const QString &text);
+    bool hasNotice(Notice topic) const { return !m_notices.value(topic).isEmpty(); }
+    /// For who listens: what is shown, and how to come to the rest. Not of a silent scale: as a
+    /// reading that has its words, with the cure. Empty without notices.
+    QString spokenNotices() const;
     void showBrowserStatus(const QString &text);
     /// The browsers matter while weights go into their pages.
     void setBrowserShown(bool shown);
     /// Where there is no room to spare, the line is there for notices only.
     void setSparing(bool sparing);
 
+signals:
+    /// @param words as spokenNotices() has them, of this one
+    void noticeAppeared(const QString &words);
+
 private:
+    QString spokenNotice(Notice topic) const;
     void showNotices();
     void showParts();
     /// The whole texts, in a window of their own.

@@ -15,6 +15,7 @@
 #include "console/WindowSituation.h"
 #include "desktop/ActivationToken.h"
 #include "desktop/DesktopEnvironment.h"
+#include "desktop/TaskBarRequest.h"
 
 #include <cstdio>
 #include <sysexits.h>
@@ -23,12 +24,26 @@ namespace {
 
 /// A start that nobody has handed a token to, such as one from a terminal, may still want the
 /// window to be looked at.
-ActivationRight withToken(ActivationRight right)
+ActivationRight withToken(ActivationRight right, Desktop desktop)
 {
-    if (right.activationToken.isEmpty() &&
-        expectedDesktop(DesktopEnvironment::ofSession()) == Desktop::Wayland)
+    if (right.activationToken.isEmpty() && desktop == Desktop::Wayland)
         right.activationToken = requestActivationToken(Application::desktopFileName());
     return right;
+}
+
+/// Once the first window has done what it can.
+void seeToTheWindow(const ActivationRight &right, const DesktopEnvironment &environment)
+{
+    if (expectedDesktop(environment) != Desktop::Wayland)
+        return;
+    // labwc hands no token to what its keys and menus start, and for a token that no key or click
+    // made it does not even mark the window.
+    const bool isRaised =
+        environment.shell == Shell::Labwc && raiseAsTaskBar(Application::desktopFileName());
+    if (!isRaised && right.activationToken.isEmpty())
+        std::fputs("Postal Scale is running already. This desktop does not let programs bring "
+                   "their windows to the front; look for it behind the others\n",
+                   stderr);
 }
 
 } // namespace
@@ -44,11 +59,15 @@ WindowCommand::WindowCommand(Application &application, SingleInstance &instance,
 
 int WindowCommand::run(const CommandLine &line, const ActivationRight &right)
 {
-    switch (m_instance.claim(raiseRequest(withToken(right))).outcome) {
+    const DesktopEnvironment environment = DesktopEnvironment::ofSession();
+    const ActivationRight token = withToken(right, expectedDesktop(environment));
+    switch (m_instance.claim(raiseRequest(token)).outcome) {
     case SingleInstance::Claim::Outcome::Ours: break;
     case SingleInstance::Claim::Outcome::Answered:
-        if (line.recordFile.isEmpty() && line.replayFile.isEmpty())
+        if (line.recordFile.isEmpty() && line.replayFile.isEmpty()) {
+            seeToTheWindow(token, environment);
             return 0;
+        }
         std::fputs("Postal Scale is running already; close its window first\n", stderr);
         return 1;
     case SingleInstance::Claim::Outcome::Unanswered:

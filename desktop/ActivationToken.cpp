@@ -3,16 +3,14 @@
 
 #include "desktop/ActivationToken.h"
 
+#include "desktop/CompositorConnection.h"
+
 #include <array>
-#include <memory>
-#include <string_view>
-#include <wayland-client-core.h>
 #include <wayland-client-protocol.h>
 
 namespace {
 
 constexpr uint32_t activationVersion = 1;
-constexpr auto activationName = "xdg_activation_v1";
 
 /// Places in the lists of requests.
 constexpr uint32_t getToken = 1;
@@ -43,7 +41,7 @@ const wl_interface tokenInterface{.name = "xdg_activation_token_v1",
                                   .methods = tokenRequests.data(),
                                   .event_count = int(tokenMessages.size()),
                                   .events = tokenMessages.data()};
-const wl_interface activationInterface{.name = activationName,
+const wl_interface activationInterface{.name = "xdg_activation_v1",
                                        .version = 1,
                                        .method_count = int(activationRequests.size()),
                                        .methods = activationRequests.data(),
@@ -56,16 +54,6 @@ struct TokenEvents
     void (*done)(void *context, wl_proxy *token, const char *text);
 };
 
-void bindActivation(void *context, wl_registry *registry, uint32_t name, const char *interface,
-                    uint32_t)
-{
-    if (std::string_view(interface) == activationName)
-        *static_cast<wl_proxy **>(context) = static_cast<wl_proxy *>(
-            wl_registry_bind(registry, name, &activationInterface, activationVersion));
-}
-
-void ignoreRemoval(void *, wl_registry *, uint32_t) {}
-
 void takeToken(void *context, wl_proxy *, const char *text)
 {
     *static_cast<QString *>(context) = QString::fromUtf8(text);
@@ -75,21 +63,9 @@ void takeToken(void *context, wl_proxy *, const char *text)
 
 QString requestActivationToken(const QString &applicationId)
 {
-    static constexpr wl_registry_listener registryEvents{.global = &bindActivation,
-                                                         .global_remove = &ignoreRemoval};
     static TokenEvents tokenEvents{.done = &takeToken};
-    if (qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
-        return {};
-    // What is made on it ends with it.
-    const std::unique_ptr<wl_display, decltype(&wl_display_disconnect)> display(
-        wl_display_connect(nullptr), &wl_display_disconnect);
-    if (!display)
-        return {};
-    wl_proxy *activation = nullptr;
-    wl_registry *registry = wl_display_get_registry(display.get());
-    wl_registry_add_listener(registry, &registryEvents, static_cast<void *>(&activation));
-    wl_display_roundtrip(display.get());
-    wl_registry_destroy(registry);
+    const CompositorConnection compositor({&activationInterface});
+    wl_proxy *activation = compositor.bound(activationInterface);
     if (activation == nullptr)
         return {};
     QString text;
@@ -99,8 +75,7 @@ QString requestActivationToken(const QString &applicationId)
     wl_proxy_marshal_flags(token, setApplicationId, nullptr, activationVersion, 0,
                            qUtf8Printable(applicationId));
     wl_proxy_marshal_flags(token, commitToken, nullptr, activationVersion, 0);
-    wl_display_roundtrip(display.get());
+    compositor.waitForAnswers();
     wl_proxy_destroy(token);
-    wl_proxy_destroy(activation);
     return text;
 }

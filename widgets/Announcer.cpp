@@ -5,6 +5,9 @@
 
 #include <QAccessibleWidget>
 #include <QWidget>
+#include <chrono>
+
+using namespace std::chrono_literals;
 
 /// Hidden, and yet told of.
 class AnnouncedLine : public QWidget
@@ -13,19 +16,36 @@ public:
     using QWidget::QWidget;
 
     /// Who goes through the window finds what was said last alone.
-    void setLatest(bool latest)
-    {
-        m_isLatest = latest;
-        QAccessibleEvent change(this, latest ? QAccessible::ObjectShow : QAccessible::ObjectHide);
-        QAccessible::updateAccessibility(&change);
-    }
     bool isLatest() const { return m_isLatest; }
+    void begin()
+    {
+        m_isLatest = true;
+        tell(QAccessible::ObjectShow);
+    }
+    void end() { m_isLatest = false; }
+    void tellEnd()
+    {
+        if (m_isTold && !m_isLatest)
+            tell(QAccessible::ObjectHide);
+    }
 
 private:
+    void tell(QAccessible::Event change)
+    {
+        m_isTold = change == QAccessible::ObjectShow;
+        QAccessibleEvent event(this, change);
+        QAccessible::updateAccessibility(&event);
+    }
+
     bool m_isLatest = false;
+    bool m_isTold = false;
 };
 
 namespace {
+
+/// Longer than a screen reader is behind: what is gone again it does not read out, though it was
+/// told of it before.
+constexpr auto readOutWithin = 5s;
 
 class AnnouncedLineAccessible : public QAccessibleWidget
 {
@@ -65,6 +85,12 @@ Announcer::Announcer(QWidget *window)
         line->setGeometry(0, 0, 0, 0);
         line->hide();
     }
+    m_ends.setSingleShot(true);
+    m_ends.setInterval(readOutWithin);
+    connect(&m_ends, &QTimer::timeout, this, [this] {
+        for (AnnouncedLine *line : m_lines)
+            line->tellEnd();
+    });
 }
 
 void Announcer::say(const QString &words)
@@ -74,7 +100,8 @@ void Announcer::say(const QString &words)
     m_next = (m_next + 1) % m_lines.size();
     line->setAccessibleName(words);
     if (m_latest)
-        m_latest->setLatest(false);
+        m_latest->end();
     m_latest = line;
-    line->setLatest(true);
+    line->begin();
+    m_ends.start();
 }

@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QTimer>
 #include <array>
 
 class AnnouncedLine;
@@ -31,4 +32,5 @@ private:
     std::size_t m_next = 0;
     AnnouncedLine *m_latest = nullptr;
     QString m_words;
+    QTimer m_ends;
 };

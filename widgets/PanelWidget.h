@@ -30,10 +30,9 @@ public:
     void setDesignSize(QSize size);
 
     /// The reading in words, for screen readers; they are told only of changes. With the keyboard
-    /// on the panel they read each of them out, so then they are told by tellReading() only, or
-    /// when the keyboard has gone.
+    /// on the panel some read each of them out, so then they are told when it has gone. Who asks
+    /// has the present one at any time.
     void setReadingText(const QString &words);
-    void tellReading();
     QString readingText() const { return m_readingText; }
 
     /// Lit segments become faint, and stay legible.
@@ -64,6 +63,7 @@ private:
     /// The glass and the fixed segments' unlit shapes are one picture, made once for a size.
     enum class Segments { Fixed, OfFraction };
 
+    void tellReading();
     void rememberDesign();
     void arrange();
     void placeNumerator();

@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QStyleOption>
 #include <algorithm>
+#include <cstdlib>
 
 namespace {
 
@@ -68,6 +69,30 @@ void drawRadioIndicator(const QStyleOption &option, QPainter &painter)
     painter.restore();
 }
 
+/// Of 255; a quiet word that is nearer to the window's own lightness is not to be seen.
+constexpr int leastDistance = 40;
+
+/// As far from the one as from the other.
+QColor between(const QColor &one, const QColor &other)
+{
+    return QColor((one.red() + other.red()) / 2, (one.green() + other.green()) / 2,
+                  (one.blue() + other.blue()) / 2);
+}
+
+/// Where the toolkit works out Plasma's colours by itself, it darkens those of disabled words and
+/// has black ones for placeholders, in a dark scheme too.
+QPalette withQuietWordsSeen(QPalette palette, bool enabled, QPalette::ColorRole role)
+{
+    const auto group = enabled ? palette.currentColorGroup() : QPalette::Disabled;
+    const auto loud = role == QPalette::PlaceholderText ? QPalette::WindowText : role;
+    const QColor ink = palette.color(group, role);
+    const QColor ground = palette.color(group, QPalette::Window);
+    const int distance = std::abs(ink.lightness() - ground.lightness()) * ink.alpha() / 255;
+    if (distance < leastDistance)
+        palette.setColor(group, role, between(palette.color(QPalette::Active, loud), ground));
+    return palette;
+}
+
 /// Pixels, with text of the usual size.
 constexpr int shortestButton = 80;
 
@@ -105,8 +130,21 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption *option
     // It stands on the window, not on a button, and some desktops have dark buttons in light
     // windows.
     QStyleOptionButton onWindow = *button;
-    onWindow.palette.setBrush(QPalette::ButtonText, button->palette.windowText());
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled})
+        onWindow.palette.setBrush(group, QPalette::ButtonText,
+                                  button->palette.brush(group, QPalette::WindowText));
     QProxyStyle::drawControl(element, &onWindow, painter, widget);
+}
+
+void WindowStyle::drawItemText(QPainter *painter, const QRect &place, int flags,
+                               const QPalette &palette, bool enabled, const QString &text,
+                               QPalette::ColorRole role) const
+{
+    const bool isQuiet = !enabled || role == QPalette::PlaceholderText;
+    QProxyStyle::drawItemText(
+        painter, place, flags,
+        isQuiet && role != QPalette::NoRole ? withQuietWordsSeen(palette, enabled, role) : palette,
+        enabled, text, role);
 }
 
 QIcon WindowStyle::standardIcon(StandardPixmap name, const QStyleOption *option,

@@ -6,7 +6,7 @@
 #include <QProxyStyle>
 
 /// The desktop's style, with boxes, dots and margins that grow with a widget's text, and with check
-/// boxes and a keyboard focus that stand out from any background.
+/// boxes, a keyboard focus and quiet words that stand out from any background.
 class WindowStyle : public QProxyStyle
 {
     Q_OBJECT
@@ -18,6 +18,8 @@ public:
                            const QWidget *widget) const override;
     void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                      const QWidget *widget) const override;
+    void drawItemText(QPainter *painter, const QRect &place, int flags, const QPalette &palette,
+                      bool enabled, const QString &text, QPalette::ColorRole role) const override;
     QIcon standardIcon(StandardPixmap name, const QStyleOption *option,
                        const QWidget *widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,

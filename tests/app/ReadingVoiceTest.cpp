@@ -6,6 +6,7 @@
 #include "widgets/Announcer.h"
 
 #include <QAccessible>
+#include <QMessageBox>
 #include <utility>
 
 namespace {
@@ -13,6 +14,7 @@ namespace {
 using Scale = LaunchedApplication::Scale;
 
 const std::vector<std::uint8_t> overloaded{0x04, 0x00, 0x00};
+const std::vector<std::uint8_t> ownOff{0x00, 0x00, 0x00};
 
 /// A screen reader, and a scale that is connected at last.
 class ListeningApplication
@@ -76,7 +78,7 @@ public:
 
     LaunchedApplication app;
     QStringList said;       ///< whatever has the focus
-    QStringList panelNames; ///< told; read out by most while the panel has the focus
+    QStringList panelNames; ///< told; read out by some while the panel has the focus
     std::pair<qsizetype, qsizetype> began;
 };
 
@@ -99,19 +101,24 @@ private slots:
                  (QStringList{QStringLiteral("Scale connected"), QStringLiteral("1234 grams")}));
     }
 
-    void onThePanelItIsTheNameThatIsSaid()
+    /// Some speak of the new name of what has the focus, and would say everything twice.
+    void onThePanelTheSameIsSaidAndItsNameWaits()
     {
         ListeningApplication listening;
         listening.app.delegate.window->activateWindow();
-        listening.app.delegate.imageBox->setFocus();
-        QVERIFY(listening.app.delegate.imageBox->hasFocus());
+        PanelWidget *panel = listening.app.delegate.imageBox;
+        panel->setFocus();
+        QVERIFY(panel->hasFocus());
         listening.read({0x01, 0x20, 0x12});
         listening.read({0x01, 0x34, 0x12}, 5);
+        QCOMPARE(listening.newlySaid(),
+                 (QStringList{QStringLiteral("Scale connected"), QStringLiteral("1234 grams")}));
+        QCOMPARE(listening.newPanelNames(), QStringList());
+        panel->clearFocus();
+        listening.listen();
         QCOMPARE(listening.newPanelNames(), QStringList{QStringLiteral("1234 grams")});
-        QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("Scale connected")});
     }
 
-    /// The name of the panel is the same as before.
     void onThePanelAWeightThatIsBackIsSaidAgain()
     {
         ListeningApplication listening;
@@ -121,7 +128,6 @@ private slots:
         listening.read(overloaded, 3);
         listening.forget();
         listening.read({0x01, 0x34, 0x12}, 5);
-        QCOMPARE(listening.newPanelNames(), QStringList());
         QCOMPARE(listening.newlySaid(), QStringList{QStringLiteral("1234 grams")});
     }
 
@@ -176,6 +182,61 @@ private slots:
         listening.app.delegate.tareItem->trigger();
         QCOMPARE(listening.app.delegate.window->findChild<Announcer *>()->words(),
                  QStringLiteral("No scale connected"));
+    }
+
+    void aNoticeIsSaidAsSoonAsItAppears()
+    {
+        ListeningApplication listening;
+        auto &delegate = listening.app.delegate;
+        listening.forget();
+        delegate.showSessionTrouble(QStringLiteral("Nobody finds it. Start it again."));
+        listening.listen();
+        delegate.showSessionTrouble({});
+        listening.listen();
+        delegate.setConnectionTrouble(QStringLiteral("Worn out"));
+        listening.listen();
+        QCOMPARE(listening.newlySaid(),
+                 (QStringList{QStringLiteral("Nobody finds it. Press Alt+E for details"),
+                              QStringLiteral("Worn out")}));
+    }
+
+    void theKeyThatANoticeNamesOpensItsDetails()
+    {
+        ListeningApplication listening;
+        QMainWindow &window = *listening.app.delegate.window;
+        window.activateWindow();
+        listening.app.delegate.showSessionTrouble(
+            QStringLiteral("Nobody finds it. Start it again."));
+        const QString named =
+            window.findChild<Announcer *>()->words().section(QStringLiteral("Alt+"), 1, 1);
+        QTest::keyClick(&window, named.at(0).toLatin1(), Qt::AltModifier);
+        LaunchedApplication::pass(pressTime);
+        const auto *details = window.findChild<QMessageBox *>();
+        QVERIFY(details);
+        QVERIFY(details->isVisible());
+    }
+
+    void whatANoticeSaysNoReadingRepeats()
+    {
+        ListeningApplication listening;
+        listening.read({0x01, 0x34, 0x12}, 5);
+        listening.forget();
+        listening.read(ownOff, 5);
+        QCOMPARE(listening.newlySaid(),
+                 QStringList{QStringLiteral("The scale has switched itself off. Ctrl+P switches "
+                                            "it on; tare is lost")});
+    }
+
+    void whoComesLaterIsToldOfTheNoticesThatStand()
+    {
+        LaunchedApplication app(Scale::Absent);
+        QAccessible::setActive(false);
+        app.delegate.showSessionTrouble(QStringLiteral("Nobody finds it"));
+        app.delegate.setConnectionTrouble(QStringLiteral("Worn out"));
+        const auto *announcer = app.delegate.window->findChild<Announcer *>();
+        QCOMPARE(announcer->words(), QString());
+        QAccessible::setActive(true);
+        QCOMPARE(announcer->words(), QStringLiteral("Worn out. Nobody finds it"));
     }
 
     void holdIsConfirmedWhereNoReadingTellsOfIt()

@@ -128,6 +128,15 @@ private slots:
         QCOMPARE(said, course.said);
     }
 
+    void aTroubleThatSomethingElseTellsOfHasNoWords()
+    {
+        SpokenReadings spoken;
+        spoken.take(of(ReportState::Waiting), 0ms);
+        const auto told = SpokenReadings::Notice::Said;
+        QCOMPARE(spoken.take(of(ReportState::Off), 0ms, told), QString());
+        QCOMPARE(spoken.take(weight(100, 1), pollInterval), QStringLiteral("100 grams"));
+    }
+
     void withoutAScaleNothingIsSaidAtTheStart()
     {
         SpokenReadings spoken;

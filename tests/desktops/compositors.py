@@ -3,9 +3,12 @@
 """Small Wayland compositors, without a screen."""
 
 import json
+import pathlib
 import subprocess
+import unittest
 
 from desktop import KEY_VERBS, WaylandDesktop
+from waiting import wait_until
 
 
 WITHOUT_SCREEN = {"XDG_SESSION_TYPE": "wayland", "WLR_BACKENDS": "headless",
@@ -84,6 +87,12 @@ class Sway(WaylandDesktop):
     def press(self, key):
         self.run("wtype", "-k", key)
 
+    def take_picture(self, file):
+        self.run("grim", str(file))
+
+    def set_scale(self, scale):
+        self.run("swaymsg", "output", "*", "scale", str(scale))
+
     def tile_of(self, title):
         tile = next(each for each in self._nodes() if each["name"] == title)["window_rect"]
         return tile["width"], tile["height"]
@@ -98,3 +107,33 @@ class Sway(WaylandDesktop):
                 yield from walk(child)
 
         return list(walk(json.loads(self.run("swaymsg", "-r", "-t", "get_tree"))))
+
+
+class Weston(WaylandDesktop):
+    """Without a screen it has no seat either: nothing has the focus, and nobody closes a window."""
+
+    has_keys = False
+    lets_write_clipboard = False
+    raises_windows = False
+
+    def _start_window_manager(self):
+        self.environment["XDG_SESSION_TYPE"] = "wayland"
+        backend = "headless" if self._major_version() > 12 else "headless-backend.so"
+        self._ends_with_session(self.spawn(
+            ["weston", f"--backend={backend}", "--use-pixman", "--socket=wayland-0"],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        socket = pathlib.Path(self.environment["XDG_RUNTIME_DIR"]) / "wayland-0"
+        wait_until(socket.exists, "a compositor")
+        self.environment["WAYLAND_DISPLAY"] = "wayland-0"
+
+    def _major_version(self):
+        return int(self.run("weston", "--version").split()[-1].partition(".")[0])
+
+    def windows(self):
+        return {each.name: each.name for each in self.accessibility.showing_windows()}
+
+    def bring_to_front(self, title):
+        wait_until(lambda: self.window_titled(title), lambda: f"a window {title!r}")
+
+    def close_window(self, title):
+        raise unittest.SkipTest("nobody closes a window here")

@@ -25,14 +25,16 @@ KEY_VERBS = {
 
 
 class Desktop(Session):
-    """@cvar platform the toolkit's name for where the program's window is expected
+    """@cvar lets_place windows where somebody wants them, and tells programs where that is
     @cvar has_keys whether its settings have been made for KEY_VERBS
-    @cvar lets_write_clipboard also while another window has the focus"""
+    @cvar lets_write_clipboard also while another window has the focus
+    @cvar raises_windows for programs, or marks them"""
 
-    platform = "xcb"
+    lets_place = True
     is_wayland = False
     has_keys = True
     lets_write_clipboard = True
+    raises_windows = True
 
     def run(self, *arguments):
         """Its output, as far as it succeeds."""
@@ -81,9 +83,17 @@ class Desktop(Session):
         """Whether it is stacked above the other; None where windows have places side by side."""
         return None
 
+    def place(self, title, x, y, width):
+        """Where a person might drag it to; only of a window on an X server."""
+        self.run("wmctrl", "-r", title, "-e", f"0,{x},{y},{width},-1")
+
     def take_picture(self, file):
         """Of the whole screen."""
         self.run("import", "-window", "root", str(file))
+
+    def set_scale(self, scale):
+        """Of the screen, as its settings do; the nearest that there is."""
+        raise NotImplementedError
 
     def tile_of(self, title):
         """What the window is to fill, width and height; None where there are no tiles."""
@@ -152,7 +162,7 @@ class X11Desktop(Desktop):
 class WaylandDesktop(Desktop):
     """Without X server but the compositor's own."""
 
-    platform = "wayland"
+    lets_place = False
     is_wayland = True
 
     def _start_x_server(self):

@@ -4,14 +4,15 @@
 
 import os
 
-from compositors import Labwc, Sway
+from compositors import Labwc, Sway, Weston
 from gnome import DarkGnome, Gnome, GnomeWithoutX11
-from kwin import DarkKwin, Kwin
+from kwin import DarkKwin, Kwin, KwinAtOneAndAHalf
 from window_managers import I3, KwinX11, Metacity, Openbox, Xfwm4
 
 DESKTOPS = {
     "kwin": Kwin,
     "kwin-dark": DarkKwin,
+    "kwin-1.5": KwinAtOneAndAHalf,
     "gnome": Gnome,
     "gnome-dark": DarkGnome,
     "gnome-no-x11": GnomeWithoutX11,
@@ -22,6 +23,7 @@ DESKTOPS = {
     "i3": I3,
     "labwc": Labwc,
     "sway": Sway,
+    "weston": Weston,
 }
 
 

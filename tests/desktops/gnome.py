@@ -17,12 +17,15 @@ class Gnome(WaylandDesktop):
 welcome-dialog-last-shown-version='99'
 [org/gnome/desktop/interface]
 enable-animations=false
+[org/gnome/mutter]
+experimental-features=['scale-monitor-framebuffer']
 [org/gnome/desktop/session]
 idle-delay=uint32 0
 """
 
     more_arguments = ()
     has_x11 = True
+    lets_place = True
 
     def _make_environment(self):
         # Of the bus too: it starts the portal.
@@ -124,6 +127,22 @@ idle-delay=uint32 0
             "Screenshot", GLib.Variant("(bbs)", (False, False, str(file))), None,
             Gio.DBusCallFlags.NONE, 30_000, None)
 
+    def set_scale(self, scale):
+        serial, monitors, _, _ = self._display("GetCurrentState")
+        (connector, *_), modes, _ = monitors[0]
+        mode, *_, scales, _ = next(each for each in modes if each[-1].get("is-current"))
+        nearest = min(scales, key=lambda each: abs(each - scale))
+        temporary = 1
+        self._display("ApplyMonitorsConfig", GLib.Variant(
+            "(uua(iiduba(ssa{sv}))a{sv})",
+            (serial, temporary, [(0, 0, nearest, 0, True, [(connector, mode, {})])], {})))
+
+    def _display(self, method, arguments=None):
+        return self._bus.call_sync(
+            "org.gnome.Mutter.DisplayConfig", "/org/gnome/Mutter/DisplayConfig",
+            "org.gnome.Mutter.DisplayConfig", method, arguments, None, Gio.DBusCallFlags.NONE,
+            10_000, None).unpack()
+
     def is_above(self, title, other):
         places = self.windows()
         return places[title] > places[other]
@@ -140,6 +159,7 @@ class DarkGnome(Gnome):
 class GnomeWithoutX11(Gnome):
     more_arguments = ("--no-x11",)
     has_x11 = False
+    lets_place = False
     lets_write_clipboard = False
 
     def _x11_display(self):

@@ -16,9 +16,12 @@ class Kwin(WaylandDesktop):
     """In a window of an X server, so that it has a keyboard. Operated by scripts of its own, which
     answer in its log.
 
-    @cvar colours the scheme that the settings name; None as it comes"""
+    @cvar colours the scheme that the settings name; None as it comes
+    @cvar scale of its screen"""
 
+    lets_place = True
     colours = None
+    scale = "1"
 
     def __init__(self):
         super().__init__(screen="2000x1000x24")
@@ -45,7 +48,7 @@ class Kwin(WaylandDesktop):
         self._cleanup.callback(log.close)
         self._ends_with_session(self.spawn(
             ["kwin_wayland", "--x11-display", self._outer, "--width", "2000", "--height", "1000",
-             "--no-lockscreen", "--socket", "wayland-0", "--xwayland", str(command)],
+             "--scale", self.scale, "--no-lockscreen", "--socket", "wayland-0", "--xwayland", str(command)],
             self.environment | {"QT_LOGGING_RULES": "*.debug=true;qt.*=false"},
             stdout=log, stderr=log))
         self._take_told("WAYLAND_DISPLAY", "DISPLAY", "XAUTHORITY")
@@ -140,6 +143,10 @@ class Kwin(WaylandDesktop):
 
     def is_marked(self, title):
         return self._evaluate(f"titled({json.dumps(title)}).demandsAttention")
+
+
+class KwinAtOneAndAHalf(Kwin):
+    scale = "1.5"
 
 
 class DarkKwin(Kwin):

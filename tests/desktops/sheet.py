@@ -3,6 +3,7 @@
 """Pictures of the window on a desktop, at several scales, in one sheet; to be looked at.
 
     run-in-root ROOT PROGRAMS DESKTOP --sheet     puts sheet-DESKTOP.png into ROOT/var/tmp
+    run-in-root ROOT PROGRAMS DESKTOP --screens   screens-DESKTOP.png: the screen has the scales
 """
 
 import os
@@ -15,6 +16,7 @@ from desktops import chosen_desktop
 from test_desktop import DesktopProgram
 
 SCALES = ("1", "1.25", "1.5", "1.75", "2")
+SCREEN_SCALES = (1, 1.25, 1.5, 2)
 
 
 class SheetProgram(DesktopProgram):
@@ -41,16 +43,32 @@ def pictures(desktop):
             program.kill()
 
 
-def main(sheet):
+def pictures_of_screens(desktop):
+    for scale in SCREEN_SCALES:
+        desktop.set_scale(scale)
+        program = DesktopProgram(desktop, arguments=("--weight", "1234"))
+        try:
+            program.wait_for_reading("1234 grams")
+            program.wait_for_polls()
+            file = desktop.folder / f"screen-{scale}.png"
+            desktop.take_picture(file)
+            print(f"{scale}: {program.window.extents}", flush=True)
+            yield str(file)
+        finally:
+            program.kill()
+
+
+def main(sheet, takes=pictures):
     if os.getuid() == 0:
         nobody.become_nobody()
     desktop = chosen_desktop()()
     try:
-        subprocess.run(["montage", *pictures(desktop), "-tile", "2x", "-geometry", "1000x500+8+8",
-                        sheet], check=True)
+        shown = ("-tile", "2x", "-geometry", "1000x500+8+8") if takes is pictures else (
+            "-tile", "1x", "-geometry", "+8+8")
+        subprocess.run(["montage", *takes(desktop), *shown, sheet], check=True)
     finally:
         desktop.close()
 
 
 if __name__ == "__main__":
-    main(sys.argv[1])
+    main(sys.argv[1], pictures_of_screens if "--screens" in sys.argv else pictures)

@@ -22,6 +22,7 @@ STEP = 0.6
 """Seconds between two weights on the way up: each of them is read once, and none settles."""
 
 OVERLOAD = "Overload: there is too much on the pan"
+REFUSED = "No permission to open the scale"
 SILENCE = "The scale does not answer; unplug it and plug it in again"
 
 
@@ -95,18 +96,25 @@ class OrcaTest(harness.DeviceTest):
         self.expect(self.tell("silence off"), "0 grams")
         self.expect(self.tell("unplug"), "No scale connected")
         self.expect(self.tell("plug"), "Scale connected", "0 grams")
-        # The focus goes on, to the panel itself: Orca reads it out, and then its changes.
+        # The focus goes on, to the panel itself: Orca reads it out, and its changes as elsewhere.
         self.session.press("Tab")
         wait_until(lambda: "0 grams" in " ".join(self.orca.said()[-2:]), "the panel read out", PATIENCE)
         self.wait_for_quiet()
+        self.expect(lambda: self.raise_to(600), "600 grams")
+        self.expect(self.tell("weight 20000"), OVERLOAD)
+        self.expect(self.tell("weight 600"), "600 grams")
+
+    def test_a_notice_is_said_as_it_appears(self):
+        self.expect(self.tell("unplug"), "No scale connected")
         mark = self.orca.mark()
-        self.raise_to(600)
-        wait_until(lambda: any("600 grams" in each for each in self.orca.said(mark)), "600 grams", PATIENCE)
+        self.program.scale.tell_all("permission off", "plug")
+        wait_until(lambda: any(REFUSED in each for each in self.orca.said(mark)),
+                   lambda: f"{REFUSED}; it said {self.orca.said(mark)}", PATIENCE)
         time.sleep(QUIET)
         said = " ".join(self.orca.said(mark))
-        print(f"on the panel: {said}", flush=True)
-        self.assertEqual(said.count("600 grams"), 1)
-        self.assertEqual(said.count("grams"), 1)
+        print(said, flush=True)
+        self.assertEqual(said.count(REFUSED), 1)
+        self.assertIn("Press Alt+E for details", said)
 
 
 if __name__ == "__main__":

@@ -50,6 +50,8 @@ class KwinX11(X11Desktop):
 class I3(X11Desktop):
     """Its windows stand side by side, and it keeps none above."""
 
+    lets_place = False
+
     def _start_window_manager(self):
         configuration = self.folder / "i3"
         keys = "".join(f"bindsym {key} exec --no-startup-id {self.command_at(key)}\n"
