@@ -181,7 +181,11 @@ class CursorTest(AnyFieldTest):
         self.addCleanup(self.program_end.answer.update, state="settled", texts=TEXTS)
         for state, words in {"moving": "The weight is still moving",
                              "no scale": "No scale is connected",
-                             "empty": "Nothing is on the pan"}.items():
+                             "empty": "Nothing is on the pan",
+                             "below zero": "Below zero: empty the pan and press Tare",
+                             "held": "The weight is held: end Hold first",
+                             "silent": "The scale does not answer",
+                             "unclear": "The scale shows no weight"}.items():
             with self.subTest(state):
                 self.program_end.answer.update(state=state)
                 self.hands.press_put_key()

@@ -65,8 +65,7 @@
         last = {element, time: performance.now(), unit, first};
         if (why)
             return fields.say(`${why} (${unit})`, {trouble: true});
-        for (const part of parts)
-            fields.write(part.element, part.text);
+        fields.write(parts);
         fields.afterPage(() => fields.sayOutcome(parts, fields.words(parts, unit)));
     }
 

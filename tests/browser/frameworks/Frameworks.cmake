@@ -29,6 +29,7 @@ foreach(browser chromium firefox)
     untouched.UntouchedTest.test_what_asking_says any_weight
     remembered.RememberedTest.test_from_now_on)
   postal_scale_npm_browser_test(${browser} every_field Endurance untouched remembered)
+  postal_scale_npm_browser_test(${browser} every_kind Endurance any_table)
   postal_scale_browser_test(${browser} every_deed Endurance 1 any_deed remembered_rightly)
 endforeach()
 
