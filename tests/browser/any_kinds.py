@@ -34,9 +34,10 @@ class Kind:
     is_framed: bool = False
     site: str = "www.shop.example"
     is_knowing: bool = False  # the page has a framework, which is to know
-    # Where it was remembered, if another page has it now.
+    # As it was when it was remembered, if that is not possible any more.
     before: "Kind | None" = None
     route: str = ""
+    version: int = 1
     # Where the browser itself has no item for it.
     has_item: bool = True
 
@@ -45,6 +46,8 @@ class Kind:
 
     def address(self, **query):
         base = self.page if self.page.startswith("http") else f"{SHOP}{self.page}"
+        if self.version > 1:
+            query = {"version": self.version} | query
         asked = "&".join(f"{name}={value}" for name, value in query.items())
         return f"{base}?{asked}{self.route}" if asked else base + self.route
 
@@ -82,8 +85,8 @@ def kinds(port):
         "one field in two frames": _any("twins", is_framed=True,
                                         before=_any("framed", is_framed=True)),
         "two fields that look the same": _any(
-            "similar", "document.querySelectorAll('input')[1]", _POUNDS, _ALL,
-            before=_any("similar-later", named("gross"), _POUNDS)),
+            "doubled", "document.querySelectorAll('input')[1]", _POUNDS, _ALL, version=2,
+            before=_any("doubled", _INPUT, _POUNDS)),
         "editable text": _any("editable", "document.getElementById('text')", ("Weight:2.205 lb",),
                               "document.getElementById('text').textContent"),
         "`textarea`": _any("area", "document.getElementById('text')", ("Weight:2.205 lb",)),
@@ -93,8 +96,7 @@ def kinds(port):
         "read-only": _never("fixed", has_item=False),
         "date": _never("date", has_item=False),
         "disabled meanwhile": _any("closing", named("closing"), has_item=False),
-        "hidden": _any("veiled", named("veiled"), _KILOGRAMS,
-                       before=_any("unveiled", named("veiled"))),
+        "hidden": _any("veiled", version=2, before=_any("veiled")),
         "page without https": Kind(f"{PLAIN_SERVER}:{port}/any/shop", named("shipWeight")),
         "frame without an address of its own": _any("unaddressed", is_framed=True),
     }

@@ -177,13 +177,6 @@ _UNADDRESSED = """
         [this.name, this.value, 'input'], '*')"></label>`;
 </script>"""
 
-
-
-def _veiled(is_veiled):
-    style = ' style="opacity: 0"' if is_veiled else ""
-    return f'<label>Weight (kg) <input name="veiled"{style}></label>'
-
-
 _BODIES = {
     "shop": lambda version: _SHOP[version],
     "pair": lambda _: '<p>Weight <input name="pounds" size="4"> lbs <input name="ounces" size="4"> oz</p>',
@@ -281,8 +274,9 @@ _BODIES = {
                        # The last, as a browser's list of passwords covers what is below.
                        '<p><label>P <input name="password" type="password"></label></p>',
     "closing": lambda _: _CLOSING,
-    "unveiled": lambda version: _veiled(version > 1),
-    "veiled": lambda _: _veiled(True),
+    "veiled": lambda version: '<label>Weight (kg) <input name="veiled"%s></label>' % (
+        ' style="opacity: 0"' if version > 1 else ""),
+    "doubled": lambda version: "<p><label>Weight <input></label></p>" * version,
     "unaddressed": lambda _: _UNADDRESSED,
     "late": lambda _: _LATE,
     "single": lambda _: _SINGLE,
@@ -290,7 +284,7 @@ _BODIES = {
 
 NAMES = tuple(_BODIES)
 # Whose next version is not the same with another look.
-_HAVE_VERSIONS = ("shop", "similar-later", "reworded", "unveiled")
+_HAVE_VERSIONS = ("shop", "similar-later", "reworded", "veiled", "doubled")
 
 
 def page(path, query):
