@@ -7,7 +7,7 @@ import json
 import pathlib
 
 from any_kinds import kinds
-from browser_harness import SLOW_START, Surroundings
+from browser_harness import SLOW_START
 from hands import ALWAYS_ITEM, FRAME, INSIDE_FRAME
 from remembering import HEAVIER, LIGHTER, RememberingTest
 from waiting import wait_until
