@@ -10,6 +10,7 @@ from hands import ALWAYS_ITEM, FRAME, INSIDE_FRAME
 from remembering import HEAVIER, LIGHTER, NO_MORE, SITE, RememberingTest
 from test_any_field import ONE_PAIR, SHOP, field
 from waiting import wait_until
+from weight_stand_in import TEXTS
 
 INPUT = "document.querySelector('input')"
 NO_UNIT = "Not remembered: neither the field nor the scale says a unit for it"
@@ -119,6 +120,15 @@ class InBetweenTest(RememberingTest):
         self.assertEqual(self.page.evaluate(f"{field('shipWeight')}.value"), "27")
         self.program_end.is_resting = False
         self.weigh(LIGHTER, field("shipWeight"), "0.5")
+
+    def test_what_was_put_there_is_no_news(self):
+        self.page.go(f"{SHOP}/shop")
+        self.put_by_key(field("shipWeight"), "1")
+        self.remember(field("shipWeight"))
+        self.pass_readings(TEXTS)
+        self.assertEqual(self.events(), {"shipWeight": ONE_PAIR})
+        self.weigh(HEAVIER, field("shipWeight"), "2")
+        self.assertEqual(self.events(), {"shipWeight": 2 * ONE_PAIR})
 
     def test_a_field_that_is_hidden_for_a_while(self):
         self.fill()

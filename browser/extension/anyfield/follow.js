@@ -103,7 +103,9 @@
     /** The same number is told once more only if the person has been here since, or has put on another
      *  parcel, and it is gone. What was done around a frame is not seen in it, but the parcel is. */
     function isNews(last, {element, text}) {
-        if (!last || last.text !== text)
+        if (!last)
+            return !fields.isPut?.(element, text);
+        if (last.text !== text)
             return true;
         // It was told while the weight was moving still.
         last.parcel ??= latest.parcel;
