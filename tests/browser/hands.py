@@ -4,6 +4,7 @@
 the browser asks. All of it goes through the X server, as from a mouse and a keyboard."""
 
 import contextlib
+import itertools
 import operator
 
 from waiting import wait_until
@@ -38,6 +39,17 @@ class Hands:
         @param inside of a frame: where in it, from its left upper corner"""
         x, y = page.evaluate(_PLACE % (element, *inside))
         self._session.output_of("xdotool", "mousemove", str(x), str(y), "click", str(button))
+
+    def hover(self, page, element, inside=("null", "null")):
+        """A page that has just come knows of no pointer, and passes over what it does."""
+        steps = itertools.cycle((1, 0))  # as one that rests is told of once only
+
+        def is_known():
+            x, y = page.evaluate(_PLACE % (element, *inside))
+            self._session.output_of("xdotool", "mousemove", str(x + next(steps)), str(y))
+            return page.evaluate(f"{element}.matches(':hover')")
+
+        wait_until(is_known, f"the pointer on {element}")
 
     def focus(self, page, element):
         """A page that has just come takes no click at first."""
@@ -90,6 +102,7 @@ class Hands:
     @contextlib.contextmanager
     def menu(self, page, element, item, inside=("null", "null")):
         """The same; while the menu is open with the item, the caller goes on."""
+        self.hover(page, element, inside)
         before = self._windows()
         self.click(page, element, button=3, inside=inside)
         menu = wait_until(lambda: self._windows() - before, "the menu")
