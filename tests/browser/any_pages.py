@@ -254,7 +254,9 @@ _BODIES = {
                        # Lists that the page has built itself.
                        '<p><label>F <input name="beside"></label><input role="combobox" readonly size="1">'
                        '<span>kg</span></p><div><label>G <input name="inside"></label>'
-                       '<input readonly size="4" value="kg"></div>',
+                       '<input readonly size="4" value="kg"></div>'
+                       '<p>H <input name="behind" size="4"> kg <input name="h1" size="4"> x'
+                       ' <input name="h2" size="4"> cm</p>',
     "limits": lambda _: '<textarea id="text" name="text" maxlength="10">Weight:</textarea>',
     "unwilling": lambda _: '<textarea id="text" name="text" oninput="this.value = \'Weight:\'">'
                            'Weight:</textarea>',

@@ -83,7 +83,8 @@ class CursorTest(AnyFieldTest):
     def test_words_that_look_like_units(self):
         self.page.go(f"{SHOP}/words")
         for name, text in {"example": "2.205", "gross": "1", "glued": "1",
-                           "sized": "2.205", "limited": "1", "beside": "1", "inside": "1"}.items():
+                           "sized": "2.205", "limited": "1", "beside": "1", "inside": "1",
+                           "behind": "1"}.items():
             with self.subTest(name):
                 self.put_by_key(field(name), text)
 

@@ -151,7 +151,7 @@
         const named = unitInName(element);
         if (unitBefore && named && [unit, unitBefore].includes(named))
             return named;
-        const isInFront = (unitBefore && !before.field) || areLabels(after);
+        const isInFront = unitBefore && (!before.field || areLabels(after));
         return isInFront ? unitBefore : unit;
     }
 
