@@ -12,6 +12,8 @@ constexpr int poundDecimals = 3;
 constexpr int ounceDecimals = 2;
 constexpr int kilogramDecimals = 3;
 constexpr int gramDecimals = 1;
+/// Of what the browser rounds itself: finer than any scale's step in any unit.
+constexpr int exactDecimals = 6;
 
 WeightState panState(const ReadingNotes &notes)
 {
@@ -41,22 +43,32 @@ bool comesWithWeight(WeightState state)
            state == WeightState::Empty || state == WeightState::Held;
 }
 
+QString textIn(WeightUnit unit, int decimals, const FieldWeightFacts &facts)
+{
+    return unitText(*facts.statement, unit, decimals, facts.rounding).value_or(QString());
+}
+
 std::optional<UnitTexts> textsOf(const FieldWeightFacts &facts)
 {
     if (!facts.statement || facts.statement->number.isNegative)
         return std::nullopt;
-    const auto in = [&](WeightUnit unit, int decimals) {
-        return unitText(*facts.statement, unit, decimals, facts.rounding).value_or(QString());
-    };
     const auto pair = webStrings(*facts.statement);
     if (!pair)
         return std::nullopt;
-    return UnitTexts{.pounds = in(WeightUnit::Pound, poundDecimals),
-                     .ounces = in(WeightUnit::Ounce, ounceDecimals),
-                     .kilograms = in(WeightUnit::Kilogram, kilogramDecimals),
-                     .grams = in(WeightUnit::Gram, gramDecimals),
+    return UnitTexts{.pounds = textIn(WeightUnit::Pound, poundDecimals, facts),
+                     .ounces = textIn(WeightUnit::Ounce, ounceDecimals, facts),
+                     .kilograms = textIn(WeightUnit::Kilogram, kilogramDecimals, facts),
+                     .grams = textIn(WeightUnit::Gram, gramDecimals, facts),
                      .wholePounds = pair->pounds,
                      .restOunces = pair->ounces};
+}
+
+UnitNumbers numbersOf(const FieldWeightFacts &facts)
+{
+    return {.pounds = textIn(WeightUnit::Pound, exactDecimals, facts),
+            .ounces = textIn(WeightUnit::Ounce, exactDecimals, facts),
+            .kilograms = textIn(WeightUnit::Kilogram, exactDecimals, facts),
+            .grams = textIn(WeightUnit::Gram, exactDecimals, facts)};
 }
 
 } // namespace
@@ -87,10 +99,14 @@ BrowserWeight fieldWeight(const ReadingNotes &notes, const FieldWeightFacts &fac
     weight.state = stateOf(notes, facts.isHeld);
     if (comesWithWeight(weight.state))
         weight.texts = textsOf(facts);
+    if (weight.texts)
+        weight.exact = numbersOf(facts);
     if (weight.state == WeightState::Settled && !weight.texts)
         weight.state = WeightState::Unclear;
     weight.unit =
         notes.leaving.shown ? notes.leaving.shown->unit : exportUnit(notes.leaving.texts.form);
     weight.age = notes.age;
+    if (weight.state == WeightState::Settled)
+        weight.parcel = notes.parcel;
     return weight;
 }

@@ -23,11 +23,16 @@ QString stateName(WeightState state)
     return QStringLiteral("unclear");
 }
 
-QJsonValue textsValue(const std::optional<UnitTexts> &texts)
+QJsonValue textsValue(const std::optional<UnitTexts> &texts, const UnitNumbers &exact)
 {
     if (!texts)
         return {};
-    return QJsonObject{{QStringLiteral("lb"), texts->pounds},
+    const QJsonObject numbers{{QStringLiteral("lb"), exact.pounds},
+                              {QStringLiteral("oz"), exact.ounces},
+                              {QStringLiteral("kg"), exact.kilograms},
+                              {QStringLiteral("g"), exact.grams}};
+    return QJsonObject{{QStringLiteral("exact"), numbers},
+                       {QStringLiteral("lb"), texts->pounds},
                        {QStringLiteral("oz"), texts->ounces},
                        {QStringLiteral("kg"), texts->kilograms},
                        {QStringLiteral("g"), texts->grams},
@@ -39,11 +44,13 @@ QJsonValue textsValue(const std::optional<UnitTexts> &texts)
 
 QByteArray browserWeightMessage(const BrowserWeight &weight)
 {
-    const QJsonObject value{{QStringLiteral("state"), stateName(weight.state)},
-                            {QStringLiteral("texts"), textsValue(weight.texts)},
-                            {QStringLiteral("unit"), weight.unit},
-                            {QStringLiteral("age"), static_cast<qint64>(weight.age.count())},
-                            {QStringLiteral("news"), weight.isNews}};
+    const QJsonObject value{
+        {QStringLiteral("state"), stateName(weight.state)},
+        {QStringLiteral("texts"), textsValue(weight.texts, weight.exact)},
+        {QStringLiteral("unit"), weight.unit},
+        {QStringLiteral("age"), static_cast<qint64>(weight.age.count())},
+        {QStringLiteral("parcel"), weight.parcel ? QJsonValue(*weight.parcel) : QJsonValue()},
+        {QStringLiteral("news"), weight.isNews}};
     return QJsonDocument(QJsonObject{{QStringLiteral("weight"), value}})
         .toJson(QJsonDocument::Compact);
 }

@@ -35,13 +35,29 @@ struct UnitTexts
     bool operator==(const UnitTexts &) const = default;
 };
 
+/// The same with up to six decimals: for a field that takes fewer than the texts have, and would
+/// otherwise get what was rounded twice.
+struct UnitNumbers
+{
+    QString pounds;
+    QString ounces;
+    QString kilograms;
+    QString grams;
+
+    bool operator==(const UnitNumbers &) const = default;
+};
+
 /// The latest reading, for a field of whatever page.
 struct BrowserWeight
 {
     WeightState state = WeightState::NoScale;
     std::optional<UnitTexts> texts; ///< none where the state comes without a weight
+    UnitNumbers exact;              ///< with texts alone
     QString unit;                   ///< the panel's: "lb", "oz", "lb oz", "kg" or "g"
     std::chrono::milliseconds age{};
+    /// Of a settled weight: which since the start, from 1. Two with the same weight are two
+    /// parcels.
+    std::optional<int> parcel;
     /// It goes into the fields that follow the scale; else it was asked for.
     bool isNews = false;
 

@@ -133,7 +133,12 @@ Wide roundedUp(const Whole &whole)
 
 QString textOf(Wide number)
 {
-    return QString::number(static_cast<quint64>(number));
+    const auto low = static_cast<quint64>(number);
+    if (low == number)
+        return QString::number(low);
+    constexpr int digits = 18; // that surely fit
+    const Wide limit = powerOfTen(digits);
+    return textOf(number / limit) + textOf(number % limit).rightJustified(digits, QLatin1Char('0'));
 }
 
 /// Halves to even.

@@ -107,6 +107,76 @@ _COMPLETED = """
     }));
 </script>"""
 
+# Without names that say a unit. Each row's second and third field are one weight, or its first and second.
+_ROWS = """
+<p>Count <input name="i1"> Pounds <input name="a1"> Ounces <input name="b1"></p>
+<p>Count <input name="i2"> Weight <input name="a2"> lbs <input name="b2"> oz</p>
+<p>Count <input name="i3"> Pounds <input name="a3"> Ounces <input name="b3"> Zip <input name="j3"></p>
+<p>Weight <input name="a4"> lbs <input name="b4"> oz Zip <input name="j4"></p>
+<p>Weight <input name="a5"> lbs <input name="b5"> oz <input name="j5" aria-label="Zip"></p>
+<p>Pounds <input name="a6"> Ounces <input name="b6"> (max. 150 lbs)</p>
+<table><tr><td>Count</td><td><input name="i7"></td><td>Pounds</td><td><input name="a7"></td>
+<td>Ounces</td><td><input name="b7"></td></tr></table>"""
+
+# Each field in a shadow tree of its own, with its unit in it or around it.
+_APART = """
+<p><one-box label="Pounds" name="a1"></one-box><one-box label="Ounces" name="b1"></one-box></p>
+<p>Weight <one-box name="a2"></one-box> lbs <one-box name="b2"></one-box> oz</p>
+<p><one-box label="Pounds" name="a3" closed></one-box><one-box label="Ounces" name="b3" closed></one-box></p>
+<script>
+    window.boxed = {};
+    customElements.define("one-box", class extends HTMLElement {
+        connectedCallback() {
+            const root = this.attachShadow({mode: this.hasAttribute("closed") ? "closed" : "open"});
+            root.innerHTML = "<div><label></label> <input></div>";
+            root.querySelector("label").textContent = this.getAttribute("label") ?? "";
+            root.querySelector("input").name = this.getAttribute("name");
+            boxed[this.getAttribute("name")] = root.querySelector("input");
+        }
+    });
+</script>"""
+
+# A page that works out what both of its fields mean, and one that keeps a record of its own and shows that.
+_TOTAL = """
+<form onchange="total.textContent += ` ${this.a.value * 16 + Number(this.b.value)}`">
+Weight <input name="a"> lbs <input name="b"> oz</form><output id="total"></output>"""
+_RECORD = """
+<form>Weight <input name="a"> lbs <input name="b"> oz</form><output id="total"></output>
+<script>
+    const record = {a: "", b: ""};
+    const form = document.forms[0];
+    form.addEventListener("input", ({target}) => {
+        record[target.name] = target.value;
+        for (const name of ["a", "b"])
+            form[name].value = record[name];
+        total.textContent = JSON.stringify(record);
+    });
+</script>"""
+
+# Its form is for the next parcel then. Neither of the two sites sees a click in the other one.
+_NEXT = """<p><button id="next" onclick="frames[0].postMessage('next', '*')">Next</button></p>"""
+_FRAMED_WEIGHT = """
+<label>Framed weight (kg) <input name="framedWeight" style="position: absolute; left: 10px; top: 10px;
+width: 200px; height: 40px"></label>
+<script>
+    addEventListener("message", ({data}) => {
+        if (data === "next")
+            document.querySelector("input").value = "";
+    });
+</script>"""
+
+# The key is one.
+_CLOSING = '<label>Weight (kg) <input name="closing" onkeydown="this.disabled = true"></label>'
+
+_UNADDRESSED = """
+<iframe width="400" height="80" style="border: 0"></iframe>
+<script>
+    document.querySelector("iframe").srcdoc = `<!doctype html>
+        <label>Framed weight (kg) <input name="framedWeight" style="position: absolute; left: 10px; top:
+        10px; width: 200px; height: 40px" oninput="parent.postMessage(
+        [this.name, this.value, 'input'], '*')"></label>`;
+</script>"""
+
 _BODIES = {
     "shop": lambda version: _SHOP[version],
     "pair": lambda _: '<p>Weight <input name="pounds" size="4"> lbs <input name="ounces" size="4"> oz</p>',
@@ -124,8 +194,20 @@ _BODIES = {
     "area": lambda _: '<textarea id="text" name="text" rows="3" cols="30">Weight:</textarea>',
     "completed": lambda _: _COMPLETED,
     "framed-other": lambda _: _framed(f"{OTHER_SITE}/any/inner"),
-    "inner": lambda _: '<label>Framed weight (kg) <input name="framedWeight" style="position: absolute;'
-                       ' left: 10px; top: 10px; width: 200px; height: 40px"></label>',
+    "inner": lambda _: _FRAMED_WEIGHT,
+    "next": lambda _: _NEXT + _framed("/any/inner"),
+    "next-other": lambda _: _NEXT + _framed(f"{OTHER_SITE}/any/inner"),
+    "rows": lambda _: _ROWS,
+    "apart": lambda _: _APART,
+    "total": lambda _: _TOTAL,
+    "record": lambda _: _RECORD,
+    # A field of ounces behind one of pounds would be its other half.
+    "tenths": lambda _: '<p><label>A (oz) <input name="whole" type="number" step="1"></label></p>'
+                        '<p><label>B (oz) <input name="digits" pattern="[0-9]+"></label></p>'
+                        '<p><label>C (lb) <input name="step" type="number" step="0.1"></label></p>'
+                        '<p><label>D (lb) <input name="pattern" pattern="[0-9]+([.][0-9])?"></label></p>'
+                        '<p><label>E (lb) <input name="fine" type="number" step="0.001"></label></p>'
+                        '<p><label>F (lb) <input name="money" pattern="[0-9]+[.][0-9]{2}"></label></p>',
     "editable": lambda _: '<div contenteditable id="text">Weight:</div>',
     "number": lambda _: '<label>Weight (lb) <input name="stepped" type="number" min="0" max="70"'
                         ' step="0.1"></label><label>Letter (g) <input name="small" type="number"'
@@ -172,7 +254,9 @@ _BODIES = {
                        # Lists that the page has built itself.
                        '<p><label>F <input name="beside"></label><input role="combobox" readonly size="1">'
                        '<span>kg</span></p><div><label>G <input name="inside"></label>'
-                       '<input readonly size="4" value="kg"></div>',
+                       '<input readonly size="4" value="kg"></div>'
+                       '<p>H <input name="behind" size="4"> kg <input name="h1" size="4"> x'
+                       ' <input name="h2" size="4"> cm</p>',
     "limits": lambda _: '<textarea id="text" name="text" maxlength="10">Weight:</textarea>',
     "unwilling": lambda _: '<textarea id="text" name="text" oninput="this.value = \'Weight:\'">'
                            'Weight:</textarea>',
@@ -191,11 +275,18 @@ _BODIES = {
                        '<p><label>E <input name="mail" type="email"></label></p>'
                        # The last, as a browser's list of passwords covers what is below.
                        '<p><label>P <input name="password" type="password"></label></p>',
+    "closing": lambda _: _CLOSING,
+    "veiled": lambda version: '<label>Weight (kg) <input name="veiled"%s></label>' % (
+        ' style="opacity: 0"' if version > 1 else ""),
+    "doubled": lambda version: "<p><label>Weight <input></label></p>" * version,
+    "unaddressed": lambda _: _UNADDRESSED,
     "late": lambda _: _LATE,
     "single": lambda _: _SINGLE,
 }
 
 NAMES = tuple(_BODIES)
+# Whose next version is not the same with another look.
+_HAVE_VERSIONS = ("shop", "similar-later", "reworded", "veiled", "doubled")
 
 
 def page(path, query):
@@ -205,5 +296,16 @@ def page(path, query):
         return None
     version = int(query.get("version", ["1"])[0])
     language = "de" if name == "german" else "en"
+    body = _BODIES[name](version)
+    if version > 1 and name not in _HAVE_VERSIONS:
+        body = in_version_2(body)
     return (f'<!doctype html><html lang="{language}"><head><meta charset="utf-8"><title>{name}</title>'
-            f"</head><body>{_EVENTS}{_BODIES[name](version)}</body></html>")
+            f"</head><body>{_EVENTS}{body}</body></html>")
+
+
+def in_version_2(body):
+    """In another place, with another id and a word more in each label. A frame's page is in version 2 as
+    well."""
+    changed = (body.replace("<label>", "<label>Parcel: ").replace("/any/inner", "/any/inner?version=2")
+               .replace("<input ", f'<input id="new-{next(_visits)}-x" '))
+    return f'<main><div class="new"><h2>Your parcel</h2>{changed}</div></main>'

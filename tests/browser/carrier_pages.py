@@ -230,12 +230,14 @@ def _repainting(_):
 
 
 def _shows(query):
-    """Whatever is put into it, it shows the text in the query."""
+    """Whatever is put into one of its fields, that shows its own text of the query, in its language."""
     kind = html.escape(query.get("type", ["text"])[0])
-    return f'<input name="weight" step="any" type="{kind}">' + """
+    return "".join(
+        f'<p lang="{html.escape(language)}"><input name="weight{number or ""}" step="any" type="{kind}"'
+        f' data-text="{html.escape(text)}"></p>'
+        for number, (language, text) in enumerate(zip(query["lang"], query["text"], strict=True))) + """
 <script>
-    document.getElementsByName("weight")[0].addEventListener(
-        "input", ({target}) => { target.value = new URLSearchParams(location.search).get("text"); });
+    document.addEventListener("input", ({target}) => { target.value = target.dataset.text; });
 </script>
 """
 

@@ -86,7 +86,8 @@ class CarrierSite:
                 address = urllib.parse.urlsplit(self.path)
                 query = urllib.parse.parse_qs(address.query, keep_blank_values=True)
                 document = (carrier_pages.page(address.path, query)
-                            or framework_pages.page(address.path)
+                            or framework_pages.page(
+                                address.path, int(query.get("version", ["1"])[0]))
                             or any_pages.page(address.path, query))
                 script = framework_pages.script(address.path)
                 if document is None and script is None:

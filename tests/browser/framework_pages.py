@@ -60,8 +60,9 @@ _RATES = """
 """
 
 
-def page(path):
-    """The document, None if there is no such page: /frameworks/NAME[,NAME...] or /rates."""
+def page(path, version=1):
+    """The document, None if there is no such page: /frameworks/NAME[,NAME...] or /rates. In version 2 the
+    fields have another place."""
     if path == "/rates":
         return _document("rates", _RATES)
     names = path.removeprefix("/frameworks/").split(",")
@@ -71,6 +72,8 @@ def page(path):
                      for name, field in zip(names, FIELDS, strict=False))
     scripts = "".join(f'<script src="/frameworks/{each}.js"></script>'
                       for each in dict.fromkeys(SCRIPTS[name] for name in names))
+    if version > 1:
+        places = f"<main><h2>Your parcel</h2><div>{places}</div></main>"
     return _document(path, places + scripts)
 
 

@@ -4,7 +4,10 @@
 the browser asks. All of it goes through the X server, as from a mouse and a keyboard."""
 
 import contextlib
+import itertools
+import math
 import operator
+import time
 
 from waiting import wait_until
 
@@ -15,6 +18,8 @@ FRAME = "document.querySelector('iframe')"
 INSIDE_FRAME = 60, 25  # where the pages have the field
 
 _LARGE = 30000  # bytes of pixels; more than a tooltip has, and less than a menu
+
+_ANOTHER_CLICK = 6  # seconds, in which any menu comes
 
 _ALLOWED = {}  # sites by profile
 
@@ -38,6 +43,17 @@ class Hands:
         @param inside of a frame: where in it, from its left upper corner"""
         x, y = page.evaluate(_PLACE % (element, *inside))
         self._session.output_of("xdotool", "mousemove", str(x), str(y), "click", str(button))
+
+    def hover(self, page, element, inside=("null", "null")):
+        """A page that has just come knows of no pointer, and passes over what it does."""
+        steps = itertools.cycle((1, 0))  # as one that rests is told of once only
+
+        def is_known():
+            x, y = page.evaluate(_PLACE % (element, *inside))
+            self._session.output_of("xdotool", "mousemove", str(x + next(steps)), str(y))
+            return page.evaluate(f"{element}.matches(':hover')")
+
+        wait_until(is_known, f"the pointer on {element}")
 
     def focus(self, page, element):
         """A page that has just come takes no click at first."""
@@ -90,9 +106,9 @@ class Hands:
     @contextlib.contextmanager
     def menu(self, page, element, item, inside=("null", "null")):
         """The same; while the menu is open with the item, the caller goes on."""
+        self.hover(page, element, inside)
         before = self._windows()
-        self.click(page, element, button=3, inside=inside)
-        menu = wait_until(lambda: self._windows() - before, "the menu")
+        menu = self._open_menu(page, element, inside, before)
         # The extension's items are in a menu of their own, which is the last but for Chromium's
         # "Inspect".
         for _ in range(2 if self._browser.name == "chromium" else 1):
@@ -104,6 +120,19 @@ class Hands:
         yield
         self.press("Return")
         wait_until(lambda: not (self._windows() & menu), "the menu closed")
+
+    def _open_menu(self, page, element, inside, before):
+        """With a further click where the browser has passed over one, as a person would."""
+        clicked = -math.inf
+
+        def open_one():
+            nonlocal clicked
+            if time.monotonic() - clicked > _ANOTHER_CLICK:
+                self.click(page, element, button=3, inside=inside)
+                clicked = time.monotonic()
+            return self._windows() - before
+
+        return wait_until(open_one, "the menu")
 
     def always(self, page, element, site, inside=("null", "null")):
         """Chooses that item, and lets the extension into the site if the browser asks."""

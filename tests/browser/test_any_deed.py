@@ -5,10 +5,17 @@ the program has answered; and in which form it takes the weight."""
 
 from browser_harness import SLOW_START
 from hands import INSIDE_FRAME, PUT_ITEM
-from test_any_field import SHOP, AnyFieldTest, field
+from test_any_field import ONE_PAIR, SHOP, AnyFieldTest, field
 from waiting import wait_until
+from weight_stand_in import TEXTS
 
 FIRST_FRAME, SECOND_FRAME = (f"document.querySelectorAll('iframe')[{number}]" for number in (0, 1))
+# 227 g
+HALF_A_POUND = {"lb": "0.5", "oz": "8.01", "kg": "0.227", "g": "227", "lb oz": "0 9",
+                "exact": {"lb": "0.500449", "oz": "8.007189", "kg": "0.227", "g": "227"}}
+# 907.4 g
+TWO_POUNDS = {"lb": "2", "oz": "32.01", "kg": "0.907", "g": "907.4", "lb oz": "2 1",
+              "exact": {"lb": "2.000475", "oz": "32.007593", "kg": "0.9074", "g": "907.4"}}
 FOREIGN = ("This part of the page belongs to another site: right-click into the field and choose "
            "“Always put the weight here”")
 
@@ -137,6 +144,54 @@ class DeedTest(AnyFieldTest):
         self.put_by_key(field("pounds"), "2")
         self.page.evaluate(f"{field('ounces')}.remove()")
         self.put_by_key(field("pounds"), "2.205")
+
+    def test_rounded_once(self):
+        """What lies just above a step counts for the next one, though the text is on the step."""
+        self.addCleanup(self.program_end.weigh, TEXTS)
+        for texts, expected in (
+                (HALF_A_POUND, {"step": "0.6", "pattern": "0.6", "whole": "9", "digits": "9",
+                                "fine": "0.5", "money": "0.51"}),
+                (TWO_POUNDS, {"step": "2.1", "pattern": "2.1", "whole": "33", "digits": "33",
+                              "fine": "2", "money": "2.01"})):
+            self.program_end.weigh(texts)
+            self.page.go(f"{SHOP}/tenths?of={texts['g']}")
+            for name, text in expected.items():
+                with self.subTest(name, of=texts["g"]):
+                    self.put_by_key(field(name), text)
+
+    def test_a_pair_in_a_row_of_fields(self):
+        self.page.go(f"{SHOP}/rows")
+        for row in range(1, 8):
+            for half in "ab":
+                with self.subTest(row=row, half=half):
+                    self.page.evaluate("document.querySelectorAll('input').forEach("
+                                       "(each) => { each.value = ''; })")
+                    self.put_by_key(field(f"{half}{row}"), "2" if half == "a" else "4")
+                    self.assertEqual(self.page.evaluate(
+                        "Object.fromEntries([...document.querySelectorAll('input')]"
+                        ".filter(({value}) => value !== '').map(({name, value}) => [name, value]))"),
+                        {f"a{row}": "2", f"b{row}": "4"})
+
+    def test_a_pair_in_two_shadow_trees(self):
+        self.page.go(f"{SHOP}/apart")
+        for row in (1, 2, 3):
+            for half in "ab":
+                with self.subTest(row=row, half=half):
+                    self.page.evaluate("Object.values(boxed).forEach((each) => { each.value = ''; })")
+                    self.put_by_key(f"boxed.{half}{row}", "2" if half == "a" else "4")
+                    self.assertEqual([self.value(f"boxed.{each}{row}") for each in "ab"], ["2", "4"])
+
+    def test_both_halves_stand_there_at_once(self):
+        for page, total in {"total": " 36 36", "record": '{"a":"2","b":"4"}'}.items():
+            with self.subTest(page):
+                self.page.go(f"{SHOP}/{page}")
+                self.hands.focus(self.page, field("a"))
+                self.hands.press_put_key()
+                self.wait_for_badge("2 lb 4 oz")
+                self.assertEqual([self.value(field(each)) for each in "ab"], ["2", "4"])
+                self.assertEqual(self.page.evaluate("document.getElementById('total').textContent"),
+                                 total)
+                self.assertEqual(self.events(), {"a": ONE_PAIR, "b": ONE_PAIR})
 
     def test_a_page_that_makes_its_field_anew(self):
         self.page.go(f"{SHOP}/anew")

@@ -83,7 +83,8 @@ class CursorTest(AnyFieldTest):
     def test_words_that_look_like_units(self):
         self.page.go(f"{SHOP}/words")
         for name, text in {"example": "2.205", "gross": "1", "glued": "1",
-                           "sized": "2.205", "limited": "1", "beside": "1", "inside": "1"}.items():
+                           "sized": "2.205", "limited": "1", "beside": "1", "inside": "1",
+                           "behind": "1"}.items():
             with self.subTest(name):
                 self.put_by_key(field(name), text)
 
@@ -181,7 +182,11 @@ class CursorTest(AnyFieldTest):
         self.addCleanup(self.program_end.answer.update, state="settled", texts=TEXTS)
         for state, words in {"moving": "The weight is still moving",
                              "no scale": "No scale is connected",
-                             "empty": "Nothing is on the pan"}.items():
+                             "empty": "Nothing is on the pan",
+                             "below zero": "Below zero: empty the pan and press Tare",
+                             "held": "The weight is held: end Hold first",
+                             "silent": "The scale does not answer",
+                             "unclear": "The scale shows no weight"}.items():
             with self.subTest(state):
                 self.program_end.answer.update(state=state)
                 self.hands.press_put_key()

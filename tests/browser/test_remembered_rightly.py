@@ -10,6 +10,7 @@ from hands import ALWAYS_ITEM, FRAME, INSIDE_FRAME
 from remembering import HEAVIER, LIGHTER, NO_MORE, SITE, RememberingTest
 from test_any_field import ONE_PAIR, SHOP, field
 from waiting import wait_until
+from weight_stand_in import TEXTS
 
 INPUT = "document.querySelector('input')"
 NO_UNIT = "Not remembered: neither the field nor the scale says a unit for it"
@@ -120,6 +121,15 @@ class InBetweenTest(RememberingTest):
         self.program_end.is_resting = False
         self.weigh(LIGHTER, field("shipWeight"), "0.5")
 
+    def test_what_was_put_there_is_no_news(self):
+        self.page.go(f"{SHOP}/shop")
+        self.put_by_key(field("shipWeight"), "1")
+        self.remember(field("shipWeight"))
+        self.pass_readings(TEXTS)
+        self.assertEqual(self.events(), {"shipWeight": ONE_PAIR})
+        self.weigh(HEAVIER, field("shipWeight"), "2")
+        self.assertEqual(self.events(), {"shipWeight": 2 * ONE_PAIR})
+
     def test_a_field_that_is_hidden_for_a_while(self):
         self.fill()
         self.page.evaluate("void (document.forms[0].style.display = 'none')")
@@ -143,6 +153,29 @@ class InBetweenTest(RememberingTest):
             wait_until(lambda: self.page.evaluate(
                 f"({field('appWeight')} === undefined) === {json.dumps(view == 'toOrders')}"), view)
         self.weigh(LIGHTER, field("appWeight"), "0.5")
+
+    def test_the_next_parcel_of_the_same_weight(self):
+        """In a frame, which does not see that the form around it was sent."""
+        self.addCleanup(self.program_end.answer.pop, "parcel", None)
+        for page, site in {"next": SITE, "next-other": "www.market.example"}.items():
+            with self.subTest(page):
+                self.program_end.answer["parcel"] = 1
+                self.program_end.weigh(HEAVIER)
+                self.page.go(f"{SHOP}/{page}")
+                self.hands.focus_frame(self.page)
+                self.hands.always(self.page, FRAME, site, INSIDE_FRAME)
+                self.wait_for_framed("2")
+                self.pass_readings(HEAVIER)
+                self.hands.click(self.page, "document.getElementById('next')")
+                self.pass_readings(HEAVIER)
+                self.assertEqual(self.events(), {"framedWeight": ONE_PAIR})
+                self.program_end.answer["parcel"] = 2
+                wait_until(lambda: self.events() == {"framedWeight": 2 * ONE_PAIR},
+                           "the weight of the next parcel", SLOW_START)
+                # It is there already, and no news.
+                self.program_end.answer["parcel"] = 3
+                self.pass_readings(HEAVIER)
+                self.assertEqual(self.events(), {"framedWeight": 2 * ONE_PAIR})
 
     def test_the_worker_ends(self):
         if self.browser.name == "firefox":
@@ -179,6 +212,25 @@ class SiteTest(RememberingTest):
                 self.wait_for_badge(NO_UNIT)
                 self.hands.note_given_back()
                 self.assertFalse(self.is_allowed())
+
+    def test_a_site_is_known_as_soon_as_it_is_allowed(self):
+        """As one that was asked for a field alone: the extension may end before the field is kept."""
+        site = f"known.{SITE}"
+        self.addCleanup(setattr, self.program_end, "is_slow", False)
+        self.page.go(f"https://{site}/any/similar-later")
+        self.program_end.is_slow = True
+        self.hands.always(self.page, field("gross"), site)
+        self.program_end.wait_until_asked()
+        options = self.options_page()
+        self.assertEqual(options.evaluate(
+            "(globalThis.browser ?? chrome).storage.local.get('fieldSites')"), {"fieldSites": [site]})
+        options.close()
+        if self.browser.name == "chromium":
+            self.browser.end_worker()
+        self.program_end.is_slow = False
+        self.page.go(f"https://{site}/any/similar-later?visit=2")
+        self.put_by_key(field("gross"), "2.205")
+        self.assertNotIn(site, str(self.program_end.heard))
 
     def test_a_site_that_is_refused(self):
         site = "refused.shop.example"

@@ -62,7 +62,7 @@ class StoreTest(unittest.TestCase):
                      *(name for each in own.get("content_scripts", []) for name in each["js"]),
                      *(f"anyfield/{name}.js" for name in (
                          "aim", "field", "fit", "follow", "list", "put", "puts", "recipes", "signs",
-                         "text", "write"))}
+                         "text", "unit", "write"))}
             with zipfile.ZipFile(archive(browser)) as opened:
                 self.assertLessEqual(named, set(opened.namelist()))
 

@@ -69,8 +69,17 @@ class WeightStandIn:
         return [message["weight"] for message in self.heard if "weight" in message]
 
     def wait_until_followed(self):
-        wait_until(self._is_followed,
+        wait_until(self.is_followed,
                    lambda: f"a field that follows; heard {self.heard}")
+
+    def is_followed(self):
+        """By the extension's worker of now."""
+        for message in reversed(self.heard):
+            if "hello" in message:
+                return False
+            if message.get("weight") in ("follow", "stop"):
+                return message["weight"] == "follow"
+        return False
 
     def is_quiet(self, seconds):
         """Nothing is said for so long."""
@@ -81,15 +90,6 @@ class WeightStandIn:
     def _send(self, message):
         self.said.append(message)
         self._stream.send(message)
-
-    def _is_followed(self):
-        """By the extension's worker of now."""
-        for message in reversed(self.heard):
-            if "hello" in message:
-                return False
-            if message.get("weight") in ("follow", "stop"):
-                return message["weight"] == "follow"
-        return False
 
     def _greet(self):
         self._connection, _ = self._server.accept()
@@ -107,7 +107,7 @@ class WeightStandIn:
     def _listen(self):
         while True:
             while not select.select([self._stream], [], [], _RHYTHM)[0]:
-                if self._is_followed() and not self.is_resting:
+                if self.is_followed() and not self.is_resting:
                     self._send({"weight": self.answer | {"news": True}})
             message = self._stream.receive()
             self.heard.append(message)

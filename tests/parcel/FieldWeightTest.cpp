@@ -75,6 +75,44 @@ private slots:
         QVERIFY(!weight.isNews);
     }
 
+    /// What lies just above a step is not below it.
+    void exact_data()
+    {
+        QTest::addColumn<FieldWeightFacts>("facts");
+        QTest::addColumn<QString>("numbers");
+        const auto row = [](const char *name, const FieldWeightFacts &facts, const char *numbers) {
+            QTest::newRow(name) << facts << QString::fromLatin1(numbers);
+        };
+        row("1000 g", weighing(1000, 0, WeightUnit::Gram), "2.204623 35.273962 1 1000");
+        row("a bit above half a pound", weighing(227, 0, WeightUnit::Gram),
+            "0.500449 8.007189 0.227 227");
+        row("35.2 oz", weighing(352, -1, WeightUnit::Ounce), "2.2 35.2 0.997903 997.903214");
+        row("a mountain", weighing(1234567, 8, WeightUnit::Gram),
+            "272175433638.79776 4354806938220.764163 123456700000 123456700000000");
+        FieldWeightFacts up = weighing(1000, 0, WeightUnit::Gram);
+        up.rounding = ExportRounding::UpToWhole;
+        row("rounded up", up, "3 36 1 1000");
+    }
+
+    void exact()
+    {
+        QFETCH(const FieldWeightFacts, facts);
+        QFETCH(const QString, numbers);
+        const UnitNumbers exact = fieldWeight(settledOnPan(), facts).exact;
+        const QStringList listed{exact.pounds, exact.ounces, exact.kilograms, exact.grams};
+        QCOMPARE(listed.join(QLatin1Char(' ')), numbers);
+    }
+
+    void whichParcel()
+    {
+        ReadingNotes notes = settledOnPan();
+        notes.parcel = 3;
+        const FieldWeightFacts facts = weighing(1000, 0, WeightUnit::Gram);
+        QCOMPARE(fieldWeight(notes, facts).parcel, std::optional(3));
+        notes.state = SettledWeight::State::Settling;
+        QCOMPARE(fieldWeight(notes, facts).parcel, std::nullopt);
+    }
+
     /// Such as a tael, which is Hong Kong's or China's.
     void whatCannotBeConverted()
     {

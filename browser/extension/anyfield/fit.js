@@ -33,19 +33,24 @@
         return element.willValidate && element.form?.noValidate === false ? '1' : null;
     }
 
-    function onStep(text, element) {
+    const isMultiple = (number, step) => Math.abs(number / step - Math.round(number / step)) < tiny;
+
+    function onStep({text, exact, decimals}, element) {
         const step = stepOf(element);
         if (step === null)
             return text;
         // Where the steps begin.
         const base = [element.min, element.defaultValue].find(isNumber) ?? '0';
-        const steps = Math.ceil((Number(text) - Number(base)) / Number(step) - tiny);
-        const decimals = Math.max(decimalsIn(step), decimalsIn(base));
-        return String(Number((Number(base) + steps * Number(step)).toFixed(decimals)));
+        // All that the program writes is on a step.
+        if (isMultiple(10 ** -decimals, Number(step)) && isMultiple(Number(base), Number(step)))
+            return text;
+        const steps = Math.ceil((Number(exact) - Number(base)) / Number(step) - tiny);
+        const places = Math.max(decimalsIn(step), decimalsIn(base));
+        return String(Number((Number(base) + steps * Number(step)).toFixed(places)));
     }
 
-    function fitInNumber(text, element) {
-        const stepped = onStep(text, element);
+    function fitInNumber(number, element) {
+        const stepped = onStep(number, element);
         if (element.max !== '' && Number(stepped) > Number(element.max))
             return {why: `This field takes ${element.max} at most`};
         if (element.min !== '' && Number(stepped) < Number(element.min))
@@ -82,29 +87,34 @@
         }
     }
 
-    /** With fewer decimals, if it must. */
-    function fitInText(text, element) {
+    /** With fewer decimals, if it must: which it takes, a number that has them all shows. */
+    function fitInText({text, exact, decimals: most}, element) {
         const point = pointFor(element);
         const pattern = patternOf(element);
         const longest = element.maxLength > 0 ? element.maxLength : Infinity;
         const fits = (candidate) => candidate.length <= longest && pattern.test(candidate);
         const otherMark = point === ',' ? '.' : ',';
         const points = mayGroup(pattern, otherMark) ? [point] : [point, otherMark];
-        for (let decimals = decimalsIn(text); decimals >= 0; --decimals) {
-            const number = roundedUp(Number(text), decimals);
-            const candidate = points.map((each) => number.replace('.', each)).find(fits);
-            if (candidate)
-                return {text: candidate};
+        for (let decimals = most; decimals >= 0; --decimals) {
+            const number = decimals === most ? text : roundedUp(Number(exact), decimals);
+            const whole = Number(number).toFixed(decimals);
+            for (const mark of points) {
+                const [short, long] = [number, whole].map((each) => each.replace('.', mark));
+                if (fits(long))
+                    return {text: fits(short) ? short : long};
+            }
         }
         return {why: 'The weight does not fit into this field'};
     }
 
-    /** @param text a number as scripts spell it
+    /** @param number as the program writes it, as scripts spell it: {text}, with the most decimals that
+     *  it writes in this unit, and {exact}, with more of them, from which fewer are made
      *  @returns {text} as it is to be written, or {why} not */
-    function fit(text, element) {
+    function fit({text, exact = text, decimals}, element) {
         if (fields.isFreeText(element))
             return {text: fields.isCommaDecimal(element) ? text.replace('.', ',') : text};
-        return element.type === 'number' ? fitInNumber(text, element) : fitInText(text, element);
+        const number = {text, exact, decimals};
+        return element.type === 'number' ? fitInNumber(number, element) : fitInText(number, element);
     }
 
     /** Whether the field shows the number still, in whatever form. @param text as it was written */

@@ -19,11 +19,11 @@
 
     let recipes = [];
     let quiet = false;
-    let latest = null; // what came of the scale, and when
+    let latest = null; // what came of the scale, of which settled parcel, if it has settled, and when
     let deeds = 0; // of the person in the page: what it shows after one may be another parcel's
 
-    /** By recipe: the text that was told last, in which element, before which deed, and what the page
-     *  made of it. */
+    /** By recipe: the text that was told last, of which parcel, in which element, before which deed, and
+     *  what the page made of it. */
     const told = new Map();
 
     // Finding the fields
@@ -100,11 +100,16 @@
 
     // Writing
 
-    /** The same number is told once more only if the person has been here since, and it is gone. */
+    /** The same number is told once more only if the person has been here since, or has put on another
+     *  parcel, and it is gone. What was done around a frame is not seen in it, but the parcel is. */
     function isNews(last, {element, text}) {
-        if (!last || last.text !== text)
+        if (!last)
+            return !fields.isPut?.(element, text);
+        if (last.text !== text)
             return true;
-        if (last.deeds === deeds)
+        // It was told while the weight was moving still.
+        last.parcel ??= latest.parcel;
+        if (last.deeds === deeds && last.parcel === (latest.parcel ?? last.parcel))
             return false;
         return element.value !== last.held || last.element !== element;
     }
@@ -131,14 +136,13 @@
         const wanted = why ? {element, text: why} : {element, text: fields.words(parts, unit)};
         if (!isNews(told.get(recipe.id), wanted))
             return;
-        const entry = {...wanted, deeds, held: element.value};
+        const entry = {...wanted, parcel: latest.parcel, deeds, held: element.value};
         told.set(recipe.id, entry);
-        port?.postMessage({told: [[recipe.id, wanted.text]]});
+        port?.postMessage({told: [[recipe.id, {text: wanted.text, parcel: latest.parcel}]]});
         isDeedKnown = false;
         if (why)
             return fields.say(`${why} (${unit})`, {trouble: true});
-        for (const part of parts)
-            fields.write(part.element, part.text, {quiet});
+        fields.write(parts, {quiet});
         fields.afterPage(() => {
             entry.held = element.value;
             fields.sayOutcome(parts, wanted.text);
@@ -159,8 +163,8 @@
         reported = '';
         // What the page that loaded itself anew was told; one that was kept knows better.
         if (told.size === 0) {
-            for (const [id, text] of message.told ?? [])
-                told.set(id, {text, element: null, deeds: 0, held: null});
+            for (const [id, last] of message.told ?? [])
+                told.set(id, {...last, element: null, deeds: 0, held: null});
         }
         if (recipes.length === 0) {
             observer.disconnect();
@@ -185,7 +189,8 @@
                 writeLatest();
             }
             if (message.texts && recipes.length > 0) {
-                latest = {texts: message.texts, time: performance.now(), told: new Set()};
+                const {texts, parcel} = message;
+                latest = {texts, parcel, time: performance.now(), told: new Set()};
                 writeAll();
             }
         });

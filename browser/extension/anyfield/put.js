@@ -62,13 +62,20 @@
         const {parts, why} = fields.partsFor(element, unit, texts);
         if (fields.isFreeText(element) && !why)
             return putIntoText(element, `${parts[0].text} ${unit}`, {unit, first});
-        last = {element, time: performance.now(), unit, first};
+        const deed = {element, time: performance.now(), unit, first};
+        last = deed;
         if (why)
             return fields.say(`${why} (${unit})`, {trouble: true});
-        for (const part of parts)
-            fields.write(part.element, part.text);
-        fields.afterPage(() => fields.sayOutcome(parts, fields.words(parts, unit)));
+        fields.write(parts);
+        fields.afterPage(() => {
+            Object.assign(deed, {words: fields.words(parts, unit), held: element.value});
+            fields.sayOutcome(parts, deed.words);
+        });
     }
+
+    /** Whether the person has put just that there, and it is there still. */
+    const isPut = (element, words) => last.element === element && last.words === words &&
+                                      last.held === element.value;
 
     /** In place of what the same deed has written just before. */
     function putIntoText(element, text, chosen) {
@@ -109,5 +116,5 @@
                 unit: chosen ?? (fields.pairOf(element) ? 'lb oz' : fields.unitOf(element))};
     }
 
-    Object.assign(fields, {put, describe});
+    Object.assign(fields, {put, isPut, describe});
 })();

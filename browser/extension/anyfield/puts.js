@@ -5,8 +5,8 @@
 // extension into the page by that very deed, and into no other.
 'use strict';
 
-const putScripts = ['numbers.js', ...['field.js', 'fit.js', 'signs.js', 'write.js', 'text.js', 'put.js', 'aim.js']
-    .map((name) => `anyfield/${name}`)];
+const putScripts = ['numbers.js', ...['field.js', 'unit.js', 'fit.js', 'signs.js', 'write.js', 'text.js',
+    'put.js', 'aim.js'].map((name) => `anyfield/${name}`)];
 const linkPatience = 2000; // ms; for the program, which may not run
 const answerPatience = 5000; // for its answer
 const toolbarTime = 4000;

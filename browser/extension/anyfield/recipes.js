@@ -5,8 +5,8 @@
 // page, and told to no one.
 'use strict';
 
-const followScripts = ['numbers.js', ...['field.js', 'fit.js', 'signs.js', 'write.js', 'follow.js']
-    .map((name) => `anyfield/${name}`)];
+const followScripts = ['numbers.js', ...['field.js', 'unit.js', 'fit.js', 'signs.js', 'write.js',
+    'follow.js'].map((name) => `anyfield/${name}`)];
 const followers = 'any-field-followers';
 const toldTime = 10000; // ms; within which a page that loads itself anew is back
 
@@ -134,8 +134,8 @@ function listenForFollowers() {
 }
 
 function toldBefore(tab, origin) {
-    const {time, texts} = toldOfTab.get(tab) ?? {};
-    return performance.now() - time < toldTime ? [...(texts.get(origin) ?? [])] : [];
+    const {time, told} = toldOfTab.get(tab) ?? {};
+    return performance.now() - time < toldTime ? [...(told.get(origin) ?? [])] : [];
 }
 
 async function addFollower(port) {
@@ -164,9 +164,9 @@ function hearFollower({told, deed, found, seen}, {port, tab, origin}) {
     if (deed)
         toldOfTab.delete(tab);
     if (told) {
-        const {texts} = toldOfTab.get(tab) ?? {texts: new Map()};
-        texts.set(origin, new Map([...(texts.get(origin) ?? []), ...told]));
-        toldOfTab.set(tab, {time: performance.now(), texts});
+        const {told: all} = toldOfTab.get(tab) ?? {told: new Map()};
+        all.set(origin, new Map([...(all.get(origin) ?? []), ...told]));
+        toldOfTab.set(tab, {time: performance.now(), told: all});
     }
     if (!found || !following.has(port))
         return;
@@ -211,9 +211,9 @@ function subscribe() {
         send({weight: isWanted ? 'follow' : 'stop'});
 }
 
-function passOnWeight({texts}) {
+function passOnWeight({texts, parcel}) {
     for (const [port, page] of following) {
         if (texts && isInFront(page))
-            port.postMessage({texts});
+            port.postMessage({texts, parcel});
     }
 }

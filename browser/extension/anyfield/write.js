@@ -15,6 +15,9 @@
     const goodColor = '#1a7f37';
     const troubleColor = '#b35900';
 
+    /** Of what the program writes. */
+    const mostDecimals = {'lb oz': 0, lb: 3, oz: 2, kg: 3, g: 1};
+
     let badge = null;
     let badgeEnd = 0;
 
@@ -48,13 +51,18 @@
         port2.postMessage(null);
     }
 
-    /** As the browser would, had it been typed: one event of each kind. */
-    function write(element, text, {quiet = false} = {}) {
-        element.value = text;
-        if (quiet)
-            return;
-        element.dispatchEvent(new Event('input', {bubbles: true, composed: true}));
-        element.dispatchEvent(new Event('change', {bubbles: true}));
+    /** As the browser would, had it been typed: one event of each kind. Where there are two fields, both
+     *  hold their numbers before the page is told of the first: it may work with either then. */
+    function write(parts, {quiet = false} = {}) {
+        for (const {element, text} of parts)
+            element.value = text;
+        for (const {element, text} of quiet ? [] : parts) {
+            // A page that keeps a record of its own puts back what it was not told of yet.
+            if (!fields.shows(element, text))
+                element.value = text;
+            element.dispatchEvent(new Event('input', {bubbles: true, composed: true}));
+            element.dispatchEvent(new Event('change', {bubbles: true}));
+        }
     }
 
     /** What the page has made of it. @param whole the words where it is as it was written */
@@ -66,16 +74,15 @@
     }
 
     /** One number for one field, or two for a pair: [{element, text}], as they are to be written.
+     *  @param unit "lb oz" only of a field that is half of a pair
      *  @returns {parts} or {why} not */
     function partsFor(element, unit, texts) {
-        const pair = unit === 'lb oz' ? fields.pairOf(element) : null;
-        if (unit === 'lb oz' && !pair)
-            return {why: 'Pounds and ounces need two fields'};
-        const numbers = pair ? texts['lb oz'].split(' ') : [texts[unit]];
+        const halves = unit === 'lb oz' ? fields.pairOf(element) : [element];
+        const numbers = unit === 'lb oz' ? texts['lb oz'].split(' ') : [texts[unit]];
         if (numbers.some((number) => typeof number !== 'string'))
             return {why: 'The scale has no weight in this unit'};
-        const parts = (pair ?? [element]).map((each, index) =>
-            ({element: each, ...fields.fit(numbers[index], each)}));
+        const parts = halves.map((each, index) => ({element: each, ...fields.fit(
+            {text: numbers[index], exact: texts.exact?.[unit], decimals: mostDecimals[unit]}, each)}));
         const why = parts.find((part) => part.why)?.why;
         return why ? {why} : {parts};
     }

@@ -26,9 +26,12 @@ endfunction()
 foreach(browser chromium firefox)
   postal_scale_npm_browser_test(${browser} pages "" frameworks options private)
   postal_scale_npm_browser_test(${browser} any_field "" any_field
-    untouched.UntouchedTest.test_what_asking_says any_weight
+    untouched.UntouchedTest.test_what_asking_says any_weight.AnyWeightTest
     remembered.RememberedTest.test_from_now_on)
   postal_scale_npm_browser_test(${browser} every_field Endurance untouched remembered)
+  postal_scale_npm_browser_test(${browser} every_kind Endurance any_table any_weight.NoWeightTest)
+  # Three minutes on a machine that does nothing else.
+  set_property(TEST browser_every_kind_${browser} PROPERTY TIMEOUT 900)
   postal_scale_browser_test(${browser} every_deed Endurance 1 any_deed remembered_rightly)
 endforeach()
 

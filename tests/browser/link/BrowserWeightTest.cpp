@@ -23,8 +23,13 @@ BrowserWeight kilogram()
                                .grams = QStringLiteral("1000"),
                                .wholePounds = QStringLiteral("2"),
                                .restOunces = QStringLiteral("4")},
+            .exact = {.pounds = QStringLiteral("2.204623"),
+                      .ounces = QStringLiteral("35.273962"),
+                      .kilograms = QStringLiteral("1"),
+                      .grams = QStringLiteral("1000")},
             .unit = QStringLiteral("lb"),
-            .age = 120ms};
+            .age = 120ms,
+            .parcel = 3};
 }
 
 QJsonObject weightIn(const std::optional<QJsonObject> &message)
@@ -70,7 +75,8 @@ private slots:
             QJsonDocument::fromJson(browserWeightMessage(kilogram())).object();
         QCOMPARE(object.keys(), QStringList(QStringLiteral("weight")));
         const QByteArray expected =
-            R"({"age":120,"news":false,"state":"settled","texts":{"g":"1000","kg":"1","lb":"2.205",)"
+            R"({"age":120,"news":false,"parcel":3,"state":"settled","texts":{"exact":{"g":"1000",)"
+            R"("kg":"1","lb":"2.204623","oz":"35.273962"},"g":"1000","kg":"1","lb":"2.205",)"
             R"("lb oz":"2 4","oz":"35.27"},"unit":"lb"})";
         QCOMPARE(QJsonDocument(weightIn(object)).toJson(QJsonDocument::Compact), expected);
         QVERIFY(!parseBrowserMessage(browserWeightMessage(kilogram())));
