@@ -315,6 +315,13 @@
         port.postMessage({deed: true});
     }
 
+    /** Chromium does not always tell the extension that another program's window had the focus, and
+     *  then not that its own has it again. */
+    function noteFocus(event) {
+        if (event.isTrusted && event.target === window)
+            port?.postMessage({focused: true});
+    }
+
     // The page may send such events as well, but has no say in this.
     function leave(event) {
         if (!event.isTrusted)
@@ -345,6 +352,7 @@
     // A page that is left may be kept, and shown again as it was.
     addEventListener('pagehide', leave, {capture: true});
     addEventListener('pageshow', enter, {capture: true});
+    addEventListener('focus', noteFocus, {capture: true});
     for (const move of ['scroll', 'resize'])
         addEventListener(move, removeOutlines, {capture: true, passive: true});
     // Not a reset, which a page's script may do as well: a person's comes of a click or a key.

@@ -154,6 +154,12 @@ class BrowserTest(unittest.TestCase):
     def bring_to_front(self, title):
         """As a click on the window would."""
         self.session.output_of("wmctrl", "-a", title)
+        wait_until(lambda: title in self.window_in_front(), f"{title} in front")
+
+    def window_in_front(self):
+        """Its title; none while the focus goes from one to the other."""
+        return subprocess.run(["xdotool", "getactivewindow", "getwindowname"], check=False, text=True,
+                              env=self.session.environment, capture_output=True).stdout
 
     def close_alert(self, title):
         """Of the page with this title, as a person would."""

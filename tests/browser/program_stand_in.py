@@ -8,7 +8,7 @@ import select
 import socket
 
 from message_stream import MessageStream
-from waiting import PATIENCE
+from waiting import PATIENCE, wait_until
 
 PROTOCOL = 2
 
@@ -40,13 +40,20 @@ class ProgramStandIn:
         self._server.close()
         os.unlink(self._path)
 
+    def open(self, page, url, host):
+        """In the browser's page, from a blank one: what comes of the same address is another matter."""
+        page.go("about:blank")
+        page.go(url)
+        wait_until(lambda: self._answers(host), f"{url} linked", 3 * PATIENCE)
+
     def wait_for_page(self, host):
-        """And for the end of everything that was said before."""
+        """That comes by itself. And for the end of everything that was said before."""
         while not (self.page and self.page["host"] == host) or self.has_more_to_read():
             self._take()
 
-    def has_more_to_read(self):
-        return bool(select.select([self._stream], [], [], _QUIET)[0])
+    def has_more_to_read(self, within=_QUIET):
+        """@param within in seconds"""
+        return bool(select.select([self._stream], [], [], within)[0])
 
     def fill(self, *steps):
         """The numbers of fields written and of those changed by the page; None if it was gone."""
@@ -70,6 +77,12 @@ class ProgramStandIn:
             message = self._take()
             if "ran" in message and message["ran"]["id"] == self._last_run:
                 return message["ran"]
+
+    def _answers(self, host):
+        """Whether the page last heard of is there still, and of that host."""
+        while self.has_more_to_read(0):
+            self._take()
+        return self.page and self.page["host"] == host and self.fill() is not None
 
     def _take(self):
         message = self._stream.receive()

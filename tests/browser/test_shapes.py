@@ -46,8 +46,7 @@ class ShapesTest(BrowserTest):
     def setUp(self):
         self.stand_in = ProgramStandIn(self.session)
         self.addCleanup(self.stand_in.close)
-        self.page.go(UPS + "/shapes")
-        self.stand_in.wait_for_page("www.ups.com")
+        self.stand_in.open(self.page, UPS + "/shapes", "www.ups.com")
 
     def value(self, name="weight"):
         return self.values(self.page, [name])[name]
@@ -138,8 +137,7 @@ class ShapesTest(BrowserTest):
     def test_navigation_during_a_fill(self):
         """The plan is for a page that is not there any more."""
         left = self.stand_in.page
-        self.page.go("https://www.usps.com/shapes")
-        self.stand_in.wait_for_page("www.usps.com")
+        self.stand_in.open(self.page, "https://www.usps.com/shapes", "www.usps.com")
         entered, self.stand_in.page = self.stand_in.page, left
         self.assertIsNone(self.stand_in.fill(f"{BOX}=5"))
         self.assertEqual(self.value(), "")
@@ -195,9 +193,7 @@ class NextProgramTest(BrowserTest):
         self.site.hold_slow_pages()
         self.addCleanup(self.site.answer_slow_pages)
         self.stand_in = ProgramStandIn(self.session)
-        self.page.go("about:blank")
-        self.page.go(UPS + "/waiting")
-        self.stand_in.wait_for_page("www.ups.com")
+        self.stand_in.open(self.page, UPS + "/waiting", "www.ups.com")
 
     def start_next_program(self):
         """While the page is busy with the last plan of this one."""

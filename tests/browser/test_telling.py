@@ -45,10 +45,7 @@ class TellingTest(BrowserTest):
         self.addCleanup(self.stand_in.close)
 
     def open(self, path):
-        # A page that comes of one of the same address is another matter.
-        self.page.go("about:blank")
-        self.page.go(UPS + path)
-        self.stand_in.wait_for_page("www.ups.com")
+        self.stand_in.open(self.page, UPS + path, "www.ups.com")
 
     def weigh(self, number, readings=1):
         """As UPS gets it: first in whole pounds. Returns the last answer."""

@@ -21,14 +21,17 @@ ROW_05 = 1 + 1 * 9 + 1 * 27
 
 
 class TranscriptTest(BrowserTest):
-    def setUp(self):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
         lines = subprocess.run([harness.binaries() / "browser-plan-cases"], check=True,
                                stdout=subprocess.PIPE, text=True).stdout.splitlines()
-        self.steps = lines[0]
-        every = lines[1:]
-        self.assertGreater(len(every), 70000)
+        cls.steps = lines[0]
+        cls.every = lines[1:]
         first = FIRST[os.environ["POSTAL_SCALE_BROWSER"]]
-        self.cases = [[int(number) for number in line.split()] for line in every[first::SHARE]]
+        cls.cases = [[int(number) for number in line.split()] for line in cls.every[first::SHARE]]
+
+    def setUp(self):
         self.page.go("https://www.shop.example/transcript")
 
     def call(self, function):
@@ -39,6 +42,7 @@ class TranscriptTest(BrowserTest):
         return self.call(f"eval({json.dumps(f'compare({self.steps}, {json.dumps(cases)})')})")
 
     def test_every_state_of_the_page(self):
+        self.assertGreater(len(self.every), 70000)
         for start in range(0, len(self.cases), CASES_AT_ONCE):
             some = self.cases[start:start + CASES_AT_ONCE]
             self.assertEqual(self.compare(some), len(some))

@@ -9,18 +9,32 @@ POUNDS = "packageBean.weight"
 
 
 class TwoBrowsersTest(BrowserTest):
-    def test_the_focus_decides(self):
+    def setUp(self):
         self.start_program(settings=ALL_CARRIERS)
+        self.addCleanup(self.program.kill)
         other_browser = Surroundings.shared.start_browser("firefox")
         self.addCleanup(other_browser.close)
-        pages = {"one": self.page, "other": other_browser.first_page()}
-        for title, page in pages.items():
+        self.pages = {"one": self.page, "other": other_browser.first_page()}
+        for title, page in self.pages.items():
             page.go(f"{UPS}?title={title}")
+
+    def weigh_in_turns(self):
         for pounds, title in enumerate(("one", "other", "one"), 1):
             self.bring_to_front(title)
             # By then the program knows of it.
-            self.wait_for_values(pages[title], {POUNDS: str(pounds - 1)})
+            self.wait_for_values(self.pages[title], {POUNDS: str(pounds - 1)})
             self.program.scale.tell(f"weight {pounds * 454}")
-            self.wait_for_values(pages[title], {POUNDS: str(pounds)})
-            behind = next(page for name, page in pages.items() if name != title)
+            self.wait_for_values(self.pages[title], {POUNDS: str(pounds)})
+            behind = next(page for name, page in self.pages.items() if name != title)
             self.assertNotEqual(self.values(behind, [POUNDS]), {POUNDS: str(pounds)})
+
+    def test_the_focus_decides(self):
+        self.weigh_in_turns()
+
+    def test_the_focus_decides_after_clicks_into_the_pages(self):
+        """Chromium then tells nothing of another program's window between two of its own."""
+        for title, page in self.pages.items():
+            self.bring_to_front(title)
+            page.evaluate("void (document.body.id = 'body')")
+            page.click("body")
+        self.weigh_in_turns()

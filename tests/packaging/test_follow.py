@@ -8,6 +8,7 @@ import json
 import os
 import socket
 import subprocess
+from datetime import datetime
 
 import harness
 from follower import FollowTest, Follower
@@ -18,6 +19,16 @@ from waiting import wait_until
 RESTARTS = 10
 PEERS = 16
 MOST_FOLLOWERS = 32
+SIGN_OF_LIFE = 10  # seconds without a line
+
+
+def first_repeated(reports):
+    """The first two in a row that tell the same, or None."""
+    def told(report):
+        return {key: value for key, value in report.items() if key not in ("count", "time", "age")}
+
+    return next(((one, other) for one, other in zip(reports, reports[1:])
+                 if told(one) == told(other)), None)
 
 
 class FollowWindowTest(FollowTest):
@@ -52,18 +63,14 @@ class FollowWindowTest(FollowTest):
 
     def test_a_steady_weight_is_one_line_and_then_a_sign_of_life(self):
         follower = self.follow()
-        follower.wait_for(settled=True)
-        mark = follower.lines.mark()
-        polls = self.program.log.mark()
-        wait_until(lambda: follower.lines.mark() > mark, "a sign of life")
-        self.assertGreaterEqual(len(self.program.log.since(polls, "readData$")), 10)
-        first, latest = follower.reports(mark - 1)[:2]
+        # A machine that has no time for the scale makes a line of that too.
+        first, latest = wait_until(lambda: first_repeated(follower.reports()), "a sign of life", 120)
+        self.assertTrue(first["settled"])
         self.assertEqual(latest["count"], first["count"] + 1)
-        self.assertLess(latest["age"], 10)
+        between = datetime.fromisoformat(latest["time"]) - datetime.fromisoformat(first["time"])
+        self.assertGreaterEqual(between.total_seconds(), SIGN_OF_LIFE - 1)
+        self.assertLess(latest["age"], SIGN_OF_LIFE)
         assert_valid(latest)
-        for changing in "count", "time", "age":
-            del first[changing], latest[changing]
-        self.assertEqual(latest, first)
 
     def test_a_sign_of_life_in_words(self):
         follower = self.session.spawn([harness.binaries() / "postal-scale", "--follow"],
