@@ -41,6 +41,8 @@ void PostalScaleAppDelegate::setStatusString(bool connected)
     m_parcel.loseScale();
     m_carrierPages.forgetWaiting();
     showNotes();
+    // The panel is emptied after this.
+    QMetaObject::invokeMethod(this, &PostalScaleAppDelegate::tellExport, Qt::QueuedConnection);
     if (!connected && !m_rest.isNear())
         forgetScalePower();
     followAroundSleep(connected);
