@@ -50,6 +50,7 @@ class KwinX11(X11Desktop):
 class I3(X11Desktop):
     """Its windows stand side by side, and it keeps none above."""
 
+    keeps_on_top = False
     lets_place = False
 
     def _start_window_manager(self):
