@@ -44,6 +44,7 @@ class Xfwm4(X11Desktop):
 
 class KwinX11(X11Desktop):
     manager = ("env", "KWIN_COMPOSE=N", "kwin_x11")
+    second_start = "marked"
     has_keys = False  # they are the affair of Plasma's session
 
 
