@@ -35,7 +35,8 @@ void PostalScaleAppDelegate::takeReading(const ScaleReading &reading)
     m_panel.show(statedContents(reading));
     m_isUnconfirmed = !reading.isConfirmed;
     showStaleness();
-    m_statusArea.setNotice(StatusArea::Notice::Scale, statedNotice(reading));
+    m_statusArea.setNotice(StatusArea::Notice::Scale, statedNotice(reading),
+                           statedTrouble(reading));
     m_parcel.takeReading(reading);
     followAbilities();
 }

@@ -43,6 +43,8 @@ ReadingVoice::ReadingVoice(ReadingReportDelegate &delegate)
     confirmBoth(delegate.powerButton, delegate.powerItem, QStringLiteral("Power"));
     connect(delegate.holdButton, &QAbstractButton::clicked, this, &ReadingVoice::confirmHold);
     connect(delegate.holdItem, &QAction::triggered, this, &ReadingVoice::confirmHold);
+    if (m_isHeard)
+        tellWhatStands();
 }
 
 ReadingVoice::~ReadingVoice()
@@ -58,7 +60,17 @@ void ReadingVoice::accessibilityActiveChanged(bool active)
     if (m_delegate.isDeviceConnected)
         m_readings.take(ReadingReport::of(ReportState::Waiting),
                         std::chrono::milliseconds(m_clock.elapsed()));
-    tellNotice(m_delegate.statusArea().spokenNotices());
+    if (active)
+        tellWhatStands();
+}
+
+void ReadingVoice::tellWhatStands()
+{
+    // The toolkit says that it is heard before it has its end of the bus: what is told at once is
+    // lost.
+    QMetaObject::invokeMethod(
+        this, [this] { tellNotice(m_delegate.statusArea().spokenNotices()); },
+        Qt::QueuedConnection);
 }
 
 void ReadingVoice::tellNotice(const QString &words)

@@ -29,6 +29,8 @@ public:
 private:
     void accessibilityActiveChanged(bool active) override;
     void tellReading();
+    /// Once the event loop is back.
+    void tellWhatStands();
     void tellNotice(const QString &words);
     void confirm(const QString &command);
     void confirmHold();

@@ -41,13 +41,15 @@ StatusArea::StatusArea(QMainWindow &window, const QMargins &above, const Setting
             [this](const QString &trouble) { setNotice(Notice::Settings, trouble); });
 }
 
-void StatusArea::setNotice(Notice topic, const QString &text)
+void StatusArea::setNotice(Notice topic, const QString &text, const QString &trouble)
 {
     if (m_notices.value(topic) == text)
         return;
+    const bool isOtherTrouble = m_troubles.value(topic) != trouble;
     m_notices.insert(topic, text);
+    m_troubles.insert(topic, trouble);
     showNotices();
-    if (!text.isEmpty() && topic != Notice::Silence)
+    if (isOtherTrouble && !text.isEmpty() && topic != Notice::Silence)
         emit noticeAppeared(spokenNotice(topic));
 }
 

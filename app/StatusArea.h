@@ -37,7 +37,10 @@ public:
 
     /// The first sentence is shown, of the scale all of them; the whole text on hover. Empty takes
     /// the notice away.
-    void setNotice(Notice topic, const QString &text);
+    void setNotice(Notice topic, const QString &text) { setNotice(topic, text, text); }
+    /// @param trouble what the notice is about, where its text has more in it that changes: only
+    /// another trouble is told
+    void setNotice(Notice topic, const QString &text, const QString &trouble);
     bool hasNotice(Notice topic) const { return !m_notices.value(topic).isEmpty(); }
     /// For who listens: what is shown, and how to come to the rest. Not of a silent scale: as a
     /// reading that has its words, with the cure. Empty without notices.
@@ -66,6 +69,7 @@ private:
     bool m_isBrowserShown = false;
     bool m_isSparing = false;
     QMap<Notice, QString> m_notices;
+    QMap<Notice, QString> m_troubles;
     QString m_shown;
     QString m_explained;
 };

@@ -5,7 +5,7 @@
 
 #include "widgets/X11Atom.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QWidget>
 #include <QtGui/qguiapplication_platform.h>
 
@@ -123,7 +123,9 @@ void bringToFront(QWidget *window, const ActivationRight &right)
     const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     // The offscreen platform claims to be X11, and has no connection.
     if (x11 != nullptr && x11->connection() != nullptr) {
-        activateOnX11(X11Desktop(x11->connection()), *window, right);
+        // A box that is open has the keyboard; not every window manager gives it to the box itself.
+        const QWidget *box = QApplication::activeModalWidget();
+        activateOnX11(X11Desktop(x11->connection()), box != nullptr ? *box : *window, right);
         return;
     }
     // The Wayland plugin takes the token from here.

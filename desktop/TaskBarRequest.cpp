@@ -118,9 +118,9 @@ bool raiseAsTaskBar(const QString &applicationId)
     Windows windows{.wanted = applicationId.toUtf8(), .all = {}, .found = {}};
     wl_proxy_add_listener(list, reinterpret_cast<void (**)()>(&events), &windows);
     compositor.waitForAnswers();
-    // Its dialogs came later than the window, and stay above it.
-    for (wl_proxy *window : windows.found)
-        wl_proxy_marshal_flags(window, activate, nullptr, 1, 0, seat);
+    // The newest is listed first. Dialogs came later than their window, and stay above it.
+    for (auto window = windows.found.rbegin(); window != windows.found.rend(); ++window)
+        wl_proxy_marshal_flags(*window, activate, nullptr, 1, 0, seat);
     compositor.waitForAnswers();
     for (wl_proxy *window : windows.all)
         wl_proxy_destroy(window);

@@ -35,13 +35,16 @@ void ExportClipboard::lookAtDesktop()
         return;
     if (!m_control || !m_control->isOffered())
         m_control = std::make_unique<ClipboardControl>();
-    situation.controlsClipboard = m_control->isOffered();
+    m_wasControlled = m_control->isOffered();
+    situation.controlsClipboard = m_wasControlled;
     m_refusal = clipboardTrouble(situation).text();
 }
 
 bool ExportClipboard::copy(const QString &text)
 {
-    if (!m_control)
+    // The compositor may have taken the control away: another one, or its refusal, stands then.
+    const bool isLost = m_wasControlled && !m_control->isOffered();
+    if (!m_control || isLost)
         lookAtDesktop();
     const bool isWritten = isHeld(text) || write(text);
     if (m_state.SetClip() && !m_refusal.isEmpty())

@@ -36,6 +36,7 @@ private:
     ExportState &m_state;
     ShowNotice m_showNotice;
     std::unique_ptr<ClipboardControl> m_control; ///< null before it is needed, and without desktop
+    bool m_wasControlled = false;                ///< when the desktop was looked at
     QString m_refusal;                           ///< of the desktop; empty if there is none
     QPointer<QMimeData> m_written;               ///< the toolkit's; null once it is not there
 };

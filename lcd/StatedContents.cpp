@@ -156,29 +156,41 @@ ShownWeight statedWeight(const ScaleStatement &statement)
 
 namespace {
 
-QString contentsNotice(const ScaleReading &reading)
+/// Without the weight.
+QString contentsTrouble(const ScaleReading &reading)
 {
     const QString words = statedContents(reading).words;
     if (words.isEmpty())
         return {};
     if (!reading.statement.isWeighed())
         return sentence(words) + cure(reading);
-    const QString why = hasPicture(reading.statement.unit)
-                            ? QStringLiteral("The panel has no room for so many digits: choose "
-                                             "another unit on the scale.")
-                            : QStringLiteral("The panel does not have this unit: choose grams, "
-                                             "kilograms, ounces or pounds on the scale.");
-    return QStringLiteral("The scale shows %1. ").arg(words) + why;
+    return hasPicture(reading.statement.unit)
+               ? QStringLiteral("The panel has no room for so many digits: choose another unit on "
+                                "the scale.")
+               : QStringLiteral("The panel does not have this unit: choose grams, kilograms, "
+                                "ounces or pounds on the scale.");
+}
+
+QString withTareTrouble(const ScaleReading &reading, const QString &notice)
+{
+    if (!reading.hasTareFailed)
+        return notice;
+    const QString tare = QStringLiteral("The scale could not be told to take its load for zero: "
+                                        "press its own zero key.");
+    return notice.isEmpty() ? tare : notice + QLatin1Char(' ') + tare;
 }
 
 } // namespace
 
 QString statedNotice(const ScaleReading &reading)
 {
-    const QString notice = contentsNotice(reading);
-    if (!reading.hasTareFailed)
-        return notice;
-    const QString tare = QStringLiteral("The scale could not be told to take its load for zero: "
-                                        "press its own zero key.");
-    return notice.isEmpty() ? tare : notice + QLatin1Char(' ') + tare;
+    QString notice = contentsTrouble(reading);
+    if (!notice.isEmpty() && reading.statement.isWeighed())
+        notice.prepend(QStringLiteral("The scale shows %1. ").arg(statedContents(reading).words));
+    return withTareTrouble(reading, notice);
+}
+
+QString statedTrouble(const ScaleReading &reading)
+{
+    return withTareTrouble(reading, contentsTrouble(reading));
 }

@@ -20,3 +20,6 @@ ShownWeight statedWeight(const ScaleStatement &statement);
 
 /// What is to be said beside the panel, and what helps; empty where the panel shows it all.
 QString statedNotice(const ScaleReading &reading);
+
+/// What that is about: the same as long as nothing but the weight changes.
+QString statedTrouble(const ScaleReading &reading);

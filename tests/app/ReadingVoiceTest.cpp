@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Postal Scale contributors
 // SPDX-License-Identifier: MIT
 
+#include "emulator/ClassScaleDescriptors.h"
+#include "tests/support/ClassScaleDevices.h"
 #include "tests/support/LaunchedApplication.h"
 #include "tests/support/TestClasses.h"
 #include "widgets/Announcer.h"
@@ -16,19 +18,34 @@ using Scale = LaunchedApplication::Scale;
 const std::vector<std::uint8_t> overloaded{0x04, 0x00, 0x00};
 const std::vector<std::uint8_t> ownOff{0x00, 0x00, 0x00};
 
+const fakeudev::Device classDevice{"hidraw5", 0x1234, 0x0001};
+
+std::unique_ptr<ClassScaleDevices> withClassScale()
+{
+    auto devices = std::make_unique<ClassScaleDevices>();
+    ClassScaleDevices::Scale &scale = devices->scales[QStringLiteral("/dev/hidraw5")];
+    scale.descriptor = QByteArray(reinterpret_cast<const char *>(classScaleDescriptor.data()),
+                                  static_cast<qsizetype>(classScaleDescriptor.size()));
+    scale.name = QStringLiteral("One Scale");
+    return devices;
+}
+
 /// A screen reader, and a scale that is connected at last.
 class ListeningApplication
 {
 public:
     /// @param before the reader
-    explicit ListeningApplication(Scale before = Scale::Absent)
-        : app(before)
+    /// @param devices null: the machine's
+    explicit ListeningApplication(Scale before = Scale::Absent,
+                                  std::unique_ptr<HidDevices> devices = {},
+                                  const fakeudev::Device &device = scaleDevice)
+        : app(before, {}, {}, nullptr, std::move(devices))
     {
         QAccessible::setActive(true);
         listen();
         forget();
         if (before == Scale::Absent) {
-            app.plug();
+            app.plug(device);
             LaunchedApplication::turn();
             listen();
             began.second = panelNames.size();
@@ -227,6 +244,34 @@ private slots:
                                             "it on; tare is lost")});
     }
 
+    void aWeightThatThePanelCannotShowIsSaidOnceItHasSettled()
+    {
+        auto devices = withClassScale();
+        ClassScaleDevices::Scale &scale = devices->scales.at(QStringLiteral("/dev/hidraw5"));
+        ListeningApplication listening(Scale::Absent, std::move(devices), classDevice);
+        const auto send = [&](std::uint8_t status, std::uint8_t carats) {
+            constexpr std::uint8_t caratUnit = 4;
+            scale.reports.push_back({3, status, caratUnit, 0, carats, 0});
+            listening.read({});
+        };
+        constexpr std::uint8_t isMoving = 3;
+        constexpr std::uint8_t isStable = 4;
+        for (std::uint8_t carats = 2; carats < 12; ++carats)
+            send(isMoving, carats);
+        for (int count = 0; count < 5; ++count)
+            send(isStable, 12);
+        const QStringList said = listening.newlySaid();
+        QCOMPARE(said.size(), 3);
+        QCOMPARE(said.at(0), QStringLiteral("Scale connected"));
+        QVERIFY(said.at(1).startsWith(QStringLiteral("The scale shows ")));
+        QVERIFY(said.at(1).contains(QStringLiteral("The panel does not have this unit: ")));
+        QCOMPARE(said.at(2), QStringLiteral("12 carats"));
+        constexpr std::uint8_t toBeCalibrated = 7;
+        send(toBeCalibrated, 0);
+        QVERIFY(listening.newlySaid().constLast().startsWith(
+            QStringLiteral("The scale has to be calibrated. ")));
+    }
+
     void whoComesLaterIsToldOfTheNoticesThatStand()
     {
         LaunchedApplication app(Scale::Absent);
@@ -236,6 +281,9 @@ private slots:
         const auto *announcer = app.delegate.window->findChild<Announcer *>();
         QCOMPARE(announcer->words(), QString());
         QAccessible::setActive(true);
+        // Only now the toolkit makes its end of the bus.
+        QCOMPARE(announcer->words(), QString());
+        LaunchedApplication::turn();
         QCOMPARE(announcer->words(), QStringLiteral("Worn out. Nobody finds it"));
     }
 

@@ -16,6 +16,8 @@ WITHOUT_SCREEN = {"XDG_SESSION_TYPE": "wayland", "WLR_BACKENDS": "headless",
 
 
 class Labwc(WaylandDesktop):
+    keeps_on_top = False
+
     def _start_window_manager(self):
         keys = "".join(f"<keybind key='{key}'><action name='Execute' command='"
                        f"{self.command_at(key)}'/></keybind>" for key in KEY_VERBS)
@@ -58,6 +60,8 @@ class Labwc(WaylandDesktop):
 
 class Sway(WaylandDesktop):
     configuration = "xwayland disable\n"
+    keeps_on_top = False
+    second_start = "marked"
 
     def _start_window_manager(self):
         configuration = self.folder / "sway"
@@ -113,8 +117,9 @@ class Weston(WaylandDesktop):
     """Without a screen it has no seat either: nothing has the focus, and nobody closes a window."""
 
     has_keys = False
+    keeps_on_top = False
     lets_write_clipboard = False
-    raises_windows = False
+    second_start = None
 
     def _start_window_manager(self):
         self.environment["XDG_SESSION_TYPE"] = "wayland"

@@ -28,13 +28,16 @@ class Desktop(Session):
     """@cvar lets_place windows where somebody wants them, and tells programs where that is
     @cvar has_keys whether its settings have been made for KEY_VERBS
     @cvar lets_write_clipboard also while another window has the focus
-    @cvar raises_windows for programs, or marks them"""
+    @cvar keeps_on_top a window that asks for it
+    @cvar second_start what it does with the window that a second start asks for: "in front",
+        "marked", or None where it does neither"""
 
     lets_place = True
     is_wayland = False
     has_keys = True
     lets_write_clipboard = True
-    raises_windows = True
+    keeps_on_top = True
+    second_start = "in front"
 
     def run(self, *arguments):
         """Its output, as far as it succeeds."""

@@ -159,6 +159,8 @@ class DarkGnome(Gnome):
 class GnomeWithoutX11(Gnome):
     more_arguments = ("--no-x11",)
     has_x11 = False
+    keeps_on_top = False
+    second_start = "marked"
     lets_place = False
     lets_write_clipboard = False
 

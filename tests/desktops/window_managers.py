@@ -44,12 +44,14 @@ class Xfwm4(X11Desktop):
 
 class KwinX11(X11Desktop):
     manager = ("env", "KWIN_COMPOSE=N", "kwin_x11")
+    second_start = "marked"
     has_keys = False  # they are the affair of Plasma's session
 
 
 class I3(X11Desktop):
     """Its windows stand side by side, and it keeps none above."""
 
+    keeps_on_top = False
     lets_place = False
 
     def _start_window_manager(self):

@@ -139,7 +139,17 @@ class AccessibilityBus:
         address = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress",
                                     None, None, Gio.DBusCallFlags.NONE, _TIMEOUT_MS, None)
         session.close_sync(None)
+        self._session_address = session_bus_address
         self._bus = _connection(address.unpack()[0])
+
+    def tell_that_a_reader_runs(self):
+        """As a screen reader does, to whom it concerns."""
+        session = _connection(self._session_address)
+        session.call_sync("org.a11y.Bus", "/org/a11y/bus", _PROPERTIES, "Set",
+                          GLib.Variant("(ssv)", ("org.a11y.Status", "ScreenReaderEnabled",
+                                                 GLib.Variant("b", True))),
+                          None, Gio.DBusCallFlags.NONE, _TIMEOUT_MS, None)
+        session.close_sync(None)
 
     def close(self):
         # It ends by itself when the X server is gone.
@@ -149,30 +159,46 @@ class AccessibilityBus:
     def listen_for_names(self):
         """Has programs tell of new names, as a screen reader does. Returns a function that gives
         those of which was told until then."""
-        told = []
-
-        def take(_bus, _sender, _path, _interface, _signal, parameters):
+        def name(_object, parameters):
             # Qt 6.4 sends whose name it is, 6.8 which.
             what = parameters.unpack()[3]
-            try:
-                told.append(what if isinstance(what, str) else Accessible(self._bus, what).name)
-            except GLib.Error:
-                pass  # an earlier test's program, which has ended since
+            return what if isinstance(what, str) else Accessible(self._bus, what).name
 
-        self._bus.signal_subscribe(None, _EVENT, "PropertyChange", None, "accessible-name",
+        return self._listen("PropertyChange", "accessible-name",
+                            "object:property-change:accessible-name", name)
+
+    def listen_for_shown(self):
+        """The same with the names of what comes up, or says that it does."""
+        def name(address, parameters):
+            return Accessible(self._bus, address).name if parameters.unpack()[1] else None
+
+        return self._listen("StateChanged", "showing", "object:state-changed:showing", name)
+
+    def _listen(self, signal, detail, event, read):
+        """@param read what is to be noted of an object and what the signal has; None: nothing"""
+        told = []
+
+        def take(_bus, sender, path, _interface, _signal, parameters):
+            try:
+                words = read((sender, path), parameters)
+            except GLib.Error:
+                return  # an earlier test's program, which has ended since
+            if words is not None:
+                told.append(words)
+
+        self._bus.signal_subscribe(None, _EVENT, signal, None, detail,
                                    Gio.DBusSignalFlags.NONE, take)
         self._bus.call_sync("org.a11y.atspi.Registry", "/org/a11y/atspi/registry",
                             "org.a11y.atspi.Registry", "RegisterEvent",
-                            GLib.Variant("(sass)", ("object:property-change:accessible-name", [],
-                                                    "")),
+                            GLib.Variant("(sass)", (event, [], "")),
                             None, Gio.DBusCallFlags.NONE, _TIMEOUT_MS, None)
 
-        def names():
+        def so_far():
             while GLib.MainContext.default().iteration(False):
                 pass
             return list(told)
 
-        return names
+        return so_far
 
     def showing_windows(self):
         """Programs come and go while they are asked: those that do not answer have no window."""

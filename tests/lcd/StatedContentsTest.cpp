@@ -158,6 +158,21 @@ private slots:
         QVERIFY(statedNotice(zero).endsWith(QStringLiteral("press Tare.")));
     }
 
+    void onlyTheWeightDoesNotMakeItAnotherTrouble()
+    {
+        const auto trouble = [](ScaleStatus status, WeightUnit unit, unsigned digits) {
+            return statedTrouble(reading(status, unit, digits, 0));
+        };
+        const QString carats = trouble(ScaleStatus::Stable, WeightUnit::Carat, 12);
+        QVERIFY(!carats.isEmpty());
+        QCOMPARE(trouble(ScaleStatus::InMotion, WeightUnit::Carat, 1), carats);
+        QVERIFY(trouble(ScaleStatus::Stable, WeightUnit::Gram, 12345) != carats);
+        QCOMPARE(trouble(ScaleStatus::Stable, WeightUnit::Gram, 12), QString());
+        // The cure is the same.
+        QVERIFY(trouble(ScaleStatus::Fault, WeightUnit::Gram, 0) !=
+                trouble(ScaleStatus::Unknown, WeightUnit::Gram, 0));
+    }
+
     void aTareThatFailedIsTold()
     {
         ScaleReading failed = reading(ScaleStatus::Stable, WeightUnit::Gram, 12, 0);
