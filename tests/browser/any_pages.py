@@ -264,7 +264,8 @@ _BODIES = {
                        '<p><label>I in kg (max. 66 lb) <input name="capped"></label></p>'
                        '<p><label>J (max. 150 lbs) <input name="ended" size="4"></label> kg</p>'
                        '<p>K in kg <input name="reaching" placeholder="up to 70 lbs"></p>'
-                       '<p>L (max. 150 lbs) <input name="rowed" size="4"> kg Zip <input name="l1" size="4"></p>'
+                       '<p>L (max. 150 lbs) <input name="rowed" size="4"> kg Zip'
+                       ' <input name="l1" size="4"></p>'
                        '<p>M <input name="followed" size="4"> kg Postal code of the receiver'
                        ' <input name="m1" size="4"></p>',
     "forms": lambda _: '<form>Pounds <input name="a"></form><form>Ounces <input name="b"></form>',

@@ -71,7 +71,8 @@
         const isElsewhere = (id) =>
             !fields.isPageOf(recipes.find((recipe) => recipe.id === id).signs);
         const news = [...found].map(([id, {why = 'found'}]) => [id, why])
-            .filter(([id, why]) => seen.get(id) !== why && !(['missing', 'closed'].includes(why) && isElsewhere(id)));
+            .filter(([id, why]) => seen.get(id) !== why &&
+                                   !(['missing', 'closed'].includes(why) && isElsewhere(id)));
         for (const [id, why] of news)
             seen.set(id, why);
         if (news.length === 0 && ids.join() === reported)

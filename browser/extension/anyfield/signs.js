@@ -114,8 +114,10 @@
      *  @param inputs to choose from */
     function find(wanted, inputs) {
         const [best, next] = candidates(wanted, inputs.filter((each) => fields.whyNot(each) === ''));
-        if (!best)
-            return {why: candidates(wanted, inputs.filter(fields.isClosed)).length > 0 ? 'closed' : 'missing'};
+        if (!best) {
+            const closed = candidates(wanted, inputs.filter(fields.isClosed));
+            return {why: closed.length > 0 ? 'closed' : 'missing'};
+        }
         // Where it stands does not tell it from another one: rows change their places.
         return next && best.known - next.known < leastLead ? {why: 'alike'}
                                                            : {element: best.element};
