@@ -12,6 +12,9 @@ _visits = itertools.count(73101)
 _EVENTS = """
 <script>
     const {dataset} = document.documentElement;
+    addEventListener("contextmenu", ({isTrusted}) => {
+        dataset.menus = `${dataset.menus ?? ""}${isTrusted ? "trusted" : "made up"};`;
+    }, {capture: true});
     const note = (field, value, type) => {
         const events = JSON.parse(dataset.events ?? "[]");
         events.push([field, type]);
@@ -256,7 +259,21 @@ _BODIES = {
                        '<span>kg</span></p><div><label>G <input name="inside"></label>'
                        '<input readonly size="4" value="kg"></div>'
                        '<p>H <input name="behind" size="4"> kg <input name="h1" size="4"> x'
-                       ' <input name="h2" size="4"> cm</p>',
+                       ' <input name="h2" size="4"> cm</p>'
+                       # Limits in another unit than the field's.
+                       '<p><label>I in kg (max. 66 lb) <input name="capped"></label></p>'
+                       '<p><label>J (max. 150 lbs) <input name="ended" size="4"></label> kg</p>'
+                       '<p>K in kg <input name="reaching" placeholder="up to 70 lbs"></p>'
+                       '<p>L (max. 150 lbs) <input name="rowed" size="4"> kg Zip'
+                       ' <input name="l1" size="4"></p>'
+                       '<p>M <input name="followed" size="4"> kg Postal code of the receiver'
+                       ' <input name="m1" size="4"></p>',
+    "forms": lambda _: '<form>Pounds <input name="a"></form><form>Ounces <input name="b"></form>',
+    # Where another field's text stands in front of the weight's, or in its label.
+    "letters": lambda _: '<p><textarea rows="1">Dear Ann, </textarea> <input name="area"> kg</p>'
+                         '<div><div contenteditable>Dear Ann, </div><input name="editable"> kg</div>'
+                         '<label>Box <span contenteditable>Dear Ann, </span>'
+                         '<input name="labelled"> kg</label>',
     "limits": lambda _: '<textarea id="text" name="text" maxlength="10">Weight:</textarea>',
     "unwilling": lambda _: '<textarea id="text" name="text" oninput="this.value = \'Weight:\'">'
                            'Weight:</textarea>',
@@ -277,7 +294,7 @@ _BODIES = {
                        '<p><label>P <input name="password" type="password"></label></p>',
     "closing": lambda _: _CLOSING,
     "veiled": lambda version: '<label>Weight (kg) <input name="veiled"%s></label>' % (
-        ' style="opacity: 0"' if version > 1 else ""),
+        {1: "", 2: ' style="opacity: 0"', 3: " disabled", 4: " readonly"}[version]),
     "doubled": lambda version: "<p><label>Weight <input></label></p>" * version,
     "unaddressed": lambda _: _UNADDRESSED,
     "late": lambda _: _LATE,

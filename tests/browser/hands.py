@@ -5,9 +5,7 @@ the browser asks. All of it goes through the X server, as from a mouse and a key
 
 import contextlib
 import itertools
-import math
 import operator
-import time
 
 from waiting import wait_until
 
@@ -19,8 +17,6 @@ INSIDE_FRAME = 60, 25  # where the pages have the field
 
 _LARGE = 30000  # bytes of pixels; more than a tooltip has, and less than a menu
 
-_ANOTHER_CLICK = 6  # seconds, in which any menu comes
-
 _ALLOWED = {}  # sites by profile
 
 _PLACE = """(({element, dx, dy}) => {
@@ -30,6 +26,11 @@ _PLACE = """(({element, dx, dy}) => {
     const top = window.mozInnerScreenY ?? screenY + outerHeight - innerHeight;
     return [left + x + (dx ?? width / 2), top + y + (dy ?? height / 2)].map(Math.round);
 })({element: %s, dx: %s, dy: %s})"""
+
+
+# Before that, a browser passes over a click, though it knows of the pointer.
+_PAINTED = """new Promise((resolve) => requestAnimationFrame(() => requestAnimationFrame(
+    () => resolve(document.readyState === "complete"))))"""
 
 
 class Hands:
@@ -106,9 +107,11 @@ class Hands:
     @contextlib.contextmanager
     def menu(self, page, element, item, inside=("null", "null")):
         """The same; while the menu is open with the item, the caller goes on."""
+        wait_until(lambda: page.evaluate(_PAINTED), "the page painted")
         self.hover(page, element, inside)
         before = self._windows()
-        menu = self._open_menu(page, element, inside, before)
+        self.click(page, element, button=3, inside=inside)
+        menu = wait_until(lambda: self._windows() - before, "the menu")
         # The extension's items are in a menu of their own, which is the last but for Chromium's
         # "Inspect".
         for _ in range(2 if self._browser.name == "chromium" else 1):
@@ -120,19 +123,6 @@ class Hands:
         yield
         self.press("Return")
         wait_until(lambda: not (self._windows() & menu), "the menu closed")
-
-    def _open_menu(self, page, element, inside, before):
-        """With a further click where the browser has passed over one, as a person would."""
-        clicked = -math.inf
-
-        def open_one():
-            nonlocal clicked
-            if time.monotonic() - clicked > _ANOTHER_CLICK:
-                self.click(page, element, button=3, inside=inside)
-                clicked = time.monotonic()
-            return self._windows() - before
-
-        return wait_until(open_one, "the menu")
 
     def always(self, page, element, site, inside=("null", "null")):
         """Chooses that item, and lets the extension into the site if the browser asks."""

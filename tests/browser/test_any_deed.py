@@ -65,6 +65,25 @@ class DeedTest(AnyFieldTest):
             self.wait_for_badge(words)
         self.assertEqual(self.value(field("first")), "")
 
+    def toolbar(self, options):
+        """Of all tabs: what the button says when the pointer is on it, and its badge."""
+        return options.evaluate("""(async (api) => {
+            const toolbar = api.action ?? api.browserAction;
+            const tabs = await api.tabs.query({});
+            return Promise.all(tabs.flatMap(({id: tabId}) => [toolbar.getTitle({tabId}),
+                                                              toolbar.getBadgeText({tabId})]));
+        })(globalThis.browser ?? chrome)""")
+
+    def test_a_page_that_no_extension_may_enter(self):
+        options = self.options_page()
+        usual = self.toolbar(options)
+        closed = {"chromium": "chrome://version/", "firefox": "about:license"}[self.browser.name]
+        self.new_page(closed, "tab")
+        self.hands.press_put_key()
+        wait_until(lambda: {"!", "Postal Scale: The browser lets no extension into this page"}
+                   <= set(self.toolbar(options)), "the reason on the toolbar")
+        wait_until(lambda: set(self.toolbar(options)) == set(usual), "the toolbar as it was")
+
     def test_the_cursor_leaves_a_text_meanwhile(self):
         self.page.go(f"{SHOP}/area")
         self.hands.focus(self.page, "document.getElementById('text')")

@@ -11,6 +11,7 @@ from weight_stand_in import TEXTS, WeightStandIn
 
 SHOP = "https://www.shop.example/any"
 ONE_PAIR = ["input", "change"]
+NEXT_UNIT_TIME = 3000  # ms; of the extension
 
 
 def field(name):
@@ -69,6 +70,8 @@ class CursorTest(AnyFieldTest):
         self.wait_for_value(field("shipWeight"), "1")
         self.wait_for_badge("1 kg")
         self.assertEqual(self.events(), {"shipWeight": ONE_PAIR})
+        # The person has asked for it once.
+        self.assertEqual(self.page.evaluate("document.documentElement.dataset.menus"), "trusted;")
 
     def test_what_the_field_says_of_its_unit(self):
         self.page.go(f"{SHOP}/units")
@@ -84,7 +87,8 @@ class CursorTest(AnyFieldTest):
         self.page.go(f"{SHOP}/words")
         for name, text in {"example": "2.205", "gross": "1", "glued": "1",
                            "sized": "2.205", "limited": "1", "beside": "1", "inside": "1",
-                           "behind": "1"}.items():
+                           "behind": "1", "capped": "1", "ended": "1", "reaching": "1", "rowed": "1",
+                           "followed": "1"}.items():
             with self.subTest(name):
                 self.put_by_key(field(name), text)
 
@@ -103,6 +107,25 @@ class CursorTest(AnyFieldTest):
         for text in ("1", "2.205", "35.27", "1000", "1"):
             self.hands.press_put_key()
             self.wait_for_value(field("shipWeight"), text)
+
+    def test_the_first_unit_again_after_a_while(self):
+        self.page.go(f"{SHOP}/shop")
+        self.hands.focus(self.page, field("shipWeight"))
+        for text in ("1", "2.205"):
+            self.hands.press_put_key()
+            self.wait_for_value(field("shipWeight"), text)
+        written = self.page.evaluate("performance.now()")
+        wait_until(lambda: self.page.evaluate("performance.now()") > written + NEXT_UNIT_TIME,
+                   "the time for the next unit gone")
+        self.hands.press_put_key()
+        self.wait_for_value(field("shipWeight"), "1")
+
+    def test_fields_of_two_forms(self):
+        """They are no pair."""
+        for name, text in {"a": "2.205", "b": "35.27"}.items():
+            self.page.go(f"{SHOP}/forms?for={name}")
+            self.put_by_key(field(name), text)
+            self.assertEqual(self.events(), {name: ONE_PAIR})
 
     def test_pounds_and_ounces(self):
         for name in ("pounds", "ounces"):

@@ -77,6 +77,30 @@ class OtherFieldTest(RememberingTest):
             for label, unit in (("Weight (kg)", "kilograms"), ("Mass of the box", "pounds"))],
             lambda: f"what is missing; the list says {self.remembered()}")
 
+    def test_a_field_that_is_closed_by_now(self):
+        label = "Weight (kg) on www.shop.example, in kilograms"
+        self.page.go(f"{SHOP}/veiled")
+        self.remember(field("veiled"))
+        for version in (2, 3, 4):
+            with self.subTest(version=version):
+                self.page.go(f"{SHOP}/veiled?version={version}")
+                wait_until(lambda: self.remembered() == [
+                    f"{label}: it is hidden or cannot be changed there"],
+                    lambda: f"the reason; the list says {self.remembered()}")
+                self.page.go(f"{SHOP}/veiled?after={version}")
+                wait_until(lambda: self.remembered() == [label], "no reason")
+
+    def test_the_persons_own_text(self):
+        """No part of it is kept."""
+        self.page.go(f"{SHOP}/letters")
+        for name in ("area", "editable", "labelled"):
+            self.remember(field(name))
+        options = self.options_page()
+        kept = options.evaluate("(globalThis.browser ?? chrome).storage.local.get(null)"
+                                ".then((all) => JSON.stringify(all))")
+        self.assertEqual(len(json.loads(kept)["recipes"]), 3)
+        self.assertNotIn("ann", kept.lower())
+
     def test_a_label_that_becomes_another_in_place(self):
         self.page.go(f"{SHOP}/reworded")
         self.remember(field("value"))

@@ -27,7 +27,35 @@ def manifest(browser):
         return json.loads(opened.read("manifest.json"))
 
 
+CARRIERS = ["https://*.usps.com/*", "https://*.ups.com/*", "https://*.fedex.com/*"]
+ALL_SITES = ["https://*/*"]  # of which the browser asks for each
+
+# Whatever speaks of permissions or hosts.
+ALLOWED = {
+    "chromium": {
+        "permissions": ["nativeMessaging", "scripting", "storage", "activeTab", "contextMenus"],
+        "host_permissions": CARRIERS,
+        "optional_host_permissions": ALL_SITES,
+        "content_scripts": [{"matches": CARRIERS, "js": ["early.js"], "run_at": "document_start"}],
+    },
+    "firefox": {
+        "permissions": ["nativeMessaging", "scripting", "storage", "activeTab", "menus", *CARRIERS],
+        "optional_permissions": ALL_SITES,
+    },
+}
+# What else a manifest may have.
+HARMLESS = {"manifest_version", "name", "version", "description", "icons", "background", "action",
+            "browser_action", "browser_specific_settings", "commands", "options_ui",
+            "minimum_chrome_version"}
+
+
 class StoreTest(unittest.TestCase):
+    def test_no_further_permission(self):
+        for browser, allowed in ALLOWED.items():
+            with self.subTest(browser):
+                self.assertEqual({key: value for key, value in manifest(browser).items()
+                                  if key not in HARMLESS}, allowed)
+
     def test_mozillas_linter(self):
         output = subprocess.run([LINTER, "--output", "json", archive("firefox")],
                                 capture_output=True, text=True, check=False).stdout

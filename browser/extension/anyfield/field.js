@@ -80,5 +80,10 @@
         return isSeen(element) ? '' : 'This field is hidden';
     }
 
-    Object.assign(fields, {numberTypes, shadowOf, parentOf, focusedElement, allInputs, isFreeText, whyNot});
+    /** Whether a field for numbers may not be written into as it is now, but may be at another time. */
+    const isClosed = (input) => numberTypes.includes(input.type) && !isForSecrets(input) &&
+                                whyNot(input) !== '';
+
+    Object.assign(fields, {numberTypes, shadowOf, parentOf, focusedElement, allInputs, isFreeText, whyNot,
+                           isClosed});
 })();

@@ -67,11 +67,12 @@
 
     function reportFound() {
         const ids = [...found.keys()].filter((id) => found.get(id).element);
-        // That it is not on another page of the site is no news.
+        // That another page of the site does not have it, or hides it, is no news.
         const isElsewhere = (id) =>
             !fields.isPageOf(recipes.find((recipe) => recipe.id === id).signs);
         const news = [...found].map(([id, {why = 'found'}]) => [id, why])
-            .filter(([id, why]) => seen.get(id) !== why && !(why === 'missing' && isElsewhere(id)));
+            .filter(([id, why]) => seen.get(id) !== why &&
+                                   !(['missing', 'closed'].includes(why) && isElsewhere(id)));
         for (const [id, why] of news)
             seen.set(id, why);
         if (news.length === 0 && ids.join() === reported)

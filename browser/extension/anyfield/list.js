@@ -7,6 +7,7 @@
 const seenWords = {
     found: '',
     missing: 'was not found when its page was last open: it may have become another one',
+    closed: 'it is hidden or cannot be changed there',
     alike: 'another field there looks the same by now, so neither gets the weight',
 };
 const unitWords = {lb: 'pounds', oz: 'ounces', kg: 'kilograms', g: 'grams',

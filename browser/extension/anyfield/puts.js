@@ -162,7 +162,11 @@ function sayOnToolbar(tab, words) {
     const tabId = tab?.id;
     toolbar().setTitle({tabId, title: `Postal Scale: ${words}`});
     toolbar().setBadgeText({tabId, text: '!'});
-    setTimeout(() => toolbar().setBadgeText({tabId, text: ''}), toolbarTime);
+    const {action, browser_action: olderAction} = fieldApi().runtime.getManifest();
+    setTimeout(() => {
+        toolbar().setTitle({tabId, title: (action ?? olderAction).default_title});
+        toolbar().setBadgeText({tabId, text: ''});
+    }, toolbarTime);
 }
 
 // From now on
@@ -259,8 +263,8 @@ async function isInAnotherFrame(signs, {tab, frame, origin}) {
         target: {tabId: tab.id, allFrames: true}, injectImmediately: true,
         func: (wanted, place) => {
             const fields = globalThis[Symbol.for('org.postalscale.fields')];
-            return location.origin === place &&
-                   fields?.find(wanted, fields.allInputs()).why !== 'missing';
+            const {element, why} = fields?.find(wanted, fields.allInputs()) ?? {};
+            return location.origin === place && (Boolean(element) || why === 'alike');
         },
         args: [signs, origin]});
     return results.some(({frameId, result}) => frameId !== frame && result);

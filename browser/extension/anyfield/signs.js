@@ -102,15 +102,22 @@
         return {element, known, share};
     }
 
-    /** @returns {element}, or {why}: "missing" or "alike"
+    /** All of them, the best first; none where not even that one is the field. */
+    function candidates(wanted, inputs) {
+        const least = Math.min(leastKnown, most(identity, wanted));
+        const [best, ...others] = inputs.map((each) => rate(wanted, each))
+            .sort((one, other) => other.known - one.known || other.share - one.share);
+        return best && best.known >= least && best.share >= leastShare ? [best, ...others] : [];
+    }
+
+    /** @returns {element}, or {why}: "missing", "alike", or "closed" where it may not be written into
      *  @param inputs to choose from */
     function find(wanted, inputs) {
-        const [best, next] = inputs.filter((each) => fields.whyNot(each) === '')
-            .map((each) => rate(wanted, each))
-            .sort((one, other) => other.known - one.known || other.share - one.share);
-        const least = Math.min(leastKnown, most(identity, wanted));
-        if (!best || best.known < least || best.share < leastShare)
-            return {why: 'missing'};
+        const [best, next] = candidates(wanted, inputs.filter((each) => fields.whyNot(each) === ''));
+        if (!best) {
+            const closed = candidates(wanted, inputs.filter(fields.isClosed));
+            return {why: closed.length > 0 ? 'closed' : 'missing'};
+        }
         // Where it stands does not tell it from another one: rows change their places.
         return next && best.known - next.known < leastLead ? {why: 'alike'}
                                                            : {element: best.element};

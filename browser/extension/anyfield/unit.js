@@ -31,7 +31,7 @@
     }
 
     /** "shipWeightKg" and "ship_weight_kg" are words. A single letter may mean anything there. */
-    function unitInName({name, id}) {
+    function unitInName({name = '', id}) {
         const wordsOf = (text) => text.replace(/([a-z\d])([A-Z])/g, '$1 $2').replace(/[^A-Za-z]+/g, ' ')
             .replace(/\b[A-Za-z]\b/g, ' ');
         return unitIn(wordsOf(name)) ?? unitIn(wordsOf(id));
@@ -41,13 +41,15 @@
     const unitOfEntry = (text) => tidy(text).length <= longestUnit && !/\d/.test(text) ? unitIn(text)
                                                                                        : null;
 
-    const withoutSizes = (text) => text.replace(/\d[\d.,]*\s*[a-z]*/gi, ' ');
+    /** "max. 150 lbs" and "a 50-lb box" tell of a limit, which may be in another unit. */
+    const unitBesideSizes = (text) => unitIn(text.replace(/\d[\d.,]*(?:\s*|-)[a-z]*/gi, ' '));
 
-    /** Without what stands in lists and fields. */
+    /** Without what stands in lists and fields: the person's own text is none of the page's words. */
     function ownText(node) {
         if (node instanceof Text)
             return node.data;
-        if (!(node instanceof HTMLElement) || node.matches('select, option, input, output, script, style'))
+        if (!(node instanceof HTMLElement) || node.isContentEditable ||
+            node.matches('select, option, input, output, textarea, script, style'))
             return '';
         return [...node.childNodes].map(ownText).join(' ');
     }
@@ -72,7 +74,7 @@
 
     /** In the order of the page, or from its end with the step -1. */
     function* fieldsIn(node, step) {
-        if (node.matches('input, select, textarea')) {
+        if (node.matches('input, select, textarea') || node.isContentEditable) {
             yield node;
             return;
         }
@@ -119,10 +121,10 @@
     function isItsLabel(text, field) {
         const named = unitInName(field);
         if (named)
-            return named === unitIn(text);
+            return named === unitBesideSizes(text);
         const own = joinedLabel(field) || (field.placeholder ?? '');
         if (/[a-z]{2}/i.test(own))
-            return unitIn(own) !== null;
+            return (unitBesideSizes(own) ?? unitIn(own)) !== null;
         // "oz Zip"
         return !/^[^a-z]*[a-z]+[^a-z]+[a-z]{2}/i.test(text) || unitIn(text.replace(/^[^a-z]*[a-z]+/i, ''));
     }
@@ -133,21 +135,24 @@
         let {text, field} = beside;
         while (field) {
             const further = textBeside(field, 1);
-            if (unitIn(withoutSizes(further.text)) === null)
+            if (unitBesideSizes(further.text) === null)
                 return Boolean(isItsLabel(text, field));
             ({text, field} = further);
         }
         return false;
     }
 
+    /** Of a long text, the first word alone belongs to the field: "kg Postal code of the receiver". */
+    const suffixIn = (text) => text.length <= longestSuffix ? text : text.split(' ', 1)[0];
+
     /** What stands between two fields may be the one's suffix, or the other's label. */
     function unitInSuffix(element) {
         const after = textBeside(element, 1);
-        const unit = after.text.length <= longestSuffix ? unitIn(withoutSizes(after.text)) : null;
+        const unit = unitBesideSizes(suffixIn(after.text));
         if (!unit || !after.field)
             return unit;
         const before = textBeside(element, -1);
-        const unitBefore = unitIn(before.text);
+        const unitBefore = unitBesideSizes(before.text);
         const named = unitInName(element);
         if (unitBefore && named && [unit, unitBefore].includes(named))
             return named;
@@ -191,11 +196,14 @@
     function unitOf(element) {
         if (isFreeText(element))
             return null;
+        const label = joinedLabel(element);
+        const example = `${element.placeholder} ${element.title}`;
         // What stands before it may be the unit of the field before.
-        // A label or an example may name a limit: "max. 150 lbs".
-        return unitInList(element) ?? unitIn(joinedLabel(element)) ?? unitInSuffix(element) ??
-               unitIn(`${element.placeholder} ${element.title}`) ??
-               unitIn(textBeside(element, -1).text) ?? unitInLimit(element) ?? unitInName(element);
+        const before = textBeside(element, -1).text;
+        return unitInList(element) ?? unitBesideSizes(label) ?? unitInSuffix(element) ??
+               unitBesideSizes(example) ?? unitBesideSizes(before) ?? unitInName(element) ??
+               // A size is better than nothing: "0.5kg".
+               unitIn(label) ?? unitIn(example) ?? unitIn(before) ?? unitInLimit(element);
     }
 
     // A field of pounds directly before one of ounces
@@ -214,12 +222,15 @@
         return null;
     }
 
+    /** A field of another form is sent with other things; one in a shadow tree knows of no form. */
+    const mayShareForm = (one, other) => !one.form || !other.form || one.form === other.form;
+
     /** As [pounds, ounces]; null where the field is no half of such a pair. */
     function pairOf(element) {
         const unit = unitOf(element);
         const other = unit === 'lb' ? neighbour(element, 1) : unit === 'oz' ? neighbour(element, -1)
                                                                            : null;
-        if (!other || unitOf(other) !== (unit === 'lb' ? 'oz' : 'lb'))
+        if (!other || unitOf(other) !== (unit === 'lb' ? 'oz' : 'lb') || !mayShareForm(element, other))
             return null;
         return unit === 'lb' ? [element, other] : [other, element];
     }
