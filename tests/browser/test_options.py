@@ -88,6 +88,7 @@ class AddedSiteTest(BrowserTest):
         if self.browser.name == "chromium":  # the other one keeps nothing of what it is lent
             self.browser.close()
             Surroundings.shared.restart_browser()
+            self.wait_for_the_early_script()
             self.expect_a_page_with_a_taken_name_filled()
 
         options = self.options_page()
