@@ -26,7 +26,7 @@ from waiting import wait_until
 RUNS = 31
 SLICE = 2.0  # s: five polls
 POLLS = 400
-POLLS_OF_GROWTH = 200_000
+POLLS_OF_GROWTH = 100_000
 READINGS = 40
 OURS = ("the program", "with every option on")
 LATEST_OF_START = 1.5  # s
