@@ -8,7 +8,8 @@
 //                                  the standard input ends
 //   frame-watch window ID          prints the time of the monotonic clock, in nanoseconds, of each
 //                                  frame that differs from the one before, once it is grabbed
-//   frame-watch window next        the same of the window that is created next
+//   frame-watch window next        the same of the window that is created next, from the first
+//                                  frame that the program has drawn
 
 #include <xcb/damage.h>
 #include <xcb/xcb.h>
@@ -186,17 +187,20 @@ xcb_window_t nextWindow(const Display &display)
     throw std::runtime_error("the X server is gone");
 }
 
-[[noreturn]] void watch(const Display &display, xcb_window_t window)
+[[noreturn]] void watch(const Display &display, xcb_window_t window, bool isDrawn)
 {
-    std::vector<std::uint8_t> shown = display.grab(window, display.size(window));
     display.reportDamage(window);
+    std::vector<std::uint8_t> shown;
+    if (isDrawn)
+        shown = display.grab(window, display.size(window));
     std::puts("ready");
     std::fflush(stdout);
     while (const auto event = display.nextEvent()) {
         if (display.asDamage(*event) == nullptr)
             continue;
         std::vector<std::uint8_t> frame = display.grab(window, display.size(window));
-        if (frame == shown)
+        isDrawn = isDrawn || isPainted(display, window);
+        if (frame == shown || !isDrawn)
             continue;
         std::printf("%lld\n", static_cast<long long>(now()));
         std::fflush(stdout);
@@ -211,7 +215,7 @@ xcb_window_t nextWindow(const Display &display)
     display.reportCreations();
     std::puts("waiting");
     std::fflush(stdout);
-    watch(display, nextWindow(display));
+    watch(display, nextWindow(display), false);
 }
 
 } // namespace
@@ -225,7 +229,7 @@ int main(int argc, char *argv[])
         if (mode == "window" && std::string_view(argv[2]) == "next")
             watchNext();
         if (mode == "window")
-            watch(Display(), static_cast<xcb_window_t>(std::strtoul(argv[2], nullptr, 0)));
+            watch(Display(), static_cast<xcb_window_t>(std::strtoul(argv[2], nullptr, 0)), true);
     } catch (const std::runtime_error &problem) {
         std::fprintf(stderr, "frame-watch: %s\n", problem.what());
         return 1;

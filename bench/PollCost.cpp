@@ -13,6 +13,7 @@
 //                              onePoll() costs and begins anew with each choose()
 //   poll-cost grow COUNT       that many polls of all loads by turns; prints the private memory in
 //                              KiB at each hundredth of the way
+//   poll-cost --settings TEXT ...  each of them with these settings
 
 #include "app/ReadingReportDelegate.h"
 #include "console/ReadingFeed.h"
@@ -271,9 +272,9 @@ int run(const std::vector<std::string> &words)
         return time(*loadNamed(words[1]), count);
     if (mode == "follow" && count > 0 && loadNamed(words[1]) != nullptr)
         return follow(*loadNamed(words[1]), count);
-    std::fputs(
-        "usage: poll-cost list | time LOAD COUNT | follow LOAD COUNT | run COUNT | grow COUNT\n",
-        stderr);
+    std::fputs("usage: poll-cost [--settings TEXT] "
+               "list | time LOAD COUNT | follow LOAD COUNT | run COUNT | grow COUNT\n",
+               stderr);
     return 2;
 }
 
@@ -281,5 +282,10 @@ int run(const std::vector<std::string> &words)
 
 int main(int argc, char *argv[])
 {
-    return run({argv + 1, argv + argc});
+    std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.size() > 1 && words.front() == "--settings") {
+        storedsettings::store(QByteArray::fromStdString(words[1]));
+        words.erase(words.begin(), words.begin() + 2);
+    }
+    return run(words);
 }

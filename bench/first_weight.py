@@ -18,7 +18,7 @@ POLLED = "readData$"
 STEPS = ("DeviceAdded$", "our device$", POLLED, "W Value for Scale")
 
 
-# For each run: heard of, opened, polled for the first time, weight decoded, frame shown.
+# For each run: heard of, opened, polled for the first time, weight decoded, its frame shown.
 
 
 def from_plug(session, runs):
@@ -43,7 +43,7 @@ def from_plug(session, runs):
 
 
 def from_start(session, runs):
-    """With the scale plugged in before the start."""
+    """With the scale plugged in before the start; and, last, the window's own first frame."""
     for _ in range(runs):
         begun = session.new_folder("begun") / "at"
         watch = session.spawn([binary("frame-watch"), "window", "next"], text=True,
@@ -53,12 +53,14 @@ def from_start(session, runs):
                            reports=1)
         watch.stdout.readline()
         times = _steps(program.log, 0)
-        shown = _Frames(watch.stdout).next_after(times[-1])
+        frames = _Frames(watch.stdout)
+        first = frames.next()
+        shown = frames.next_after(times[-1])
         watch.kill()
         watch.wait()
         program.end()
         start = float(begun.read_text(encoding="ascii")) * 1000
-        yield [each - start for each in (*times, shown)]
+        yield [each - start for each in (*times, shown, first)]
 
 
 def _has_ended(lines):
@@ -77,10 +79,13 @@ class _Frames:
     def __init__(self, stream):
         self._stream = stream
 
+    def next(self):
+        return int(self._stream.readline()) / 1e6
+
     def next_after(self, milliseconds):
         """The log's times are whole milliseconds, so that a frame may seem to come before."""
         return wait_until(lambda: self._later_than(milliseconds - 1), "a frame")
 
     def _later_than(self, milliseconds):
-        shown = int(self._stream.readline()) / 1e6
+        shown = self.next()
         return shown if shown > milliseconds else None

@@ -13,6 +13,7 @@ import sys
 
 import figures
 import harness
+from samples import Figure
 
 DOCUMENT = pathlib.Path(__file__).parents[1] / "docs" / "PERFORMANCE.md"
 BEGIN, END = "<!-- bench/run writes from here -->", "<!-- to here -->"
@@ -34,14 +35,18 @@ def machine():
 
 
 def measured(names, described):
-    rows = []
+    rows, tables = [], []
     for name in names:
         # A session for each: nothing is left over from the figure before.
         with contextlib.closing(harness.Session()) as session:
-            for figure in figures.ALL[name](session):
-                rows.append(figure.row())
-                print(rows[-1], flush=True)
-    return "\n".join([described, "", HEAD, *rows])
+            for result in figures.ALL[name](session):
+                if isinstance(result, Figure):
+                    rows.append(result.row())
+                    print(rows[-1], flush=True)
+                else:
+                    tables.append(result.table())
+                    print(tables[-1], flush=True)
+    return "\n".join([described, "", HEAD, *rows, *("\n" + table for table in tables)])
 
 
 def write(text):

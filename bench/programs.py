@@ -71,14 +71,15 @@ class Started:
         self._watch.stdout.close()
 
 
-def processor_time_of_start(session, command, settings):
+def processor_time_of_start(session, command, settings, environment=None):
     """Milliseconds, of all threads, until the first frame is handed to the X server."""
     folder = session.new_folder("started")
     write_settings(folder, settings)
     output = subprocess.run(
         [command], check=True, text=True, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,
         env=session.environment | {"XDG_CONFIG_HOME": str(folder),
-                                   "LD_PRELOAD": binary("start-cost.so")}).stdout
+                                   "LD_PRELOAD": binary("start-cost.so")}
+        | (environment or {})).stdout
     return float(output)
 
 

@@ -16,7 +16,9 @@ class Samples:
 
     @property
     def spread(self):
-        """Of the middle eight tenths."""
+        """Of the middle eight tenths. One value, which a count is, has none."""
+        if len(self.values) == 1:
+            return self.values * 2
         tenths = statistics.quantiles(self.values, n=10)
         return tenths[0], tenths[-1]
 

@@ -3,29 +3,30 @@
 
 #include "widgets/SmallLabel.h"
 
-#include <QEvent>
-#include <QFontInfo>
 #include <QPainter>
 #include <QStyle>
+#include <cmath>
 
 namespace {
 
 constexpr qreal partOfText = 0.85;
 
-} // namespace
-
-SmallLabel::SmallLabel(QWidget *parent)
-    : QLabel(parent)
+QSize smaller(const QSize &size)
 {
-    parent->installEventFilter(this);
-    followParent();
+    return {static_cast<int>(std::ceil(size.width() * partOfText)),
+            static_cast<int>(std::ceil(size.height() * partOfText))};
 }
 
-bool SmallLabel::eventFilter(QObject *watched, QEvent *event)
+} // namespace
+
+QSize SmallLabel::sizeHint() const
 {
-    if (event->type() == QEvent::FontChange)
-        followParent();
-    return QLabel::eventFilter(watched, event);
+    return smaller(QLabel::sizeHint());
+}
+
+QSize SmallLabel::minimumSizeHint() const
+{
+    return smaller(QLabel::minimumSizeHint());
 }
 
 void SmallLabel::setOpacity(qreal opacity)
@@ -36,15 +37,11 @@ void SmallLabel::setOpacity(qreal opacity)
 
 void SmallLabel::paintEvent(QPaintEvent *)
 {
+    const QRectF inside = contentsRect();
+    const QRectF enlarged(inside.topLeft() / partOfText, inside.size() / partOfText);
     QPainter painter(this);
     painter.setOpacity(m_opacity);
-    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(),
-                          isEnabled(), text(), foregroundRole());
-}
-
-void SmallLabel::followParent()
-{
-    QFont small;
-    small.setPointSizeF(QFontInfo(parentWidget()->font()).pointSizeF() * partOfText);
-    setFont(small);
+    painter.scale(partOfText, partOfText);
+    style()->drawItemText(&painter, enlarged.toAlignedRect(), static_cast<int>(alignment()),
+                          palette(), isEnabled(), text(), foregroundRole());
 }
