@@ -104,9 +104,13 @@ public:
     [[gnu::noinline]] void choose(const Load &load)
     {
         (m_program.delegate.*load.row)->click();
-        // The unit's own first drawing, and pictures that are met for the first time.
-        for (std::size_t i = 0; i < 2 * load.reports.size(); ++i)
-            poll(load);
+        // The unit's own first drawing, and fonts and pictures that are met for the first time: not
+        // what a poll takes.
+        for (std::size_t i = 0; i < 2 * load.reports.size(); ++i) {
+            hand(load);
+            m_program.link.get_device_rawdata();
+            LaunchedApplication::turn();
+        }
     }
 
     void poll(const Load &load)
