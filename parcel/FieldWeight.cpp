@@ -48,6 +48,14 @@ QString textIn(WeightUnit unit, int decimals, const FieldWeightFacts &facts)
     return unitText(*facts.statement, unit, decimals, facts.rounding).value_or(QString());
 }
 
+UnitNumbers numbersOf(const FieldWeightFacts &facts)
+{
+    return {.pounds = textIn(WeightUnit::Pound, exactDecimals, facts),
+            .ounces = textIn(WeightUnit::Ounce, exactDecimals, facts),
+            .kilograms = textIn(WeightUnit::Kilogram, exactDecimals, facts),
+            .grams = textIn(WeightUnit::Gram, exactDecimals, facts)};
+}
+
 std::optional<UnitTexts> textsOf(const FieldWeightFacts &facts)
 {
     if (!facts.statement || facts.statement->number.isNegative)
@@ -60,15 +68,8 @@ std::optional<UnitTexts> textsOf(const FieldWeightFacts &facts)
                      .kilograms = textIn(WeightUnit::Kilogram, kilogramDecimals, facts),
                      .grams = textIn(WeightUnit::Gram, gramDecimals, facts),
                      .wholePounds = pair->pounds,
-                     .restOunces = pair->ounces};
-}
-
-UnitNumbers numbersOf(const FieldWeightFacts &facts)
-{
-    return {.pounds = textIn(WeightUnit::Pound, exactDecimals, facts),
-            .ounces = textIn(WeightUnit::Ounce, exactDecimals, facts),
-            .kilograms = textIn(WeightUnit::Kilogram, exactDecimals, facts),
-            .grams = textIn(WeightUnit::Gram, exactDecimals, facts)};
+                     .restOunces = pair->ounces,
+                     .exact = numbersOf(facts)};
 }
 
 } // namespace
@@ -99,8 +100,6 @@ BrowserWeight fieldWeight(const ReadingNotes &notes, const FieldWeightFacts &fac
     weight.state = stateOf(notes, facts.isHeld);
     if (comesWithWeight(weight.state))
         weight.texts = textsOf(facts);
-    if (weight.texts)
-        weight.exact = numbersOf(facts);
     if (weight.state == WeightState::Settled && !weight.texts)
         weight.state = WeightState::Unclear;
     weight.unit =

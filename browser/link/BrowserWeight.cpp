@@ -23,14 +23,14 @@ QString stateName(WeightState state)
     return QStringLiteral("unclear");
 }
 
-QJsonValue textsValue(const std::optional<UnitTexts> &texts, const UnitNumbers &exact)
+QJsonValue textsValue(const std::optional<UnitTexts> &texts)
 {
     if (!texts)
         return {};
-    const QJsonObject numbers{{QStringLiteral("lb"), exact.pounds},
-                              {QStringLiteral("oz"), exact.ounces},
-                              {QStringLiteral("kg"), exact.kilograms},
-                              {QStringLiteral("g"), exact.grams}};
+    const QJsonObject numbers{{QStringLiteral("lb"), texts->exact.pounds},
+                              {QStringLiteral("oz"), texts->exact.ounces},
+                              {QStringLiteral("kg"), texts->exact.kilograms},
+                              {QStringLiteral("g"), texts->exact.grams}};
     return QJsonObject{{QStringLiteral("exact"), numbers},
                        {QStringLiteral("lb"), texts->pounds},
                        {QStringLiteral("oz"), texts->ounces},
@@ -46,7 +46,7 @@ QByteArray browserWeightMessage(const BrowserWeight &weight)
 {
     const QJsonObject value{
         {QStringLiteral("state"), stateName(weight.state)},
-        {QStringLiteral("texts"), textsValue(weight.texts, weight.exact)},
+        {QStringLiteral("texts"), textsValue(weight.texts)},
         {QStringLiteral("unit"), weight.unit},
         {QStringLiteral("age"), static_cast<qint64>(weight.age.count())},
         {QStringLiteral("parcel"), weight.parcel ? QJsonValue(*weight.parcel) : QJsonValue()},

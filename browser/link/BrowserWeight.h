@@ -21,22 +21,7 @@ enum class WeightState : std::uint8_t {
     Unclear, ///< no weight: overload, switched off, pan lifted, a unit that cannot be converted
 };
 
-/// One weight in each unit that a field may want, as numbers that scripts understand.
-struct UnitTexts
-{
-    QString pounds;
-    QString ounces;
-    QString kilograms;
-    QString grams;
-    // The same as a pair, where one field is for whole pounds and the next for the rest.
-    QString wholePounds;
-    QString restOunces; ///< 0 to 15, whole
-
-    bool operator==(const UnitTexts &) const = default;
-};
-
-/// The same with up to six decimals: for a field that takes fewer than the texts have, and would
-/// otherwise get what was rounded twice.
+/// One weight in each unit, with up to six decimals.
 struct UnitNumbers
 {
     QString pounds;
@@ -47,12 +32,28 @@ struct UnitNumbers
     bool operator==(const UnitNumbers &) const = default;
 };
 
+/// One weight in each unit that a field may want, as numbers that scripts understand.
+struct UnitTexts
+{
+    QString pounds;
+    QString ounces;
+    QString kilograms;
+    QString grams;
+    // The same as a pair, where one field is for whole pounds and the next for the rest.
+    QString wholePounds;
+    QString restOunces; ///< 0 to 15, whole
+    /// For a field that takes fewer decimals than the texts have, and would otherwise get what was
+    /// rounded twice.
+    UnitNumbers exact;
+
+    bool operator==(const UnitTexts &) const = default;
+};
+
 /// The latest reading, for a field of whatever page.
 struct BrowserWeight
 {
     WeightState state = WeightState::NoScale;
     std::optional<UnitTexts> texts; ///< none where the state comes without a weight
-    UnitNumbers exact;              ///< with texts alone
     QString unit;                   ///< the panel's: "lb", "oz", "lb oz", "kg" or "g"
     std::chrono::milliseconds age{};
     /// Of a settled weight: which since the start, from 1. Two with the same weight are two

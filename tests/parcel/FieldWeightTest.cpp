@@ -98,7 +98,7 @@ private slots:
     {
         QFETCH(const FieldWeightFacts, facts);
         QFETCH(const QString, numbers);
-        const UnitNumbers exact = fieldWeight(settledOnPan(), facts).exact;
+        const UnitNumbers exact = fieldWeight(settledOnPan(), facts).texts.value().exact;
         const QStringList listed{exact.pounds, exact.ounces, exact.kilograms, exact.grams};
         QCOMPARE(listed.join(QLatin1Char(' ')), numbers);
     }
