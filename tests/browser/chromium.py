@@ -3,6 +3,7 @@
 """Debian's Chromium, with the extension as it is built. Its automation only opens pages and reads
 them; it is spoken to over a pair of pipes, in JSON between zero bytes."""
 
+import contextlib
 import fcntl
 import json
 import os
@@ -268,6 +269,19 @@ class ChromiumPage:
     def start(self, script):
         """Does not wait for its end."""
         self._browser.post("Runtime.evaluate", self._session, expression=script)
+
+    @contextlib.contextmanager
+    def held_up(self, site):
+        """It waits for the site's answer, and does nothing else meanwhile."""
+        site.hold_slow_pages()
+        try:
+            self.start("""const request = new XMLHttpRequest();
+                request.open("GET", "?slow", false);
+                request.send();""")
+            assert site.wait_for_slow_page(PATIENCE)
+            yield
+        finally:
+            site.answer_slow_pages()
 
     def close(self):
         """Nothing happens if it is closed already."""

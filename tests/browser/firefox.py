@@ -3,7 +3,10 @@
 """Debian's Firefox, with the extension as it is built. Its automation (Marionette: JSON after its
 length, over TCP) only opens pages and reads them."""
 
+import contextlib
 import json
+import os
+import signal
 import socket
 import subprocess
 import time
@@ -116,6 +119,11 @@ class Firefox:
         """What the extension's button says when the pointer is on it."""
         return self._evaluate_in_browser(
             "document.getElementById('browser-link_postal-scale-BAP').label")
+
+    def process_in_front(self):
+        """The number of the page's own, as the system knows it."""
+        return self._evaluate_in_browser(
+            "gBrowser.selectedBrowser.browsingContext.currentWindowGlobal.osPid")
 
     def permissions_page(self):
         """What the browser itself says of the extension."""
@@ -250,6 +258,17 @@ class FirefoxPage:
         """Does not wait for its end."""
         self._select()
         self._browser.post("WebDriver:ExecuteScript", script=script, args=[])
+
+    @contextlib.contextmanager
+    def held_up(self, _site):
+        """Its process stands still. One that waits for its site's answer goes on with the rest here,
+        unlike in other browsers."""
+        process = self._browser.process_in_front()
+        os.kill(process, signal.SIGSTOP)
+        try:
+            yield
+        finally:
+            os.kill(process, signal.SIGCONT)
 
     def close(self):
         """Nothing happens if it is closed already."""

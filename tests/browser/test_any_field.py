@@ -36,7 +36,8 @@ class AnyFieldTest(BrowserTest):
     def wait_for_value(self, element, expected):
         wait_until(lambda: self.page.evaluate(f"{element}.value") == expected,
                    lambda: f"{expected!r} in {element}; it has "
-                           f"{self.page.evaluate(f'{element}.value')!r}", SLOW_START)
+                           f"{self.page.evaluate(f'{element}.value')!r}; in the corner {self.badge()!r}; "
+                           f"heard {self.program_end.heard}", SLOW_START)
 
     def wait_for_badge(self, words):
         wait_until(lambda: self.badge() == f"Postal Scale: {words}",

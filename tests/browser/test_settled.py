@@ -2,6 +2,8 @@
 # SPDX-License-Identifier: MIT
 """With "Settled weights only": a parcel that is weighed and lifted is what the server receives."""
 
+import contextlib
+
 import carrier_pages as pages
 from browser_harness import ALL_CARRIERS, SLOW_START, BrowserTest
 from waiting import wait_until
@@ -111,28 +113,31 @@ class SettledCarriersTest(SettledTest):
         self.assertEqual(self.values(self.page, fields(1000)), fields(1000))
         self.lift()
 
-    def weigh_two_while_usps_is_busy(self):
-        """1000 g, and then 3000 g, which stay. Returns what the fields hold of a weight."""
-        address, fields = CARRIERS["USPS"]
-        self.page.go(address)
+    @contextlib.contextmanager
+    def usps_page_that_does_not_answer(self):
+        """It waits for its server, as its script wants it to: other than a busy one, it leaves the
+        processor to the rest. It has missed 1000 g, and then 3000 g that stay."""
+        self.page.go(CARRIERS["USPS"][0])
         self.wait_for_indicator(self.program, "USPS page open")
-        # For longer than two parcels take on a busy machine.
-        self.page.start("const end = Date.now() + 20000; while (Date.now() < end) {}")
-        self.put_on_the_pan(1000)
-        self.wait_for_indicator(self.program, "Page not answering")
-        self.lift()
-        self.put_on_the_pan(3000)
-        return fields
+        with self.page.held_up(self.site):
+            self.put_on_the_pan(1000)
+            self.wait_for_indicator(self.program, "Page not answering")
+            self.lift()
+            self.put_on_the_pan(3000)
+            yield
 
-    def test_a_page_that_is_busy_while_weights_settle(self):
-        """It gets the latest, whole, when it comes back, though nothing is weighed any more."""
-        fields = self.weigh_two_while_usps_is_busy()
-        self.lift()
-        for weight in self.recent_weights()[:2]:
-            self.assertTrue(weight.endswith("went nowhere"), weight)
-        self.wait_for_values(self.page, fields(3000))
+    def wait_for_missed_weight(self):
+        self.wait_for_values(self.page, usps_fields(3000))
         wait_until(lambda: self.recent_weights()[0].endswith(": USPS page"),
                    lambda: f"the page noted; {self.recent_weights()}")
+
+    def test_a_page_that_does_not_answer_while_weights_settle(self):
+        """It gets the latest, whole, when it comes back, though nothing is weighed any more."""
+        with self.usps_page_that_does_not_answer():
+            self.lift()
+            for weight in self.recent_weights()[:2]:
+                self.assertTrue(weight.endswith("went nowhere"), weight)
+        self.wait_for_missed_weight()
         # Its late answer was not taken for one of the weight that is meant by then.
         self.assertTrue(self.recent_weights()[1].endswith("went nowhere"), self.recent_weights())
 
@@ -142,15 +147,13 @@ class SettledCarriersTest(SettledTest):
 
     def test_a_carrier_that_is_switched_off_leaves_the_others_theirs(self):
         """What waits for the page of one that is still ticked reaches it."""
-        fields = self.weigh_two_while_usps_is_busy()
-        self.toggle_ups()
-        self.addCleanup(self.toggle_ups)
-        self.assertFalse(self.program.window.widget("checkUPS").is_checked)
-        self.lift()
-        self.assertTrue(self.recent_weights()[0].endswith("went nowhere"), self.recent_weights())
-        self.wait_for_values(self.page, fields(3000))
-        wait_until(lambda: self.recent_weights()[0].endswith(": USPS page"),
-                   lambda: f"the page noted; {self.recent_weights()}")
+        with self.usps_page_that_does_not_answer():
+            self.toggle_ups()
+            self.addCleanup(self.toggle_ups)
+            self.assertFalse(self.program.window.widget("checkUPS").is_checked)
+            self.lift()
+            self.assertTrue(self.recent_weights()[0].endswith("went nowhere"), self.recent_weights())
+        self.wait_for_missed_weight()
 
 
 class SettledClipboardTest(SettledTest):

@@ -9,13 +9,18 @@ POUNDS = "packageBean.weight"
 
 
 class TwoBrowsersTest(BrowserTest):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        other_browser = Surroundings.shared.start_browser("firefox")
+        cls.addClassCleanup(other_browser.close)
+        cls.pages = {"one": Surroundings.shared.page, "other": other_browser.first_page()}
+
     def setUp(self):
         self.start_program(settings=ALL_CARRIERS)
         self.addCleanup(self.program.kill)
-        other_browser = Surroundings.shared.start_browser("firefox")
-        self.addCleanup(other_browser.close)
-        self.pages = {"one": self.page, "other": other_browser.first_page()}
         for title, page in self.pages.items():
+            page.go("about:blank")
             page.go(f"{UPS}?title={title}")
 
     def weigh_in_turns(self):

@@ -17,8 +17,9 @@ function(postal_scale_npm_browser_test browser subject configuration)
     COMMAND ${DEVICE_TEST_PYTHON} -B ${CMAKE_CURRENT_SOURCE_DIR}/run.py ${ARGN})
   set_tests_properties(browser_${subject}_${browser} PROPERTIES
     LABELS browser
-    TIMEOUT 300
+    TIMEOUT 900
     PROCESSORS 2
+    COST 80
     FIXTURES_REQUIRED npm_packages
     ENVIRONMENT "POSTAL_SCALE_BIN=$<TARGET_FILE_DIR:postal-scale>;POSTAL_SCALE_BROWSER=${browser};POSTAL_SCALE_FRAMEWORKS=${npm_folder}/pages;PYTHONPATH=${PROJECT_SOURCE_DIR}/tests/driver")
 endfunction()
@@ -30,8 +31,6 @@ foreach(browser chromium firefox)
     remembered.RememberedTest.test_from_now_on)
   postal_scale_npm_browser_test(${browser} every_field Endurance untouched remembered)
   postal_scale_npm_browser_test(${browser} every_kind Endurance any_table any_weight.NoWeightTest)
-  # Three minutes on a machine that does nothing else.
-  set_property(TEST browser_every_kind_${browser} PROPERTY TIMEOUT 900)
   postal_scale_browser_test(${browser} every_deed Endurance 1 any_deed remembered_rightly)
 endforeach()
 
