@@ -49,6 +49,13 @@ bool comesToTheFront(const SingleInstance &instance)
     return false;
 }
 
+/// Whether each window that is not brought to the front is marked there. Of a mark on Wayland no
+/// program is told; GNOME makes one only of a window that others cover.
+bool marksWindows(Desktop desktop, Shell shell)
+{
+    return shell == Shell::Sway || (shell == Shell::Plasma && desktop == Desktop::Wayland);
+}
+
 /// Once the first window has done what it can.
 void seeToTheWindow(const SingleInstance &instance, const DesktopEnvironment &environment)
 {
@@ -59,9 +66,7 @@ void seeToTheWindow(const SingleInstance &instance, const DesktopEnvironment &en
     // made it does not even mark the window.
     if (desktop == Desktop::Wayland && environment.shell == Shell::Labwc)
         raiseAsTaskBar(Application::desktopFileName());
-    // On Wayland no program is told of a mark. sway makes one always, GNOME of a window that others
-    // cover.
-    if (environment.shell != Shell::Sway && !comesToTheFront(instance))
+    if (!marksWindows(desktop, environment.shell) && !comesToTheFront(instance))
         std::fputs("Postal Scale is running already. The desktop has not brought its window to the "
                    "front; look for it among the others\n",
                    stderr);
