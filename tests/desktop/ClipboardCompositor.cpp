@@ -44,9 +44,14 @@ public:
     {
         wl_global_create(m_display.get(), &wl_seat_interface, 1, this, &bindSeat);
         m_offer = wl_global_create(m_display.get(), &m_protocol.manager(), 1, this, &bindManager);
-        wl_event_loop_add_fd(loop(), STDIN_FILENO, WL_EVENT_READABLE, &takeCommand, this);
+        m_commands =
+            wl_event_loop_add_fd(loop(), STDIN_FILENO, WL_EVENT_READABLE, &takeCommand, this);
     }
-    ~ClipboardCompositor() { wl_display_destroy_clients(m_display.get()); }
+    ~ClipboardCompositor()
+    {
+        wl_event_source_remove(m_commands);
+        wl_display_destroy_clients(m_display.get());
+    }
     ClipboardCompositor(const ClipboardCompositor &) = delete;
     ClipboardCompositor &operator=(const ClipboardCompositor &) = delete;
 
@@ -204,6 +209,7 @@ private:
     wl_global *m_offer = nullptr;
     std::vector<wl_resource *> m_devices;
     wl_resource *m_selection = nullptr;
+    wl_event_source *m_commands = nullptr;
     wl_event_source *m_reading = nullptr; ///< of what is just pasted
     std::string m_pasted;
 };
