@@ -80,9 +80,23 @@ private:
     xcb_window_t m_root;
 };
 
-void activateOnX11(const X11Desktop &desktop, const QWidget &window, const ActivationRight &right)
+/// Null on other platforms.
+xcb_connection_t *x11Connection()
 {
-    const auto id = static_cast<xcb_window_t>(window.internalWinId());
+    // The offscreen platform claims to be X11, and has no connection.
+    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    return x11 != nullptr ? x11->connection() : nullptr;
+}
+
+/// A box that is open has the keyboard; not every window manager gives it to the box itself.
+xcb_window_t windowToActivate(const QWidget &window)
+{
+    const QWidget *box = QApplication::activeModalWidget();
+    return static_cast<xcb_window_t>((box != nullptr ? *box : window).internalWinId());
+}
+
+void activateOnX11(const X11Desktop &desktop, xcb_window_t id, const ActivationRight &right)
+{
     // The toolkit would name the time when this window was last used, which counts as long ago.
     desktop.activate(id, startTime(right.startupId));
     if (!right.startupId.isEmpty())
@@ -120,15 +134,21 @@ void bringToFront(QWidget *window, const ActivationRight &right)
     window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
     window->show();
     window->raise();
-    const auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    // The offscreen platform claims to be X11, and has no connection.
-    if (x11 != nullptr && x11->connection() != nullptr) {
-        // A box that is open has the keyboard; not every window manager gives it to the box itself.
-        const QWidget *box = QApplication::activeModalWidget();
-        activateOnX11(X11Desktop(x11->connection()), box != nullptr ? *box : *window, right);
+    if (xcb_connection_t *connection = x11Connection()) {
+        activateOnX11(X11Desktop(connection), windowToActivate(*window), right);
         return;
     }
     // The Wayland plugin takes the token from here.
     qputenv(activationTokenVariable, right.activationToken.toUtf8());
     window->activateWindow();
+}
+
+bool isBroughtToFront(const QWidget &window)
+{
+    if (QApplication::activeWindow() != nullptr)
+        return true;
+    xcb_connection_t *connection = x11Connection();
+    return connection != nullptr &&
+           x11ListsAtom(connection, windowToActivate(window), "_NET_WM_STATE",
+                        "_NET_WM_STATE_DEMANDS_ATTENTION");
 }

@@ -29,3 +29,8 @@ quint32 startTime(const QString &startupId);
 /// Puts @p window in front of the others, wherever it was, and tells the desktop that the later
 /// start is over.
 void bringToFront(QWidget *window, const ActivationRight &right);
+
+/// Whether a person sees that by now: @p window or a box of it is active, or, on X11, marked by the
+/// desktop as one that wants to be looked at. A mark on Wayland is nothing that a program is told
+/// of.
+bool isBroughtToFront(const QWidget &window);

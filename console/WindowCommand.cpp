@@ -17,6 +17,7 @@
 #include "desktop/DesktopEnvironment.h"
 #include "desktop/TaskBarRequest.h"
 
+#include <QThread>
 #include <cstdio>
 #include <sysexits.h>
 
@@ -31,18 +32,43 @@ ActivationRight withToken(ActivationRight right, Desktop desktop)
     return right;
 }
 
-/// Once the first window has done what it can.
-void seeToTheWindow(const ActivationRight &right, const DesktopEnvironment &environment)
+/// Looks for about a second; where everything is slow, so are the answers.
+bool comesToTheFront(const SingleInstance &instance)
 {
-    if (expectedDesktop(environment) != Desktop::Wayland)
+    constexpr int looks = 20;
+    constexpr unsigned long intervalMs = 50;
+    for (int look = 0; look < looks; ++look) {
+        const SingleInstance::Claim claim = instance.askFirst(situationRequest());
+        if (claim.outcome == SingleInstance::Claim::Outcome::Unanswered)
+            return false;
+        // One that has been closed meanwhile is not behind the others either.
+        if (WindowSituation::fromJson(claim.answer).isSeen)
+            return true;
+        QThread::msleep(intervalMs);
+    }
+    return false;
+}
+
+/// Whether each window that is not brought to the front is marked there. Of a mark on Wayland no
+/// program is told; GNOME makes one only of a window that others cover.
+bool marksWindows(Desktop desktop, Shell shell)
+{
+    return shell == Shell::Sway || (shell == Shell::Plasma && desktop == Desktop::Wayland);
+}
+
+/// Once the first window has done what it can.
+void seeToTheWindow(const SingleInstance &instance, const DesktopEnvironment &environment)
+{
+    const Desktop desktop = expectedDesktop(environment);
+    if (desktop == Desktop::None)
         return;
     // labwc hands no token to what its keys and menus start, and for a token that no key or click
     // made it does not even mark the window.
-    const bool isRaised =
-        environment.shell == Shell::Labwc && raiseAsTaskBar(Application::desktopFileName());
-    if (!isRaised && right.activationToken.isEmpty())
-        std::fputs("Postal Scale is running already. This desktop does not let programs bring "
-                   "their windows to the front; look for it behind the others\n",
+    if (desktop == Desktop::Wayland && environment.shell == Shell::Labwc)
+        raiseAsTaskBar(Application::desktopFileName());
+    if (!marksWindows(desktop, environment.shell) && !comesToTheFront(instance))
+        std::fputs("Postal Scale is running already. The desktop has not brought its window to the "
+                   "front; look for it among the others\n",
                    stderr);
 }
 
@@ -65,7 +91,7 @@ int WindowCommand::run(const CommandLine &line, const ActivationRight &right)
     case SingleInstance::Claim::Outcome::Ours: break;
     case SingleInstance::Claim::Outcome::Answered:
         if (line.recordFile.isEmpty() && line.replayFile.isEmpty()) {
-            seeToTheWindow(token, environment);
+            seeToTheWindow(m_instance, environment);
             return 0;
         }
         std::fputs("Postal Scale is running already; close its window first\n", stderr);
@@ -143,5 +169,6 @@ WindowSituation WindowCommand::situation() const
             .hasBrowser = browser.kind != BrowserSituation::Kind::NoBrowser &&
                           browser.kind != BrowserSituation::Kind::Impossible,
             .browserCanLink = browser.kind != BrowserSituation::Kind::Impossible,
-            .browserFits = browser.kind != BrowserSituation::Kind::WrongVersion};
+            .browserFits = browser.kind != BrowserSituation::Kind::WrongVersion,
+            .isSeen = isBroughtToFront(*m_application.delegate()->window)};
 }

@@ -10,6 +10,7 @@ const QLatin1String browserLinkKey("browserLink");
 const QLatin1String hasBrowserKey("hasBrowser");
 const QLatin1String browserCanLinkKey("browserCanLink");
 const QLatin1String browserFitsKey("browserFits");
+const QLatin1String isSeenKey("isSeen");
 
 } // namespace
 
@@ -19,14 +20,13 @@ WindowSituation WindowSituation::fromJson(const QJsonObject &object)
             .browserLink = object.value(browserLinkKey).toString(),
             .hasBrowser = object.value(hasBrowserKey).toBool(),
             .browserCanLink = object.value(browserCanLinkKey).toBool(true),
-            .browserFits = object.value(browserFitsKey).toBool(true)};
+            .browserFits = object.value(browserFitsKey).toBool(true),
+            .isSeen = object.value(isSeenKey).toBool(true)};
 }
 
 QJsonObject WindowSituation::toJson() const
 {
-    return {{platformKey, platform},
-            {browserLinkKey, browserLink},
-            {hasBrowserKey, hasBrowser},
-            {browserCanLinkKey, browserCanLink},
-            {browserFitsKey, browserFits}};
+    return {{platformKey, platform},       {browserLinkKey, browserLink},
+            {hasBrowserKey, hasBrowser},   {browserCanLinkKey, browserCanLink},
+            {browserFitsKey, browserFits}, {isSeenKey, isSeen}};
 }

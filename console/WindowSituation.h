@@ -6,7 +6,7 @@
 #include <QJsonObject>
 #include <QString>
 
-/// What only the running window knows, and tells --doctor.
+/// What only the running window knows, and tells --doctor and later starts.
 struct WindowSituation
 {
     QString platform;    ///< the toolkit's name for what the window is on; empty if there is none
@@ -14,6 +14,7 @@ struct WindowSituation
     bool hasBrowser = false;
     bool browserCanLink = true;
     bool browserFits = true; ///< the extension understands the program
+    bool isSeen = true;      ///< see isBroughtToFront(); a window of before does not say
 
     static WindowSituation fromJson(const QJsonObject &object);
     QJsonObject toJson() const;

@@ -107,14 +107,14 @@ void takeWindow(void *context, wl_proxy *, wl_proxy *window)
 
 } // namespace
 
-bool raiseAsTaskBar(const QString &applicationId)
+void raiseAsTaskBar(const QString &applicationId)
 {
     static ListEvents events{.window = &takeWindow, .finished = &ignore};
     const CompositorConnection compositor({&windowList, &wl_seat_interface});
     wl_proxy *list = compositor.bound(windowList);
     wl_proxy *seat = compositor.bound(wl_seat_interface);
     if (list == nullptr || seat == nullptr)
-        return false;
+        return;
     Windows windows{.wanted = applicationId.toUtf8(), .all = {}, .found = {}};
     wl_proxy_add_listener(list, reinterpret_cast<void (**)()>(&events), &windows);
     compositor.waitForAnswers();
@@ -124,5 +124,4 @@ bool raiseAsTaskBar(const QString &applicationId)
     compositor.waitForAnswers();
     for (wl_proxy *window : windows.all)
         wl_proxy_destroy(window);
-    return !windows.found.empty();
 }

@@ -4,6 +4,7 @@
 #include "console/SingleInstance.h"
 #include "console/InstanceLock.h"
 #include "console/SingleInstanceRequest.h"
+#include "console/WindowSituation.h"
 #include "sockets/LocalAddress.h"
 #include "sockets/LocalCall.h"
 #include "tests/sockets/SocketEnd.h"
@@ -171,6 +172,14 @@ private slots:
         QCOMPARE(requestOf(readingRequest()), InstanceRequest::Reading);
         QCOMPARE(requestOf(situationRequest()), InstanceRequest::Situation);
         QCOMPARE(requestOf({}), InstanceRequest::Unknown);
+    }
+
+    void aWindowOfBeforeThatDoesNotSayIsTakenForSeen()
+    {
+        QVERIFY(WindowSituation::fromJson({}).isSeen);
+        for (const bool isSeen : {false, true})
+            QCOMPARE(WindowSituation::fromJson(WindowSituation{.isSeen = isSeen}.toJson()).isSeen,
+                     isSeen);
     }
 
     void theTimeOfAStart()

@@ -120,6 +120,7 @@ class Weston(WaylandDesktop):
     keeps_on_top = False
     lets_write_clipboard = False
     second_start = None
+    tells_of_second_start = True
 
     def _start_window_manager(self):
         self.environment["XDG_SESSION_TYPE"] = "wayland"

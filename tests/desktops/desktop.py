@@ -30,7 +30,8 @@ class Desktop(Session):
     @cvar lets_write_clipboard also while another window has the focus
     @cvar keeps_on_top a window that asks for it
     @cvar second_start what it does with the window that a second start asks for: "in front",
-        "marked", or None where it does neither"""
+        "marked", or None where it does neither
+    @cvar tells_of_second_start the start itself: it cannot know what has become of the window"""
 
     lets_place = True
     is_wayland = False
@@ -38,6 +39,7 @@ class Desktop(Session):
     lets_write_clipboard = True
     keeps_on_top = True
     second_start = "in front"
+    tells_of_second_start = False
 
     def run(self, *arguments):
         """Its output, as far as it succeeds."""
@@ -101,6 +103,9 @@ class Desktop(Session):
     def tile_of(self, title):
         """What the window is to fill, width and height; None where there are no tiles."""
         return None
+
+    def cover(self, title, other):
+        """Lays the other window over it, where no window is marked that can be seen."""
 
     def is_marked(self, title):
         """Whether the desktop shows that this window wants to be looked at."""

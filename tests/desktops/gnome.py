@@ -147,6 +147,12 @@ idle-delay=uint32 0
         places = self.windows()
         return places[title] > places[other]
 
+    def cover(self, title, other):
+        self._of_window(other, f"""
+            const covered = global.get_window_actors().map(actor => actor.meta_window)
+                .find(each => each.title == {json.dumps(title)}).get_frame_rect();
+            window.move_frame(true, covered.x, covered.y); 0""")
+
     def is_marked(self, title):
         return self._of_window(title, "window.demands_attention || window.urgent")
 
@@ -161,6 +167,7 @@ class GnomeWithoutX11(Gnome):
     has_x11 = False
     keeps_on_top = False
     second_start = "marked"
+    tells_of_second_start = True
     lets_place = False
     lets_write_clipboard = False
 

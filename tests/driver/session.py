@@ -39,9 +39,9 @@ class Session:
     def close(self):
         self._cleanup.close()
 
-    def spawn(self, arguments, environment=None, **options):
-        return subprocess.Popen(arguments, env=environment or self.environment,
-                                stdin=subprocess.DEVNULL, preexec_fn=_die_with_parent, **options)
+    def spawn(self, arguments, environment=None, stdin=subprocess.DEVNULL, **options):
+        return subprocess.Popen(arguments, env=environment or self.environment, stdin=stdin,
+                                preexec_fn=_die_with_parent, **options)
 
     def new_folder(self, name):
         return pathlib.Path(tempfile.mkdtemp(prefix=name + "-", dir=self.folder))

@@ -3,6 +3,7 @@
 """Starting the program again while it runs."""
 
 import re
+import signal
 import subprocess
 
 import harness
@@ -11,6 +12,7 @@ from event_watch import EventWatch
 from waiting import wait_until
 
 _TICKS = 4
+_NOT_RAISED = "The desktop has not brought its window to the front"
 
 
 class SecondStartTest(CommandLineTest):
@@ -20,6 +22,7 @@ class SecondStartTest(CommandLineTest):
         self.assert_stacked(below=program.window.id, above=other)
         result = self.start_again()
         self.assertEqual((result.status, result.output), (0, ""))
+        self.assertNotIn(_NOT_RAISED, result.errors)
         self.assert_stacked(below=other, above=program.window.id)
         wait_until(lambda: self.active_window() == int(program.window.id, 16), "it active")
 
@@ -54,6 +57,24 @@ class SecondStartTest(CommandLineTest):
         self.start_again(DESKTOP_STARTUP_ID="launcher-1_TIME123456")
         watch.lines.wait_for("_NET_STARTUP_INFO_BEGIN")
 
+    def test_a_start_that_nothing_comes_of_is_told_of(self):
+        program = self.start("--weight", "1234")
+        self.cover(program)
+        self.stop_raising(program)
+        result = self.start_again()
+        self.assertEqual((result.status, result.output), (0, ""))
+        self.assertIn(_NOT_RAISED, result.errors)
+
+    def test_nothing_is_told_of_a_window_that_is_marked(self):
+        program = self.start("--weight", "1234")
+        self.cover(program)
+        self.session.output_of("wmctrl", "-i", "-r", program.window.id,
+                               "-b", "add,demands_attention")
+        wait_until(lambda: "DEMANDS_ATTENTION" in self.states_of(program), "the mark")
+        self.stop_raising(program)
+        result = self.start_again()
+        self.assertEqual((result.status, result.errors), (0, ""))
+
     def test_after_a_crash_it_starts_afresh(self):
         crashed = harness.Program(self.session, arguments=["--weight", "1234"])
         crashed.scale.tell("raise-child KILL")
@@ -75,6 +96,12 @@ class SecondStartTest(CommandLineTest):
         wait_until(lambda: self.active_window() == int(other, 16), "the other window active")
         return other
 
+    def stop_raising(self, program):
+        """The window manager does nothing any more, for a window that knows itself inactive."""
+        wait_until(lambda: program.window.focused_name() is None, "it inactive")
+        self.session.window_manager.send_signal(signal.SIGSTOP)
+        self.addCleanup(self.session.window_manager.send_signal, signal.SIGCONT)
+
     def other_windows(self):
         windows = self.session.managed_windows()
         windows.pop("postal-scale")
@@ -82,6 +109,9 @@ class SecondStartTest(CommandLineTest):
 
     def is_minimised(self, program):
         return "Iconic" in self.session.output_of("xprop", "-id", program.window.id, "WM_STATE")
+
+    def states_of(self, program):
+        return self.session.output_of("xprop", "-id", program.window.id, "_NET_WM_STATE")
 
     def active_window(self):
         (window,) = self.windows_of_root("_NET_ACTIVE_WINDOW")
