@@ -20,6 +20,8 @@ RESTARTS = 10
 PEERS = 16
 MOST_FOLLOWERS = 32
 SIGN_OF_LIFE = 10  # seconds without a line
+# A machine that has no time for the scale makes a line of that too.
+TIME_FOR_A_SIGN = 120
 
 
 def first_repeated(reports):
@@ -63,8 +65,8 @@ class FollowWindowTest(FollowTest):
 
     def test_a_steady_weight_is_one_line_and_then_a_sign_of_life(self):
         follower = self.follow()
-        # A machine that has no time for the scale makes a line of that too.
-        first, latest = wait_until(lambda: first_repeated(follower.reports()), "a sign of life", 120)
+        first, latest = wait_until(lambda: first_repeated(follower.reports()), "a sign of life",
+                                   TIME_FOR_A_SIGN)
         self.assertTrue(first["settled"])
         self.assertEqual(latest["count"], first["count"] + 1)
         between = datetime.fromisoformat(latest["time"]) - datetime.fromisoformat(first["time"])
@@ -78,7 +80,7 @@ class FollowWindowTest(FollowTest):
         lines = LogLines(follower.stdout)
         self.addCleanup(lines.finish)
         self.addCleanup(harness.end, follower)
-        lines.wait_for(r"^1234 grams \(still, \d+ s old\)$")
+        lines.wait_for(r"^1234 grams \(still, \d+ s old\)$", timeout=TIME_FOR_A_SIGN)
 
     def test_settled_weights_are_one_line_each(self):
         follower = self.follow("--settled")

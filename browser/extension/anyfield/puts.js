@@ -9,6 +9,8 @@ const putScripts = ['numbers.js', ...['field.js', 'unit.js', 'fit.js', 'signs.js
     'put.js', 'aim.js'].map((name) => `anyfield/${name}`)];
 const linkPatience = 2000; // ms; for the program, which may not run
 const answerPatience = 5000; // for its answer
+const entryPatience = 500; // for a page that is yet to hear whom the deed lets in
+const entryPause = 20;
 const toolbarTime = 4000;
 const putItem = 'put-weight';
 const alwaysItem = 'always-put-weight';
@@ -98,9 +100,22 @@ function receiveWeight(weight) {
 async function aim(tab, frame) {
     const target = frame === undefined ? {tabId: tab.id, allFrames: true}
                                        : {tabId: tab.id, frameIds: [frame]};
-    const aims = await fieldApi().scripting.executeScript(
-        {target, files: putScripts, injectImmediately: true});
+    const aims = await enterByDeed({target, files: putScripts, injectImmediately: true});
     return aims.filter(({result}) => result);
+}
+
+/** Where Chromium is busy, what is to be done in the page can be there before the page knows that it may
+ *  be: it is refused then, and for good where nobody comes again. */
+async function enterByDeed(injection) {
+    for (const start = performance.now();;) {
+        try {
+            return await fieldApi().scripting.executeScript(injection);
+        } catch (error) {
+            if (performance.now() - start > entryPatience)
+                throw error;
+        }
+        await new Promise((resolve) => setTimeout(resolve, entryPause));
+    }
 }
 
 async function callInFrame(tab, frame, name, argument) {
