@@ -74,7 +74,13 @@ void writeBitmap(const QImage &image, const QString &name)
     for (quint32 opacity = 0; opacity < colours; ++opacity)
         stream << ((ink & 0x00ffffff) | opacity << 24);
     stream << quint16(0);
-    stream.writeRawData(reinterpret_cast<const char *>(opacities.constBits()), int(pixels));
+    // The image leaves what fills a row up as the memory happened to be.
+    const QByteArray filling(opacities.bytesPerLine() - opacities.width(), '\0');
+    for (int y = 0; y < opacities.height(); ++y) {
+        stream.writeRawData(reinterpret_cast<const char *>(opacities.constScanLine(y)),
+                            opacities.width());
+        stream.writeRawData(filling.constData(), int(filling.size()));
+    }
     if (stream.status() != QDataStream::Ok || !file.flush())
         throw std::runtime_error("cannot write " + name.toStdString());
 }

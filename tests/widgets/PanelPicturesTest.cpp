@@ -9,6 +9,7 @@
 #include "widgets/PictureCache.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QSet>
 
 #include <algorithm>
@@ -88,6 +89,7 @@ private slots:
     void initTestCase();
     void everyPictureLoadsAtEveryScale_data();
     void everyPictureLoadsAtEveryScale();
+    void whatFillsARowUpIsTheSameInEachBuild();
     void digitsDiffer();
     void everyFixedPictureExists();
     void picturesAreShownAtTheirOwnSize();
@@ -130,6 +132,24 @@ void PanelPicturesTest::everyPictureLoadsAtEveryScale()
     QVERIFY(!ink.isEmpty());
     // A picture whose ink reaches the border is cut off.
     QVERIFY(image.rect().adjusted(1, 1, -1, -1).contains(ink));
+}
+
+void PanelPicturesTest::whatFillsARowUpIsTheSameInEachBuild()
+{
+    qsizetype filled = 0;
+    for (const QString &name : QDir(QStringLiteral(":/panel")).entryList()) {
+        QFile file(QStringLiteral(":/panel/") + name);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        const QImage image = QImage::fromData(bytes, "BMP");
+        const qsizetype row = image.bytesPerLine();
+        const qsizetype first = bytes.size() - row * image.height();
+        const QByteArray zeros(row - image.width(), '\0');
+        for (qsizetype end = first + row; end <= bytes.size(); end += row)
+            QVERIFY2(bytes.sliced(end - zeros.size(), zeros.size()) == zeros, qPrintable(name));
+        filled += zeros.size();
+    }
+    QVERIFY(filled > 0);
 }
 
 void PanelPicturesTest::digitsDiffer()
