@@ -54,6 +54,9 @@ ReadingVoice::~ReadingVoice()
 
 void ReadingVoice::accessibilityActiveChanged(bool active)
 {
+    // Some versions of the toolkit say it again when they have their end of the bus.
+    if (active == m_isHeard)
+        return;
     m_isHeard = active;
     m_readings = {};
     // Who comes later is told of no connection: it was made before.

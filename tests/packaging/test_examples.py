@@ -65,16 +65,19 @@ class ExamplesTest(CommandLineTest):
                                     stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         self.addCleanup(harness.end, broker)
         wait_until(lambda: broker_listens(port), "the broker")
-        reader = self.session.spawn(["mosquitto_sub", "-p", str(port), "-t", "desk/weight"],
+        reader = self.session.spawn(["stdbuf", "-oL", "mosquitto_sub", "-d", "-p", str(port), "-t",
+                                     "desk/weight"],
                                     stdout=subprocess.PIPE, text=True)
         messages = harness.LogLines(reader.stdout)
         self.addCleanup(messages.finish)
         self.addCleanup(harness.end, reader)
+        # What is sent before, nobody keeps.
+        messages.wait_for("^Subscribed")
         self.play("mosquitto_pub", {"mosquitto_pub": f"-p {port}\n"})
         messages.wait_for('"weight":1234')
         self.weigh_two_parcels()
         messages.wait_for('"weight":500')
-        for line in messages.since(0):
+        for line in messages.since(0, r"^\{"):
             assert_valid(json.loads(line))
 
     def test_weigh_log(self):

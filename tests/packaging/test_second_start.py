@@ -68,8 +68,7 @@ class SecondStartTest(CommandLineTest):
     def test_nothing_is_told_of_a_window_that_is_marked(self):
         program = self.start("--weight", "1234")
         self.cover(program)
-        self.session.output_of("wmctrl", "-i", "-r", program.window.id,
-                               "-b", "add,demands_attention")
+        self.session.output_of("xdotool", "set_window", "--urgency", "1", program.window.id)
         wait_until(lambda: "DEMANDS_ATTENTION" in self.states_of(program), "the mark")
         self.stop_raising(program)
         result = self.start_again()
