@@ -102,19 +102,19 @@ class CursorTest(AnyFieldTest):
         self.wait_for_badge("2 lb 4 oz")
         self.assertEqual(self.page.evaluate(f"{field('pounds')}.value"), "2")
 
-    def test_the_next_unit(self):
+    def put_in_turn(self, *texts):
+        """The key again and again, in a page that has just come."""
         self.page.go(f"{SHOP}/shop")
         self.hands.focus(self.page, field("shipWeight"))
-        for text in ("1", "2.205", "35.27", "1000", "1"):
+        for text in texts:
             self.hands.press_put_key()
             self.wait_for_value(field("shipWeight"), text)
 
+    def test_the_next_unit(self):
+        self.put_in_turn("1", "2.205", "35.27", "1000", "1")
+
     def test_the_first_unit_again_after_a_while(self):
-        self.page.go(f"{SHOP}/shop")
-        self.hands.focus(self.page, field("shipWeight"))
-        for text in ("1", "2.205"):
-            self.hands.press_put_key()
-            self.wait_for_value(field("shipWeight"), text)
+        self.put_in_turn("1", "2.205")
         written = self.page.evaluate("performance.now()")
         wait_until(lambda: self.page.evaluate("performance.now()") > written + NEXT_UNIT_TIME,
                    "the time for the next unit gone")
